@@ -1,0 +1,33 @@
+# Interface targets that every library and program of the house links, and helpers to declare them.
+
+add_library(orvane_warnings INTERFACE)
+target_compile_options(orvane_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Wundef)
+if(ORVANE_WARNINGS_AS_ERRORS)
+    target_compile_options(orvane_warnings INTERFACE -Werror)
+endif()
+
+add_library(orvane_sanitizers INTERFACE)
+if(ORVANE_SANITIZE)
+    target_compile_options(orvane_sanitizers INTERFACE
+        -fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(orvane_sanitizers INTERFACE -fsanitize=${ORVANE_SANITIZE})
+endif()
+
+# orvane_library(NAME [OBJECT] SOURCES... [LINK LIBRARIES...])
+#
+# A library of one folder of src/, static unless OBJECT is given. Headers are included as
+# "folder/Header.h" from src/.
+function(orvane_library name)
+    cmake_parse_arguments(ARG "OBJECT" "" "LINK" ${ARGN})
+    set(kind STATIC)
+    if(ARG_OBJECT)
+        set(kind OBJECT)
+    endif()
+    add_library(${name} ${kind} ${ARG_UNPARSED_ARGUMENTS})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    # A unique symbol would pin the plugin in the simulator's process after dlclose.
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE orvane_warnings orvane_sanitizers)
+endfunction()
