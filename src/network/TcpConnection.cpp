@@ -1,0 +1,247 @@
+#include "network/TcpConnection.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <exception>
+#include <string>
+
+#include "common/ILoggingService.h"
+#include "common/IUtilities.h"
+#include "network/IProtocol.h"
+#include "network/IProtocolFactory.h"
+#include "network/RingBuffer.h"
+
+namespace {
+
+constexpr int kBufferSize = 0x0FFFFFFF;
+constexpr unsigned long kAnswerHeaderSize = 4;
+constexpr unsigned long kIdentificationSize = 4;
+
+std::string readPositionOf(IRingBuffer& buffer) {
+    return std::to_string(reinterpret_cast<std::intptr_t>(buffer.GetReadPosAddress()));
+}
+
+void writeAnswerHeader(unsigned char* frame, unsigned long payloadLength) {
+    for (unsigned long i = 0; i < kAnswerHeaderSize; ++i) {
+        frame[i] = static_cast<unsigned char>(payloadLength >> (8 * i));
+    }
+}
+
+} // namespace
+
+TcpConnection::TcpConnection(ILoggingService* logging, IUtilities* utils, IProtocolFactory* factory)
+    : loggingService(logging), utilities(utils), protocolFactory(factory) {}
+
+// Delegating first: should a buffer not be had, the destructor still frees the protocols.
+TcpConnection::TcpConnection(int acceptedSocket, ILoggingService* logging, IUtilities* utils,
+                             IProtocolFactory* factory)
+    : TcpConnection(logging, utils, factory) {
+    protocols = protocolFactory->CreateProtocolInstances();
+    selectedProtocol = protocols.end();
+    recvBuffer = std::make_unique_for_overwrite<unsigned char[]>(kBufferSize);
+    sendBuffer = std::make_unique_for_overwrite<unsigned char[]>(kBufferSize);
+    inBuffer = std::make_unique<RingBuffer>(kBufferSize, loggingService);
+    outBuffer = std::make_unique<RingBuffer>(kBufferSize, loggingService);
+    socket = acceptedSocket;
+    const int enabled = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &enabled, sizeof(enabled));
+}
+
+TcpConnection::~TcpConnection() {
+    for (const auto& [identification, protocol] : protocols) {
+        delete protocol;
+    }
+    if (socket != -1) {
+        ::close(socket);
+    }
+}
+
+void TcpConnection::ProcessEvents() {
+    if (state == State::Receiving) {
+        receive();
+    } else {
+        sendAnswer();
+    }
+}
+
+bool TcpConnection::IsReadyForCleanup() const {
+    return readyForCleanup;
+}
+
+void TcpConnection::receive() {
+    const ssize_t result = ::recv(socket, recvBuffer.get(), kBufferSize, 0);
+    if (result == -1) {
+        handleReceiveError(errno);
+    } else if (result == 0) {
+        logVerbose("recv() : clean disconnect");
+        closeSocket();
+    } else {
+        handleReceivedBytes(static_cast<unsigned long>(result));
+    }
+}
+
+void TcpConnection::handleReceiveError(int error) {
+    switch (error) {
+    case EAGAIN:
+        return;
+    case EBADF:
+    case EINTR:
+    case ENOMEM:
+    case ENOTCONN:
+    case ECONNREFUSED:
+    case ENOTSOCK:
+        loggingService->Log(LogLevelVerbose, "Verbose@TcpConnection::ProcessEvents : recv() : " +
+                                                 utilities->GetSocketErrorMsg(error));
+        break;
+    // ECONNRESET is reported here but closes quietly on the sending side.
+    default:
+        loggingService->Log(LogLevelWarning, "Warning@TcpConnection::ProcessEvents : recv() : " +
+                                                 utilities->GetSocketErrorMsg(error));
+        break;
+    }
+    closeSocket();
+}
+
+void TcpConnection::handleReceivedBytes(unsigned long count) {
+    // Starting over while empty keeps a connection on the pages that it has touched already.
+    if (inBuffer->GetNumReadBytesAvailable() == 0) {
+        inBuffer->ResetBuffer();
+    }
+    inBuffer->WriteByteArray(recvBuffer.get(), count);
+    logVerbose(("recv() received num bytes " + std::to_string(count) + "  readposptr " +
+                readPositionOf(*inBuffer))
+                   .c_str());
+    selectProtocol();
+    outBuffer->SetReadPosRestorePoint();
+    if (selectedProtocol == protocols.end()) {
+        outBuffer->RestoreReadPos();
+        return;
+    }
+    feedSelectedProtocol();
+}
+
+// Tried once per receive; the four bytes of an unknown identification stay consumed.
+void TcpConnection::selectProtocol() {
+    if (selectedProtocol == protocols.end() &&
+        inBuffer->GetNumReadBytesAvailable() >= kIdentificationSize) {
+        selectedProtocol = protocols.find(inBuffer->ReadUInt32());
+    }
+}
+
+void TcpConnection::feedSelectedProtocol() {
+    int result = 0;
+    try {
+        result = selectedProtocol->second->Feed(inBuffer.get(), outBuffer.get());
+    } catch (const std::exception& error) {
+        loggingService->Log(
+            LogLevelWarning,
+            std::string("Warning@TcpConnection::ProcessEvents : Feed() : ") + error.what());
+        closeSocket();
+        return;
+    }
+    if (result < 0) {
+        logVerbose(("recv() incomplete packet readposptr " + readPositionOf(*inBuffer)).c_str());
+        return;
+    }
+    selectedProtocol = protocols.end();
+    frameAnswer();
+}
+
+void TcpConnection::frameAnswer() {
+    outBuffer->SetReadPosRestorePoint();
+    const unsigned long payloadLength = outBuffer->ReadByteArray(
+        sendBuffer.get() + kAnswerHeaderSize, kBufferSize - kAnswerHeaderSize);
+    writeAnswerHeader(sendBuffer.get(), payloadLength);
+    numBytesToWrite = payloadLength + kAnswerHeaderSize;
+    state = State::Sending;
+}
+
+void TcpConnection::sendAnswer() {
+    // A client that reset its closed connection would raise SIGPIPE in the simulator's process.
+    if (hasPendingSocketError()) {
+        closeSocket();
+        return;
+    }
+    const ssize_t result = ::send(socket, sendBuffer.get(), numBytesToWrite, 0);
+    if (result == -1) {
+        handleSendError(errno);
+    } else if (result < 0) {
+        loggingService->Log(LogLevelWarning,
+                            "Warning@TcpConnection::ProcessEvents : send() : result < 0 (" +
+                                std::to_string(result) + ")");
+        closeSocket();
+    } else if (result == 0) {
+        loggingService->Log(LogLevelWarning,
+                            "Warning@TcpConnection::ProcessEvents : send() : socket == 0");
+    } else {
+        handleSentBytes(static_cast<std::uint64_t>(result));
+    }
+}
+
+void TcpConnection::handleSendError(int error) {
+    switch (error) {
+    case EAGAIN:
+        logVerbose("send() would block.");
+        return;
+    case EBADF:
+    case EINTR:
+    case ENOMEM:
+    case ENOTSOCK:
+    case ECONNRESET:
+    case ENOTCONN:
+    case ECONNREFUSED:
+        closeSocket();
+        return;
+    // Users know this line by the name of the receive call.
+    default:
+        loggingService->Log(LogLevelError, "Error@TcpConnection::ProcessEvents : recv() : " +
+                                               utilities->GetSocketErrorMsg(error));
+    }
+}
+
+void TcpConnection::handleSentBytes(std::uint64_t sent) {
+    logVerbose("send() sent data");
+    if (sent == numBytesToWrite) {
+        state = State::Receiving;
+        if (outBuffer->GetNumReadBytesAvailable() == 0) {
+            outBuffer->ResetBuffer();
+        }
+    } else if (sent < numBytesToWrite) {
+        // Clients rely on this remainder as it is: `sent` counts the frame header too, and the
+        // rest carries no header of its own.
+        outBuffer->RestoreReadPos();
+        outBuffer->MoveReadPosForward(sent);
+        numBytesToWrite = outBuffer->ReadByteArray(sendBuffer.get(), kBufferSize);
+    } else {
+        loggingService->Log(
+            LogLevelError,
+            "Error@TcpConnection::ProcessEvents : send() : result > numBytesToWrite : result:" +
+                std::to_string(sent) + " numBytesToWrite:" + std::to_string(numBytesToWrite));
+    }
+}
+
+bool TcpConnection::hasPendingSocketError() const {
+    int error = 0;
+    socklen_t length = sizeof(error);
+    return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error != 0;
+}
+
+void TcpConnection::closeSocket() {
+    if (::close(socket) == -1) {
+        const int error = errno;
+        loggingService->Log(LogLevelWarning, "Warning@TcpConnection::closeSocket : socketError" +
+                                                 std::to_string(error) + " " +
+                                                 utilities->GetSocketErrorMsg(error));
+    }
+    socket = -1;
+    readyForCleanup = true;
+}
+
+void TcpConnection::logVerbose(const char* detail) const {
+    loggingService->Log(LogLevelVerbose,
+                        std::string("Verbose@TcpConnection::ProcessEvents : ") + detail);
+}
