@@ -1,0 +1,21 @@
+#include "protocols/tarnel/InputAction.h"
+
+#include "protocols/tarnel/InputDefinition.h"
+
+InputAction::InputAction(int id) : actionIdentifier(id) {}
+
+InputAction::~InputAction() = default;
+
+int InputAction::GetActionID() const {
+    return actionIdentifier;
+}
+
+void InputAction::AddInputDefinition(InputDefinitionStruct record) {
+    definitions.push_back(std::make_unique<InputDefinition>(record));
+}
+
+void InputAction::ExecuteAction(void* value, unsigned long nowMs) {
+    for (const auto& definition : definitions) {
+        definition->ExecuteAction(value, nowMs);
+    }
+}

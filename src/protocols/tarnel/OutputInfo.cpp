@@ -1,0 +1,162 @@
+#include "protocols/tarnel/OutputInfo.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "commands/ICommandObserver.h"
+#include "datarefs/IDatarefProvider.h"
+#include "network/IRingBuffer.h"
+
+namespace {
+
+constexpr std::string_view kOwnPrefix = "kyr/";
+constexpr std::uint32_t kScalarLength = 4;
+constexpr std::uint32_t kCommandStateLength = 1;
+
+} // namespace
+
+OutputInfo::OutputInfo(IProtocol* protocol, OutputDefinitionStruct definition,
+                       IDatarefProvider* provider, ICommandObserver* observer)
+    : record(definition) {
+    if (std::string_view(record.name).starts_with(kOwnPrefix)) {
+        resolveOwnName(protocol, provider, observer);
+    }
+    if (!isCommand && dataref == nullptr) {
+        dataref = XPLMFindDataRef(record.name);
+    }
+}
+
+void OutputInfo::resolveOwnName(IProtocol* protocol, IDatarefProvider* provider,
+                                ICommandObserver* observer) {
+    const auto elements = static_cast<std::size_t>(record.elementCount);
+    switch (record.type) {
+    case TarnelType::kInt:
+        dataref = provider->RegisterInt(record.name);
+        break;
+    case TarnelType::kFloat:
+        dataref = provider->RegisterFloat(record.name);
+        break;
+    case TarnelType::kIntArray:
+        dataref = provider->RegisterIntArray(elements, record.name);
+        break;
+    case TarnelType::kFloatArray:
+        dataref = provider->RegisterFloatArray(elements, record.name);
+        break;
+    case TarnelType::kCommand:
+        observer->RegisterProtocolForCommandCallback(protocol, record.outputIdentifier,
+                                                     record.name);
+        isCommand = true;
+        break;
+    default:
+        break;
+    }
+}
+
+bool OutputInfo::IsCommand() const {
+    return isCommand;
+}
+
+void OutputInfo::SetCommandState(bool down) {
+    if (down && !commandIsDown) {
+        commandWasPressed = true;
+    }
+    commandIsDown = down;
+}
+
+void OutputInfo::GetData(IRingBuffer* out) {
+    if (isCommand) {
+        writeCommandState(out);
+        return;
+    }
+    if (dataref == nullptr) {
+        GetDummyData(out);
+        return;
+    }
+    out->WriteUInt32(record.outputIdentifier);
+    switch (record.type) {
+    case TarnelType::kInt:
+        out->WriteUInt32(kScalarLength);
+        out->WriteInt32(XPLMGetDatai(dataref));
+        break;
+    case TarnelType::kFloat:
+        out->WriteUInt32(kScalarLength);
+        out->WriteFloat(XPLMGetDataf(dataref));
+        break;
+    case TarnelType::kIntArray:
+        writeIntArray(out);
+        break;
+    case TarnelType::kFloatArray:
+        writeFloatArray(out);
+        break;
+    // Clients know that an output of another type is its identifier and nothing more.
+    default:
+        break;
+    }
+}
+
+void OutputInfo::writeCommandState(IRingBuffer* out) {
+    out->WriteUInt32(record.outputIdentifier);
+    out->WriteUInt32(kCommandStateLength);
+    out->WriteUInt8(commandIsDown || commandWasPressed ? 1 : 0);
+    commandWasPressed = false;
+}
+
+void OutputInfo::writeIntArray(IRingBuffer* out) {
+    if (record.elementCount > 0) {
+        // Zeros for the elements that the dataref does not have.
+        intElements.assign(static_cast<std::size_t>(record.elementCount), 0);
+        XPLMGetDatavi(dataref, intElements.data(), record.firstElement, record.elementCount);
+    }
+    out->WriteUInt32(arrayLength());
+    for (const std::int32_t element : intElements) {
+        out->WriteInt32(element);
+    }
+}
+
+void OutputInfo::writeFloatArray(IRingBuffer* out) {
+    if (record.elementCount > 0) {
+        floatElements.assign(static_cast<std::size_t>(record.elementCount), 0.0F);
+        XPLMGetDatavf(dataref, floatElements.data(), record.firstElement, record.elementCount);
+    }
+    out->WriteUInt32(arrayLength());
+    for (const float element : floatElements) {
+        out->WriteFloat(element);
+    }
+}
+
+void OutputInfo::GetDummyData(IRingBuffer* out) {
+    out->WriteUInt32(record.outputIdentifier);
+    if (isCommand) {
+        // The identifier stands twice in this entry, unlike in the real one; clients expect it.
+        out->WriteUInt32(record.outputIdentifier);
+        out->WriteUInt32(kCommandStateLength);
+        out->WriteUInt8(0);
+        return;
+    }
+    writeDummyValue(out);
+}
+
+void OutputInfo::writeDummyValue(IRingBuffer* out) const {
+    switch (record.type) {
+    case TarnelType::kInt:
+    case TarnelType::kFloat:
+        // An int 0 and a float 0.0 have the same bytes.
+        out->WriteUInt32(kScalarLength);
+        out->WriteInt32(0);
+        break;
+    case TarnelType::kIntArray:
+    case TarnelType::kFloatArray:
+        out->WriteUInt32(arrayLength());
+        for (std::int32_t i = 0; i < record.elementCount; ++i) {
+            out->WriteInt32(0);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+// A negative count wraps, as the field always has.
+std::uint32_t OutputInfo::arrayLength() const {
+    return static_cast<std::uint32_t>(record.elementCount) * 4;
+}

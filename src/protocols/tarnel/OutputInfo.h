@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "XPLMDataAccess.h"
+#include "protocols/tarnel/TarnelRecords.h"
+
+class ICommandObserver;
+class IDatarefProvider;
+class IProtocol;
+class IRingBuffer;
+
+// One value reported to a Tarnel client: a simulator dataref, a dataref of the plugin's own, or
+// whether a command of the plugin's own is pressed.
+//
+// The name is resolved once, at construction; "kyr/" marks the plugin's own names. An unresolved
+// dataref silently reports zeros. An element count too large to be stored throws std::bad_alloc or
+// std::length_error, at construction for the plugin's own datarefs and from GetData for others.
+class OutputInfo final {
+public:
+    // A command is observed for `protocol` under the record's output identifier.
+    OutputInfo(IProtocol* protocol, OutputDefinitionStruct record, IDatarefProvider* provider,
+               ICommandObserver* observer);
+    OutputInfo(const OutputInfo&) = delete;
+    OutputInfo& operator=(const OutputInfo&) = delete;
+
+    bool IsCommand() const;
+
+    // A press is remembered until it has been reported once.
+    void SetCommandState(bool down);
+
+    // Appends the entry: identifier, value length in bytes, value.
+    void GetData(IRingBuffer* out);
+    // Appends an entry of the same shape with a zero value.
+    void GetDummyData(IRingBuffer* out);
+
+private:
+    void resolveOwnName(IProtocol* protocol, IDatarefProvider* provider,
+                        ICommandObserver* observer);
+
+    void writeCommandState(IRingBuffer* out);
+    void writeIntArray(IRingBuffer* out);
+    void writeFloatArray(IRingBuffer* out);
+    void writeDummyValue(IRingBuffer* out) const;
+    std::uint32_t arrayLength() const;
+
+    OutputDefinitionStruct record;
+    XPLMDataRef dataref = nullptr;
+    bool isCommand = false;
+    bool commandIsDown = false;
+    bool commandWasPressed = false;
+    // Kept between reports, so that a steady exchange allocates nothing.
+    std::vector<std::int32_t> intElements;
+    std::vector<float> floatElements;
+};

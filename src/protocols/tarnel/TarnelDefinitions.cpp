@@ -1,0 +1,138 @@
+// The part of TarnelProtocol that reads the definitions message.
+
+#include <string>
+
+#include "common/ILoggingService.h"
+#include "network/IRingBuffer.h"
+#include "protocols/tarnel/InputAction.h"
+#include "protocols/tarnel/OutputInfo.h"
+#include "protocols/tarnel/TarnelProtocol.h"
+
+namespace {
+
+constexpr std::uint32_t kDefinitionHeaderSize = sizeof(DefinitionHeaderStruct);
+
+// A client that fills the whole field has its name cut to 99 bytes.
+void readName(IRingBuffer& in, char (&name)[kTarnelNameSize]) {
+    in.ReadByteArray(reinterpret_cast<unsigned char*>(name), kTarnelNameSize);
+    name[kTarnelNameSize - 1] = '\0';
+}
+
+} // namespace
+
+std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
+    const unsigned long numBytes = in->GetNumReadBytesAvailable();
+    if (numBytes < kDefinitionHeaderSize) {
+        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig numBytes(" +
+                                         std::to_string(numBytes) +
+                                         ") < sizeof(DefinitionHeaderStruct)(" +
+                                         std::to_string(kDefinitionHeaderSize) + ")");
+        return 0;
+    }
+    logger->Log(LogLevelVerbose,
+                "Verbose@TarnelProtocol::tryParseConfig : recv() readposptr " +
+                    std::to_string(reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())));
+    DefinitionHeaderStruct header{};
+    header.specifier = in->ReadUInt32();
+    if (header.specifier != CMD_DEFINITIONS) {
+        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(" +
+                                         std::to_string(header.specifier) +
+                                         ") != CMD_DEFINITIONS(" + std::to_string(CMD_DEFINITIONS) +
+                                         ")");
+        return 0;
+    }
+    logVerbose("Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
+    header.inputStructSize = in->ReadUInt32();
+    header.inputStructCount = in->ReadUInt32();
+    header.outputStructSize = in->ReadUInt32();
+    header.outputStructCount = in->ReadUInt32();
+    const std::uint32_t packetSize = header.inputStructSize * header.inputStructCount +
+                                     header.outputStructSize * header.outputStructCount +
+                                     kDefinitionHeaderSize;
+    if (numBytes < packetSize) {
+        // A warning in spite of its first word: the rest of the message may yet arrive.
+        logger->Log(LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (" +
+                                         std::to_string(numBytes) + ") < packetSize(" +
+                                         std::to_string(packetSize) + ")");
+        return 0;
+    }
+    discardDefinitions();
+    logger->Log(LogLevelVerbose,
+                "Verbose@TarnelProtocol::tryParseConfig  defHeader.inputStructCount(" +
+                    std::to_string(header.inputStructCount) + ") defHeader.outputStructCount(" +
+                    std::to_string(header.outputStructCount) + ")");
+    defineInputs(in, header.inputStructCount);
+    defineOutputs(in, header.outputStructCount);
+    logger->Log(LogLevelVerbose, "VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(" +
+                                     std::to_string(outputInfos.size()) + ")");
+    writeOutputInfos(in, out);
+    return static_cast<std::int32_t>(packetSize);
+}
+
+void TarnelProtocol::discardDefinitions() {
+    inputActions.clear();
+    outputInfos.clear();
+    commandOutputInfos.clear();
+}
+
+void TarnelProtocol::defineInputs(IRingBuffer* in, std::uint32_t count) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        InputDefinitionStruct record{};
+        extractInputStruct(in, &record);
+        auto& action = inputActions[record.actionIdentifier];
+        if (action == nullptr) {
+            action = std::make_unique<InputAction>(record.actionIdentifier);
+        }
+        action->AddInputDefinition(record);
+    }
+}
+
+void TarnelProtocol::defineOutputs(IRingBuffer* in, std::uint32_t count) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        OutputDefinitionStruct record{};
+        extractOutputStruct(in, &record);
+        const auto& output = outputInfos.emplace_back(
+            std::make_unique<OutputInfo>(this, record, datarefProvider, commandObserver));
+        if (output->IsCommand()) {
+            commandOutputInfos.emplace(static_cast<std::int32_t>(record.outputIdentifier),
+                                       output.get());
+        }
+    }
+}
+
+void TarnelProtocol::extractInputStruct(IRingBuffer* in, InputDefinitionStruct* record) {
+    record->actionIdentifier = in->ReadInt32();
+    record->reserved4 = in->ReadInt32();
+    record->reserved8 = in->ReadInt32();
+    record->targetIndex = in->ReadInt32();
+    record->fixedIntValue = in->ReadInt32();
+    record->repeatInterval = in->ReadInt32();
+    record->intRangeMinimum = in->ReadInt32();
+    record->intRangeMaximum = in->ReadInt32();
+    record->targetType = in->ReadInt32();
+    record->scalingMode = in->ReadInt32();
+    record->rangeType = in->ReadInt32();
+    record->rangeIndex = in->ReadInt32();
+    record->condition = in->ReadInt32();
+    record->fixedFloatValue = in->ReadFloat();
+    record->floatRangeMinimum = in->ReadFloat();
+    record->floatRangeMaximum = in->ReadFloat();
+    record->useFixedValue = in->ReadInt32();
+    record->holdCommand = in->ReadInt32();
+    record->reserved72 = in->ReadInt32();
+    record->commandHeld = in->ReadInt32();
+    readName(*in, record->rangeMinimumName);
+    readName(*in, record->rangeMaximumName);
+    readName(*in, record->targetName);
+    readName(*in, record->conditionName);
+    record->conditionType = in->ReadInt32();
+    record->conditionIndex = in->ReadInt32();
+}
+
+void TarnelProtocol::extractOutputStruct(IRingBuffer* in, OutputDefinitionStruct* record) {
+    record->outputIdentifier = in->ReadUInt32();
+    readName(*in, record->name);
+    record->type = in->ReadInt32();
+    record->firstElement = in->ReadInt32();
+    record->elementCount = in->ReadInt32();
+}

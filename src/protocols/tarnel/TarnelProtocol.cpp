@@ -1,0 +1,171 @@
+#include "protocols/tarnel/TarnelProtocol.h"
+
+#include <string>
+
+#include "commands/ICommandObserver.h"
+#include "common/ILoggingService.h"
+#include "common/IUtilities.h"
+#include "common/SimStateInformation.h"
+#include "network/IRingBuffer.h"
+#include "protocols/tarnel/InputAction.h"
+#include "protocols/tarnel/OutputInfo.h"
+
+namespace {
+
+constexpr unsigned int kProtocolIdentification = 0x44332211;
+constexpr std::int32_t kVersionRequestSize = 4;
+constexpr std::uint32_t kDataHeaderSize = sizeof(DataHeaderStruct);
+
+// The trailer that closes every output stream.
+constexpr std::uint32_t kAircraftIdentifier = 0xFFFF;
+constexpr std::uint32_t kAircraftIdLength = 4;
+
+constexpr unsigned int kCommandEndPhase = 2;
+
+} // namespace
+
+TarnelProtocol::TarnelProtocol(SimStateInformation* simStateInformation, ILoggingService* logging,
+                               IUtilities* utils, IDatarefProvider* provider,
+                               ICommandObserver* observer)
+    : datarefProvider(provider),
+      commandObserver(observer),
+      simState(simStateInformation),
+      logger(logging),
+      utilities(utils) {}
+
+TarnelProtocol::~TarnelProtocol() {
+    commandObserver->UnregisterAllForProtocol(this);
+}
+
+unsigned int TarnelProtocol::GetProtocolIdentification() {
+    return kProtocolIdentification;
+}
+
+int TarnelProtocol::Feed(IRingBuffer* in, IRingBuffer* out) {
+    return tryParsePacket(in, out);
+}
+
+int TarnelProtocol::HandleCommand(unsigned int commandId, int phase) {
+    const auto found = commandOutputInfos.find(static_cast<std::int32_t>(commandId));
+    if (found != commandOutputInfos.end()) {
+        found->second->SetCommandState(static_cast<unsigned int>(phase) < kCommandEndPhase);
+    }
+    return 1;
+}
+
+std::int32_t TarnelProtocol::tryParsePacket(IRingBuffer* in, IRingBuffer* out) {
+    in->SetReadPosRestorePoint();
+    std::int32_t consumed = tryParseVersion(in, out);
+    if (consumed == 0) {
+        in->RestoreReadPos();
+        consumed = tryParseConfig(in, out);
+    }
+    if (consumed == 0) {
+        in->RestoreReadPos();
+        consumed = tryParseData(in, out);
+    }
+    if (consumed < 1) {
+        in->RestoreReadPos();
+        return consumed;
+    }
+    if (in->GetNumReadBytesAvailable() == 0) {
+        in->ResetBuffer();
+    }
+    in->SetReadPosRestorePoint();
+    return consumed;
+}
+
+std::int32_t TarnelProtocol::tryParseVersion(IRingBuffer* in, IRingBuffer* out) {
+    const unsigned long numBytes = in->GetNumReadBytesAvailable();
+    if (numBytes < sizeof(CMD_VERSION) || in->ReadUInt32() != CMD_VERSION) {
+        return 0;
+    }
+    logVerbose("Verbose@TarnelProtocol::tryParseVersion is VERSION");
+    logger->Log(LogLevelVerbose,
+                "Verbose@TarnelProtocol::tryParseVersion available " + std::to_string(numBytes));
+    // The version of the protocol's implementation; clients compare all of it.
+    out->WriteUInt32(CMD_VERSION);
+    out->WriteUInt8(1);
+    out->WriteUInt8(0);
+    out->WriteUInt8(7);
+    out->WriteUInt8(10);
+    out->WriteUInt32(6);
+    return kVersionRequestSize;
+}
+
+std::int32_t TarnelProtocol::tryParseData(IRingBuffer* in, IRingBuffer* out) {
+    writeOutputInfos(in, out);
+    const unsigned long numBytes = in->GetNumReadBytesAvailable();
+    if (numBytes < kDataHeaderSize) {
+        logger->Log(LogLevelVerbose,
+                    "Verbose@TarnelProtocol::tryParseData numBytes(" + std::to_string(numBytes) +
+                        ") < sizeof(DataHeaderStruct)(" + std::to_string(kDataHeaderSize) + ")");
+        return 0;
+    }
+    DataHeaderStruct header{};
+    header.specifier = in->ReadUInt32();
+    if (header.specifier != CMD_DATA) {
+        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseData dataHeader.specifier(" +
+                                         std::to_string(header.specifier) + ") != CMD_DATA(" +
+                                         std::to_string(CMD_DATA) + ")");
+        return 0;
+    }
+    logVerbose("Verbose@TarnelProtocol::tryParseData is DATA");
+    header.structSize = in->ReadUInt32();
+    header.structCount = in->ReadUInt32();
+    const std::uint32_t packetSize = header.structSize * header.structCount + kDataHeaderSize;
+    if (numBytes < packetSize) {
+        logger->Log(LogLevelWarning, "WARNING@TarnelProtocol::tryParseData : numBytes (" +
+                                         std::to_string(numBytes) + ") < packetSize(" +
+                                         std::to_string(packetSize) + ")");
+        return 0;
+    }
+    return executeItems(in, header.structCount) ? static_cast<std::int32_t>(packetSize) : 0;
+}
+
+// Stops at an item whose action was never declared. The whole message then stays at the head of the
+// buffer and is executed up to that item again with every later request: clients declare first.
+bool TarnelProtocol::executeItems(IRingBuffer* in, std::uint32_t count) {
+    const auto nowMs = static_cast<unsigned long>(utilities->GetTimeStampMs());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        HardwareDataStruct item{};
+        extractHardwareDataStruct(in, &item);
+        const auto found = inputActions.find(static_cast<std::int32_t>(item.actionIdentifier));
+        if (found == inputActions.end()) {
+            logger->Log(LogLevelWarning,
+                        "WARNING@TarnelProtocol::tryParseData : unknown action id(" +
+                            std::to_string(item.actionIdentifier) + ")");
+            return false;
+        }
+        found->second->ExecuteAction(item.value, nowMs);
+    }
+    return true;
+}
+
+void TarnelProtocol::extractHardwareDataStruct(IRingBuffer* in, HardwareDataStruct* record) {
+    record->actionIdentifier = in->ReadUInt32();
+    in->ReadByteArray(record->value, sizeof(record->value));
+}
+
+void TarnelProtocol::writeOutputInfos(IRingBuffer* /*in*/, IRingBuffer* out) {
+    const bool planeLoaded = simState->IsPlaneLoaded();
+    for (const auto& output : outputInfos) {
+        if (planeLoaded) {
+            output->GetData(out);
+        } else {
+            output->GetDummyData(out);
+        }
+    }
+    if (planeLoaded) {
+        logger->Log(LogLevelVerbose,
+                    "VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(" +
+                        std::to_string(outputInfos.size()) + ")");
+    }
+    out->WriteUInt32(kAircraftIdentifier);
+    out->WriteUInt32(kAircraftIdLength);
+    out->WriteUInt32(planeLoaded ? simState->GetPlaneId() : 0);
+}
+
+void TarnelProtocol::logVerbose(const char* message) {
+    logger->Log(LogLevelVerbose, message);
+}
