@@ -1,0 +1,32 @@
+#include "network/ProtocolFactory.h"
+
+#include <memory>
+
+#include "protocols/tarnel/TarnelProtocol.h"
+
+namespace {
+
+void insert(std::map<unsigned int, IProtocol*>& instances, std::unique_ptr<IProtocol> instance) {
+    const unsigned int identification = instance->GetProtocolIdentification();
+    if (instances.emplace(identification, instance.get()).second) {
+        instance.release(); // NOLINT(bugprone-unused-return-value): the map has it now.
+    }
+}
+
+} // namespace
+
+ProtocolFactory::ProtocolFactory(SimStateInformation* simStateInformation,
+                                 ICommandObserver* observer, ILoggingService* logging,
+                                 IUtilities* utils, IDatarefProvider* provider)
+    : simState(simStateInformation),
+      commandObserver(observer),
+      loggingService(logging),
+      utilities(utils),
+      datarefProvider(provider) {}
+
+std::map<unsigned int, IProtocol*> ProtocolFactory::CreateProtocolInstances() {
+    std::map<unsigned int, IProtocol*> instances;
+    insert(instances, std::make_unique<TarnelProtocol>(simState, loggingService, utilities,
+                                                       datarefProvider, commandObserver));
+    return instances;
+}
