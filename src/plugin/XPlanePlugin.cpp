@@ -1,0 +1,163 @@
+#include "plugin/XPlanePlugin.h"
+
+#include <cstdio>
+
+#include "XPLMMenus.h"
+#include "XPLMPlugin.h"
+#include "XPLMProcessing.h"
+#include "commands/ICommandObserver.h"
+#include "common/SimStateInformation.h"
+#include "datarefs/IDatarefProvider.h"
+#include "network/NetworkResources.h"
+#include "network/TcpServer.h"
+
+namespace {
+
+constexpr int kVersionMajor = 7;
+constexpr int kVersionMinor = 0;
+constexpr int kVersionPatch = 1;
+constexpr int kSimulatorGeneration = 10;
+
+constexpr const char* kSignature = "kyr.flight.xplaneorvane.plugin";
+constexpr const char* kDescription =
+    "Reads and writes X-Plane datarefs from external programs using TCP sockets.";
+
+// The simulator's size for each of the three texts of a start.
+constexpr std::size_t kStartTextSize = 256;
+constexpr std::size_t kMenuTextSize = 100;
+
+// Counted in flight loops, as the minus sign says.
+constexpr float kFirstFlightLoop = -2.0F;
+constexpr float kNextFlightLoop = -1.0F;
+
+// Active flags and values both have one element per control axis, and both are ints.
+constexpr std::size_t kForceScaleFactors = 4;
+
+} // namespace
+
+XPlanePlugin::XPlanePlugin(FlightLoopCallback flightLoop, ICommandObserver* observer,
+                           NetworkResources* resources, TcpServer* server,
+                           IDatarefProvider* provider, SimStateInformation* simStateInformation,
+                           ILoggingService* /*loggingService*/)
+    : simState(simStateInformation),
+      flightLoopCallback(flightLoop),
+      commandObserver(observer),
+      networkResources(resources),
+      tcpServer(server),
+      datarefProvider(provider) {}
+
+int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::snprintf(outName, kStartTextSize, "XPlaneTCPOrvaneLin v%d.%d.%d", kVersionMajor,
+                  kVersionMinor, kVersionPatch);
+    std::snprintf(outSignature, kStartTextSize, "%s", kSignature);
+    std::snprintf(outDescription, kStartTextSize, "%s", kDescription);
+    appendMenuItem();
+    if (!networkResources->Init()) {
+        return 0;
+    }
+    if (!tcpServer->Init()) {
+        return 0;
+    }
+    registerFlightLoop();
+    datarefProvider->ParseConfig();
+    registerOwnDatarefs();
+    return 1;
+}
+
+// Without a handler: the item only shows the version.
+void XPlanePlugin::appendMenuItem() {
+    char text[kMenuTextSize];
+    std::snprintf(text, sizeof(text), "XPlane%dOrvane v%d.%d.%d", kSimulatorGeneration,
+                  kVersionMajor, kVersionMinor, kVersionPatch);
+    XPLMAppendMenuItem(XPLMFindPluginsMenu(), text, nullptr, 1);
+}
+
+void XPlanePlugin::registerFlightLoop() {
+    if (!flightLoopRegistered) {
+        XPLMRegisterFlightLoopCallback(flightLoopCallback, kFirstFlightLoop, nullptr);
+        flightLoopRegistered = true;
+    }
+}
+
+void XPlanePlugin::registerOwnDatarefs() {
+    if (autopilotExternalControl == nullptr) {
+        autopilotExternalControl = datarefProvider->RegisterInt("kyr/autopilot_external_control");
+    }
+    if (autopilotTriggerDisable == nullptr) {
+        autopilotTriggerDisable = datarefProvider->RegisterInt("kyr/autopilot_trigger_disable");
+    }
+    if (forceScaleFactorActive == nullptr) {
+        forceScaleFactorActive = datarefProvider->RegisterIntArray(
+            kForceScaleFactors, "kyr/external_forcescalefactor_active");
+    }
+    if (forceScaleFactorValue == nullptr) {
+        forceScaleFactorValue = datarefProvider->RegisterIntArray(
+            kForceScaleFactors, "kyr/external_forcescalefactor_value");
+    }
+}
+
+void XPlanePlugin::XPluginStop() {
+    // Only a handle that was never had is unregistered, which releases nothing: the simulator
+    // itself drops the others with the plugin.
+    for (const XPLMDataRef handle : {autopilotExternalControl, autopilotTriggerDisable,
+                                     forceScaleFactorActive, forceScaleFactorValue}) {
+        if (handle == nullptr) {
+            XPLMUnregisterDataAccessor(nullptr);
+        }
+    }
+    if (flightLoopRegistered) {
+        XPLMUnregisterFlightLoopCallback(flightLoopCallback, nullptr);
+        flightLoopRegistered = false;
+    }
+    tcpServer->Cleanup();
+    networkResources->Cleanup();
+}
+
+int XPlanePlugin::XPluginEnable() {
+    return 1;
+}
+
+void XPlanePlugin::XPluginDisable() {}
+
+void XPlanePlugin::XPluginReceiveMessage(int /*from*/, long message, void* param) {
+    const bool aboutUsersAircraft = param == nullptr;
+    switch (message) {
+    case XPLM_MSG_AIRPORT_LOADED:
+    case XPLM_MSG_SCENERY_LOADED:
+        planeLoaded();
+        break;
+    case XPLM_MSG_PLANE_LOADED:
+    case XPLM_MSG_LIVERY_LOADED:
+        if (aboutUsersAircraft) {
+            planeLoaded();
+        }
+        break;
+    case XPLM_MSG_PLANE_UNLOADED:
+        if (aboutUsersAircraft) {
+            simState->SetPlaneLoaded(false);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void XPlanePlugin::planeLoaded() {
+    simState->SetPlaneLoaded(true);
+    simState->ReadPlaneId();
+}
+
+float XPlanePlugin::FlightLoop(float /*elapsedSinceLastCall*/, float /*elapsedSinceLastFlightLoop*/,
+                               int /*counter*/, void* /*refcon*/) {
+    datarefProvider->ProcessFlightLoop();
+    tcpServer->ProcessEvents();
+    return kNextFlightLoop;
+}
+
+int XPlanePlugin::CommandHandler(void* command, int phase, void* refcon) {
+    return commandObserver->HandleCommand(command, phase, refcon);
+}
+
+IDatarefProvider* XPlanePlugin::GetDatarefProvider() {
+    return datarefProvider;
+}
