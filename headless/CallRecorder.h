@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace headless {
+
+// Why the simulator did not do what a plugin asked for.
+enum class Refusal {
+    NullHandle,
+    UnknownHandle,
+    StaleHandle,
+    UnknownName,
+    NullText,
+    WrongType,
+    ReadOnly,
+    NameTaken,
+    Ordered,
+    AlreadyRegistered,
+    NotRegistered,
+    UnbalancedEnd,
+    UnknownPlugin,
+    Count
+};
+
+// One call that a plugin made: the function, its arguments as text (names, values, separated by
+// ", ") and the handle that it used or got; null when there is none.
+struct RecordedCall {
+    std::string function;
+    std::string arguments;
+    const void* handle = nullptr;
+};
+
+struct RefusedCall {
+    Refusal reason = Refusal::Count;
+    std::string function;
+    std::string detail;
+};
+
+// What plugins asked of the simulator.
+//
+// The ordered list of all calls is kept only while recording is enabled, so that long runs do not
+// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept.
+class CallRecorder final {
+public:
+    static constexpr std::size_t kRecentRefusals = 64;
+
+    void Enable() { enabled = true; }
+    void Disable() { enabled = false; }
+    bool IsEnabled() const { return enabled; }
+
+    // Forgets calls and refusals.
+    void Clear();
+
+    template <class... Arguments>
+    void Record(const char* function, const void* handle, const Arguments&... arguments) {
+        if (enabled) {
+            calls.push_back({function, describe(arguments...), handle});
+        }
+    }
+
+    void Refuse(Refusal reason, const char* function, const char* detail);
+
+    const std::vector<RecordedCall>& Calls() const { return calls; }
+    // The calls of one function, in order.
+    std::vector<RecordedCall> CallsOf(const std::string& function) const;
+
+    std::size_t Refusals(Refusal reason) const;
+    std::size_t NullHandleCalls() const { return Refusals(Refusal::NullHandle); }
+    const std::deque<RefusedCall>& RecentRefusals() const { return recentRefusals; }
+
+private:
+    template <class... Arguments>
+    static std::string describe(const Arguments&... arguments) {
+        std::ostringstream text;
+        [[maybe_unused]] const char* separator = "";
+        ((text << separator << arguments, separator = ", "), ...);
+        return text.str();
+    }
+
+    bool enabled = false;
+    std::vector<RecordedCall> calls;
+    std::array<std::size_t, static_cast<std::size_t>(Refusal::Count)> counts{};
+    std::deque<RefusedCall> recentRefusals;
+};
+
+} // namespace headless

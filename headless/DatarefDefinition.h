@@ -1,0 +1,21 @@
+#pragma once
+
+#include "XPLMDataAccess.h"
+
+#include <string>
+
+namespace headless {
+
+// What a dataref is: name, type bits, element count of its array types, and whether plugins may
+// write it.
+struct DatarefDefinition {
+    std::string name;
+    XPLMDataTypeID types = xplmType_Float;
+    // Elements of an array, bytes of xplmType_Data. Scalars do not look at it.
+    int elements = 0;
+    bool writable = true;
+    std::string units{};
+    std::string description{};
+};
+
+} // namespace headless

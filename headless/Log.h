@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace headless {
+
+// The simulator's log: text as it was given, in memory and, once a file is opened, there as well.
+//
+// The file is written without buffering, because a plugin may abort the process right after its
+// last line. Long runs with a file can do without the copy in memory.
+class Log final {
+public:
+    Log() = default;
+    ~Log();
+    Log(const Log&) = delete;
+    Log& operator=(const Log&) = delete;
+
+    void Write(std::string_view text);
+
+    // Empties the file or makes it. Throws std::runtime_error when that is not possible.
+    void OpenFile(const std::string& path);
+
+    void EchoToStderr(bool on) { echo = on; }
+    void KeepInMemory(bool on) { keep = on; }
+
+    const std::string& Text() const { return text; }
+    // The text split at its newlines, without them. A line without its newline yet is included.
+    std::vector<std::string> Lines() const;
+
+private:
+    std::string text;
+    int file = -1;
+    bool echo = false;
+    bool keep = true;
+};
+
+} // namespace headless
