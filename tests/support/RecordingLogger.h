@@ -1,0 +1,43 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/ILoggingService.h"
+
+// Stands for the end of the process, which the real service brings about at LogLevelError.
+class FatalReport final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Keeps every message, whatever the threshold. After a message at LogLevelError it throws
+// FatalReport, so that nothing runs which could not run in the real process.
+class RecordingLogger final : public ILoggingService {
+public:
+    void SetLogLevel(LogLevel newLevel) override { level = newLevel; }
+
+    void Log(LogLevel messageLevel, std::string message) override {
+        messages.emplace_back(messageLevel, message);
+        if (messageLevel == LogLevelError && throwsOnError) {
+            throw FatalReport(message);
+        }
+    }
+
+    // The messages of one level, in order.
+    std::vector<std::string> At(LogLevel wanted) const {
+        std::vector<std::string> found;
+        for (const auto& [messageLevel, message] : messages) {
+            if (messageLevel == wanted) {
+                found.push_back(message);
+            }
+        }
+        return found;
+    }
+
+    LogLevel level = LogLevelWarning;
+    bool throwsOnError = true;
+    std::vector<std::pair<LogLevel, std::string>> messages;
+};

@@ -1,0 +1,49 @@
+#include "support/TemporaryDirectory.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+
+TemporaryDirectory::TemporaryDirectory() : former(std::filesystem::current_path()) {
+    std::string pattern = (std::filesystem::temp_directory_path() / "orvane-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) {
+        throw std::system_error(errno, std::generic_category(), pattern);
+    }
+    path = pattern;
+    std::filesystem::current_path(path);
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::current_path(former, ignored);
+    std::filesystem::remove_all(path, ignored);
+}
+
+void TemporaryDirectory::MakePluginsFolder() const {
+    std::filesystem::create_directories(path / "Resources" / "plugins");
+}
+
+void TemporaryDirectory::Write(const std::string& relativePath, const std::string& content) const {
+    std::ofstream file(path / relativePath, std::ios::binary);
+    file << content;
+    if (!file.flush()) {
+        throw std::runtime_error("cannot write " + relativePath);
+    }
+}
+
+std::string TemporaryDirectory::Read(const std::string& relativePath) const {
+    const std::ifstream file(path / relativePath, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error("cannot read " + relativePath);
+    }
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+bool TemporaryDirectory::Has(const std::string& relativePath) const {
+    return std::filesystem::exists(path / relativePath);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+// A new empty directory that is the process's working directory while the object lives, and is
+// removed with everything in it afterwards. `MakePluginsFolder` adds what the simulator has.
+class TemporaryDirectory final {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    const std::filesystem::path& Path() const { return path; }
+
+    // ./Resources/plugins, in which the configuration file lives.
+    void MakePluginsFolder() const;
+    void Write(const std::string& relativePath, const std::string& content) const;
+    // The whole content; throws when there is no such file.
+    std::string Read(const std::string& relativePath) const;
+    bool Has(const std::string& relativePath) const;
+
+private:
+    std::filesystem::path former;
+    std::filesystem::path path;
+};
