@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "protocols/tarnel/TarnelProtocol.h"
+#include "protocols/velmar/VelmarProtocol.h"
 
 namespace {
 
@@ -28,5 +29,7 @@ std::map<unsigned int, IProtocol*> ProtocolFactory::CreateProtocolInstances() {
     std::map<unsigned int, IProtocol*> instances;
     insert(instances, std::make_unique<TarnelProtocol>(simState, loggingService, utilities,
                                                        datarefProvider, commandObserver));
+    insert(instances, std::make_unique<VelmarProtocol>(simState, commandObserver, loggingService,
+                                                       utilities, datarefProvider));
     return instances;
 }

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+#include "network/IProtocol.h"
+#include "protocols/velmar/XPlaneObservedCommandState.h"
+
+class ICommandObserver;
+class IDatarefProvider;
+class ILoggingService;
+class IRingBuffer;
+class IUtilities;
+class SimStateInformation;
+class XPlaneCommand;
+class XPlaneDataRef;
+
+// The protocol of clients that address datarefs and commands by numbers of their own: small packets
+// that register, read, write, run and poll.
+//
+// One request may hold several packets; their replies make up one answer. A packet that has not
+// arrived whole waits in the buffer where its size can be told, and ends the process elsewhere.
+// Owns the descriptors of its client; services are borrowed.
+class VelmarProtocol final : public IProtocol {
+public:
+    VelmarProtocol(SimStateInformation* simState, ICommandObserver* commandObserver,
+                   ILoggingService* loggingService, IUtilities* utilities,
+                   IDatarefProvider* datarefProvider);
+    ~VelmarProtocol() override;
+    VelmarProtocol(const VelmarProtocol&) = delete;
+    VelmarProtocol& operator=(const VelmarProtocol&) = delete;
+
+    unsigned int GetProtocolIdentification() override;
+
+    // Handles all whole packets in `in`. Always 0.
+    int Feed(IRingBuffer* in, IRingBuffer* out) override;
+
+    // Always 1: observing a command never swallows it.
+    int HandleCommand(unsigned int id, int phase) override;
+
+    // One packet. Returns the bytes consumed, or 0 for one that has not arrived whole and is left
+    // in `in`.
+    int tryParsePacket(IRingBuffer* in, IRingBuffer* out);
+
+private:
+    // Each handles the packet behind its type; `available` counts from the type on. False when the
+    // packet waits.
+    bool handlePacket(IRingBuffer* in, IRingBuffer* out, unsigned long available);
+    bool registerDataref(IRingBuffer* in, IRingBuffer* out);
+    bool unregisterDataref(IRingBuffer* in, IRingBuffer* out, unsigned long available);
+    bool registerCommand(IRingBuffer* in, IRingBuffer* out);
+    bool unregisterCommand(IRingBuffer* in, IRingBuffer* out, unsigned long available);
+    bool readDataref(IRingBuffer* in, IRingBuffer* out);
+    bool writeDataref(IRingBuffer* in, IRingBuffer* out);
+    bool runCommand(IRingBuffer* in, unsigned long available);
+    bool pollCommandStates(IRingBuffer* out);
+
+    ICommandObserver* commandObserver;
+    ILoggingService* loggingService;
+    std::map<std::uint32_t, std::unique_ptr<XPlaneDataRef>> datarefs;
+    std::map<std::uint32_t, std::unique_ptr<XPlaneCommand>> commands;
+    std::map<std::uint32_t, XPlaneObservedCommandState> observedStates;
+};

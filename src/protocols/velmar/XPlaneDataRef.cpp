@@ -1,0 +1,136 @@
+#include "protocols/velmar/XPlaneDataRef.h"
+
+#include <utility>
+#include <vector>
+
+#include "common/ILoggingService.h"
+#include "network/IRingBuffer.h"
+#include "protocols/velmar/DescriptorName.h"
+
+namespace {
+
+constexpr unsigned long kSmallestDescriptor = 13;
+constexpr std::uint32_t kLargestDataType = 5;
+
+constexpr std::int32_t kWordLength = 4;
+constexpr std::int32_t kByteLength = 1;
+
+VelmarDataType toDataType(std::uint32_t value) {
+    return value <= kLargestDataType ? static_cast<VelmarDataType>(value) : VelmarDataType::None;
+}
+
+// Raw elements, in the host's byte order: little-endian, as on the wire.
+template <typename Element>
+void readArray(int (*getter)(XPLMDataRef, Element*, int, int), XPLMDataRef dataref,
+               unsigned int size, IRingBuffer* out) {
+    const std::uint64_t length = std::uint64_t{size} * sizeof(Element);
+    out->WriteInt32(static_cast<std::int32_t>(length));
+    if (size == 0) {
+        return;
+    }
+    // Zeros for the elements that the dataref does not have.
+    std::vector<Element> elements(size);
+    getter(dataref, elements.data(), 0, static_cast<int>(size));
+    out->WriteByteArray(reinterpret_cast<unsigned char*>(elements.data()), length);
+}
+
+template <typename Element>
+void writeArray(void (*setter)(XPLMDataRef, Element*, int, int), XPLMDataRef dataref,
+                unsigned int size, IRingBuffer* in) {
+    if (size == 0) {
+        return;
+    }
+    std::vector<Element> elements(size);
+    in->ReadByteArray(reinterpret_cast<unsigned char*>(elements.data()), size * sizeof(Element));
+    setter(dataref, elements.data(), 0, static_cast<int>(size));
+}
+
+} // namespace
+
+XPlaneDataRef::XPlaneDataRef(unsigned int id, VelmarDataType type, unsigned int size,
+                             std::string datarefName)
+    : identifier(id), dataType(type), arraySize(size), name(std::move(datarefName)) {}
+
+XPlaneDataRef* XPlaneDataRef::FromStream(IRingBuffer* in, ILoggingService* log) {
+    if (in->GetNumReadBytesAvailable() < kSmallestDescriptor) {
+        log->Log(LogLevelWarning,
+                 "WARNING@XPlaneDataRef::FromStream : Not enough bytes to read dataref.");
+        return nullptr;
+    }
+    const std::uint32_t id = in->ReadUInt32();
+    const VelmarDataType type = toDataType(in->ReadUInt32());
+    const std::uint32_t size = in->ReadUInt32();
+    return new XPlaneDataRef(id, type, size, readDescriptorName(in, log, "XPlaneDataRef"));
+}
+
+bool XPlaneDataRef::FindReference() {
+    dataref = XPLMFindDataRef(name.c_str());
+    return dataref != nullptr;
+}
+
+bool XPlaneDataRef::ReadData(IRingBuffer* out) {
+    switch (dataType) {
+    case VelmarDataType::Int:
+        out->WriteInt32(kWordLength);
+        out->WriteInt32(XPLMGetDatai(dataref));
+        return true;
+    case VelmarDataType::Float:
+        out->WriteInt32(kWordLength);
+        out->WriteFloat(XPLMGetDataf(dataref));
+        return true;
+    case VelmarDataType::Byte:
+        out->WriteInt32(kByteLength);
+        out->WriteUInt8(static_cast<std::uint8_t>(XPLMGetDatai(dataref)));
+        return true;
+    case VelmarDataType::IntArray:
+        readArray(XPLMGetDatavi, dataref, arraySize, out);
+        return true;
+    case VelmarDataType::FloatArray:
+        readArray(XPLMGetDatavf, dataref, arraySize, out);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool XPlaneDataRef::WriteData(IRingBuffer* in) {
+    const std::uint32_t length = in->ReadUInt32();
+    if (dataType == VelmarDataType::Int && length == kWordLength) {
+        XPLMSetDatai(dataref, in->ReadInt32());
+    } else if (dataType == VelmarDataType::Float && length == kWordLength) {
+        XPLMSetDataf(dataref, in->ReadFloat());
+    } else if (dataType == VelmarDataType::Byte && length == kByteLength) {
+        XPLMSetDatai(dataref, in->ReadUInt8());
+    } else if (dataType == VelmarDataType::IntArray && hasWholeArray(in, length)) {
+        writeArray(XPLMSetDatavi, dataref, arraySize, in);
+    } else if (dataType == VelmarDataType::FloatArray && hasWholeArray(in, length)) {
+        writeArray(XPLMSetDatavf, dataref, arraySize, in);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+std::uint64_t XPlaneDataRef::arrayBytes() const {
+    return std::uint64_t{arraySize} * 4;
+}
+
+bool XPlaneDataRef::hasWholeArray(const IRingBuffer* in, std::uint32_t length) const {
+    return length == arrayBytes() && in->GetNumReadBytesAvailable() >= length;
+}
+
+unsigned int XPlaneDataRef::GetId() const {
+    return identifier;
+}
+
+VelmarDataType XPlaneDataRef::GetDataType() const {
+    return dataType;
+}
+
+unsigned int XPlaneDataRef::GetArraySize() const {
+    return arraySize;
+}
+
+std::string XPlaneDataRef::GetName() const {
+    return name;
+}
