@@ -1,9 +1,18 @@
 # Interface targets that every library and program of the house links, and helpers to declare them.
 
+# Options that only GCC knows; clang-tidy reads the command lines as clang would.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_CXX_CLANG_TIDY)
+    set(ORVANE_GCC_OPTIONS ON)
+endif()
+
 add_library(orvane_warnings INTERFACE)
 target_compile_options(orvane_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Wundef)
+if(ORVANE_GCC_OPTIONS)
+    # A constructor's parameter may bear the name of the field that it initialises.
+    target_compile_options(orvane_warnings INTERFACE -Wshadow=local)
+endif()
 if(ORVANE_WARNINGS_AS_ERRORS)
     target_compile_options(orvane_warnings INTERFACE -Werror)
 endif()
@@ -27,7 +36,9 @@ function(orvane_library name)
     endif()
     add_library(${name} ${kind} ${ARG_UNPARSED_ARGUMENTS})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
-    # A unique symbol would pin the plugin in the simulator's process after dlclose.
-    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    # A unique symbol, which only GCC makes, would pin the plugin in the simulator's process.
+    if(ORVANE_GCC_OPTIONS)
+        target_compile_options(${name} PRIVATE -fno-gnu-unique)
+    endif()
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE orvane_warnings orvane_sanitizers)
 endfunction()

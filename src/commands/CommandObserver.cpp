@@ -13,7 +13,7 @@ XPLMCommandRef findOrCreateCommand(const std::string& name) {
 
 } // namespace
 
-CommandObserver::CommandObserver(Callback commandCallback) : callback(commandCallback) {}
+CommandObserver::CommandObserver(Callback callback) : callback(callback) {}
 
 void CommandObserver::RegisterProtocolForCommandCallback(IProtocol* protocol, unsigned int id,
                                                          std::string name) {

@@ -102,7 +102,8 @@ std::vector<std::string> DatarefProvider::splitString(const std::string& text, c
     return tokens;
 }
 
-void DatarefProvider::ensureDatarefInConfig(std::string name, std::string type, int size) {
+void DatarefProvider::ensureDatarefInConfig(const std::string& name, const std::string& type,
+                                            int size) {
     if (configNames.contains(name)) {
         return;
     }

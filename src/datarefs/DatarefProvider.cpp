@@ -140,6 +140,7 @@ XPLMDataRef DatarefProvider::registerDataref(const std::string& name, const Acce
     if (registeredNames.contains(name)) {
         return nullptr;
     }
+    // A number and never an address: NOLINTNEXTLINE(performance-no-int-to-ptr)
     void* const refcon = reinterpret_cast<void*>(nextRefcon);
     // First of all, since a size that cannot be stored must leave no trace anywhere.
     Values<Value> newValue;

@@ -66,7 +66,7 @@ public:
     // Runs of the delimiter separate tokens; the last token may be empty.
     std::vector<std::string> splitString(const std::string& text, char delimiter);
     // Appends a declaration unless the file is known to hold one. `size` counts for arrays only.
-    void ensureDatarefInConfig(std::string name, std::string type, int size);
+    void ensureDatarefInConfig(const std::string& name, const std::string& type, int size);
     // Adds the name to the DataRefEditor's list if that plugin is loaded.
     void notifyDataRefEditor(std::string name);
 

@@ -16,14 +16,14 @@ void insert(std::map<unsigned int, IProtocol*>& instances, std::unique_ptr<IProt
 
 } // namespace
 
-ProtocolFactory::ProtocolFactory(SimStateInformation* simStateInformation,
-                                 ICommandObserver* observer, ILoggingService* logging,
-                                 IUtilities* utils, IDatarefProvider* provider)
-    : simState(simStateInformation),
-      commandObserver(observer),
-      loggingService(logging),
-      utilities(utils),
-      datarefProvider(provider) {}
+ProtocolFactory::ProtocolFactory(SimStateInformation* simState, ICommandObserver* commandObserver,
+                                 ILoggingService* loggingService, IUtilities* utilities,
+                                 IDatarefProvider* datarefProvider)
+    : simState(simState),
+      commandObserver(commandObserver),
+      loggingService(loggingService),
+      utilities(utilities),
+      datarefProvider(datarefProvider) {}
 
 std::map<unsigned int, IProtocol*> ProtocolFactory::CreateProtocolInstances() {
     std::map<unsigned int, IProtocol*> instances;

@@ -8,15 +8,10 @@
 
 RingBuffer::RingBuffer(int requestedSize, ILoggingService* loggingService)
     : logger(loggingService),
-      bufferStart(nullptr),
-      bufferEnd(nullptr),
       size(std::max(requestedSize, 1)),
-      readPos(nullptr),
-      readPosRestorePoint(nullptr),
-      writePos(nullptr) {
-    // Default-initialised on purpose: zeroing would touch every page of the storage.
-    bufferStart = new unsigned char[static_cast<unsigned long>(size)];
-    bufferEnd = bufferStart + size;
+      // Default-initialised on purpose: zeroing would touch every page of the storage.
+      bufferStart(new unsigned char[static_cast<unsigned long>(size)]),
+      bufferEnd(bufferStart + size) {
     ResetBuffer();
 }
 

@@ -14,8 +14,8 @@ class ILoggingService;
 // which ends the process; with a logger that returns, the operation goes on all the same.
 class RingBuffer final : public IRingBuffer {
 public:
-    // A `size` below 1 is taken as 1. The logger is borrowed.
-    RingBuffer(int size, ILoggingService* logger);
+    // A size below 1 is taken as 1. The logger is borrowed.
+    RingBuffer(int requestedSize, ILoggingService* loggingService);
     ~RingBuffer() override;
     RingBuffer(const RingBuffer&) = delete;
     RingBuffer& operator=(const RingBuffer&) = delete;
@@ -60,10 +60,10 @@ private:
     void requireWritable(unsigned long count, const char* message) const;
 
     ILoggingService* logger;
+    int size;
     unsigned char* bufferStart;
     unsigned char* bufferEnd;
-    int size;
-    unsigned char* readPos;
-    unsigned char* readPosRestorePoint;
-    unsigned char* writePos;
+    unsigned char* readPos = nullptr;
+    unsigned char* readPosRestorePoint = nullptr;
+    unsigned char* writePos = nullptr;
 };

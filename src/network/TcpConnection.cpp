@@ -33,13 +33,14 @@ void writeAnswerHeader(unsigned char* frame, unsigned long payloadLength) {
 
 } // namespace
 
-TcpConnection::TcpConnection(ILoggingService* logging, IUtilities* utils, IProtocolFactory* factory)
-    : loggingService(logging), utilities(utils), protocolFactory(factory) {}
+TcpConnection::TcpConnection(ILoggingService* loggingService, IUtilities* utilities,
+                             IProtocolFactory* protocolFactory)
+    : loggingService(loggingService), utilities(utilities), protocolFactory(protocolFactory) {}
 
 // Delegating first: should a buffer not be had, the destructor still frees the protocols.
-TcpConnection::TcpConnection(int acceptedSocket, ILoggingService* logging, IUtilities* utils,
-                             IProtocolFactory* factory)
-    : TcpConnection(logging, utils, factory) {
+TcpConnection::TcpConnection(int acceptedSocket, ILoggingService* loggingService,
+                             IUtilities* utilities, IProtocolFactory* protocolFactory)
+    : TcpConnection(loggingService, utilities, protocolFactory) {
     protocols = protocolFactory->CreateProtocolInstances();
     selectedProtocol = protocols.end();
     recvBuffer = std::make_unique_for_overwrite<unsigned char[]>(kBufferSize);

@@ -22,9 +22,9 @@ class IUtilities;
 // to be split here, and touches of it only what its largest message needs.
 class TcpConnection final {
 public:
-    // Takes over `socket`, which is connected and non-blocking. Throws std::bad_alloc when the
+    // Takes over the socket, which is connected and non-blocking. Throws std::bad_alloc when the
     // buffers cannot be reserved; the socket is then still the caller's.
-    TcpConnection(int socket, ILoggingService* loggingService, IUtilities* utilities,
+    TcpConnection(int acceptedSocket, ILoggingService* loggingService, IUtilities* utilities,
                   IProtocolFactory* protocolFactory);
     // Closes the socket if it is still open.
     ~TcpConnection();

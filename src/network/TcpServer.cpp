@@ -30,8 +30,9 @@ sockaddr_in listeningAddress() {
 
 } // namespace
 
-TcpServer::TcpServer(ILoggingService* logging, IUtilities* utils, IProtocolFactory* factory)
-    : utilities(utils), loggingService(logging), protocolFactory(factory) {}
+TcpServer::TcpServer(ILoggingService* loggingService, IUtilities* utilities,
+                     IProtocolFactory* protocolFactory)
+    : utilities(utilities), loggingService(loggingService), protocolFactory(protocolFactory) {}
 
 TcpServer::~TcpServer() {
     if (serverSocket != kInvalidSocket) {

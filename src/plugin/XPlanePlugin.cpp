@@ -35,16 +35,16 @@ constexpr std::size_t kForceScaleFactors = 4;
 
 } // namespace
 
-XPlanePlugin::XPlanePlugin(FlightLoopCallback flightLoop, ICommandObserver* observer,
-                           NetworkResources* resources, TcpServer* server,
-                           IDatarefProvider* provider, SimStateInformation* simStateInformation,
+XPlanePlugin::XPlanePlugin(FlightLoopCallback flightLoopCallback, ICommandObserver* commandObserver,
+                           NetworkResources* networkResources, TcpServer* tcpServer,
+                           IDatarefProvider* datarefProvider, SimStateInformation* simState,
                            ILoggingService* /*loggingService*/)
-    : simState(simStateInformation),
-      flightLoopCallback(flightLoop),
-      commandObserver(observer),
-      networkResources(resources),
-      tcpServer(server),
-      datarefProvider(provider) {}
+    : simState(simState),
+      flightLoopCallback(flightLoopCallback),
+      commandObserver(commandObserver),
+      networkResources(networkResources),
+      tcpServer(tcpServer),
+      datarefProvider(datarefProvider) {}
 
 int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescription) {
     std::snprintf(outName, kStartTextSize, "XPlaneTCPOrvaneLin v%d.%d.%d", kVersionMajor,

@@ -36,7 +36,7 @@ float readFloatElement(XPLMDataRef dataref, int index) {
 
 } // namespace
 
-InputDefinition::InputDefinition(InputDefinitionStruct definition) : record(definition) {
+InputDefinition::InputDefinition(InputDefinitionStruct record) : record(record) {
     if (record.targetType == TarnelType::kCommand) {
         command = XPLMFindCommand(record.targetName);
     } else {

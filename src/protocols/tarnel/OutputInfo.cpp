@@ -15,9 +15,9 @@ constexpr std::uint32_t kCommandStateLength = 1;
 
 } // namespace
 
-OutputInfo::OutputInfo(IProtocol* protocol, OutputDefinitionStruct definition,
+OutputInfo::OutputInfo(IProtocol* protocol, OutputDefinitionStruct record,
                        IDatarefProvider* provider, ICommandObserver* observer)
-    : record(definition) {
+    : record(record) {
     if (std::string_view(record.name).starts_with(kOwnPrefix)) {
         resolveOwnName(protocol, provider, observer);
     }

@@ -24,14 +24,14 @@ constexpr unsigned int kCommandEndPhase = 2;
 
 } // namespace
 
-TarnelProtocol::TarnelProtocol(SimStateInformation* simStateInformation, ILoggingService* logging,
-                               IUtilities* utils, IDatarefProvider* provider,
-                               ICommandObserver* observer)
-    : datarefProvider(provider),
-      commandObserver(observer),
-      simState(simStateInformation),
-      logger(logging),
-      utilities(utils) {}
+TarnelProtocol::TarnelProtocol(SimStateInformation* simState, ILoggingService* logger,
+                               IUtilities* utilities, IDatarefProvider* datarefProvider,
+                               ICommandObserver* commandObserver)
+    : datarefProvider(datarefProvider),
+      commandObserver(commandObserver),
+      simState(simState),
+      logger(logger),
+      utilities(utilities) {}
 
 TarnelProtocol::~TarnelProtocol() {
     commandObserver->UnregisterAllForProtocol(this);

@@ -60,10 +60,10 @@ std::uint8_t stateByte(const XPlaneObservedCommandState& state) {
 
 } // namespace
 
-VelmarProtocol::VelmarProtocol(SimStateInformation* /*simState*/, ICommandObserver* observer,
-                               ILoggingService* logging, IUtilities* /*utilities*/,
+VelmarProtocol::VelmarProtocol(SimStateInformation* /*simState*/, ICommandObserver* commandObserver,
+                               ILoggingService* loggingService, IUtilities* /*utilities*/,
                                IDatarefProvider* /*datarefProvider*/)
-    : commandObserver(observer), loggingService(logging) {}
+    : commandObserver(commandObserver), loggingService(loggingService) {}
 
 VelmarProtocol::~VelmarProtocol() {
     for (const auto& [identifier, command] : commands) {

@@ -18,8 +18,8 @@ constexpr const char* kReportedClass = "VelmarDataRef";
 
 } // namespace
 
-XPlaneCommand::XPlaneCommand(unsigned int id, std::string commandName)
-    : identifier(id), name(std::move(commandName)) {}
+XPlaneCommand::XPlaneCommand(unsigned int id, std::string name)
+    : identifier(id), name(std::move(name)) {}
 
 XPlaneCommand* XPlaneCommand::FromStream(IRingBuffer* in, ILoggingService* log) {
     if (in->GetNumReadBytesAvailable() < kSmallestDescriptor) {

@@ -47,9 +47,9 @@ void writeArray(void (*setter)(XPLMDataRef, Element*, int, int), XPLMDataRef dat
 
 } // namespace
 
-XPlaneDataRef::XPlaneDataRef(unsigned int id, VelmarDataType type, unsigned int size,
-                             std::string datarefName)
-    : identifier(id), dataType(type), arraySize(size), name(std::move(datarefName)) {}
+XPlaneDataRef::XPlaneDataRef(unsigned int id, VelmarDataType type, unsigned int arraySize,
+                             std::string name)
+    : identifier(id), dataType(type), arraySize(arraySize), name(std::move(name)) {}
 
 XPlaneDataRef* XPlaneDataRef::FromStream(IRingBuffer* in, ILoggingService* log) {
     if (in->GetNumReadBytesAvailable() < kSmallestDescriptor) {
