@@ -1,0 +1,26 @@
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+namespace headless {
+
+struct CommandDefinition {
+    std::string name;
+    std::string description;
+};
+
+// Reads the simulator's own list of commands (Commands.txt): a name, white space, and a
+// description to the end of the line, which may be missing. Blank lines are skipped.
+//
+// A name without a "/" is what no command of the simulator has and throws TextFileError with file
+// and line, as does a line that begins with a blank.
+class CommandsFile final {
+public:
+    static std::vector<CommandDefinition> Read(const std::string& path);
+    // `name` stands for the file in errors.
+    static std::vector<CommandDefinition> Parse(std::istream& stream, const std::string& name);
+};
+
+} // namespace headless

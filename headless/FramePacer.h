@@ -1,0 +1,27 @@
+#pragma once
+
+#include <ctime>
+
+namespace headless {
+
+// Lets frames begin at an even rate of real time.
+//
+// Deadlines are absolute, so neither the work in a frame nor late waking adds up. After a pause
+// of more than kMostLag the missed frames are left out instead of being run in a burst.
+class FramePacer final {
+public:
+    explicit FramePacer(double framesPerSecond);
+
+    // Sleeps until the next frame is due; less when a signal comes.
+    void WaitForNextFrame();
+    // The next frame is due now.
+    void Restart();
+
+private:
+    static constexpr double kMostLag = 0.25;
+
+    long long periodNanoseconds;
+    timespec deadline{};
+};
+
+} // namespace headless

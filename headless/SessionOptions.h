@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace headless {
+
+// What a run of the headless simulator is asked to do. Empty file names mean none.
+struct SessionOptions {
+    static constexpr double kDefaultFramesPerSecond = 60.0;
+
+    std::string plugin;
+    std::string datarefsFile{};
+    std::string commandsFile{};
+    std::string logFile = "Log.txt";
+    double framesPerSecond = kDefaultFramesPerSecond;
+    // Simulated seconds to fly; none: until told to end.
+    std::optional<double> durationSeconds{};
+    // Take commands from standard input, and stand still at first.
+    bool console = false;
+    bool paused = false;
+};
+
+} // namespace headless

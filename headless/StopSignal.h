@@ -1,0 +1,27 @@
+#pragma once
+
+#include <csignal>
+
+namespace headless {
+
+// Turns SIGINT and SIGTERM into a flag and a readable file descriptor for the object's life, so
+// that a run ends in order. One at a time in a process.
+class StopSignal final {
+public:
+    // Throws std::system_error when the system has no descriptor left.
+    StopSignal();
+    ~StopSignal();
+    StopSignal(const StopSignal&) = delete;
+    StopSignal& operator=(const StopSignal&) = delete;
+
+    bool Received() const;
+    // Readable once a signal came; for poll().
+    int Descriptor() const { return descriptor; }
+
+private:
+    int descriptor;
+    struct sigaction formerInterrupt {};
+    struct sigaction formerTerminate {};
+};
+
+} // namespace headless

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <istream>
+#include <stdexcept>
+#include <string>
+
+namespace headless {
+
+// A text file of the simulator that cannot be read; what() is one line, "FILE:LINE: reason" where a
+// line is to blame.
+class TextFileError final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Calls `parse` for every line that is not blank, without its line ending (LF or CRLF). What it
+// throws as std::invalid_argument becomes a TextFileError that names the file and the line.
+// `number` counts all lines from 1.
+void forEachLine(std::istream& stream, const std::string& fileName,
+                 const std::function<void(const std::string& line, int number)>& parse);
+
+// The same for a file on disk. Throws TextFileError when it cannot be opened.
+void forEachLineOfFile(const std::string& path,
+                       const std::function<void(const std::string& line, int number)>& parse);
+
+} // namespace headless
