@@ -1,0 +1,136 @@
+#include "TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+// The program as a process of its own, in a folder of its own.
+class HeadlessSimTest : public ::testing::Test {
+protected:
+    // Returns the exit status, or minus the signal. What it wrote is in `output` and `errors`.
+    int run(const std::string& arguments, const std::string& input = "") {
+        folder.Write("input", input);
+        const std::string command = "cd " + folder.Path("") + " && { " HEADLESS_SIM " " +
+                                    arguments + "; } < input > output 2> errors";
+        // The shell's own exit status for a signal is 128 + the signal.
+        const int status = std::system(command.c_str());
+        output = folder.Read("output");
+        errors = folder.Read("errors");
+        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return code > 128 ? 128 - code : code;
+    }
+
+    // Sends the signal once the log tells that the plugin was started, or after ten seconds.
+    int runAndSignal(const std::string& arguments, const std::string& signal) {
+        return run(arguments +
+                   " & pid=$!; until=$(($(date +%s) + 10)); "
+                   "until grep -qs message Log.txt || [ $(date +%s) -gt $until ]; do :; done; "
+                   "kill -" +
+                   signal + " $pid; wait $pid");
+    }
+
+    TemporaryFolder folder;
+    std::string output;
+    std::string errors;
+};
+
+TEST_F(HeadlessSimTest, FliesTheGivenDurationAndSumsUp) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0.5 --hz 100"), 0);
+    EXPECT_THAT(output,
+                MatchesRegex("frames 50, plugin time per frame: worst [0-9.]+ us, mean [0-9.]+ "
+                             "us\n"));
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(folder.Read("Log.txt"), "start\nenable\nmessage 102 0 from 0\ndisable\nstop\n");
+}
+
+TEST_F(HeadlessSimTest, WritesTheLogWhereItIsTold) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 --log other.txt"), 0);
+    EXPECT_THAT(folder.Read("other.txt"), StartsWith("start\n"));
+    EXPECT_EQ(folder.Read("Log.txt"), "");
+}
+
+TEST_F(HeadlessSimTest, TheConsoleAnswersEveryLineAndTheEndOfInputEndsTheRun) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --console --paused",
+                  "frames\nstep 7\nget fake/counter\nnonsense\nframes"),
+              0);
+    EXPECT_THAT(output,
+                StartsWith("frames 0\nframe 7\nfake/counter = 7\n"
+                           "error: unknown command \"nonsense\"; try help\nframes 7\nframes 7, "));
+    EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));
+}
+
+TEST_F(HeadlessSimTest, QuitEndsTheRunAndLeavesLaterLinesUnread) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --console", "quit\nframes\n"), 0);
+    EXPECT_THAT(output, StartsWith("ok\nframes 0, "));
+}
+
+TEST_F(HeadlessSimTest, ASignalEndsTheRunInOrder) {
+    EXPECT_EQ(runAndSignal(FAKE_PLUGIN, "TERM"), 0);
+    EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));
+    EXPECT_THAT(output, StartsWith("frames "));
+}
+
+TEST_F(HeadlessSimTest, ASignalEndsAPausedRunToo) {
+    EXPECT_EQ(runAndSignal(FAKE_PLUGIN " --paused", "INT"), 0);
+    EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));
+    EXPECT_THAT(output, StartsWith("frames 0, "));
+}
+
+TEST_F(HeadlessSimTest, TheLastLineBeforeAnAbortIsInTheLog) {
+    EXPECT_EQ(run(ABORTING_PLUGIN " --duration 1"), -SIGABRT);
+    EXPECT_EQ(folder.Read("Log.txt"), "the last line\n");
+}
+
+TEST_F(HeadlessSimTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {
+    EXPECT_EQ(run("none.xpl"), 1);
+    EXPECT_EQ(errors, "headless-sim: none.xpl: there is no such plugin\n");
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(run(INCOMPLETE_PLUGIN), 1);
+    EXPECT_THAT(errors, EndsWith(": not a plugin: it has no XPluginDisable\n"));
+}
+
+TEST_F(HeadlessSimTest, APluginThatRefusesToStartIsOneLineAndStatus1) {
+    EXPECT_EQ(run(REFUSING_PLUGIN), 1);
+    EXPECT_EQ(errors, "headless-sim: " REFUSING_PLUGIN ": the plugin refused to start\n");
+}
+
+TEST_F(HeadlessSimTest, BadInputFilesAreOneLineAndStatus2) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --datarefs none.txt"), 2);
+    EXPECT_EQ(errors, "headless-sim: none.txt: cannot be opened: No such file or directory\n");
+    folder.Write("bad.txt", "sim/a\tint\ty\n\nsim/b\tlong\ty\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --datarefs bad.txt"), 2);
+    EXPECT_EQ(errors, "headless-sim: bad.txt:3: unknown type \"long\"\n");
+    folder.Write("commands.txt", "word\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --commands commands.txt"), 2);
+    EXPECT_EQ(errors, "headless-sim: commands.txt:1: \"word\" is no command name\n");
+}
+
+TEST_F(HeadlessSimTest, WrongUsageIsOneLineAndStatus2) {
+    for (const char* arguments : {"", FAKE_PLUGIN " --hz 0", FAKE_PLUGIN " --hz many",
+                                  FAKE_PLUGIN " --duration -1", FAKE_PLUGIN " --none", "a b"}) {
+        EXPECT_EQ(run(arguments), 2) << arguments;
+        EXPECT_THAT(errors, StartsWith("headless-sim: ")) << arguments;
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << arguments;
+    }
+}
+
+TEST_F(HeadlessSimTest, WarnsWhenThePluginStaysInTheProcess) {
+    EXPECT_EQ(run(STICKY_PLUGIN " --duration 0"), 0);
+    EXPECT_EQ(errors, "headless-sim: warning: " STICKY_PLUGIN
+                      ": the plugin is still in the process after it was unloaded\n");
+}
+
+TEST_F(HeadlessSimTest, HelpEndsWithExamples) {
+    EXPECT_EQ(run("--help"), 0);
+    EXPECT_THAT(output, HasSubstr("--duration"));
+    EXPECT_THAT(output, HasSubstr("Examples:"));
+}

@@ -1,0 +1,65 @@
+// A plugin that tells the log what happens to it and leaves all that it registered behind.
+
+#include "XPLMDataAccess.h"
+#include "XPLMDefs.h"
+#include "XPLMPlugin.h"
+#include "XPLMProcessing.h"
+#include "XPLMUtilities.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+namespace {
+
+int counter = 0;
+
+int readCounter(void* /*refcon*/) {
+    return counter;
+}
+
+float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void* /*refcon*/) {
+    ++counter;
+    return -1.0F;
+}
+
+int onCommand(XPLMCommandRef /*command*/, XPLMCommandPhase phase, void* /*refcon*/) {
+    XPLMDebugString(("command phase " + std::to_string(phase) + "\n").c_str());
+    return 0;
+}
+
+} // namespace
+
+PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::strcpy(outName, "Fake");
+    std::strcpy(outSignature, "headless.tests.fake");
+    std::strcpy(outDescription, "A plugin for tests.");
+    XPLMRegisterDataAccessor("fake/counter", xplmType_Int, 0, &readCounter, nullptr, nullptr,
+                             nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                             nullptr, nullptr, nullptr);
+    XPLMRegisterCommandHandler(XPLMCreateCommand("fake/command", "A command"), &onCommand, 1,
+                               nullptr);
+    XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
+    XPLMDebugString("start\n");
+    return 1;
+}
+
+PLUGIN_API void XPluginStop(void) {
+    XPLMDebugString("stop\n");
+}
+
+PLUGIN_API int XPluginEnable(void) {
+    XPLMDebugString("enable\n");
+    return 1;
+}
+
+PLUGIN_API void XPluginDisable(void) {
+    XPLMDebugString("disable\n");
+}
+
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID from, int message, void* parameter) {
+    const auto value = reinterpret_cast<std::intptr_t>(parameter);
+    XPLMDebugString(("message " + std::to_string(message) + " " + std::to_string(value) + " from " +
+                     std::to_string(from) + "\n")
+                        .c_str());
+}
