@@ -1,0 +1,90 @@
+#include <sys/wait.h>
+
+#include <csignal>
+#include <string>
+
+#include "e2e/EndToEndTest.h"
+
+namespace {
+
+enum Type { kIntArray = 3, kFloatArray = 4 };
+
+class BadInputTest : public EndToEndTest {
+protected:
+    BadInputTest() { startSimulator(); }
+
+    // The request ends the simulator, and the line is the last one of its log.
+    void expectFatal(const Bytes& request, const std::string& line) {
+        TestClient client;
+        client.Send(request);
+        simulator->Tell("step 10");
+        const int status = simulator->WaitForEnd();
+        ASSERT_TRUE(WIFSIGNALED(status));
+        EXPECT_EQ(WTERMSIG(status), SIGABRT);
+        EXPECT_EQ(simulator->LastLogMessage(), line);
+        EXPECT_TRUE(simulator->LogText().ends_with('\n'));
+    }
+
+    // The request costs its client the connection, and nobody else anything.
+    void expectClosed(const Bytes& request) {
+        TestClient bystander;
+        ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+        TestClient client;
+        client.Send(request);
+        EXPECT_TRUE(client.IsClosedByServer(*simulator));
+        EXPECT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+    }
+
+    const Bytes poll = tarnel(dataMessage({}));
+};
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenInputRecordsAreAnnouncedButMissing) {
+    // One input record of size 0: complete by its header, but the record is not there.
+    expectFatal(fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
+                "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
+}
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenItemsAreAnnouncedButMissing) {
+    expectFatal(fromHex("11 22 33 44 DE AD BE EF 00 00 00 00 01 00 00 00"),
+                "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4");
+}
+
+TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithoutATrace) {
+    const std::string fileBefore = directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg");
+    expectClosed(tarnel(definitionsMessage(
+        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = -1}})));
+    EXPECT_TRUE(
+        simulator->LastLogMessage().starts_with("Warning@TcpConnection::ProcessEvents : Feed() : "))
+        << simulator->LastLogMessage();
+    EXPECT_EQ(directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg"), fileBefore);
+    EXPECT_TRUE(simulator->Ask("get kyr/negative").starts_with("error: "));
+
+    // The name is as free as before.
+    TestClient client;
+    client.Exchange(*simulator,
+                    tarnel(definitionsMessage(
+                        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = 2}})));
+    EXPECT_EQ(simulator->Get("kyr/negative"), "0,0");
+}
+
+TEST_F(BadInputTest, SendsZerosForElementsThatADatarefDoesNotHave) {
+    simulator->Ask("set test/floats 1,1,1,1,1,1,1,1");
+    TestClient client;
+    EXPECT_EQ(
+        client.Exchange(
+            *simulator,
+            tarnel(definitionsMessage(
+                {},
+                {{.id = 1, .name = "test/floats", .type = kFloatArray, .first = 7, .count = 3}}))),
+        join({fromHex("01 00 00 00 0C 00 00 00 00 00 80 3F 00 00 00 00 00 00 00 00"),
+              trailer(kAircraftOne)}));
+}
+
+TEST_F(BadInputTest, AnswersAnUnknownMessageWithTheOutputs) {
+    TestClient client;
+    EXPECT_EQ(client.Exchange(*simulator, tarnel(fromHex("01 02 03 04 05 06 07 08 09 0A 0B 0C"))),
+              trailer(kAircraftOne));
+    EXPECT_EQ(simulator->LogText(), "");
+}
+
+} // namespace

@@ -1,0 +1,218 @@
+#include <algorithm>
+#include <string>
+
+#include "e2e/EndToEndTest.h"
+
+namespace {
+
+enum Type { kInt = 1, kFloatArray = 4 };
+
+class ConnectionTest : public EndToEndTest {
+protected:
+    ConnectionTest() {
+        startSimulator();
+        // The flight loop's first call comes two frames after the start.
+        simulator->Step(2);
+    }
+
+    // Another client's exchange goes through, and nothing stands in the log.
+    void expectServing() {
+        TestClient client;
+        EXPECT_EQ(toHex(client.Exchange(*simulator, version)),
+                  "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    }
+
+    void expectQuietLog() { EXPECT_EQ(simulator->LogText(), ""); }
+
+    // An answer of 16 MB, more than the kernel takes at once.
+    void requestHugeAnswer(TestClient& client) {
+        client.Send(tarnel(definitionsMessage(
+            {}, {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 4'000'000}})));
+    }
+
+    int openFiles() { return static_cast<int>(simulator->AskNumber("fds")); }
+
+    const Bytes version = tarnel(versionMessage());
+    const Bytes poll = tarnel(dataMessage({}));
+};
+
+TEST_F(ConnectionTest, WaitsForTheRestOfASplitIdentification) {
+    TestClient client;
+    client.Send(fromHex("11 22"));
+    simulator->Step(5);
+    EXPECT_EQ(toHex(client.Received()), "");
+    client.Send(fromHex("33"));
+    simulator->Step(5);
+    EXPECT_EQ(toHex(client.Received()), "");
+    client.Send(fromHex("44 B1 6B 00 B5"));
+    EXPECT_EQ(toHex(client.AnswerFrame(*simulator)),
+              "0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    expectQuietLog();
+}
+
+TEST_F(ConnectionTest, SkipsAnUnknownIdentificationSilentlyFourBytesAReceive) {
+    TestClient client;
+    client.Send(fromHex("DE AD C0 DE 00 00 00 00"));
+    simulator->Step(5);
+    client.Send(fromHex("11 22 33 44"));
+    simulator->Step(5);
+    EXPECT_EQ(toHex(client.Received()), "");
+    client.Send(fromHex("B1 6B 00 B5"));
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    expectQuietLog();
+}
+
+TEST_F(ConnectionTest, AnswersATornMessageWithTheOutputsAndLosesItsPlaceInTheStream) {
+    TestClient client;
+    const Bytes definitions = definitionsMessage({}, {{.id = 1, .name = "test/int", .type = kInt}});
+    client.Send(tarnel({definitions.begin(), definitions.begin() + 100}));
+    EXPECT_EQ(client.Answer(*simulator), trailer(kAircraftOne));
+    EXPECT_EQ(simulator->LastLogMessage(),
+              "Error@TarnelProtocol::tryParseConfig : numBytes (100) < packetSize(136)");
+    // The head of the message that waits is taken for the next identification.
+    client.Send({definitions.begin() + 100, definitions.end()});
+    simulator->Step(5);
+    EXPECT_EQ(toHex(client.Received()), "");
+    expectServing();
+}
+
+TEST_F(ConnectionTest, HandlesTheSecondOfTwoRequestsInOneSegmentWithTheNextBytes) {
+    TestClient client;
+    client.Send(join({version, version}));
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    simulator->Step(10);
+    EXPECT_EQ(toHex(client.Received()), "");
+    client.Send(fromHex("11"));
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+}
+
+TEST_F(ConnectionTest, AcceptsOneClientAFrame) {
+    TestClient first;
+    TestClient second;
+    first.Send(version);
+    second.Send(version);
+    const int before = openFiles();
+    simulator->Step();
+    EXPECT_EQ(openFiles(), before + 1);
+    simulator->Step();
+    EXPECT_EQ(openFiles(), before + 2);
+    EXPECT_EQ(first.Answer(*simulator), second.Answer(*simulator));
+}
+
+TEST_F(ConnectionTest, AnswersAClientThatHasFinishedSendingBeforeItCloses) {
+    TestClient client;
+    client.Send(version);
+    client.ShutdownSending();
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    EXPECT_TRUE(client.IsClosedByServer(*simulator));
+    expectQuietLog();
+    expectServing();
+}
+
+TEST_F(ConnectionTest, LetsASlowReaderHoldUpNobodyElse) {
+    TestClient slow(4096);
+    requestHugeAnswer(slow);
+    TestClient other;
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_EQ(other.Exchange(*simulator, poll), trailer(kAircraftOne));
+    }
+    // What did get through is the beginning of the answer.
+    const Bytes& received = slow.Received();
+    ASSERT_GE(received.size(), 12U);
+    EXPECT_EQ(toHex({received.begin(), received.begin() + 12}),
+              "14 24 F4 00 01 00 00 00 00 24 F4 00");
+    expectQuietLog();
+}
+
+TEST_F(ConnectionTest, DropsAConnectionOneFrameAfterItsEndWasSeen) {
+    TestClient client;
+    client.Exchange(*simulator, version);
+    const int before = openFiles();
+    client.Close();
+    simulator->Step(2);
+    EXPECT_EQ(openFiles(), before - 1);
+    expectQuietLog();
+}
+
+TEST_F(ConnectionTest, SurvivesAClientThatSendsTwoRequestsAndVanishes) {
+    TestClient client;
+    client.Send(version);
+    simulator->Step();
+    client.Send(version);
+    client.Close();
+    // The first answer is met by a reset; the second must not be sent into it.
+    simulator->Step(10);
+    expectServing();
+}
+
+// How a client goes.
+enum class End { Close, Reset, HalfCloseThenReset };
+
+class ClientEndTest : public ConnectionTest, public testing::WithParamInterface<End> {
+protected:
+    static void end(TestClient& client) {
+        switch (GetParam()) {
+        case End::Close:
+            client.Close();
+            break;
+        case End::HalfCloseThenReset:
+            client.ShutdownSending();
+            client.Reset();
+            break;
+        case End::Reset:
+            client.Reset();
+            break;
+        }
+    }
+};
+
+TEST_P(ClientEndTest, HarmsNobodyInWhateverStateTheClientWas) {
+    TestClient bystander;
+    ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+    const int before = openFiles();
+    const Bytes requests[] = {{}, fromHex("11 22"), fromHex("11 22 33 44"), version};
+    for (const Bytes& request : requests) {
+        for (int framesBefore = 0; framesBefore < 5; ++framesBefore) {
+            TestClient client;
+            client.Send(request);
+            if (framesBefore > 0) {
+                simulator->Step(framesBefore);
+            }
+            end(client);
+            simulator->Step(5);
+            ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+        }
+    }
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST_P(ClientEndTest, HarmsNobodyInTheMiddleOfAnAnswer) {
+    TestClient bystander;
+    ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+    const int before = openFiles();
+    {
+        TestClient client(4096);
+        requestHugeAnswer(client);
+        simulator->Step(10);
+        ASSERT_FALSE(client.Received().empty());
+        end(client);
+    }
+    simulator->Step(20);
+    EXPECT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
+    EXPECT_EQ(openFiles(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ends, ClientEndTest,
+                         testing::Values(End::Close, End::Reset, End::HalfCloseThenReset),
+                         [](const auto& end) {
+                             switch (end.param) {
+                             case End::Close:
+                                 return "Close";
+                             case End::Reset:
+                                 return "Reset";
+                             default:
+                                 return "HalfCloseThenReset";
+                             }
+                         });
+
+} // namespace

@@ -1,0 +1,164 @@
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+#include "e2e/EndToEndTest.h"
+
+namespace {
+
+constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
+
+enum Type { kInt = 1, kFloat = 2 };
+
+class LifecycleTest : public EndToEndTest {
+protected:
+    void expectCleanEnd() {
+        const int status = simulator->Quit();
+        ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status);
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
+
+    Bytes exchange(TestClient& client) {
+        return client.Exchange(*simulator, tarnel(versionMessage()));
+    }
+
+    const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+};
+
+// A socket that listens on the plugin's port, as another program might.
+class OtherProgram final {
+public:
+    OtherProgram() : socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const int enabled = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &enabled, sizeof(enabled));
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(48000);
+        EXPECT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+        EXPECT_EQ(::listen(socket, 1), 0);
+    }
+    ~OtherProgram() { ::close(socket); }
+
+private:
+    int socket;
+};
+
+TEST_F(LifecycleTest, EndsWithTheExactLineWhenThePortIsTaken) {
+    const OtherProgram other;
+    simulator = SimulatorProcess::StartOnly();
+    const int status = simulator->WaitForEnd();
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    EXPECT_EQ(simulator->LastLogMessage(),
+              "Error@TcpServer::Init : bind() : Unknown Socket Error Code 98");
+}
+
+TEST_F(LifecycleTest, WritesTheConfigurationFileAtTheFirstStartAndReadsItAtTheSecond) {
+    const std::string ownDatarefs =
+        "\nkyr/autopilot_external_control int"
+        "\nkyr/autopilot_trigger_disable int"
+        "\nkyr/external_forcescalefactor_active int_array 4"
+        "\nkyr/external_forcescalefactor_value int_array 4";
+    startSimulator();
+    EXPECT_EQ(directory.Read(kConfigFile), ownDatarefs);
+    expectCleanEnd();
+
+    const std::string edited = ownDatarefs + "\nkyr/lamps int_array 3 # three lamps\n";
+    directory.Write(kConfigFile, edited);
+    startSimulator();
+    EXPECT_EQ(directory.Read(kConfigFile), edited);
+    EXPECT_EQ(simulator->Get("kyr/lamps"), "0,0,0");
+    EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "0,0,0,0");
+}
+
+TEST_F(LifecycleTest, DeclaresAClientsDatarefInTheConfigurationFileOnce) {
+    startSimulator();
+    const std::string before = directory.Read(kConfigFile);
+    TestClient client;
+    for (int i = 0; i < 2; ++i) {
+        client.Exchange(*simulator, tarnel(definitionsMessage(
+                                        {}, {{.id = 1, .name = "kyr/gauge", .type = kFloat}})));
+    }
+    EXPECT_EQ(directory.Read(kConfigFile), before + "\nkyr/gauge float");
+}
+
+TEST_F(LifecycleTest, ListensAgainRightAfterARestartUnderAConnectedClient) {
+    startSimulator();
+    TestClient client;
+    ASSERT_EQ(exchange(client), versionAnswer);
+    expectCleanEnd();
+    startSimulator();
+    EXPECT_TRUE(client.IsClosedByServer(*simulator));
+    TestClient again;
+    EXPECT_EQ(exchange(again), versionAnswer);
+}
+
+TEST_F(LifecycleTest, ServesAgainAfterStopAndStartInOneProcess) {
+    startSimulator();
+    TestClient client;
+    ASSERT_EQ(exchange(client), versionAnswer);
+    EXPECT_TRUE(simulator->Ask("stop").starts_with("ok"));
+    EXPECT_TRUE(client.IsClosedByServer(*simulator));
+    EXPECT_TRUE(simulator->Ask("start").starts_with("ok"));
+    TestClient again;
+    EXPECT_EQ(exchange(again), versionAnswer);
+}
+
+TEST_F(LifecycleTest, ServesOnWhileThePluginIsDisabled) {
+    startSimulator();
+    simulator->Ask("disable");
+    TestClient client;
+    EXPECT_EQ(exchange(client), versionAnswer);
+    simulator->Ask("enable");
+    EXPECT_EQ(exchange(client), versionAnswer);
+}
+
+TEST_F(LifecycleTest, StopsWhileAnAnswerIsHalfSent) {
+    startSimulator();
+    TestClient client(4096);
+    client.Send(tarnel(
+        definitionsMessage({}, {{.id = 1, .name = "test/floats", .type = 4, .count = 4'000'000}})));
+    simulator->Step(10);
+    ASSERT_FALSE(client.Received().empty());
+    expectCleanEnd();
+}
+
+TEST_F(LifecycleTest, UnloadsWithACommandSubscribedAndPressesItAfterwards) {
+    startSimulator();
+    TestClient client;
+    client.Exchange(*simulator, tarnel(definitionsMessage(
+                                    {}, {{.id = 1, .name = "kyr/test_command", .type = 6}})));
+    EXPECT_TRUE(simulator->Ask("stop").starts_with("ok"));
+    EXPECT_TRUE(simulator->Ask("command once kyr/test_command").starts_with("ok"));
+    expectCleanEnd();
+}
+
+TEST_F(LifecycleTest, PassesACommandOnAfterItsClientHasGone) {
+    startSimulator();
+    {
+        TestClient client;
+        client.Exchange(*simulator, tarnel(definitionsMessage(
+                                        {}, {{.id = 1, .name = "kyr/test_command", .type = 6}})));
+    }
+    simulator->Step(5);
+    EXPECT_TRUE(simulator->Ask("command once kyr/test_command").starts_with("ok"));
+    EXPECT_NE(simulator->Ask("events kyr/test_command").find(" begin=1"), std::string::npos)
+        << simulator->Ask("events kyr/test_command");
+}
+
+TEST_F(LifecycleTest, TracesOnlyWhenTheMarkerFileExists) {
+    startSimulator();
+    EXPECT_EQ(simulator->LogText(), "");
+    expectCleanEnd();
+    directory.Write("XPLANEORVANE_VERBOSE", "");
+    startSimulator();
+    ASSERT_FALSE(simulator->LogLines().empty());
+    EXPECT_EQ(messageOf(simulator->LogLines().front()), "PluginStart");
+}
+
+} // namespace
