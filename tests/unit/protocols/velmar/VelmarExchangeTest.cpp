@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "WiredCommandObserver.h"
+#include "common/SimStateInformation.h"
+#include "headless/Simulator.h"
+#include "network/ProtocolFactory.h"
+#include "network/TcpConnection.h"
+#include "support/Bytes.h"
+#include "support/FakeUtilities.h"
+#include "support/RecordingLogger.h"
+
+namespace {
+
+constexpr const char* kEmptyAnswer = "00 00 00 00";
+
+// A client and its connection, with the bytes of the protocol's page in docs/.
+class VelmarExchangeTest : public testing::Test {
+protected:
+    VelmarExchangeTest() {
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends.data()) != 0) {
+            throw std::runtime_error("socketpair");
+        }
+        connection = std::make_unique<TcpConnection>(ends[0], &logger, &utilities, &factory);
+        simulator.Datarefs().Define({.name = "sim/time/zulu_time_sec", .types = xplmType_Float});
+        simulator.Commands().Define("sim/lights/beacon_lights_on", "Beacon on");
+    }
+
+    ~VelmarExchangeTest() override { ::close(ends[1]); }
+
+    // What the client has received after its bytes were looked at once, in hex.
+    std::string send(const char* hex) {
+        const Bytes bytes = fromHex(hex);
+        const ssize_t sent = ::send(ends[1], bytes.data(), bytes.size(), 0);
+        EXPECT_EQ(sent, static_cast<ssize_t>(bytes.size()));
+        connection->ProcessEvents();
+        connection->ProcessEvents();
+        std::array<unsigned char, 1024> answer{};
+        const ssize_t received = ::recv(ends[1], answer.data(), answer.size(), 0);
+        return received < 1 ? "" : toHex({answer.begin(), answer.begin() + received});
+    }
+
+    void registerBoth() {
+        send(
+            "55 66 77 88"
+            "01 00 00 00  07 00 00 00  02 00 00 00  00 00 00 00  16"
+            "73 69 6D 2F 74 69 6D 65 2F 7A 75 6C 75 5F 74 69 6D 65 5F 73 65 63"
+            "03 00 00 00  09 00 00 00  1B"
+            "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E");
+    }
+
+    headless::Simulator simulator;
+    RecordingLogger logger;
+    FakeUtilities utilities;
+    SimStateInformation simState;
+    WiredCommandObserver observer;
+    ProtocolFactory factory{&simState, observer.Get(), &logger, &utilities, nullptr};
+    std::array<int, 2> ends{};
+    std::unique_ptr<TcpConnection> connection;
+};
+
+TEST_F(VelmarExchangeTest, RegistersADatarefAndACommandInOneRequest) {
+    EXPECT_EQ(
+        send("55 66 77 88"
+             "01 00 00 00  07 00 00 00  02 00 00 00  00 00 00 00  16"
+             "73 69 6D 2F 74 69 6D 65 2F 7A 75 6C 75 5F 74 69 6D 65 5F 73 65 63"
+             "03 00 00 00  09 00 00 00  1B"
+             "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E"),
+        "18 00 00 00 "
+        "01 00 00 00 07 00 00 00 01 00 00 00 "
+        "03 00 00 00 09 00 00 00 01 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, WritesReadsAndPollsInOneRequest) {
+    registerBoth();
+    EXPECT_EQ(send("55 66 77 88"
+                   "06 00 00 00  07 00 00 00  04 00 00 00  00 C0 28 47"
+                   "05 00 00 00  07 00 00 00"
+                   "08 00 00 00"),
+              "24 00 00 00 "
+              "06 00 00 00 07 00 00 00 01 00 00 00 "
+              "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00 00 C0 28 47 "
+              "00 00 00 00");
+    EXPECT_EQ(simulator.Datarefs().GetFloat("sim/time/zulu_time_sec"), 43200.0F);
+}
+
+TEST_F(VelmarExchangeTest, RunsACommandAndPollsItsState) {
+    registerBoth();
+    EXPECT_EQ(send("55 66 77 88  07 00 00 00  09 00 00 00  01"), kEmptyAnswer);
+    EXPECT_EQ(simulator.Commands().Lookup("sim/lights/beacon_lights_on")->passedOn[0], 1U);
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "09 00 00 00 01 00 00 00 09 00 00 00 02");
+}
+
+TEST_F(VelmarExchangeTest, UnregistersBoth) {
+    registerBoth();
+    EXPECT_EQ(send("55 66 77 88  02 00 00 00  07 00 00 00  04 00 00 00  09 00 00 00"),
+              "18 00 00 00 "
+              "02 00 00 00 07 00 00 00 01 00 00 00 "
+              "04 00 00 00 09 00 00 00 01 00 00 00");
+    EXPECT_EQ(send("55 66 77 88  05 00 00 00  07 00 00 00  04 00 00 00  09 00 00 00"),
+              "20 00 00 00 "
+              "05 00 00 00 07 00 00 00 02 00 00 00 01 00 00 00 "
+              "04 00 00 00 09 00 00 00 02 00 00 00 02 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, WaitsForTheRestOfATornIdentification) {
+    EXPECT_EQ(send("55 66 77"), "");
+    EXPECT_EQ(send("88 08 00 00 00"), "04 00 00 00 00 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, AnswersAnIdentificationThatArrivesAloneWithAnEmptyFrame) {
+    EXPECT_EQ(send("55 66 77 88"), kEmptyAnswer);
+    // Where an identification is due, so the packet is dropped.
+    EXPECT_EQ(send("08 00 00 00"), "");
+    EXPECT_EQ(send("55 66 77 88 08 00 00 00"), "04 00 00 00 00 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, LooksForAnIdentificationInTheUnreadBytesOfATornPacket) {
+    EXPECT_EQ(send("55 66 77 88  02 00 00 00  07 00"), kEmptyAnswer);
+    // 02 00 00 00 and 07 00 00 00 are dropped as identifications, one with each receive.
+    EXPECT_EQ(send("00 00"), "");
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "");
+    // Now the former poll is found, and the identification behind it is an unknown packet type.
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "08 00 00 00 00 00 00 00 00 00 00 00");
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "04 00 00 00 00 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, NeverFindsAnIdentificationBehindTwoLeftBytes) {
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00  08 00"), "04 00 00 00 00 00 00 00");
+    // 08 00 55 66, 77 88 08 00, 00 00 55 66, 77 88 08 00 and so on.
+    for (int request = 0; request < 4; ++request) {
+        EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "");
+    }
+}
+
+TEST_F(VelmarExchangeTest, AnswersTwoRequestsThatArriveTogetherInOneFrame) {
+    EXPECT_EQ(send("55 66 77 88  08 00 00 00  55 66 77 88  05 00 00 00  09 00 00 00"),
+              "14 00 00 00 00 00 00 00 "
+              "05 00 00 00 09 00 00 00 02 00 00 00 01 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, PollsAndStartsAfreshInOneRequest) {
+    registerBoth();
+    const auto pollAndRegister = [&] {
+        return send(
+            "55 66 77 88"
+            "08 00 00 00"
+            "03 00 00 00  09 00 00 00  1B"
+            "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E");
+    };
+    simulator.Commands().Once(simulator.Commands().Lookup("sim/lights/beacon_lights_on"));
+    EXPECT_EQ(pollAndRegister(),
+              "15 00 00 00 "
+              "01 00 00 00 09 00 00 00 02 "
+              "03 00 00 00 09 00 00 00 01 00 00 00");
+    EXPECT_EQ(pollAndRegister(), "10 00 00 00 00 00 00 00 03 00 00 00 09 00 00 00 01 00 00 00");
+}
+
+TEST_F(VelmarExchangeTest, ShowsTheStatesOfAHeldCommandPollByPoll) {
+    registerBoth();
+    headless::CommandTable& commands = simulator.Commands();
+    const auto beacon = commands.Lookup("sim/lights/beacon_lights_on");
+    const auto poll = [&] { return send("55 66 77 88  08 00 00 00"); };
+    EXPECT_EQ(poll(), "04 00 00 00 00 00 00 00");
+    commands.Begin(beacon);
+    EXPECT_EQ(poll(), "09 00 00 00 01 00 00 00 09 00 00 00 01");
+    simulator.RunFrame(0.02);
+    EXPECT_EQ(poll(), "09 00 00 00 01 00 00 00 09 00 00 00 01");
+    commands.End(beacon);
+    EXPECT_EQ(poll(), "09 00 00 00 01 00 00 00 09 00 00 00 02");
+    EXPECT_EQ(poll(), "09 00 00 00 01 00 00 00 09 00 00 00 02");
+    commands.Once(beacon);
+    EXPECT_EQ(poll(), "09 00 00 00 01 00 00 00 09 00 00 00 02");
+}
+
+} // namespace
