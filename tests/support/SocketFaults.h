@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <optional>
+#include <vector>
+
+enum class SocketCall { Socket, SetOption, Bind, Listen, Accept, Receive, Send, Close };
+
+// Makes chosen socket calls of this process come back as the test says, without being made (except
+// close), and counts the calls. One plan per call, in order, for as long as the object lives; calls
+// without a plan go to the system. One object at a time.
+//
+// Works by defining the calls in the program, in front of the C library's; link SocketFaults.cpp
+// into the programs that need it.
+class SocketFaults final {
+public:
+    SocketFaults();
+    ~SocketFaults();
+    SocketFaults(const SocketFaults&) = delete;
+    SocketFaults& operator=(const SocketFaults&) = delete;
+
+    void Fail(SocketCall call, int error) { plans[call].push_back({-1, error, {}}); }
+    void Return(SocketCall call, long result) { plans[call].push_back({result, 0, {}}); }
+    // The call is made.
+    void Pass(SocketCall call) { plans[call].push_back({{}, 0, {}}); }
+    // A send that is made with its first `bytes` bytes only.
+    void ShortenSend(std::size_t bytes) { plans[SocketCall::Send].push_back({{}, 0, bytes}); }
+
+    std::size_t Count(SocketCall call) const;
+    // What the sends returned, in order.
+    const std::vector<long>& SendResults() const { return sendResults; }
+
+    struct Plan {
+        std::optional<long> result;
+        int error = 0;
+        std::optional<std::size_t> sendLimit;
+    };
+    // For the calls themselves.
+    Plan Take(SocketCall call);
+    void NoteSend(long result) { sendResults.push_back(result); }
+
+private:
+    std::map<SocketCall, std::deque<Plan>> plans;
+    std::map<SocketCall, std::size_t> counts;
+    std::vector<long> sendResults;
+};
