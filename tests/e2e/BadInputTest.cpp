@@ -49,6 +49,18 @@ TEST_F(BadInputTest, EndsTheSimulatorWhenItemsAreAnnouncedButMissing) {
                 "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4");
 }
 
+TEST_F(BadInputTest, EndsTheSimulatorWhenAVelmarCommandsDescriptorIsShort) {
+    // A name of 5 bytes: 10 bytes in all, where 13 are wanted.
+    expectFatal(fromHex("55 66 77 88 03 00 00 00 01 00 00 00 05 73 69 6D 2F 61"),
+                "FATAL@VelmarDataRef::FromStream : Not enough bytes to read dataref");
+}
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenAVelmarDatarefsNameIsTorn) {
+    // 'A', 0x41, is the length of the name; 3 bytes of it are there.
+    expectFatal(fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
+                "FATAL@XPlaneDataRef::FromStream : tried to read string with A bytes, got 3");
+}
+
 TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithoutATrace) {
     const std::string fileBefore = directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg");
     expectClosed(tarnel(definitionsMessage(
