@@ -4,6 +4,7 @@
 #include "headless/ProcessInfo.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <iterator>
@@ -151,8 +152,8 @@ std::string Console::aircraft(const std::string& arguments) {
 std::string Console::message(const std::string& arguments) {
     const auto [number, parameter] = splitWord(arguments);
     // The simulator passes small numbers, such as an aircraft's index, as the pointer itself.
-    const auto pointer = static_cast<std::uintptr_t>(parseNumber<std::intptr_t>(parameter));
-    session.Plugin().SendMessage(parseNumber<int>(number), reinterpret_cast<void*>(pointer));
+    const auto pointer = std::bit_cast<void*>(parseNumber<std::intptr_t>(parameter));
+    session.Plugin().SendMessage(parseNumber<int>(number), pointer);
     return kOk;
 }
 

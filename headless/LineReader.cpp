@@ -18,7 +18,9 @@ bool isReadable(int descriptor) {
 }
 
 // The descriptor may have been made non-blocking by somebody else who reads from it.
-bool isPassing(int error) { return error == EINTR || error == EAGAIN; }
+bool isPassing(int error) {
+    return error == EINTR || error == EAGAIN;
+}
 
 } // namespace
 

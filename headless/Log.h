@@ -17,7 +17,7 @@ public:
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
 
-    void Write(std::string_view text);
+    void Write(std::string_view added);
 
     // Empties the file or makes it. Throws std::runtime_error when that is not possible.
     void OpenFile(const std::string& path);

@@ -70,18 +70,24 @@ int runSession(const headless::SessionOptions& options) {
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int parseAndRun(int argc, char** argv) {
     CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
     headless::SessionOptions options;
+    declareOptions(app, options);
     try {
-        declareOptions(app, options);
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
         return app.exit(request);
+    }
+    return runSession(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return parseAndRun(argc, argv);
     } catch (const std::exception& error) {
         return complain(error, kExitUsage);
     }
-    return runSession(options);
 }
