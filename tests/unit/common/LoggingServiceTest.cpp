@@ -55,11 +55,24 @@ protected:
     LoggingService service;
 };
 
-using LoggingServiceDeathTest = LoggingServiceTest;
+class LoggingServiceDeathTest : public LoggingServiceTest {
+protected:
+    LoggingServiceDeathTest() {
+        // Forked, not started anew: where networks cannot be private, a second program would wait
+        // for the port that this one holds.
+        GTEST_FLAG_SET(death_test_style, "fast");
+    }
+};
 
 // The end of the process is seen on its standard error: one line, complete.
 constexpr const char* kFatalLine =
     "^XPlaneOrvane 2024-3-5 9:7:2 Error@TcpServer::Init : bind\\(\\) : text\n$";
+
+TEST_F(LoggingServiceTest, NumbersItsLevels) {
+    EXPECT_EQ(static_cast<int>(LogLevelError), 1);
+    EXPECT_EQ(static_cast<int>(LogLevelWarning), 2);
+    EXPECT_EQ(static_cast<int>(LogLevelVerbose), 3);
+}
 
 TEST_F(LoggingServiceTest, WritesNameDateTimeAndMessageWithoutLeadingZeros) {
     service.Log(LogLevelWarning, "Warning@TcpServer::Init : isInit == true. Skipping init.");

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <functional>
 #include <limits>
 #include <ostream>
@@ -10,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/LoggingService.h"
+#include "headless/Simulator.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"
 
@@ -413,6 +416,23 @@ std::vector<Shortage> shortages() {
 
 INSTANTIATE_TEST_SUITE_P(Operations, RingBufferShortageTest, testing::ValuesIn(shortages()),
                          [](const auto& row) { return std::string(row.param.operation); });
+
+// With the real service.
+TEST(RingBufferDeathTest, EndsTheProcessWithTheLineOfAShortage) {
+    // Forked, because a program started anew may have to wait for the port that this one holds.
+    GTEST_FLAG_SET(death_test_style, "fast");
+    const auto readTooMuch = [] {
+        headless::Simulator simulator;
+        simulator.Log().EchoToStderr(true);
+        LoggingService service;
+        RingBuffer buffer(16, &service);
+        buffer.WriteUInt8(1);
+        buffer.ReadInt16();
+    };
+    EXPECT_EXIT(readTooMuch(), testing::KilledBySignal(SIGABRT),
+                "^XPlaneOrvane [0-9: -]+ "
+                "Error@RingBuffer::ReadInt16 : GetNumReadBytesAvailable\\(\\) < 2\n$");
+}
 
 // The same operations with exactly what they need, so that the limits above are the limits.
 TEST_F(RingBufferTest, ReportsNothingWhenExactlyEnoughIsThere) {
