@@ -77,8 +77,9 @@ LiveTable::LiveTable(const Panel& shownPanel)
     : panel(shownPanel), terminal(canRedraw()), bold(terminal && mayColour()) {}
 
 void LiveTable::Show(const Progress& progress, std::span<const DataItem> sent,
-                     const OutputStream& stream) {
+                     const OutputStream& stream, const std::vector<ShownValue>& shownGauges) {
     shown = progress;
+    gauges = shownGauges;
     cells = cellsOf(sent, stream);
     stale = true;
     const auto interval = terminal ? kRedrawInterval : kLineInterval;
@@ -130,13 +131,20 @@ void LiveTable::drawInPlace() {
                      std::chrono::duration<double, std::milli>(shown.lastRoundTrip).count()),
          false);
     line("", false);
-    line(fmt::format("  {:<9} {:>6} {:>13}   {}", "", "in", "back", "how"), true);
+    line(fmt::format("  {:<9} {:>6} {:>13}   {}", "Tarnel", "in", "back", "how"), true);
     for (std::size_t i = 0; i < panel.Rows().size(); ++i) {
         const PanelRow& row = panel.Rows()[i];
-        line(fmt::format("  {:<9} {:>6} {:>13}   {}", row.name, cells.sent[i], cells.received[i],
-                         row.way),
-             false);
+        rowInPlace({row.name, cells.sent[i], cells.received[i], row.way});
     }
+    line(fmt::format("  {:<9}", "Velmar"), true);
+    for (const ShownValue& gauge : gauges) {
+        rowInPlace(gauge);
+    }
+}
+
+void LiveTable::rowInPlace(const ShownValue& row) {
+    line(fmt::format("  {:<9} {:>6} {:>13}   {}", row.name, row.sent, row.received, row.way),
+         false);
 }
 
 void LiveTable::drawLines() {
@@ -153,7 +161,12 @@ void LiveTable::drawLines() {
         explain();
         fmt::print("{}\n", names);
     }
-    fmt::print("{}\n{}\n", withoutTrailingBlanks(in), back);
+    std::string second = fmt::format("{:>11}", "velmar");
+    for (const ShownValue& gauge : gauges) {
+        const char* const arrow = gauge.sent.empty() ? "" : " -> ";
+        second += fmt::format(" {} {}{}{}", gauge.name, gauge.sent, arrow, gauge.received);
+    }
+    fmt::print("{}\n{}\n{}\n", withoutTrailingBlanks(in), back, second);
 }
 
 void LiveTable::explain() const {

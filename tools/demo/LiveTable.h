@@ -2,6 +2,7 @@
 
 #include "tools/demo/Panel.h"
 #include "tools/demo/TarnelWire.h"
+#include "tools/demo/VelmarPanel.h"
 
 #include <chrono>
 #include <cstddef>
@@ -22,13 +23,16 @@ struct Progress {
 
 // Shows on stdout what goes in and what comes back.
 //
-// On a terminal one table is redrawn in place; elsewhere two lines, one for each direction, are
-// added twice a second. Show() may be called as often as one likes. Borrows the panel.
+// On a terminal one table is redrawn in place; elsewhere a few lines, two for the directions of the
+// panel and one for the second client, are added twice a second. Show() may be called as often as
+// one likes. Borrows the panel.
 class LiveTable final {
 public:
     explicit LiveTable(const Panel& shownPanel);
 
-    void Show(const Progress& progress, std::span<const DataItem> sent, const OutputStream& stream);
+    // `gauges` are the values of the second client.
+    void Show(const Progress& progress, std::span<const DataItem> sent, const OutputStream& stream,
+              const std::vector<ShownValue>& gauges);
 
     // What was shown last, whenever it was; then the table is left alone.
     void Finish();
@@ -45,6 +49,7 @@ private:
     Cells cellsOf(std::span<const DataItem> sent, const OutputStream& stream) const;
     void draw();
     void drawInPlace();
+    void rowInPlace(const ShownValue& row);
     void drawLines();
     void explain() const;
     void line(const std::string& text, bool emphasised);
@@ -56,6 +61,7 @@ private:
 
     Progress shown;
     Cells cells;
+    std::vector<ShownValue> gauges;
     std::optional<Clock::time_point> drawnAt;
     bool stale = false;
     std::size_t linesDrawn = 0;

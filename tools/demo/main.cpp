@@ -1,9 +1,11 @@
-// tarnel-demo: flies a little with the plugin and shows what goes in and what comes back.
+// orvane-demo: flies a little with the plugin, with a client of each protocol at the same time, and
+// shows what goes in and what comes back.
 
 #include "tools/demo/DemoSession.h"
 #include "tools/demo/LiveTable.h"
 #include "tools/demo/Panel.h"
 #include "tools/demo/TcpClient.h"
+#include "tools/demo/VelmarPanel.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
@@ -30,9 +32,9 @@ constexpr const char* kFooter =
     "Exit status: 0 done, 1 wrong usage, 2 no connection, 5 the server closed or sent nonsense.\n"
     "\n"
     "Examples:\n"
-    "  tarnel-demo                             10 seconds with the simulator on this machine\n"
-    "  tarnel-demo --seconds 60 --hz 20        a minute, 20 requests per second\n"
-    "  tarnel-demo --host 192.0.2.7 | cat      another machine, plain lines";
+    "  orvane-demo                             10 seconds with the simulator on this machine\n"
+    "  orvane-demo --seconds 60 --hz 20        a minute, 20 requests per second\n"
+    "  orvane-demo --host 192.0.2.7 | cat      another machine, plain lines";
 
 struct Options {
     std::string host = "127.0.0.1";
@@ -70,7 +72,8 @@ std::string aircraftText(std::uint32_t id) {
 }
 
 // Returns the seconds that it took.
-double fly(demo::DemoSession& session, const demo::Panel& panel, const Options& options) {
+double fly(demo::DemoSession& session, demo::VelmarPanel& gauges, const demo::Panel& panel,
+           const Options& options) {
     using Clock = std::chrono::steady_clock;
     const auto interval =
         std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1 / options.hz));
@@ -79,10 +82,12 @@ double fly(demo::DemoSession& session, const demo::Panel& panel, const Options& 
     auto next = Clock::now();
     while (watch.Seconds() < options.seconds) {
         const auto items = panel.PositionsAt(watch.Seconds());
+        gauges.Send();
         const demo::OutputStream stream = session.Exchange(items);
+        gauges.Receive();
         table.Show(
             {watch.Seconds(), options.seconds, session.Times().Count(), session.Times().Last()},
-            items, stream);
+            items, stream, gauges.Values());
         // What the server's frames have delayed is not made up for.
         next = std::max(next + interval, Clock::now());
         std::this_thread::sleep_until(next);
@@ -109,10 +114,13 @@ void run(const Options& options) {
     fmt::print("  server       {}:{}, protocol version {}\n", options.host, options.port,
                fmt::join(answer.version, "."));
     session.Declare();
-    fmt::print("  declared     {} inputs, {} outputs\n\n", panel.Inputs().size(),
-               panel.Outputs().size());
+    demo::TcpClient secondClient(options.host, options.port, kConnectTimeout);
+    demo::VelmarPanel gauges(secondClient);
+    gauges.Register();
+    fmt::print("  declared     {} inputs, {} outputs; a second client speaks Velmar\n\n",
+               panel.Inputs().size(), panel.Outputs().size());
     std::fflush(stdout);
-    const double seconds = fly(session, panel, options);
+    const double seconds = fly(session, gauges, panel, options);
     const demo::RoundTripTimes times = session.Times();
     // A held button would stay pressed after we are gone.
     const demo::OutputStream last = session.Exchange(panel.RestPositions());
@@ -121,7 +129,7 @@ void run(const Options& options) {
 
 int complain(const std::exception& error, int status, const char* prefix = "") {
     std::fflush(stdout);
-    std::fprintf(stderr, "tarnel-demo: %s%s\n", prefix, error.what());
+    std::fprintf(stderr, "orvane-demo: %s%s\n", prefix, error.what());
     return status;
 }
 
@@ -140,7 +148,7 @@ int flyOrComplain(const Options& options) {
 
 int start(int argc, char** argv) {
     CLI::App app("Drives an axis and more through the plugin, and shows what comes back.",
-                 "tarnel-demo");
+                 "orvane-demo");
     Options options;
     declareOptions(app, options);
     try {
