@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,12 @@ public:
 
         bool operator==(const Subscription&) const = default;
     };
+
+    ~FakeCommandObserver() override {
+        if (onDelete) {
+            onDelete();
+        }
+    }
 
     void RegisterProtocolForCommandCallback(IProtocol* protocol, unsigned int id,
                                             std::string name) override {
@@ -34,9 +41,14 @@ public:
         lastCommand = command;
         lastPhase = phase;
         lastRefcon = refcon;
+        if (onCommand) {
+            onCommand();
+        }
         return commandResult;
     }
 
+    std::function<void()> onCommand;
+    std::function<void()> onDelete;
     std::vector<Subscription> registered;
     std::vector<Subscription> unregistered;
     std::vector<IProtocol*> protocolsGone;

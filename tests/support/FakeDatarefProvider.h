@@ -11,6 +11,12 @@
 // that wants more to happen in a call sets `onCall`.
 class FakeDatarefProvider final : public IDatarefProvider {
 public:
+    ~FakeDatarefProvider() override {
+        if (onDelete) {
+            onDelete();
+        }
+    }
+
     XPLMDataRef RegisterInt(std::string name) override {
         record("RegisterInt " + name);
         return handle;
@@ -92,6 +98,7 @@ public:
     double doubleResult = 0.0;
 
     std::function<void()> onCall;
+    std::function<void()> onDelete;
     std::vector<std::string> calls;
     void* lastRefcon = nullptr;
     void* lastValues = nullptr;

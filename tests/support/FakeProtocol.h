@@ -39,11 +39,18 @@ public:
 // Hands out the protocols that `make` makes. The connection owns them.
 class FakeProtocolFactory final : public IProtocolFactory {
 public:
+    ~FakeProtocolFactory() override {
+        if (onDelete) {
+            onDelete();
+        }
+    }
+
     std::map<unsigned int, IProtocol*> CreateProtocolInstances() override {
         ++connectionsServed;
         return make ? make() : std::map<unsigned int, IProtocol*>{};
     }
 
     std::function<std::map<unsigned int, IProtocol*>()> make;
+    std::function<void()> onDelete;
     int connectionsServed = 0;
 };

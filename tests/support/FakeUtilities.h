@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "common/IUtilities.h"
@@ -7,6 +8,12 @@
 // A clock that stands still until the test moves it, and error texts that name their number.
 class FakeUtilities final : public IUtilities {
 public:
+    ~FakeUtilities() override {
+        if (onDelete) {
+            onDelete();
+        }
+    }
+
     std::string GetSocketErrorMsg(int code) override {
         return "text of error " + std::to_string(code);
     }
@@ -16,6 +23,7 @@ public:
         return nowMs;
     }
 
+    std::function<void()> onDelete;
     std::int64_t nowMs = 1'000'000;
     int timeStampsTaken = 0;
 };

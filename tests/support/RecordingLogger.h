@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -17,10 +18,19 @@ public:
 // FatalReport, so that nothing runs which could not run in the real process.
 class RecordingLogger final : public ILoggingService {
 public:
+    ~RecordingLogger() override {
+        if (onDelete) {
+            onDelete();
+        }
+    }
+
     void SetLogLevel(LogLevel newLevel) override { level = newLevel; }
 
     void Log(LogLevel messageLevel, std::string message) override {
         messages.emplace_back(messageLevel, message);
+        if (onLog) {
+            onLog();
+        }
         if (messageLevel == LogLevelError && throwsOnError) {
             throw FatalReport(message);
         }
@@ -38,6 +48,8 @@ public:
     }
 
     LogLevel level = LogLevelWarning;
+    std::function<void()> onLog;
+    std::function<void()> onDelete;
     bool throwsOnError = true;
     std::vector<std::pair<LogLevel, std::string>> messages;
 };
