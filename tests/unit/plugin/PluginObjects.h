@@ -1,0 +1,40 @@
+#pragma once
+
+#include "common/SimStateInformation.h"
+#include "headless/Simulator.h"
+#include "network/NetworkResources.h"
+#include "network/TcpServer.h"
+#include "plugin/PluginGlobals.h"
+#include "plugin/XPlanePlugin.h"
+#include "support/FakeCommandObserver.h"
+#include "support/FakeDatarefProvider.h"
+#include "support/FakeProtocol.h"
+#include "support/FakeUtilities.h"
+#include "support/RecordingLogger.h"
+
+// A plugin object among fakes, for the plain functions that find it through globalPlugin. It is
+// global only after Publish(), and never after the object is gone.
+struct PluginObjects {
+    PluginObjects() = default;
+    ~PluginObjects() { globalPlugin = nullptr; }
+    PluginObjects(const PluginObjects&) = delete;
+    PluginObjects& operator=(const PluginObjects&) = delete;
+
+    void Publish() { globalPlugin = &plugin; }
+
+    RecordingLogger logger;
+    FakeUtilities utilities;
+    FakeProtocolFactory factory;
+    FakeCommandObserver observer;
+    FakeDatarefProvider provider;
+    SimStateInformation simState;
+    NetworkResources resources{&utilities, &logger};
+    TcpServer server{&logger, &utilities, &factory};
+    XPlanePlugin plugin{[](float, float, int, void*) { return -1.0F; },
+                        &observer,
+                        &resources,
+                        &server,
+                        &provider,
+                        &simState,
+                        &logger};
+};
