@@ -427,8 +427,8 @@ TEST_F(InputDefinitionTest, ReadsAValueThatIsNotAligned) {
     EXPECT_EQ(simulator.Datarefs().GetInt("sim/int"), 0x12345678);
 }
 
-// Float targets. The bits were computed by hand, rounding to single precision after every
-// operation; those marked differ under fused or double-precision arithmetic.
+// Float targets. The bits were computed outside the plugin, rounding to single precision after
+// every operation; those marked differ under fused or double-precision arithmetic.
 
 struct Scaled {
     std::string name;
