@@ -323,6 +323,15 @@ TEST_F(CommandObserverTest, SharesTheListenersOfTwoNamesOfOneCommand) {
     EXPECT_THAT(second.commands, ElementsAre(Pair(8, 0), Pair(8, 2)));
 }
 
+// The simulator would call a handler that is registered twice twice per phase.
+TEST_F(CommandObserverTest, RegistersOneHandlerForTwoNamesOfOneCommand) {
+    aliases()["kyr/gear"] = kGear;
+    observer.RegisterProtocolForCommandCallback(&first, 7, kGear);
+    observer.RegisterProtocolForCommandCallback(&second, 8, "kyr/gear");
+    EXPECT_EQ(simulator.Recorder().CallsOf("XPLMRegisterCommandHandler").size(), 1U);
+    EXPECT_EQ(simulator.Recorder().Refusals(headless::Refusal::AlreadyRegistered), 0U);
+}
+
 TEST_F(CommandObserverTest, LeavesUnderEitherNameOfACommand) {
     aliases()["kyr/gear"] = kGear;
     observer.RegisterProtocolForCommandCallback(&first, 7, kGear);
