@@ -5,7 +5,8 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    // A death test started anew would wait for the network that its parent holds.
+    // Forked: where networks cannot be private, a program started anew would wait for the port that
+    // its parent holds.
     GTEST_FLAG_SET(death_test_style, "fast");
     if (!GTEST_FLAG_GET(list_tests)) {
         enterPrivateNetwork();

@@ -55,14 +55,7 @@ protected:
     LoggingService service;
 };
 
-class LoggingServiceDeathTest : public LoggingServiceTest {
-protected:
-    LoggingServiceDeathTest() {
-        // Forked, not started anew: where networks cannot be private, a second program would wait
-        // for the port that this one holds.
-        GTEST_FLAG_SET(death_test_style, "fast");
-    }
-};
+using LoggingServiceDeathTest = LoggingServiceTest;
 
 // The end of the process is seen on its standard error: one line, complete.
 constexpr const char* kFatalLine =

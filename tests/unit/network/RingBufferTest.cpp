@@ -419,8 +419,6 @@ INSTANTIATE_TEST_SUITE_P(Operations, RingBufferShortageTest, testing::ValuesIn(s
 
 // With the real service.
 TEST(RingBufferDeathTest, EndsTheProcessWithTheLineOfAShortage) {
-    // Forked, because a program started anew may have to wait for the port that this one holds.
-    GTEST_FLAG_SET(death_test_style, "fast");
     const auto readTooMuch = [] {
         headless::Simulator simulator;
         simulator.Log().EchoToStderr(true);
