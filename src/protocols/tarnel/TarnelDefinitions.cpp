@@ -12,6 +12,12 @@ namespace {
 
 constexpr std::uint32_t kDefinitionHeaderSize = sizeof(DefinitionHeaderStruct);
 
+// In 32-bit arithmetic, which wraps for counts and sizes that no honest client sends.
+std::uint32_t messageSize(const DefinitionHeaderStruct& header) {
+    return header.inputStructSize * header.inputStructCount +
+           header.outputStructSize * header.outputStructCount + kDefinitionHeaderSize;
+}
+
 // A client that fills the whole field has its name cut to 99 bytes.
 void readName(IRingBuffer& in, char (&name)[kTarnelNameSize]) {
     in.ReadByteArray(reinterpret_cast<unsigned char*>(name), kTarnelNameSize);
@@ -21,39 +27,8 @@ void readName(IRingBuffer& in, char (&name)[kTarnelNameSize]) {
 } // namespace
 
 std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
-    const unsigned long numBytes = in->GetNumReadBytesAvailable();
-    if (numBytes < kDefinitionHeaderSize) {
-        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig numBytes(" +
-                                         std::to_string(numBytes) +
-                                         ") < sizeof(DefinitionHeaderStruct)(" +
-                                         std::to_string(kDefinitionHeaderSize) + ")");
-        return 0;
-    }
-    logger->Log(LogLevelVerbose,
-                "Verbose@TarnelProtocol::tryParseConfig : recv() readposptr " +
-                    std::to_string(reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())));
     DefinitionHeaderStruct header{};
-    header.specifier = in->ReadUInt32();
-    if (header.specifier != CMD_DEFINITIONS) {
-        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(" +
-                                         std::to_string(header.specifier) +
-                                         ") != CMD_DEFINITIONS(" + std::to_string(CMD_DEFINITIONS) +
-                                         ")");
-        return 0;
-    }
-    logVerbose("Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
-    header.inputStructSize = in->ReadUInt32();
-    header.inputStructCount = in->ReadUInt32();
-    header.outputStructSize = in->ReadUInt32();
-    header.outputStructCount = in->ReadUInt32();
-    const std::uint32_t packetSize = header.inputStructSize * header.inputStructCount +
-                                     header.outputStructSize * header.outputStructCount +
-                                     kDefinitionHeaderSize;
-    if (numBytes < packetSize) {
-        // A warning in spite of its first word: the rest of the message may yet arrive.
-        logger->Log(LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (" +
-                                         std::to_string(numBytes) + ") < packetSize(" +
-                                         std::to_string(packetSize) + ")");
+    if (!readDefinitionHeader(in, &header)) {
         return 0;
     }
     discardDefinitions();
@@ -66,7 +41,43 @@ std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
     logger->Log(LogLevelVerbose, "VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(" +
                                      std::to_string(outputInfos.size()) + ")");
     writeOutputInfos(in, out);
-    return static_cast<std::int32_t>(packetSize);
+    return static_cast<std::int32_t>(messageSize(header));
+}
+
+bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruct* header) {
+    const unsigned long numBytes = in->GetNumReadBytesAvailable();
+    if (numBytes < kDefinitionHeaderSize) {
+        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig numBytes(" +
+                                         std::to_string(numBytes) +
+                                         ") < sizeof(DefinitionHeaderStruct)(" +
+                                         std::to_string(kDefinitionHeaderSize) + ")");
+        return false;
+    }
+    logger->Log(LogLevelVerbose,
+                "Verbose@TarnelProtocol::tryParseConfig : recv() readposptr " +
+                    std::to_string(reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())));
+    header->specifier = in->ReadUInt32();
+    if (header->specifier != CMD_DEFINITIONS) {
+        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(" +
+                                         std::to_string(header->specifier) +
+                                         ") != CMD_DEFINITIONS(" + std::to_string(CMD_DEFINITIONS) +
+                                         ")");
+        return false;
+    }
+    logVerbose("Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
+    header->inputStructSize = in->ReadUInt32();
+    header->inputStructCount = in->ReadUInt32();
+    header->outputStructSize = in->ReadUInt32();
+    header->outputStructCount = in->ReadUInt32();
+    const std::uint32_t packetSize = messageSize(*header);
+    if (numBytes < packetSize) {
+        // A warning in spite of its first word: the rest of the message may yet arrive.
+        logger->Log(LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (" +
+                                         std::to_string(numBytes) + ") < packetSize(" +
+                                         std::to_string(packetSize) + ")");
+        return false;
+    }
+    return true;
 }
 
 void TarnelProtocol::discardDefinitions() {

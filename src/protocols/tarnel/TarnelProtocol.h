@@ -56,6 +56,8 @@ public:
     void extractHardwareDataStruct(IRingBuffer* in, HardwareDataStruct* record);
 
 private:
+    // False when the head of `in` is not a complete definitions message.
+    bool readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruct* header);
     void discardDefinitions();
     void defineInputs(IRingBuffer* in, std::uint32_t count);
     void defineOutputs(IRingBuffer* in, std::uint32_t count);
