@@ -113,9 +113,8 @@ void TcpConnection::handleReceivedBytes(unsigned long count) {
         inBuffer->ResetBuffer();
     }
     inBuffer->WriteByteArray(recvBuffer.get(), count);
-    logVerbose(("recv() received num bytes " + std::to_string(count) + "  readposptr " +
-                readPositionOf(*inBuffer))
-                   .c_str());
+    logVerbose("recv() received num bytes " + std::to_string(count) + "  readposptr " +
+               readPositionOf(*inBuffer));
     selectProtocol();
     outBuffer->SetReadPosRestorePoint();
     if (selectedProtocol == protocols.end()) {
@@ -145,7 +144,7 @@ void TcpConnection::feedSelectedProtocol() {
         return;
     }
     if (result < 0) {
-        logVerbose(("recv() incomplete packet readposptr " + readPositionOf(*inBuffer)).c_str());
+        logVerbose("recv() incomplete packet readposptr " + readPositionOf(*inBuffer));
         return;
     }
     selectedProtocol = protocols.end();
@@ -242,7 +241,6 @@ void TcpConnection::closeSocket() {
     readyForCleanup = true;
 }
 
-void TcpConnection::logVerbose(const char* detail) const {
-    loggingService->Log(LogLevelVerbose,
-                        std::string("Verbose@TcpConnection::ProcessEvents : ") + detail);
+void TcpConnection::logVerbose(const std::string& detail) const {
+    loggingService->Log(LogLevelVerbose, "Verbose@TcpConnection::ProcessEvents : " + detail);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string>
 
 class ILoggingService;
 class IProtocol;
@@ -56,7 +57,7 @@ private:
     bool hasPendingSocketError() const;
 
     void closeSocket();
-    void logVerbose(const char* detail) const;
+    void logVerbose(const std::string& detail) const;
 
     State state = State::Receiving;
     std::unique_ptr<unsigned char[]> recvBuffer;
