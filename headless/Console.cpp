@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <chrono>
 #include <cstdint>
 #include <iterator>
 #include <stdexcept>
@@ -72,6 +73,7 @@ const Console::Entry Console::kEntries[] = {
     {"step", &Console::step, "step FRAMES"},
     {"run", &Console::run, "run"},
     {"frames", &Console::frames, "frames"},
+    {"worst", &Console::worstFrame, "worst"},
     {"rss", &Console::residentMemory, "rss"},
     {"fds", &Console::fileDescriptors, "fds"},
     {"disable", &Console::disable, "disable"},
@@ -183,6 +185,13 @@ std::string Console::run(const std::string& /*arguments*/) {
 
 std::string Console::frames(const std::string& /*arguments*/) {
     return "frames " + std::to_string(session.Statistics().Frames());
+}
+
+// In microseconds.
+std::string Console::worstFrame(const std::string& /*arguments*/) {
+    const auto worst = session.Statistics().Worst();
+    return "worst " +
+           std::to_string(std::chrono::duration_cast<std::chrono::microseconds>(worst).count());
 }
 
 std::string Console::residentMemory(const std::string& /*arguments*/) {

@@ -41,6 +41,7 @@ private:
     std::string step(const std::string& arguments);
     std::string run(const std::string& arguments);
     std::string frames(const std::string& arguments);
+    std::string worstFrame(const std::string& arguments);
     std::string residentMemory(const std::string& arguments);
     std::string fileDescriptors(const std::string& arguments);
     std::string disable(const std::string& arguments);

@@ -133,6 +133,14 @@ TEST_F(ConsoleTest, TellsMemoryAndDescriptors) {
     EXPECT_EQ(say("fds"), before);
 }
 
+TEST_F(ConsoleTest, TellsTheWorstFrameInWholeMicroseconds) {
+    EXPECT_EQ(say("worst"), "worst 0");
+    say("step 100");
+    const auto worst = session->Statistics().Worst();
+    ASSERT_GT(worst.count(), 0);
+    EXPECT_EQ(say("worst"), "worst " + std::to_string(worst.count() / 1000));
+}
+
 TEST_F(ConsoleTest, HelpIsOneLineWithEveryCommand) {
     const std::string help = say("help");
     EXPECT_THAT(help, StartsWith("ok: get NAME; set NAME VALUE"));
