@@ -9,14 +9,10 @@
 RingBuffer::RingBuffer(int requestedSize, ILoggingService* loggingService)
     : logger(loggingService),
       size(std::max(requestedSize, 1)),
-      // Default-initialised on purpose: zeroing would touch every page of the storage.
-      bufferStart(new unsigned char[static_cast<unsigned long>(size)]),
+      storage(static_cast<unsigned long>(size)),
+      bufferStart(storage.Get()),
       bufferEnd(bufferStart + size) {
     ResetBuffer();
-}
-
-RingBuffer::~RingBuffer() {
-    delete[] bufferStart;
 }
 
 unsigned long RingBuffer::GetNumReadBytesAvailable() const {

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "network/IRingBuffer.h"
+#include "network/ReservedBytes.h"
 
 class ILoggingService;
 
@@ -16,7 +17,7 @@ class RingBuffer final : public IRingBuffer {
 public:
     // A size below 1 is taken as 1. The logger is borrowed.
     RingBuffer(int requestedSize, ILoggingService* loggingService);
-    ~RingBuffer() override;
+    ~RingBuffer() override = default;
     RingBuffer(const RingBuffer&) = delete;
     RingBuffer& operator=(const RingBuffer&) = delete;
 
@@ -61,6 +62,7 @@ private:
 
     ILoggingService* logger;
     int size;
+    ReservedBytes storage;
     unsigned char* bufferStart;
     unsigned char* bufferEnd;
     unsigned char* readPos = nullptr;

@@ -13,6 +13,7 @@
 #include "common/IUtilities.h"
 #include "network/IProtocol.h"
 #include "network/IProtocolFactory.h"
+#include "network/ReservedBytes.h"
 #include "network/RingBuffer.h"
 
 namespace {
@@ -43,8 +44,8 @@ TcpConnection::TcpConnection(int acceptedSocket, ILoggingService* loggingService
     : TcpConnection(loggingService, utilities, protocolFactory) {
     protocols = protocolFactory->CreateProtocolInstances();
     selectedProtocol = protocols.end();
-    recvBuffer = std::make_unique_for_overwrite<unsigned char[]>(kBufferSize);
-    sendBuffer = std::make_unique_for_overwrite<unsigned char[]>(kBufferSize);
+    recvBuffer = std::make_unique<ReservedBytes>(kBufferSize);
+    sendBuffer = std::make_unique<ReservedBytes>(kBufferSize);
     inBuffer = std::make_unique<RingBuffer>(kBufferSize, loggingService);
     outBuffer = std::make_unique<RingBuffer>(kBufferSize, loggingService);
     socket = acceptedSocket;
@@ -74,7 +75,7 @@ bool TcpConnection::IsReadyForCleanup() const {
 }
 
 void TcpConnection::receive() {
-    const ssize_t result = ::recv(socket, recvBuffer.get(), kBufferSize, 0);
+    const ssize_t result = ::recv(socket, recvBuffer->Get(), kBufferSize, 0);
     if (result == -1) {
         handleReceiveError(errno);
     } else if (result == 0) {
@@ -112,7 +113,7 @@ void TcpConnection::handleReceivedBytes(unsigned long count) {
     if (inBuffer->GetNumReadBytesAvailable() == 0) {
         inBuffer->ResetBuffer();
     }
-    inBuffer->WriteByteArray(recvBuffer.get(), count);
+    inBuffer->WriteByteArray(recvBuffer->Get(), count);
     logVerbose("recv() received num bytes " + std::to_string(count) + "  readposptr " +
                readPositionOf(*inBuffer));
     selectProtocol();
@@ -154,8 +155,8 @@ void TcpConnection::feedSelectedProtocol() {
 void TcpConnection::frameAnswer() {
     outBuffer->SetReadPosRestorePoint();
     const unsigned long payloadLength = outBuffer->ReadByteArray(
-        sendBuffer.get() + kAnswerHeaderSize, kBufferSize - kAnswerHeaderSize);
-    writeAnswerHeader(sendBuffer.get(), payloadLength);
+        sendBuffer->Get() + kAnswerHeaderSize, kBufferSize - kAnswerHeaderSize);
+    writeAnswerHeader(sendBuffer->Get(), payloadLength);
     numBytesToWrite = payloadLength + kAnswerHeaderSize;
     state = State::Sending;
 }
@@ -166,7 +167,7 @@ void TcpConnection::sendAnswer() {
         closeSocket();
         return;
     }
-    const ssize_t result = ::send(socket, sendBuffer.get(), numBytesToWrite, 0);
+    const ssize_t result = ::send(socket, sendBuffer->Get(), numBytesToWrite, 0);
     if (result == -1) {
         handleSendError(errno);
     } else if (result < 0) {
@@ -215,7 +216,7 @@ void TcpConnection::handleSentBytes(std::uint64_t sent) {
         // rest carries no header of its own.
         outBuffer->RestoreReadPos();
         outBuffer->MoveReadPosForward(sent);
-        numBytesToWrite = outBuffer->ReadByteArray(sendBuffer.get(), kBufferSize);
+        numBytesToWrite = outBuffer->ReadByteArray(sendBuffer->Get(), kBufferSize);
     } else {
         loggingService->Log(
             LogLevelError,

@@ -10,6 +10,7 @@ class IProtocol;
 class IProtocolFactory;
 class IRingBuffer;
 class IUtilities;
+class ReservedBytes;
 
 // One accepted client: a strictly alternating request and answer machine, driven by the server
 // once per flight loop, that never waits.
@@ -60,8 +61,8 @@ private:
     void logVerbose(const std::string& detail) const;
 
     State state = State::Receiving;
-    std::unique_ptr<unsigned char[]> recvBuffer;
-    std::unique_ptr<unsigned char[]> sendBuffer;
+    std::unique_ptr<ReservedBytes> recvBuffer;
+    std::unique_ptr<ReservedBytes> sendBuffer;
     std::uint64_t numBytesToWrite = 0;
     std::unique_ptr<IRingBuffer> inBuffer;
     std::unique_ptr<IRingBuffer> outBuffer;

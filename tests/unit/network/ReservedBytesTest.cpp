@@ -1,0 +1,53 @@
+#include "network/ReservedBytes.h"
+
+#include <gtest/gtest.h>
+#include <sys/sysinfo.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <limits>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kBufferOfAConnection = 0x0FFFFFFF;
+
+void expectUsableToBothEnds(std::size_t size) {
+    const ReservedBytes reserved(size);
+    reserved.Get()[0] = 0x11;
+    reserved.Get()[size - 1] = 0x22;
+    EXPECT_EQ(reserved.Get()[0], 0x11);
+    EXPECT_EQ(reserved.Get()[size - 1], 0x22);
+}
+
+TEST(ReservedBytesTest, AreUsableToBothEndsWhateverTheirNumber) {
+    expectUsableToBothEnds(2);
+    expectUsableToBothEnds(0xFFFFF);
+    expectUsableToBothEnds(0x100000);
+    expectUsableToBothEnds(kBufferOfAConnection);
+}
+
+TEST(ReservedBytesTest, ThrowWhenThereIsNoRoom) {
+    EXPECT_THROW(ReservedBytes(std::numeric_limits<std::size_t>::max() / 4), std::bad_alloc);
+}
+
+// Another plugin beside ours may fork, however many clients there are.
+TEST(ReservedBytesTest, DoNotStandInTheWayOfAForkWhenTheyOutgrowTheMachine) {
+    struct sysinfo machine {};
+    ASSERT_EQ(::sysinfo(&machine), 0);
+    const std::size_t total = (machine.totalram + machine.totalswap) * machine.mem_unit;
+    std::vector<std::unique_ptr<ReservedBytes>> reservations;
+    for (std::size_t reserved = 0; reserved < total + total / 2; reserved += kBufferOfAConnection) {
+        reservations.push_back(std::make_unique<ReservedBytes>(kBufferOfAConnection));
+    }
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(0);
+    }
+    ASSERT_NE(child, -1);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+}
+
+} // namespace
