@@ -19,6 +19,8 @@ namespace {
 constexpr int kInvalidSocket = -1;
 constexpr std::uint16_t kPort = 48000;
 constexpr int kBacklog = 2;
+// Accepted sockets inherit it; the system grants less where it is set up so.
+constexpr int kReceiveBufferSize = 4 * 1024 * 1024;
 
 sockaddr_in listeningAddress() {
     sockaddr_in address{};
@@ -94,6 +96,9 @@ bool TcpServer::startListening() {
     if (!SetSocketDontLinger(serverSocket) || !SetSocketNonBlocking(serverSocket)) {
         return false;
     }
+    // A request that does not fit in whole would be read in parts, and answered too early.
+    ::setsockopt(serverSocket, SOL_SOCKET, SO_RCVBUF, &kReceiveBufferSize,
+                 sizeof(kReceiveBufferSize));
     if (::listen(serverSocket, kBacklog) != 0) {
         // Two programs may share the bound address; only the first of them can listen.
         loggingService->Log(LogLevelWarning, "Warning@TcpServer::Init : listen() : " +

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "e2e/EndToEndTest.h"
 
@@ -74,6 +75,20 @@ TEST_F(ConnectionTest, AnswersATornMessageWithTheOutputsAndLosesItsPlaceInTheStr
     simulator->Step(5);
     EXPECT_EQ(toHex(client.Received()), "");
     expectServing();
+}
+
+TEST_F(ConnectionTest, HandlesALargeRequestWholeThatArrivedBetweenTwoFrames) {
+    TestClient client;
+    client.Exchange(*simulator, version);
+    // 4 + 20 + 356 * 488 + 116 bytes, some 174 KB.
+    const Bytes definitions =
+        tarnel(definitionsMessage(std::vector<InputRecord>(356), {{.id = 1, .type = kInt}}));
+    ASSERT_EQ(definitions.size(), 173868U);
+    client.Send(definitions);
+    ASSERT_TRUE(client.IsDelivered());
+    EXPECT_EQ(client.Answer(*simulator),
+              join({fromHex("01 00 00 00 04 00 00 00 00 00 00 00"), trailer(kAircraftOne)}));
+    expectQuietLog();
 }
 
 TEST_F(ConnectionTest, HandlesTheSecondOfTwoRequestsInOneSegmentWithTheNextBytes) {

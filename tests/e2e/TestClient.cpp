@@ -1,14 +1,18 @@
 #include "e2e/TestClient.h"
 
 #include <arpa/inet.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 
 #include "e2e/SimulatorProcess.h"
 
@@ -18,6 +22,7 @@ constexpr std::uint16_t kPort = 48000;
 constexpr std::ptrdiff_t kHeaderSize = 4;
 // Loopback delivers within the frame; this many allow for a busy machine.
 constexpr int kManyFrames = 20000;
+constexpr std::chrono::seconds kDelivery(5);
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -55,6 +60,16 @@ void TestClient::Send(const Bytes& bytes) {
         }
         sent += static_cast<std::size_t>(result);
     }
+}
+
+bool TestClient::IsDelivered() const {
+    const auto deadline = std::chrono::steady_clock::now() + kDelivery;
+    int underWay = 0;
+    do {
+        ::ioctl(socket, SIOCOUTQ, &underWay);
+        std::this_thread::yield();
+    } while (underWay > 0 && std::chrono::steady_clock::now() < deadline);
+    return underWay == 0;
 }
 
 Bytes TestClient::Answer(SimulatorProcess& simulator) {

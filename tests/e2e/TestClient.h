@@ -17,6 +17,9 @@ public:
     TestClient& operator=(const TestClient&) = delete;
 
     void Send(const Bytes& bytes);
+    // Waits until the server's system has taken all that was sent, whether or not the plugin has
+    // looked at it; false if it has no room.
+    bool IsDelivered() const;
 
     // Steps the simulator until a whole answer is there, and returns it with its length in front.
     // Throws when none comes within many frames or the connection ends.

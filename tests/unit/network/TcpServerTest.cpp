@@ -58,6 +58,30 @@ private:
     int socket;
 };
 
+int optionOf(int socket, int option) {
+    int value = 0;
+    socklen_t length = sizeof(value);
+    ::getsockopt(socket, SOL_SOCKET, option, &value, &length);
+    return value;
+}
+
+// Of the sockets of this process that are bound to the server's port: the listening one first, then
+// the accepted ones.
+std::vector<int> receiveBuffersOnThePort() {
+    constexpr int kMoreThanAnyDescriptor = 256;
+    std::vector<int> sizes;
+    for (int file = 0; file < kMoreThanAnyDescriptor; ++file) {
+        sockaddr_in address{};
+        socklen_t length = sizeof(address);
+        if (::getsockname(file, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
+            address.sin_family == AF_INET && address.sin_port == htons(kPort)) {
+            const bool listens = optionOf(file, SO_ACCEPTCONN) != 0;
+            sizes.insert(listens ? sizes.begin() : sizes.end(), optionOf(file, SO_RCVBUF));
+        }
+    }
+    return sizes;
+}
+
 class TcpServerTest : public testing::Test {
 protected:
     TcpServerTest() {
@@ -255,6 +279,30 @@ TEST_F(TcpServerTest, SharesThePortWithAProgramThatDoesNotListen) {
 }
 
 // --- Socket options
+
+// How much the system grants is its own affair; it is what any socket gets that asks for as much.
+TEST_F(TcpServerTest, AsksForRoomForALargeRequestBeforeItListens) {
+    const int asking = ::socket(AF_INET, SOCK_STREAM, 0);
+    const int fourMebibytes = 4194304;
+    ASSERT_EQ(::setsockopt(asking, SOL_SOCKET, SO_RCVBUF, &fourMebibytes, sizeof(fourMebibytes)),
+              0);
+    const int granted = optionOf(asking, SO_RCVBUF);
+    ::close(asking);
+    start();
+    const auto peer = connect();
+    EXPECT_THAT(receiveBuffersOnThePort(), ElementsAre(granted, granted));
+}
+
+TEST_F(TcpServerTest, ListensWithoutThatRoomToo) {
+    faults.Pass(SocketCall::SetOption); // The reuse of the address.
+    faults.Pass(SocketCall::SetOption); // Lingering.
+    faults.Fail(SocketCall::SetOption, ENOBUFS);
+    EXPECT_TRUE(server->Init());
+    EXPECT_EQ(faults.Count(SocketCall::SetOption), 3U);
+    EXPECT_THAT(logger.At(LogLevelError), IsEmpty());
+    const auto peer = connect();
+    EXPECT_EQ(exchange(*peer), "01 00 00 00 01");
+}
 
 TEST_F(TcpServerTest, SwitchesLingeringOff) {
     const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
