@@ -67,6 +67,7 @@ const Console::Entry Console::kEntries[] = {
     {"set", &Console::set, "set NAME VALUE[,VALUE...]"},
     {"command", &Console::command, "command once|begin|end NAME"},
     {"events", &Console::events, "events NAME"},
+    {"handlers", &Console::handlers, "handlers"},
     {"aircraft", &Console::aircraft, "aircraft load TEXT, aircraft unload"},
     {"message", &Console::message, "message NUMBER PARAMETER"},
     {"pause", &Console::pause, "pause"},
@@ -137,6 +138,15 @@ std::string Console::events(const std::string& arguments) {
     const Command& counted = findCommand(session, arguments);
     return arguments + describeCounts("", counted.passedOn) +
            describeCounts("pressed-", counted.pressed);
+}
+
+std::string Console::handlers(const std::string& /*arguments*/) {
+    const CommandTable& commands = session.Simulator().Commands();
+    std::size_t count = 0;
+    for (const std::string& name : commands.Names()) {
+        count += commands.Lookup(name)->handlers.size();
+    }
+    return "handlers " + std::to_string(count);
 }
 
 std::string Console::aircraft(const std::string& arguments) {

@@ -35,6 +35,7 @@ private:
     std::string set(const std::string& arguments);
     std::string command(const std::string& arguments);
     std::string events(const std::string& arguments);
+    std::string handlers(const std::string& arguments);
     std::string aircraft(const std::string& arguments);
     std::string message(const std::string& arguments);
     std::string pause(const std::string& arguments);

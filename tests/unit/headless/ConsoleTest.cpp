@@ -141,6 +141,15 @@ TEST_F(ConsoleTest, TellsTheWorstFrameInWholeMicroseconds) {
     EXPECT_EQ(say("worst"), "worst " + std::to_string(worst.count() / 1000));
 }
 
+TEST_F(ConsoleTest, CountsTheCommandHandlersOfThePlugin) {
+    const std::string before = say("handlers");
+    EXPECT_THAT(before, MatchesRegex("handlers [1-9][0-9]*"));
+    EXPECT_EQ(say("reload"), "ok");
+    EXPECT_EQ(say("handlers"), before);
+    EXPECT_EQ(say("stop"), "ok");
+    EXPECT_NE(say("handlers"), before);
+}
+
 TEST_F(ConsoleTest, HelpIsOneLineWithEveryCommand) {
     const std::string help = say("help");
     EXPECT_THAT(help, StartsWith("ok: get NAME; set NAME VALUE"));
