@@ -25,7 +25,8 @@ public:
     // One console command and its reply line. Throws when the simulator ends instead.
     std::string Ask(const std::string& command);
     void Step(int frames = 1);
-    // The number in the reply to `rss` (kilobytes), `fds`, `frames` or `worst` (microseconds).
+    // The number in the reply to `rss` (kilobytes), `fds`, `handlers`, `frames` or `worst`
+    // (microseconds).
     long AskNumber(const std::string& command);
     // The value part of a `get`.
     std::string Get(const std::string& dataref);
