@@ -1,0 +1,43 @@
+#include "soak/SoakFigures.h"
+
+#include <sstream>
+
+#include "e2e/SimulatorProcess.h"
+
+namespace {
+
+// The allocator's own coming and going; a leak of ten bytes a client would be more.
+constexpr long kPlayKilobytes = 512;
+
+} // namespace
+
+SoakFigures SoakFigures::Of(SimulatorProcess& simulator) {
+    return {.residentKilobytes = simulator.AskNumber("rss"),
+            .fileDescriptors = simulator.AskNumber("fds"),
+            .commandHandlers = simulator.AskNumber("handlers"),
+            .logBytes = simulator.LogText().size()};
+}
+
+std::string SoakFigures::GrowthSince(const SoakFigures& earlier) const {
+    std::ostringstream growth;
+    if (residentKilobytes > earlier.residentKilobytes + kPlayKilobytes) {
+        growth << " memory";
+    }
+    if (fileDescriptors != earlier.fileDescriptors) {
+        growth << " file descriptors";
+    }
+    if (commandHandlers != earlier.commandHandlers) {
+        growth << " command handlers";
+    }
+    if (logBytes != earlier.logBytes) {
+        growth << " log";
+    }
+    return growth.str();
+}
+
+std::string SoakFigures::Text() const {
+    std::ostringstream text;
+    text << "rss " << residentKilobytes << " KB, fds " << fileDescriptors << ", handlers "
+         << commandHandlers << ", log " << logBytes << " bytes";
+    return text.str();
+}
