@@ -1,3 +1,4 @@
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -42,6 +43,27 @@ TEST_F(BadInputTest, EndsTheSimulatorWhenInputRecordsAreAnnouncedButMissing) {
     // One input record of size 0: complete by its header, but the record is not there.
     expectFatal(fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
                 "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
+}
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenAnInputRecordEndsBeforeItsFloats) {
+    // One input record of 52 bytes: thirteen integers, and then floats that are not there.
+    expectFatal(join({fromHex("11 22 33 44 C0 FF EE DD 34 00 00 00 01 00 00 00 "
+                              "00 00 00 00 00 00 00 00"),
+                      zeros(52)}),
+                "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4");
+}
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenOutputRecordsAreAnnouncedButMissing) {
+    expectFatal(fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00"),
+                "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
+}
+
+TEST_F(BadInputTest, EndsTheSimulatorWhenNoDescriptorIsLeftForAClient) {
+    // What is open stays open.
+    const rlimit limit{3, 3};
+    ASSERT_EQ(::prlimit(simulator->Pid(), RLIMIT_NOFILE, &limit, nullptr), 0);
+    expectFatal({},
+                "Error@NetworkResources::ProcessEvents : accept() : Unknown Socket Error Code 24");
 }
 
 TEST_F(BadInputTest, EndsTheSimulatorWhenItemsAreAnnouncedButMissing) {

@@ -141,7 +141,7 @@ void TarnelProtocol::extractInputStruct(IRingBuffer* in, InputDefinitionStruct* 
 }
 
 void TarnelProtocol::extractOutputStruct(IRingBuffer* in, OutputDefinitionStruct* record) {
-    record->outputIdentifier = in->ReadUInt32();
+    record->outputIdentifier = static_cast<std::uint32_t>(in->ReadInt32());
     readName(*in, record->name);
     record->type = in->ReadInt32();
     record->firstElement = in->ReadInt32();
