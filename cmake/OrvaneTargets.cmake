@@ -13,6 +13,10 @@ if(ORVANE_GCC_OPTIONS)
     # A constructor's parameter may bear the name of the field that it initialises.
     target_compile_options(orvane_warnings INTERFACE -Wshadow=local)
 endif()
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # A class may keep a collaborator that only its constructor needs.
+    target_compile_options(orvane_warnings INTERFACE -Wno-unused-private-field)
+endif()
 if(ORVANE_WARNINGS_AS_ERRORS)
     target_compile_options(orvane_warnings INTERFACE -Werror)
 endif()
@@ -22,6 +26,12 @@ if(ORVANE_SANITIZE)
     target_compile_options(orvane_sanitizers INTERFACE
         -fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(orvane_sanitizers INTERFACE -fsanitize=${ORVANE_SANITIZE})
+endif()
+
+if(ORVANE_COVERAGE)
+    target_compile_options(orvane_sanitizers INTERFACE
+        -fprofile-instr-generate -fcoverage-mapping)
+    target_link_options(orvane_sanitizers INTERFACE -fprofile-instr-generate)
 endif()
 
 # orvane_library(NAME [OBJECT] SOURCES... [LINK LIBRARIES...])

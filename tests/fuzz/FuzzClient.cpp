@@ -1,0 +1,55 @@
+#include "fuzz/FuzzClient.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdint>
+
+namespace {
+
+constexpr std::uint16_t kPort = 48000;
+constexpr std::size_t kLargestRead = 64UL * 1024;
+
+} // namespace
+
+void FuzzClient::connect() {
+    socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(kPort);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+}
+
+void FuzzClient::Send(const Bytes& bytes) {
+    if (socket == -1) {
+        connect();
+    }
+    // By its number, since it must not raise the SIGPIPE that would be a finding in the plugin.
+    ::syscall(SYS_sendto, socket, bytes.data(), bytes.size(), MSG_NOSIGNAL, nullptr, 0);
+}
+
+Bytes FuzzClient::Receive() {
+    Bytes received(kLargestRead);
+    const ssize_t count = ::read(socket, received.data(), received.size());
+    received.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return received;
+}
+
+void FuzzClient::Close() {
+    ::syscall(SYS_close, socket);
+    socket = -1;
+}
+
+void FuzzClient::Reset() {
+    const linger atOnce{1, 0};
+    ::syscall(SYS_setsockopt, socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
+    Close();
+}
+
+void FuzzClient::HalfClose() {
+    ::shutdown(socket, SHUT_WR);
+}
