@@ -104,8 +104,9 @@ void OutputInfo::writeCommandState(IRingBuffer* out) {
 void OutputInfo::writeIntArray(IRingBuffer* out) {
     if (record.elementCount > 0) {
         // Zeros for the elements that the dataref does not have.
-        intElements.assign(static_cast<std::size_t>(record.elementCount), 0);
-        XPLMGetDatavi(dataref, intElements.data(), record.firstElement, record.elementCount);
+        const std::int32_t count = elementsFor(*out);
+        intElements.assign(static_cast<std::size_t>(count), 0);
+        XPLMGetDatavi(dataref, intElements.data(), record.firstElement, count);
     }
     out->WriteUInt32(arrayLength());
     for (const std::int32_t element : intElements) {
@@ -115,8 +116,9 @@ void OutputInfo::writeIntArray(IRingBuffer* out) {
 
 void OutputInfo::writeFloatArray(IRingBuffer* out) {
     if (record.elementCount > 0) {
-        floatElements.assign(static_cast<std::size_t>(record.elementCount), 0.0F);
-        XPLMGetDatavf(dataref, floatElements.data(), record.firstElement, record.elementCount);
+        const std::int32_t count = elementsFor(*out);
+        floatElements.assign(static_cast<std::size_t>(count), 0.0F);
+        XPLMGetDatavf(dataref, floatElements.data(), record.firstElement, count);
     }
     out->WriteUInt32(arrayLength());
     for (const float element : floatElements) {
@@ -154,6 +156,14 @@ void OutputInfo::writeDummyValue(IRingBuffer* out) const {
     default:
         break;
     }
+}
+
+// One element more than fits ends the process as well as two billion would, and is had without
+// taking gigabytes from the machine first.
+std::int32_t OutputInfo::elementsFor(const IRingBuffer& out) const {
+    const auto wanted = static_cast<unsigned long>(record.elementCount);
+    const unsigned long enough = out.GetNumWriteBytesAvailable() / sizeof(std::int32_t) + 1;
+    return static_cast<std::int32_t>(std::min(wanted, enough));
 }
 
 // A negative count wraps, as the field always has.

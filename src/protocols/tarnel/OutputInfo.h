@@ -15,8 +15,9 @@ class IRingBuffer;
 // whether a command of the plugin's own is pressed.
 //
 // The name is resolved once, at construction; "kyr/" marks the plugin's own names. An unresolved
-// dataref silently reports zeros. An element count too large to be stored throws std::bad_alloc or
-// std::length_error, at construction for the plugin's own datarefs and from GetData for others.
+// dataref silently reports zeros. An array for which an answer has no room ends the process when it
+// is written; one of the plugin's own that is too large to be stored throws std::bad_alloc or
+// std::length_error at construction.
 class OutputInfo final {
 public:
     // A command is observed for `protocol` under the record's output identifier.
@@ -43,6 +44,8 @@ private:
     void writeIntArray(IRingBuffer* out);
     void writeFloatArray(IRingBuffer* out);
     void writeDummyValue(IRingBuffer* out) const;
+    // The element count is above 0.
+    std::int32_t elementsFor(const IRingBuffer& out) const;
     std::uint32_t arrayLength() const;
 
     OutputDefinitionStruct record;

@@ -1,5 +1,6 @@
 #include "protocols/velmar/XPlaneDataRef.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -28,10 +29,14 @@ void readArray(int (*getter)(XPLMDataRef, Element*, int, int), XPLMDataRef datar
     if (size == 0) {
         return;
     }
+    // One element more than fits ends the process as well as four billion would, and is had without
+    // taking gigabytes from the machine first.
+    const auto count =
+        std::min<std::uint64_t>(size, out->GetNumWriteBytesAvailable() / sizeof(Element) + 1);
     // Zeros for the elements that the dataref does not have.
-    std::vector<Element> elements(size);
-    getter(dataref, elements.data(), 0, static_cast<int>(size));
-    out->WriteByteArray(reinterpret_cast<unsigned char*>(elements.data()), length);
+    std::vector<Element> elements(count);
+    getter(dataref, elements.data(), 0, static_cast<int>(count));
+    out->WriteByteArray(reinterpret_cast<unsigned char*>(elements.data()), count * sizeof(Element));
 }
 
 template <typename Element>

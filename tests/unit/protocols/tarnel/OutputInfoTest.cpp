@@ -367,6 +367,22 @@ TEST_F(OutputInfoTest, LeavesNoTraceOfAnOwnArrayWithANegativeCount) {
     EXPECT_FALSE(directory.Has("Resources/plugins/xplaneorvane_datarefs.cfg"));
 }
 
+TEST_F(OutputInfoTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) {
+    const auto fatalLineOf = [&](const OutputRecord& fields) -> std::string {
+        RingBuffer narrow(64, &logger);
+        try {
+            make(fields)->GetData(&narrow);
+        } catch (const FatalReport& report) {
+            return report.what();
+        }
+        return {};
+    };
+    EXPECT_EQ(fatalLineOf({.name = "sim/ints", .type = 3, .count = 2147483647}),
+              "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
+    EXPECT_EQ(fatalLineOf({.name = "sim/floats", .type = 4, .count = 2147483647}),
+              "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
+}
+
 TEST_F(OutputInfoTest, LetsAnExceptionOfTheProviderOut) {
     provider.onCall = [] { throw std::bad_alloc(); };
     EXPECT_THROW(make({.name = "kyr/ints", .type = 3, .count = 2147483647}), std::bad_alloc);

@@ -227,6 +227,19 @@ TEST_F(XPlaneDataRefTest, EndsTheProcessWhenAnArrayDoesNotFitTheAnswer) {
               "Error@RingBuffer::WriteByteArray : GetNumWriteBytesAvailable() < length");
 }
 
+TEST_F(XPlaneDataRefTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) {
+    define(xplmType_IntArray | xplmType_FloatArray, 3);
+    RingBuffer narrow(64, &logger);
+    for (const auto type : {VelmarDataType::IntArray, VelmarDataType::FloatArray}) {
+        narrow.ResetBuffer();
+        const auto dataref = resolved(type, 0xFFFFFFFF);
+        EXPECT_EQ(fatalLineOf([&] { dataref->ReadData(&narrow); }),
+                  "Error@RingBuffer::WriteByteArray : GetNumWriteBytesAvailable() < length");
+        // The length of the whole array, though not all of it was read: 4 * 0xFFFFFFFF in 32 bits.
+        EXPECT_EQ(toHex(drain(narrow)), "FC FF FF FF");
+    }
+}
+
 TEST_F(XPlaneDataRefTest, WritesAnInt) {
     define(xplmType_Int);
     EXPECT_TRUE(write(*resolved(VelmarDataType::Int), "04 00 00 00 FE FF FF FF"));
