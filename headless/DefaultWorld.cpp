@@ -185,6 +185,7 @@ constexpr CommandRow kCommands[] = {
     {"sim/engines/throttle_up", "Throttle up a bit."},
     {"sim/engines/throttle_down", "Throttle down a bit."},
     {"sim/operation/pause_toggle", "Pause the simulation."},
+    {"sim/lights/beacon_lights_on", "Beacon lights on."},
     {"sim/lights/landing_lights_toggle", "Landing lights toggle."},
     {"sim/view/chase", "Chase view."},
 };
