@@ -141,16 +141,23 @@ void OutputInfo::GetDummyData(IRingBuffer* out) {
 void OutputInfo::writeDummyValue(IRingBuffer* out) const {
     switch (record.type) {
     case TarnelType::kInt:
-    case TarnelType::kFloat:
-        // An int 0 and a float 0.0 have the same bytes.
         out->WriteUInt32(kScalarLength);
         out->WriteInt32(0);
         break;
+    case TarnelType::kFloat:
+        out->WriteUInt32(kScalarLength);
+        out->WriteFloat(0.0F);
+        break;
     case TarnelType::kIntArray:
-    case TarnelType::kFloatArray:
         out->WriteUInt32(arrayLength());
         for (std::int32_t i = 0; i < record.elementCount; ++i) {
             out->WriteInt32(0);
+        }
+        break;
+    case TarnelType::kFloatArray:
+        out->WriteUInt32(arrayLength());
+        for (std::int32_t i = 0; i < record.elementCount; ++i) {
+            out->WriteFloat(0.0F);
         }
         break;
     default:

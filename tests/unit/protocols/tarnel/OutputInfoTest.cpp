@@ -367,6 +367,20 @@ TEST_F(OutputInfoTest, LeavesNoTraceOfAnOwnArrayWithANegativeCount) {
     EXPECT_FALSE(directory.Has("Resources/plugins/xplaneorvane_datarefs.cfg"));
 }
 
+TEST_F(OutputInfoTest, NamesTheElementTypeOfADummyForWhichThereIsNoRoom) {
+    const auto fatalLineOf = [&](std::int32_t type) -> std::string {
+        RingBuffer narrow(64, &logger);
+        try {
+            make({.name = "no/such", .type = type, .count = 100})->GetDummyData(&narrow);
+        } catch (const FatalReport& report) {
+            return report.what();
+        }
+        return {};
+    };
+    EXPECT_EQ(fatalLineOf(3), "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
+    EXPECT_EQ(fatalLineOf(4), "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
+}
+
 TEST_F(OutputInfoTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) {
     const auto fatalLineOf = [&](const OutputRecord& fields) -> std::string {
         RingBuffer narrow(64, &logger);
