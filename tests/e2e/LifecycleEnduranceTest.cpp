@@ -39,8 +39,8 @@ protected:
         ASSERT_EQ(reply, "ok") << command;
     }
 
-    // Descriptors and memory stand where they stood after the first few rounds. The simulator itself
-    // keeps a kilobyte a life: the handles of the datarefs that are gone stay valid.
+    // Descriptors and memory stand where they stood after the first few rounds. The simulator
+    // itself keeps a kilobyte a life: the handles of the datarefs that are gone stay valid.
     template <class Round>
     void expectFlat(Round round) {
         for (int i = 0; i < kWarmUp && !HasFatalFailure(); ++i) {
