@@ -30,7 +30,7 @@ constexpr std::size_t kMenuTextSize = 100;
 constexpr float kFirstFlightLoop = -2.0F;
 constexpr float kNextFlightLoop = -1.0F;
 
-// Active flags and values both have one element per control axis, and both are ints.
+// Elements of the active flags and of the values. Both arrays are ints, the values too.
 constexpr std::size_t kForceScaleFactors = 4;
 
 } // namespace
