@@ -1,0 +1,54 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace orvane {
+
+// What can go wrong between a client and the server. The text of each says host, port, what was
+// being done, and, where that applies, what was expected and what came instead.
+class Error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The server was not reached: no such host, nobody listens, no way there.
+class ConnectError final : public Error {
+public:
+    using Error::Error;
+};
+
+// No answer in time. The simulator may be loading scenery, when it serves nobody; or a request was
+// lost in the server's buffer. The connection is closed, since a late answer would be taken for
+// that of another request.
+class TimeoutError final : public Error {
+public:
+    using Error::Error;
+};
+
+// The connection ended while it was in use: most often the simulator did.
+class ClosedError final : public Error {
+public:
+    using Error::Error;
+};
+
+// The answer was not one that this request can have, twice in a row. The connection is closed.
+class ProtocolError final : public Error {
+public:
+    using Error::Error;
+};
+
+// The server answered, and the answer is no: the simulator does not have `name`.
+class Refused final : public Error {
+public:
+    Refused(const std::string& message, std::string nameRefused)
+        : Error(message), name(std::move(nameRefused)) {}
+
+    const std::string& refusedName() const noexcept { return name; }
+
+private:
+    std::string name;
+};
+
+} // namespace orvane

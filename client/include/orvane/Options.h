@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace orvane {
+
+class Error;
+
+// How long `reconnect` waits between two tries: `firstDelay`, then twice as long after each, up to
+// `longestDelay`. It gives up, with a ConnectError, when `within` is over.
+struct Backoff {
+    std::chrono::milliseconds firstDelay{250};
+    std::chrono::milliseconds longestDelay{5'000};
+    std::chrono::milliseconds within{60'000};
+};
+
+// What a call does that finds its connection lost.
+enum class OnLoss {
+    // Throws. The next call of `reconnect` makes a new connection.
+    Throw,
+    // Reconnects by itself, as `reconnect` does, and repeats the declarations.
+    Reconnect,
+};
+
+struct Options {
+    std::string host = "127.0.0.1"; // a name or an IPv4 address; the server speaks IPv4 only
+    std::uint16_t port = 48000;
+    // For connecting, and for each answer from the request on. The server answers in the second
+    // frame after a request, so a simulator at 20 frames per second takes 100 ms.
+    std::chrono::milliseconds timeout{2'000};
+    OnLoss onLoss = OnLoss::Reconnect;
+    Backoff backoff;
+};
+
+// Called from within the calls of a client, on their thread. A callback may not call its client.
+struct Callbacks {
+    // After each connection made, with its declarations made again; not for the first one, which is
+    // made before callbacks can be set.
+    std::function<void()> connected;
+    // With the reason.
+    std::function<void(const Error&)> disconnected;
+    // With the new id, or 0 when the aircraft was unloaded. Tarnel only.
+    std::function<void(std::uint32_t)> aircraftChanged;
+};
+
+} // namespace orvane

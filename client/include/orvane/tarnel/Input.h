@@ -1,0 +1,103 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace orvane::tarnel {
+
+// The number under which values are sent. Several inputs may share one: each of them gets the
+// value.
+using ActionId = std::int32_t;
+
+// The dataref that a condition looks at.
+struct ConditionDataref {
+    enum class Type : std::int32_t { Int = 1, Float = 2, IntElement = 3, FloatElement = 4 };
+
+    std::string name;
+    Type type = Type::Float;
+    std::int32_t element = 0; // of an array
+};
+
+// What the server does with the values of an action: one record of the definitions.
+//
+// An input is made by one of the static functions and refined by the others, which can be chained:
+//
+//     Input::toFloat(7, "sim/cockpit2/controls/yoke_pitch_ratio").scaledByFloatRange(-1, 1)
+//
+// Each throws std::invalid_argument for what the server would silently read as something else: an
+// empty name or one of more than 99 bytes, a negative element, scaling of what is no float, holding
+// what is no command. A name that the simulator does not know cannot be noticed: the server says
+// nothing and the input has no effect.
+class Input final {
+public:
+    // Targets. Values are 32-bit integers; a float target gets value / 65535 unless scaled.
+    static Input toInt(ActionId action, std::string dataref);
+    static Input toFloat(ActionId action, std::string dataref);
+    static Input toIntElement(ActionId action, std::string dataref, std::int32_t element);
+    static Input toFloatElement(ActionId action, std::string dataref, std::int32_t element);
+    // Pressed by the value 1, released by any other. Runs once per 1 unless held.
+    static Input toCommand(ActionId action, std::string command);
+
+    // Scaling, for float targets: 0 to 65535 is spread over the range.
+    Input& scaledByIntRange(std::int32_t minimum, std::int32_t maximum);
+    Input& scaledByFloatRange(float minimum, float maximum);
+    // The range is read from two float datarefs for each value. Where both have the same value
+    // other than 0, it goes from minus that value to plus that value.
+    Input& scaledByDatarefs(std::string minimum, std::string maximum);
+    Input& scaledByDatarefElements(std::string minimum, std::string maximum, std::int32_t element);
+
+    // Conditions, of which an input has at most one: the last that was given.
+    Input& skippedWhenOne();
+    Input& skippedWhenZero();
+    Input& skippedWhilePositive(ConditionDataref dataref);
+    Input& skippedWhileZero(ConditionDataref dataref);
+
+    // The target gets this instead of what is sent. An element of an int array always gets 1 then,
+    // so that nothing else is accepted for it.
+    Input& fixed(std::int32_t value); // int targets and commands
+    Input& fixed(float value);        // float targets
+
+    // Commands: begins with the first 1 and ends with the first other value. The server does not
+    // end a held command when its client goes: send the release first.
+    Input& held();
+    // Commands that are not held: further 1s are ignored for this long, at least 1 ms.
+    Input& repeatedEvery(std::chrono::milliseconds interval);
+
+    ActionId action() const { return record.action; }
+    const std::string& target() const { return record.target; }
+
+    // The fields of the record, as they travel; see docs/tarnel.md.
+    struct Record {
+        ActionId action = 0;
+        std::int32_t targetElement = 0;
+        std::int32_t fixedInt = 0;
+        std::int32_t repeatMs = 0;
+        std::int32_t intMinimum = 0;
+        std::int32_t intMaximum = 0;
+        std::int32_t targetType = 0;
+        std::int32_t scaling = 0;
+        std::int32_t rangeType = 0;
+        std::int32_t rangeElement = 0;
+        std::int32_t condition = 0;
+        float fixedFloat = 0;
+        float floatMinimum = 0;
+        float floatMaximum = 0;
+        bool usesFixed = false;
+        bool isHeld = false;
+        std::string rangeMinimum;
+        std::string rangeMaximum;
+        std::string target;
+        std::string conditionDataref;
+        std::int32_t conditionType = 0;
+        std::int32_t conditionElement = 0;
+    };
+    const Record& fields() const { return record; }
+
+private:
+    Input(ActionId action, std::int32_t targetType, std::string target, std::int32_t element);
+
+    Record record;
+};
+
+} // namespace orvane::tarnel

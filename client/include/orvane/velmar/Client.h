@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "orvane/Errors.h"
+#include "orvane/Options.h"
+#include "orvane/velmar/Value.h"
+
+namespace orvane::velmar {
+
+// A dataref to register. Arrays are read and written from element 0 on, `size` elements of them.
+struct Dataref {
+    std::string name;
+    Type type = Type::Float;
+    std::uint32_t size = 0;
+};
+
+enum class Action : std::uint8_t { Once = 1, Begin = 2, End = 3 };
+
+enum class CommandState { Up, Down, Pressed /* and released since it was looked at */ };
+
+struct CommandReport {
+    std::string name;
+    CommandState state = CommandState::Up;
+};
+
+// Datarefs and commands by name. The numbers that the protocol knows them by are the client's
+// affair, as is cutting long lists into requests of a size that arrives whole.
+//
+// A call blocks until its answers are there. An answer of another shape than asked for means that
+// the request reached the server in pieces: the client then connects anew, registers everything
+// again and asks once more; only a second failure is thrown, as ProtocolError. A call that finds
+// its connection lost does what Options::onLoss says; writes and actions are not repeated then.
+//
+// Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
+class Client final {
+public:
+    // Connects. ConnectError, TimeoutError.
+    explicit Client(Options options = {});
+    ~Client();
+    Client(Client&& other) noexcept;
+    Client& operator=(Client&& other) noexcept;
+
+    void setCallbacks(Callbacks callbacks);
+
+    // Registering. A name may be registered once per kind; again with another type or size it
+    // replaces itself. Refused: the simulator does not have the first name that failed; those
+    // before it are registered. std::invalid_argument: an empty name, one of more than 255 bytes,
+    // an array without a size.
+    void registerDataref(const Dataref& dataref);
+    void registerDatarefs(std::span<const Dataref> datarefs);
+    void registerCommand(const std::string& name);
+    void registerCommands(std::span<const std::string> names);
+    // std::out_of_range: was not registered. The same for every name below.
+    void unregisterDataref(std::string_view name);
+    void unregisterCommand(std::string_view name);
+
+    Value read(std::string_view name);
+    // In the order of the names; in one request as far as one is enough.
+    std::vector<Value> read(std::span<const std::string> names);
+
+    // std::invalid_argument: not of the registered type or size. That a value arrived does not mean
+    // that it stays: the simulator drops what it cannot write, without a word.
+    void write(std::string_view name, const Value& value);
+    void write(std::span<const std::pair<std::string, Value>> values);
+
+    // What was begun stays begun until it is ended, also beyond the end of the connection.
+    void run(std::string_view name, Action action);
+
+    // The commands that were pressed since they were registered; each call reports it again.
+    std::vector<CommandReport> poll();
+    // The commands that were pressed since the call before: each press is reported, several between
+    // two calls as one.
+    std::vector<CommandReport> pollPresses();
+
+    // Closes the connection if there is one, makes a new one with back-off and registers everything
+    // again. ConnectError: Backoff::within is over. Refused: a name is gone.
+    void reconnect();
+    void close() noexcept;
+    bool isConnected() const noexcept;
+
+private:
+    class Session;
+    std::unique_ptr<Session> session;
+};
+
+} // namespace orvane::velmar
