@@ -1,0 +1,31 @@
+#pragma once
+
+#include "orvane/Options.h"
+
+#include <cstdint>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace orvane::tool {
+
+enum class Format { Text, Json, Csv };
+
+// The options that every subcommand understands, before or behind its name.
+struct GlobalOptions {
+    std::string host = "127.0.0.1";
+    std::uint16_t port = 48000;
+    double timeoutSeconds = 2.0;
+    bool json = false;
+    bool csv = false;
+
+    Format OutputFormat() const;
+    // For a client that throws when its connection is lost.
+    Options ForClient(OnLoss onLoss = OnLoss::Throw) const;
+};
+
+void declareGlobalOptions(CLI::App& app, GlobalOptions& globals);
+
+} // namespace orvane::tool

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "tools/orvane/ExitCode.h"
+#include "tools/orvane/GlobalOptions.h"
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace orvane::tool {
+
+// What the chosen subcommand does, once the whole command line has been read. It may throw a
+// Failure or an orvane::Error, which main turns into a line and an exit status.
+using Work = std::function<ExitCode()>;
+
+// Each function below adds one subcommand to the tool. `globals` is complete when the work runs,
+// and outlives it.
+
+} // namespace orvane::tool
