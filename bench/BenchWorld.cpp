@@ -1,0 +1,140 @@
+#include "bench/BenchWorld.h"
+
+#include <numeric>
+
+#include "bench/Figure.h"
+#include "plugin/DatarefAccessors.h"
+#include "plugin/PluginCallbacks.h"
+#include "plugin/PluginGlobals.h"
+
+namespace {
+
+// Those of a connection.
+constexpr int kBufferSize = 0x0FFFFFFF;
+
+constexpr const char* kAircraftDescription = "sim/aircraft/view/acf_descrip";
+constexpr int kAircraftDescriptionSize = 260;
+
+// Five digits, so that names are equally long.
+std::string numbered(const std::string& prefix, std::int64_t number) {
+    return prefix + std::to_string(10'000 + number);
+}
+
+void setValue(headless::DatarefTable& datarefs, const std::string& name, XPLMDataTypeID type,
+              std::int64_t number) {
+    const auto first = static_cast<int>(number + 1);
+    const auto size = static_cast<std::size_t>(datarefs.Lookup(name)->Definition().elements);
+    std::vector<int> ints(size);
+    std::iota(ints.begin(), ints.end(), first);
+    switch (type) {
+    case xplmType_Int:
+        datarefs.SetInt(name, first);
+        break;
+    case xplmType_Float:
+        datarefs.SetFloat(name, static_cast<float>(first) + 0.5F);
+        break;
+    case xplmType_IntArray:
+        datarefs.SetIntArray(name, ints);
+        break;
+    case xplmType_FloatArray:
+        datarefs.SetFloatArray(name, {ints.begin(), ints.end()});
+        break;
+    default:
+        failCheck(name + ": no such type of dataref");
+    }
+}
+
+std::string toText(const headless::RecordedCall& call) {
+    return call.function + "(" + call.arguments + ")";
+}
+
+} // namespace
+
+BenchWorld::BenchWorld()
+    : former(globalPlugin),
+      observer(MyCommandCallBack),
+      provider(&logger, GetInt, SetInt, GetFloat, SetFloat, GetDouble, SetDouble, GetIntArray,
+               SetIntArray, GetFloatArray, SetFloatArray, GetByteArray, SetByteArray),
+      factory(&simState, &observer, &logger, &utilities, &provider),
+      resources(&utilities, &logger),
+      server(&logger, &utilities, &factory),
+      plugin(MyFlightLoopCallback, &observer, &resources, &server, &provider, &simState, &logger),
+      in(kBufferSize, &logger),
+      out(kBufferSize, &logger) {
+    globalPlugin = &plugin;
+    logger.SetLogLevel(LogLevelWarning);
+    simulator.Log().KeepInMemory(false);
+    simulator.Datarefs().Define({.name = kAircraftDescription,
+                                 .types = xplmType_Data,
+                                 .elements = kAircraftDescriptionSize});
+    simulator.Datarefs().SetBytes(kAircraftDescription, "Glider of the benchmarks");
+    simState.SetPlaneLoaded(true);
+    simState.ReadPlaneId();
+}
+
+BenchWorld::~BenchWorld() {
+    globalPlugin = former;
+}
+
+std::vector<std::string> BenchWorld::DefineDatarefs(const std::string& kind, XPLMDataTypeID type,
+                                                    std::int64_t count, int elements) {
+    std::vector<std::string> names;
+    for (std::int64_t i = 0; i < count; ++i) {
+        names.push_back(numbered("sim/bench/" + kind + "/dataref_", i));
+        simulator.Datarefs().Define({.name = names.back(), .types = type, .elements = elements});
+        setValue(simulator.Datarefs(), names.back(), type, i);
+    }
+    return names;
+}
+
+std::vector<std::string> BenchWorld::DefineCommands(std::int64_t count) {
+    std::vector<std::string> names;
+    for (std::int64_t i = 0; i < count; ++i) {
+        names.push_back(numbered("sim/bench/command_", i));
+        simulator.Commands().Define(names.back(), "A command of the benchmarks");
+    }
+    return names;
+}
+
+void BenchWorld::RequireSameCalls(const std::function<void()>& ours,
+                                  const std::function<void()>& floor) {
+    headless::CallRecorder& recorder = simulator.Recorder();
+    const auto callsOf = [&](const std::function<void()>& action) {
+        recorder.Clear();
+        recorder.Enable();
+        action();
+        recorder.Disable();
+        if (!recorder.RecentRefusals().empty()) {
+            const auto& refused = recorder.RecentRefusals().front();
+            failCheck("the simulator refused " + refused.function + " of " + refused.detail);
+        }
+        auto calls = recorder.Calls();
+        recorder.Clear();
+        return calls;
+    };
+    const auto oursCalls = callsOf(ours);
+    const auto floorCalls = callsOf(floor);
+    if (oursCalls.size() != floorCalls.size()) {
+        failCheck("the plugin makes " + std::to_string(oursCalls.size()) +
+                  " calls, and the floor " + std::to_string(floorCalls.size()));
+    }
+    for (std::size_t i = 0; i < oursCalls.size(); ++i) {
+        const std::string oursText = toText(oursCalls[i]);
+        const std::string floorText = toText(floorCalls[i]);
+        if (oursText != floorText || oursCalls[i].handle != floorCalls[i].handle) {
+            failCheck("the plugin calls " + oursText + ", and the floor " + floorText);
+        }
+    }
+}
+
+void requireSameBytes(const Bytes& ours, const Bytes& floor) {
+    if (ours.size() != floor.size()) {
+        failCheck("the plugin has " + std::to_string(ours.size()) + " bytes, and the floor " +
+                  std::to_string(floor.size()));
+    }
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        if (ours[i] != floor[i]) {
+            failCheck("byte " + std::to_string(i) + " is not the same in the floor");
+        }
+    }
+}

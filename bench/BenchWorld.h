@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "commands/CommandObserver.h"
+#include "common/LoggingService.h"
+#include "common/SimStateInformation.h"
+#include "common/Utilities.h"
+#include "datarefs/DatarefProvider.h"
+#include "headless/Simulator.h"
+#include "network/NetworkResources.h"
+#include "network/ProtocolFactory.h"
+#include "network/RingBuffer.h"
+#include "network/TcpServer.h"
+#include "plugin/XPlanePlugin.h"
+#include "support/Bytes.h"
+
+// A simulator with an aircraft, and the plugin's real objects in it, wired as at its start, but for
+// the network: what a client sends and gets passes through `in` and `out`.
+//
+// Nothing is recorded while a benchmark runs, so that nothing grows. Several worlds may exist; the
+// simulator's calls go to the last one made.
+class BenchWorld final {
+public:
+    BenchWorld();
+    ~BenchWorld();
+    BenchWorld(const BenchWorld&) = delete;
+    BenchWorld& operator=(const BenchWorld&) = delete;
+
+    // `count` datarefs "sim/bench/KIND/dataref_10000" and up, with values that differ. Arrays have
+    // `elements` elements.
+    std::vector<std::string> DefineDatarefs(const std::string& kind, XPLMDataTypeID type,
+                                            std::int64_t count, int elements = 0);
+    std::vector<std::string> DefineCommands(std::int64_t count);
+
+    // Ends the program unless both do the same calls, of which the simulator refuses none.
+    void RequireSameCalls(const std::function<void()>& ours, const std::function<void()>& floor);
+
+    // What a connection does with a request and its answer around feeding the protocol.
+    void Receive(Bytes& request) {
+        in.ResetBuffer();
+        out.ResetBuffer();
+        in.WriteByteArray(request.data(), request.size());
+    }
+
+private:
+    XPlanePlugin* former;
+
+public:
+    headless::Simulator simulator;
+    SimStateInformation simState;
+    LoggingService logger;
+    Utilities utilities;
+    CommandObserver observer;
+    DatarefProvider provider;
+    ProtocolFactory factory;
+    NetworkResources resources;
+    TcpServer server;
+    XPlanePlugin plugin;
+    RingBuffer in;
+    RingBuffer out;
+};
+
+// Ends the program with the first difference.
+void requireSameBytes(const Bytes& ours, const Bytes& floor);
