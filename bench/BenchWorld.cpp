@@ -51,8 +51,7 @@ std::string toText(const headless::RecordedCall& call) {
 } // namespace
 
 BenchWorld::BenchWorld()
-    : former(globalPlugin),
-      observer(MyCommandCallBack),
+    : observer(MyCommandCallBack),
       provider(&logger, GetInt, SetInt, GetFloat, SetFloat, GetDouble, SetDouble, GetIntArray,
                SetIntArray, GetFloatArray, SetFloatArray, GetByteArray, SetByteArray),
       factory(&simState, &observer, &logger, &utilities, &provider),
@@ -60,7 +59,8 @@ BenchWorld::BenchWorld()
       server(&logger, &utilities, &factory),
       plugin(MyFlightLoopCallback, &observer, &resources, &server, &provider, &simState, &logger),
       in(kBufferSize, &logger),
-      out(kBufferSize, &logger) {
+      out(kBufferSize, &logger),
+      former(globalPlugin) {
     globalPlugin = &plugin;
     logger.SetLogLevel(LogLevelWarning);
     simulator.Log().KeepInMemory(false);

@@ -45,10 +45,6 @@ public:
         in.WriteByteArray(request.data(), request.size());
     }
 
-private:
-    XPlanePlugin* former;
-
-public:
     headless::Simulator simulator;
     SimStateInformation simState;
     LoggingService logger;
@@ -61,6 +57,9 @@ public:
     XPlanePlugin plugin;
     RingBuffer in;
     RingBuffer out;
+
+private:
+    XPlanePlugin* former;
 };
 
 // Ends the program with the first difference.

@@ -1,0 +1,324 @@
+// Applying a data message: nanoseconds per item, against a bare loop of the same calls with values
+// that are there already. Nothing is reported, as there are no outputs.
+
+#include "XPLMDataAccess.h"
+#include "XPLMUtilities.h"
+#include "bench/BenchWorld.h"
+#include "bench/Figure.h"
+#include "protocols/tarnel/TarnelProtocol.h"
+#include "support/TarnelMessages.h"
+
+namespace {
+
+// Beyond the identifiers of actions that run their command twice.
+constexpr std::int32_t kFirstAction = 10'000;
+
+constexpr std::int32_t kInt = 1;
+constexpr std::int32_t kFloat = 2;
+constexpr std::int32_t kIntArray = 3;
+constexpr std::int32_t kFloatArray = 4;
+constexpr std::int32_t kCommand = 6;
+
+// Scaling modes.
+constexpr std::int32_t kNone = 0;
+constexpr std::int32_t kIntRange = 1;
+constexpr std::int32_t kFloatRange = 2;
+constexpr std::int32_t kDatarefRange = 3;
+
+std::int32_t rawValue(std::size_t item) {
+    return static_cast<std::int32_t>(item * 997 % 65535 + 1);
+}
+
+class DataMessageCase {
+protected:
+    // Each record becomes an action of its own.
+    void define(std::vector<InputRecord> records) {
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            records[i].action = kFirstAction + static_cast<std::int32_t>(i);
+        }
+        Bytes message = definitionsMessage(records, {});
+        feed(message);
+    }
+
+    template <typename ValueOf>
+    Bytes messageOf(std::size_t count, ValueOf valueOf) {
+        std::vector<std::pair<std::uint32_t, std::int32_t>> items;
+        for (std::size_t i = 0; i < count; ++i) {
+            items.emplace_back(static_cast<std::uint32_t>(kFirstAction) + i, valueOf(i));
+        }
+        return dataMessage(items);
+    }
+
+    void feed(Bytes& message) {
+        world.Receive(message);
+        protocol.Feed(&world.in, &world.out);
+    }
+
+    BenchWorld world;
+
+private:
+    TarnelProtocol protocol{&world.simState, &world.logger, &world.utilities, &world.provider,
+                            &world.observer};
+};
+
+// Items that set datarefs. After Check, `values` are those that the plugin sets.
+template <typename Value>
+class SetterCase : public DataMessageCase {
+public:
+    void Ours() { feed(request); }
+
+protected:
+    template <typename FloorCase>
+    void check(FloorCase& floorCase) {
+        Ours();
+        values = floorCase.currentValues();
+        floorCase.setAll(std::vector<Value>(values.size()));
+        world.RequireSameCalls([&] { Ours(); }, [&] { floorCase.Floor(); });
+        floorCase.setAll(std::vector<Value>(values.size()));
+        floorCase.Floor();
+        if (floorCase.currentValues() != values || values.back() == Value{}) {
+            failCheck("the floor sets other values than the plugin");
+        }
+    }
+
+    Bytes request;
+    std::vector<Value> values;
+};
+
+class IntItems final : public SetterCase<int> {
+public:
+    explicit IntItems(std::int64_t count) {
+        std::vector<InputRecord> records;
+        for (const auto& name : world.DefineDatarefs("ints", xplmType_Int, count)) {
+            records.push_back({.targetType = kInt, .target = name});
+            datarefs.push_back(XPLMFindDataRef(name.c_str()));
+        }
+        define(records);
+        request = messageOf(datarefs.size(), rawValue);
+    }
+
+    void Check() { check(*this); }
+    void Floor() { setAll(values); }
+
+    void setAll(const std::vector<int>& newValues) {
+        for (std::size_t i = 0; i < datarefs.size(); ++i) {
+            XPLMSetDatai(datarefs[i], newValues[i]);
+        }
+    }
+
+    std::vector<int> currentValues() const {
+        std::vector<int> current;
+        for (const XPLMDataRef dataref : datarefs) {
+            current.push_back(XPLMGetDatai(dataref));
+        }
+        return current;
+    }
+
+private:
+    std::vector<XPLMDataRef> datarefs;
+};
+
+// Axes. With a range of two datarefs both are read for each item, as they may change.
+class FloatItems final : public SetterCase<float> {
+public:
+    FloatItems(std::int64_t count, std::int32_t scaling) : readsRange(scaling == kDatarefRange) {
+        const auto names = world.DefineDatarefs("floats", xplmType_Float, count);
+        const auto minima = world.DefineDatarefs("minima", xplmType_Float, count);
+        const auto maxima = world.DefineDatarefs("maxima", xplmType_Float, count);
+        std::vector<InputRecord> records;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            world.simulator.Datarefs().SetFloat(minima[i], -1.0F);
+            records.push_back({.intMinimum = -100,
+                               .intMaximum = 100,
+                               .targetType = kFloat,
+                               .scaling = scaling,
+                               .rangeType = kFloat,
+                               .floatMinimum = -0.5F,
+                               .floatMaximum = 0.5F,
+                               .rangeMinimumName = minima[i],
+                               .rangeMaximumName = maxima[i],
+                               .target = names[i]});
+            axes.push_back({XPLMFindDataRef(names[i].c_str()), XPLMFindDataRef(minima[i].c_str()),
+                            XPLMFindDataRef(maxima[i].c_str())});
+        }
+        define(records);
+        request = messageOf(names.size(), rawValue);
+    }
+
+    void Check() { check(*this); }
+
+    void Floor() {
+        if (!readsRange) {
+            setAll(values);
+            return;
+        }
+        for (std::size_t i = 0; i < axes.size(); ++i) {
+            benchmark::DoNotOptimize(XPLMGetDataf(axes[i].minimum));
+            benchmark::DoNotOptimize(XPLMGetDataf(axes[i].maximum));
+            XPLMSetDataf(axes[i].target, values[i]);
+        }
+    }
+
+    void setAll(const std::vector<float>& newValues) {
+        for (std::size_t i = 0; i < axes.size(); ++i) {
+            XPLMSetDataf(axes[i].target, newValues[i]);
+        }
+    }
+
+    std::vector<float> currentValues() const {
+        std::vector<float> current;
+        for (const Axis& axis : axes) {
+            current.push_back(XPLMGetDataf(axis.target));
+        }
+        return current;
+    }
+
+private:
+    struct Axis {
+        XPLMDataRef target;
+        XPLMDataRef minimum;
+        XPLMDataRef maximum;
+    };
+    bool readsRange;
+    std::vector<Axis> axes;
+};
+
+// The elements of one array, an item for each.
+template <typename Element>
+class ArrayElementItems final : public SetterCase<Element> {
+public:
+    using Getter = int (*)(XPLMDataRef, Element*, int, int);
+    using Setter = void (*)(XPLMDataRef, Element*, int, int);
+
+    ArrayElementItems(std::int64_t count, XPLMDataTypeID type, std::int32_t targetType,
+                      Getter getter, Setter setter)
+        : getter(getter), setter(setter), size(static_cast<int>(count)) {
+        const auto name = this->world.DefineDatarefs("array", type, 1, size).front();
+        dataref = XPLMFindDataRef(name.c_str());
+        std::vector<InputRecord> records;
+        for (int i = 0; i < size; ++i) {
+            records.push_back({.targetIndex = i, .targetType = targetType, .target = name});
+        }
+        this->define(records);
+        this->request = this->messageOf(records.size(), rawValue);
+    }
+
+    void Check() { this->check(*this); }
+    void Floor() { setAll(this->values); }
+
+    void setAll(const std::vector<Element>& newValues) {
+        for (int i = 0; i < size; ++i) {
+            Element value = newValues[static_cast<std::size_t>(i)];
+            setter(dataref, &value, i, 1);
+        }
+    }
+
+    std::vector<Element> currentValues() const {
+        std::vector<Element> current(static_cast<std::size_t>(size));
+        getter(dataref, current.data(), 0, size);
+        return current;
+    }
+
+private:
+    Getter getter;
+    Setter setter;
+    int size;
+    XPLMDataRef dataref = nullptr;
+};
+
+class CommandCase : public DataMessageCase {
+protected:
+    CommandCase(std::int64_t count, bool hold) {
+        std::vector<InputRecord> records;
+        for (const auto& name : world.DefineCommands(count)) {
+            records.push_back({.targetType = kCommand, .hold = hold ? 1 : 0, .target = name});
+            commands.push_back(XPLMFindCommand(name.c_str()));
+        }
+        define(records);
+        press = messageOf(commands.size(), [](std::size_t) { return 1; });
+        release = messageOf(commands.size(), [](std::size_t) { return 0; });
+    }
+
+    std::vector<XPLMCommandRef> commands;
+    Bytes press;
+    Bytes release;
+};
+
+class CommandOnceItems final : public CommandCase {
+public:
+    explicit CommandOnceItems(std::int64_t count) : CommandCase(count, false) {}
+
+    void Check() {
+        world.RequireSameCalls([&] { Ours(); }, [&] { Floor(); });
+    }
+    void Ours() { feed(press); }
+    void Floor() {
+        for (const XPLMCommandRef command : commands) {
+            XPLMCommandOnce(command);
+        }
+    }
+};
+
+// Every other message presses, the others release.
+class CommandHoldItems final : public CommandCase {
+public:
+    explicit CommandHoldItems(std::int64_t count) : CommandCase(count, true) {}
+
+    void Check() {
+        const auto twice = [](const auto& side) {
+            return [&side] {
+                side();
+                side();
+            };
+        };
+        world.RequireSameCalls(twice([&] { Ours(); }), twice([&] { Floor(); }));
+    }
+
+    void Ours() {
+        pressed = !pressed;
+        feed(pressed ? press : release);
+    }
+
+    void Floor() {
+        pressed = !pressed;
+        for (const XPLMCommandRef command : commands) {
+            if (pressed) {
+                XPLMCommandBegin(command);
+            } else {
+                XPLMCommandEnd(command);
+            }
+        }
+    }
+
+private:
+    bool pressed = false;
+};
+
+template <typename MakeCase>
+void addFigureOf(const std::string& name, MakeCase makeCase) {
+    addFigure("DataMessage/" + name, {1, 10, 100, 1000}, makeCase);
+}
+
+void addFloatFigure(const std::string& name, std::int32_t scaling) {
+    addFigureOf(name, [=](std::int64_t count) { return FloatItems(count, scaling); });
+}
+
+} // namespace
+
+void addFigures() {
+    addFigureOf("int", [](std::int64_t count) { return IntItems(count); });
+    addFloatFigure("float", kNone);
+    addFloatFigure("float_int_range", kIntRange);
+    addFloatFigure("float_float_range", kFloatRange);
+    addFloatFigure("float_dataref_range", kDatarefRange);
+    addFigureOf("int_array_element", [](std::int64_t count) {
+        return ArrayElementItems<int>(count, xplmType_IntArray, kIntArray, XPLMGetDatavi,
+                                      XPLMSetDatavi);
+    });
+    addFigureOf("float_array_element", [](std::int64_t count) {
+        return ArrayElementItems<float>(count, xplmType_FloatArray, kFloatArray, XPLMGetDatavf,
+                                        XPLMSetDatavf);
+    });
+    addFigureOf("command_once", [](std::int64_t count) { return CommandOnceItems(count); });
+    addFigureOf("command_hold", [](std::int64_t count) { return CommandHoldItems(count); });
+}
