@@ -18,7 +18,7 @@ int DatarefAccess::GetInt(XPLMDataRef handle) {
 }
 
 void DatarefAccess::SetInt(XPLMDataRef handle, int value) {
-    recorder.Record("XPLMSetDatai", handle, table.NameOf(handle), value);
+    record("XPLMSetDatai", handle, value);
     if (IDatarefValue* target = writable(handle, xplmType_Int, "XPLMSetDatai")) {
         target->SetInt(value);
     }
@@ -30,7 +30,7 @@ float DatarefAccess::GetFloat(XPLMDataRef handle) {
 }
 
 void DatarefAccess::SetFloat(XPLMDataRef handle, float value) {
-    recorder.Record("XPLMSetDataf", handle, table.NameOf(handle), value);
+    record("XPLMSetDataf", handle, value);
     if (IDatarefValue* target = writable(handle, xplmType_Float, "XPLMSetDataf")) {
         target->SetFloat(value);
     }
@@ -42,7 +42,7 @@ double DatarefAccess::GetDouble(XPLMDataRef handle) {
 }
 
 void DatarefAccess::SetDouble(XPLMDataRef handle, double value) {
-    recorder.Record("XPLMSetDatad", handle, table.NameOf(handle), value);
+    record("XPLMSetDatad", handle, value);
     if (IDatarefValue* target = writable(handle, xplmType_Double, "XPLMSetDatad")) {
         target->SetDouble(value);
     }
@@ -54,7 +54,7 @@ int DatarefAccess::GetInts(XPLMDataRef handle, int* values, int offset, int max)
 }
 
 void DatarefAccess::SetInts(XPLMDataRef handle, int* values, int offset, int count) {
-    recorder.Record("XPLMSetDatavi", handle, table.NameOf(handle), offset, count);
+    record("XPLMSetDatavi", handle, offset, count);
     if (IDatarefValue* target = writable(handle, xplmType_IntArray, "XPLMSetDatavi")) {
         target->SetInts(values, offset, count);
     }
@@ -66,7 +66,7 @@ int DatarefAccess::GetFloats(XPLMDataRef handle, float* values, int offset, int 
 }
 
 void DatarefAccess::SetFloats(XPLMDataRef handle, float* values, int offset, int count) {
-    recorder.Record("XPLMSetDatavf", handle, table.NameOf(handle), offset, count);
+    record("XPLMSetDatavf", handle, offset, count);
     if (IDatarefValue* target = writable(handle, xplmType_FloatArray, "XPLMSetDatavf")) {
         target->SetFloats(values, offset, count);
     }
@@ -78,7 +78,7 @@ int DatarefAccess::GetBytes(XPLMDataRef handle, void* values, int offset, int ma
 }
 
 void DatarefAccess::SetBytes(XPLMDataRef handle, void* values, int offset, int count) {
-    recorder.Record("XPLMSetDatab", handle, table.NameOf(handle), offset, count);
+    record("XPLMSetDatab", handle, offset, count);
     if (IDatarefValue* target = writable(handle, xplmType_Data, "XPLMSetDatab")) {
         target->SetBytes(values, offset, count);
     }
@@ -86,7 +86,7 @@ void DatarefAccess::SetBytes(XPLMDataRef handle, void* values, int offset, int c
 
 IDatarefValue* DatarefAccess::readable(XPLMDataRef handle, XPLMDataTypeID type,
                                        const char* function) {
-    recorder.Record(function, handle, table.NameOf(handle));
+    record(function, handle);
     const Dataref* dataref = offering(handle, type, function);
     return dataref == nullptr ? nullptr : &dataref->Value();
 }

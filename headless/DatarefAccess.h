@@ -33,6 +33,13 @@ public:
     void SetBytes(XPLMDataRef handle, void* values, int offset, int count);
 
 private:
+    // Nothing is looked up for a record that is not kept.
+    template <class... Arguments>
+    void record(const char* function, XPLMDataRef handle, const Arguments&... arguments) {
+        if (recorder.IsEnabled()) {
+            recorder.Record(function, handle, table.NameOf(handle), arguments...);
+        }
+    }
     // Null when the access is refused.
     IDatarefValue* readable(XPLMDataRef handle, XPLMDataTypeID type, const char* function);
     IDatarefValue* writable(XPLMDataRef handle, XPLMDataTypeID type, const char* function);
