@@ -1,5 +1,6 @@
 #include "bench/BenchWorld.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "bench/Figure.h"
@@ -44,8 +45,23 @@ void setValue(headless::DatarefTable& datarefs, const std::string& name, XPLMDat
     }
 }
 
-std::string toText(const headless::RecordedCall& call) {
-    return call.function + "(" + call.arguments + ")";
+// The calls that the simulator got, with their arguments.
+std::vector<std::string> callsOf(headless::CallRecorder& recorder,
+                                 const std::function<void()>& action) {
+    recorder.Clear();
+    recorder.Enable();
+    action();
+    recorder.Disable();
+    if (!recorder.RecentRefusals().empty()) {
+        const auto& refused = recorder.RecentRefusals().front();
+        failCheck("the simulator refused " + refused.function + " of " + refused.detail);
+    }
+    std::vector<std::string> calls;
+    for (const auto& call : recorder.Calls()) {
+        calls.push_back(call.function + "(" + call.arguments + ")");
+    }
+    recorder.Clear();
+    return calls;
 }
 
 } // namespace
@@ -98,32 +114,16 @@ std::vector<std::string> BenchWorld::DefineCommands(std::int64_t count) {
 
 void BenchWorld::RequireSameCalls(const std::function<void()>& ours,
                                   const std::function<void()>& floor) {
-    headless::CallRecorder& recorder = simulator.Recorder();
-    const auto callsOf = [&](const std::function<void()>& action) {
-        recorder.Clear();
-        recorder.Enable();
-        action();
-        recorder.Disable();
-        if (!recorder.RecentRefusals().empty()) {
-            const auto& refused = recorder.RecentRefusals().front();
-            failCheck("the simulator refused " + refused.function + " of " + refused.detail);
-        }
-        auto calls = recorder.Calls();
-        recorder.Clear();
-        return calls;
-    };
-    const auto oursCalls = callsOf(ours);
-    const auto floorCalls = callsOf(floor);
+    const std::vector<std::string> oursCalls = callsOf(simulator.Recorder(), ours);
+    const std::vector<std::string> floorCalls = callsOf(simulator.Recorder(), floor);
     if (oursCalls.size() != floorCalls.size()) {
         failCheck("the plugin makes " + std::to_string(oursCalls.size()) +
                   " calls, and the floor " + std::to_string(floorCalls.size()));
     }
-    for (std::size_t i = 0; i < oursCalls.size(); ++i) {
-        const std::string oursText = toText(oursCalls[i]);
-        const std::string floorText = toText(floorCalls[i]);
-        if (oursText != floorText || oursCalls[i].handle != floorCalls[i].handle) {
-            failCheck("the plugin calls " + oursText + ", and the floor " + floorText);
-        }
+    const auto [differing, others] =
+        std::mismatch(oursCalls.begin(), oursCalls.end(), floorCalls.begin());
+    if (differing != oursCalls.end()) {
+        failCheck("the plugin calls " + *differing + ", and the floor " + *others);
     }
 }
 
@@ -132,9 +132,9 @@ void requireSameBytes(const Bytes& ours, const Bytes& floor) {
         failCheck("the plugin has " + std::to_string(ours.size()) + " bytes, and the floor " +
                   std::to_string(floor.size()));
     }
-    for (std::size_t i = 0; i < ours.size(); ++i) {
-        if (ours[i] != floor[i]) {
-            failCheck("byte " + std::to_string(i) + " is not the same in the floor");
-        }
+    const auto differing = std::mismatch(ours.begin(), ours.end(), floor.begin()).first;
+    if (differing != ours.end()) {
+        failCheck("byte " + std::to_string(differing - ours.begin()) +
+                  " is not the same in the floor");
     }
 }

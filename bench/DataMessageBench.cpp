@@ -2,22 +2,16 @@
 // that are there already. Nothing is reported, as there are no outputs.
 
 #include "XPLMDataAccess.h"
-#include "XPLMUtilities.h"
-#include "bench/BenchWorld.h"
+#include "bench/CommandItems.h"
+#include "bench/DataMessageCase.h"
 #include "bench/Figure.h"
-#include "protocols/tarnel/TarnelProtocol.h"
-#include "support/TarnelMessages.h"
 
 namespace {
-
-// Beyond the identifiers of actions that run their command twice.
-constexpr std::int32_t kFirstAction = 10'000;
 
 constexpr std::int32_t kInt = 1;
 constexpr std::int32_t kFloat = 2;
 constexpr std::int32_t kIntArray = 3;
 constexpr std::int32_t kFloatArray = 4;
-constexpr std::int32_t kCommand = 6;
 
 // Scaling modes.
 constexpr std::int32_t kNone = 0;
@@ -28,38 +22,6 @@ constexpr std::int32_t kDatarefRange = 3;
 std::int32_t rawValue(std::size_t item) {
     return static_cast<std::int32_t>(item * 997 % 65535 + 1);
 }
-
-class DataMessageCase {
-protected:
-    // Each record becomes an action of its own.
-    void define(std::vector<InputRecord> records) {
-        for (std::size_t i = 0; i < records.size(); ++i) {
-            records[i].action = kFirstAction + static_cast<std::int32_t>(i);
-        }
-        Bytes message = definitionsMessage(records, {});
-        feed(message);
-    }
-
-    template <typename ValueOf>
-    Bytes messageOf(std::size_t count, ValueOf valueOf) {
-        std::vector<std::pair<std::uint32_t, std::int32_t>> items;
-        for (std::size_t i = 0; i < count; ++i) {
-            items.emplace_back(static_cast<std::uint32_t>(kFirstAction) + i, valueOf(i));
-        }
-        return dataMessage(items);
-    }
-
-    void feed(Bytes& message) {
-        world.Receive(message);
-        protocol.Feed(&world.in, &world.out);
-    }
-
-    BenchWorld world;
-
-private:
-    TarnelProtocol protocol{&world.simState, &world.logger, &world.utilities, &world.provider,
-                            &world.observer};
-};
 
 // Items that set datarefs. After Check, `values` are those that the plugin sets.
 template <typename Value>
@@ -195,9 +157,10 @@ public:
         : getter(getter), setter(setter), size(static_cast<int>(count)) {
         const auto name = this->world.DefineDatarefs("array", type, 1, size).front();
         dataref = XPLMFindDataRef(name.c_str());
-        std::vector<InputRecord> records;
+        std::vector<InputRecord> records(static_cast<std::size_t>(size),
+                                         {.targetType = targetType, .target = name});
         for (int i = 0; i < size; ++i) {
-            records.push_back({.targetIndex = i, .targetType = targetType, .target = name});
+            records[static_cast<std::size_t>(i)].targetIndex = i;
         }
         this->define(records);
         this->request = this->messageOf(records.size(), rawValue);
@@ -224,74 +187,6 @@ private:
     Setter setter;
     int size;
     XPLMDataRef dataref = nullptr;
-};
-
-class CommandCase : public DataMessageCase {
-protected:
-    CommandCase(std::int64_t count, bool hold) {
-        std::vector<InputRecord> records;
-        for (const auto& name : world.DefineCommands(count)) {
-            records.push_back({.targetType = kCommand, .hold = hold ? 1 : 0, .target = name});
-            commands.push_back(XPLMFindCommand(name.c_str()));
-        }
-        define(records);
-        press = messageOf(commands.size(), [](std::size_t) { return 1; });
-        release = messageOf(commands.size(), [](std::size_t) { return 0; });
-    }
-
-    std::vector<XPLMCommandRef> commands;
-    Bytes press;
-    Bytes release;
-};
-
-class CommandOnceItems final : public CommandCase {
-public:
-    explicit CommandOnceItems(std::int64_t count) : CommandCase(count, false) {}
-
-    void Check() {
-        world.RequireSameCalls([&] { Ours(); }, [&] { Floor(); });
-    }
-    void Ours() { feed(press); }
-    void Floor() {
-        for (const XPLMCommandRef command : commands) {
-            XPLMCommandOnce(command);
-        }
-    }
-};
-
-// Every other message presses, the others release.
-class CommandHoldItems final : public CommandCase {
-public:
-    explicit CommandHoldItems(std::int64_t count) : CommandCase(count, true) {}
-
-    void Check() {
-        const auto twice = [](const auto& side) {
-            return [&side] {
-                side();
-                side();
-            };
-        };
-        world.RequireSameCalls(twice([&] { Ours(); }), twice([&] { Floor(); }));
-    }
-
-    void Ours() {
-        pressed = !pressed;
-        feed(pressed ? press : release);
-    }
-
-    void Floor() {
-        pressed = !pressed;
-        for (const XPLMCommandRef command : commands) {
-            if (pressed) {
-                XPLMCommandBegin(command);
-            } else {
-                XPLMCommandEnd(command);
-            }
-        }
-    }
-
-private:
-    bool pressed = false;
 };
 
 template <typename MakeCase>
