@@ -156,12 +156,13 @@ def definitions_list(points):
     """What a pilot would see as a hitch, since definitions are handled in one frame."""
     largest = {name: figure[-1] for name, figure in figures_of(points).items()}
     figures = [point for point in points.values() if point.name.startswith("Definitions/")]
-    return [
+    lines = [
         f"- {point.name}, {point.n:,}: {point.shown(point.time('ours'))} in one frame,"
         f" {100 / point.ratio:.0f} % of it the floor's"
         for point in figures
         if point.n == 1000 or point is largest[point.name]
     ]
+    return [*lines, ""] if lines else []
 
 
 def figures_of(points):
@@ -222,7 +223,6 @@ def report(points, context):
         *results_table(points),
         "",
         *definitions_list(points),
-        "",
         "## Growth",
         "",
         "How the time of all N grows with N, as the exponent of a power, fitted over the upper"
