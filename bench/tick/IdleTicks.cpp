@@ -1,0 +1,18 @@
+#include "bench/tick/IdleTicks.h"
+
+namespace {
+
+// What the first frames do once is not the matter.
+constexpr int kWarmUpTicks = 1000;
+
+} // namespace
+
+IdleTicks::IdleTicks(const std::string& plugin, int clientCount) : flight(plugin) {
+    for (int i = 0; i < clientCount; ++i) {
+        clients.push_back(std::make_unique<BenchClient>());
+        flight.AwaitAcceptance(*clients.back());
+    }
+    for (int i = 0; i < kWarmUpTicks; ++i) {
+        RunTick();
+    }
+}

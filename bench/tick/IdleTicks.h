@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/tick/BenchClient.h"
+#include "bench/tick/TickFlight.h"
+
+// Ticks in which nobody says anything: clients are connected, or there is none.
+class IdleTicks final {
+public:
+    IdleTicks(const std::string& plugin, int clientCount);
+
+    void RunTick() { flight.RunFrame(); }
+
+private:
+    TickFlight flight;
+    std::vector<std::unique_ptr<BenchClient>> clients;
+};
