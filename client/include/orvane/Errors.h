@@ -39,6 +39,13 @@ public:
     using Error::Error;
 };
 
+// Options::cancelled said so. The connection is closed, for the same reason as after a
+// TimeoutError.
+class CancelledError final : public Error {
+public:
+    using Error::Error;
+};
+
 // The server answered, and the answer is no: the simulator does not have `name`.
 class Refused final : public Error {
 public:

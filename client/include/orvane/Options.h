@@ -19,9 +19,10 @@ struct Backoff {
 
 // What a call does that finds its connection lost.
 enum class OnLoss {
-    // Throws. The next call of `reconnect` makes a new connection.
+    // Throws, and so does every call until `reconnect` has made a new connection.
     Throw,
-    // Reconnects by itself, as `reconnect` does, and repeats the declarations.
+    // Reconnects by itself, as `reconnect` does, and repeats the declarations. An answer that does
+    // not come in time is thrown as a TimeoutError all the same; the next call reconnects then.
     Reconnect,
 };
 
@@ -33,6 +34,9 @@ struct Options {
     std::chrono::milliseconds timeout{2'000};
     OnLoss onLoss = OnLoss::Reconnect;
     Backoff backoff;
+    // Asked ten times a second, and after each signal, while a call waits: true ends the call with
+    // a CancelledError. May be empty.
+    std::function<bool()> cancelled;
 };
 
 // Called from within the calls of a client, on their thread. A callback may not call its client.
@@ -40,9 +44,11 @@ struct Callbacks {
     // After each connection made, with its declarations made again; not for the first one, which is
     // made before callbacks can be set.
     std::function<void()> connected;
-    // With the reason.
+    // With the reason: the connection was lost, or given up because of an answer that was wrong or
+    // late. Not for `close` and `reconnect`.
     std::function<void(const Error&)> disconnected;
-    // With the new id, or 0 when the aircraft was unloaded. Tarnel only.
+    // With the new id, or 0 when the aircraft was unloaded; not for the first one that is seen.
+    // Tarnel only.
     std::function<void(std::uint32_t)> aircraftChanged;
 };
 

@@ -35,8 +35,14 @@ struct CommandReport {
 //
 // A call blocks until its answers are there. An answer of another shape than asked for means that
 // the request reached the server in pieces: the client then connects anew, registers everything
-// again and asks once more; only a second failure is thrown, as ProtocolError. A call that finds
-// its connection lost does what Options::onLoss says; writes and actions are not repeated then.
+// again and asks once more; only a second failure is thrown, as ProtocolError. `run` throws at the
+// first, since the command may have been run.
+//
+// A call that begins without a connection, or loses it underway, does what Options::onLoss says.
+// With OnLoss::Reconnect it is then carried out on the new connection. The exception are writes and
+// actions that lost the connection underway: they may have been carried out, or be minutes old
+// when the simulator is back. They are not repeated, and a ClosedError says so; the new connection
+// is there by then.
 //
 // Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
 class Client final {
@@ -50,14 +56,16 @@ public:
     void setCallbacks(Callbacks callbacks);
 
     // Registering. A name may be registered once per kind; again with another type or size it
-    // replaces itself. Refused: the simulator does not have the first name that failed; those
-    // before it are registered. std::invalid_argument: an empty name, one of more than 255 bytes,
-    // an array without a size.
+    // replaces itself, and a command that is registered again begins with "not pressed". Refused:
+    // the simulator does not have this name, the first of those that it does not have; all others
+    // are registered. std::invalid_argument, and nothing is sent: an empty name, one of more than
+    // 255 bytes, an array without a size.
     void registerDataref(const Dataref& dataref);
     void registerDatarefs(std::span<const Dataref> datarefs);
     void registerCommand(const std::string& name);
     void registerCommands(std::span<const std::string> names);
-    // std::out_of_range: was not registered. The same for every name below.
+    // std::out_of_range: was not registered. The same for every name below. Without a connection
+    // the name is only left out of the next one.
     void unregisterDataref(std::string_view name);
     void unregisterCommand(std::string_view name);
 
@@ -80,7 +88,8 @@ public:
     std::vector<CommandReport> pollPresses();
 
     // Closes the connection if there is one, makes a new one with back-off and registers everything
-    // again. ConnectError: Backoff::within is over. Refused: a name is gone.
+    // again. ConnectError: Backoff::within is over. Refused: a name is gone; the new connection is
+    // closed, and the name still wanted when the next one is made, unless it is unregistered.
     void reconnect();
     void close() noexcept;
     bool isConnected() const noexcept;

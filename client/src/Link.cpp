@@ -1,0 +1,127 @@
+#include "Link.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "UnexpectedAnswer.h"
+
+namespace orvane::detail {
+
+namespace {
+
+constexpr const char* kDeclaring = "repeating the declarations";
+
+} // namespace
+
+Link::Link(Options options, Work declare)
+    : options(std::move(options)),
+      declare(std::move(declare)),
+      connection(std::make_unique<Connection>(this->options)) {}
+
+Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work& work) {
+    ensureConnected(doing);
+    try {
+        attempt(doing, work);
+        return Outcome::Done;
+    } catch (const ProtocolError&) {
+        if (!repeat.whenTorn) {
+            throw;
+        }
+        connectAnew();
+    } catch (const ClosedError&) {
+        if (options.onLoss == OnLoss::Throw) {
+            throw;
+        }
+        reconnect();
+        if (!repeat.whenLost) {
+            return Outcome::NotRepeated;
+        }
+    }
+    attempt(doing, work);
+    return Outcome::Done;
+}
+
+void Link::reconnect() {
+    close();
+    const auto end = Clock::now() + options.backoff.within;
+    auto delay = options.backoff.firstDelay;
+    for (int tries = 1;; ++tries) {
+        std::string reason;
+        try {
+            connectAnew();
+            return;
+        } catch (const ConnectError& error) {
+            reason = error.what();
+        } catch (const TimeoutError& error) {
+            reason = error.what();
+        } catch (const ClosedError& error) {
+            reason = error.what();
+        }
+        const auto next = Clock::now() + delay;
+        if (next >= end) {
+            throw ConnectError(reason + "; gave up at try " + std::to_string(tries));
+        }
+        if (sleepUntil(next, options.cancelled) == Waited::Cancelled) {
+            throw CancelledError(reason + "; was cancelled at try " + std::to_string(tries));
+        }
+        delay = std::min(delay * 2, options.backoff.longestDelay);
+    }
+}
+
+void Link::connectAnew() {
+    close();
+    connection = makeDeclared();
+    if (callbacks.connected) {
+        callbacks.connected();
+    }
+}
+
+void Link::ensureConnected(const std::string& doing) {
+    if (isConnected()) {
+        return;
+    }
+    if (options.onLoss == OnLoss::Throw) {
+        throw ClosedError(place(doing) + "expected a connection, got none: it was closed before");
+    }
+    reconnect();
+}
+
+void Link::attempt(const std::string& doing, const Work& work) {
+    try {
+        work(*connection);
+    } catch (const UnexpectedAnswer& answer) {
+        const ProtocolError error(place(doing) + answer.what());
+        drop(error);
+        throw error;
+    } catch (const Error& error) {
+        drop(error);
+        throw;
+    } catch (...) {
+        close();
+        throw;
+    }
+}
+
+// The declarations can be torn like any other request, so they get two tries themselves.
+std::unique_ptr<Connection> Link::makeDeclared() {
+    for (int tries = 1;; ++tries) {
+        auto made = std::make_unique<Connection>(options);
+        try {
+            declare(*made);
+            return made;
+        } catch (const UnexpectedAnswer& answer) {
+            if (tries == 2) {
+                throw ProtocolError(place(kDeclaring) + answer.what());
+            }
+        }
+    }
+}
+
+void Link::drop(const Error& reason) {
+    close();
+    if (callbacks.disconnected) {
+        callbacks.disconnected(reason);
+    }
+}
+
+} // namespace orvane::detail

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "Connection.h"
+#include "Waiting.h"
+#include "orvane/Errors.h"
+#include "orvane/Options.h"
+
+namespace orvane::detail {
+
+// What may be done a second time, on a new connection.
+struct Repeat {
+    bool whenTorn = false; // after an answer of unexpected shape
+    bool whenLost = false; // after the end of the connection, under OnLoss::Reconnect
+};
+
+// Keeps a connection to the server, and makes a new one when it is lost or out of step.
+//
+// Any failure in the middle of an exchange closes the connection. Each new one begins with the
+// declarations.
+class Link final {
+public:
+    // One or more exchanges, and the decoding of their answers.
+    using Work = std::function<void(Connection&)>;
+    enum class Outcome { Done, NotRepeated };
+
+    // Connects, without declarations: nothing can be declared yet. ConnectError, TimeoutError,
+    // CancelledError. `declare` repeats the declarations; it may throw what `Connection::exchange`
+    // does, and Refused.
+    Link(Options options, Work declare);
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+
+    void setCallbacks(Callbacks newCallbacks) { callbacks = std::move(newCallbacks); }
+    const Callbacks& currentCallbacks() const { return callbacks; }
+
+    // Does the work on the connection, on a new one if there is none, and once more as far as
+    // `repeat` allows. NotRepeated: the connection was lost on the way, a new one was made, and the
+    // work was not repeated on it.
+    Outcome carryOut(const std::string& doing, Repeat repeat, const Work& work);
+
+    // With back-off. ConnectError when its time is over; ProtocolError, Refused and CancelledError
+    // at once.
+    void reconnect();
+    // Makes a new connection without back-off.
+    void connectAnew();
+    void close() noexcept { connection.reset(); }
+    bool isConnected() const noexcept { return connection != nullptr; }
+
+    // The beginning of the text of an error.
+    std::string place(const std::string& doing) const { return placeAndDeed(options, doing); }
+
+private:
+    void ensureConnected(const std::string& doing);
+    void attempt(const std::string& doing, const Work& work);
+    std::unique_ptr<Connection> makeDeclared();
+    void drop(const Error& reason);
+
+    const Options options;
+    const Work declare;
+    Callbacks callbacks;
+    std::unique_ptr<Connection> connection;
+};
+
+} // namespace orvane::detail

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace orvane::detail {
+
+// An answer that its request cannot have, which is what a request that arrives in pieces leads to.
+// Never leaves the library: the link repeats the request, or throws a ProtocolError.
+class UnexpectedAnswer final : public std::runtime_error {
+public:
+    UnexpectedAnswer(const std::string& expected, const std::string& got)
+        : std::runtime_error("expected " + expected + ", got " + got) {}
+};
+
+} // namespace orvane::detail

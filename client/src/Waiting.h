@@ -1,0 +1,20 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace orvane::detail {
+
+using Clock = std::chrono::steady_clock;
+
+enum class Waited { Ready, Late, Cancelled };
+
+// Waits until the socket has one of the poll events, the deadline is over, or `cancelled`, if there
+// is one, says true. An error of the socket counts as ready: the next call on it tells.
+Waited waitFor(int socket, short events, Clock::time_point deadline,
+               const std::function<bool()>& cancelled);
+
+// Waits for the deadline only: Late or Cancelled.
+Waited sleepUntil(Clock::time_point deadline, const std::function<bool()>& cancelled);
+
+} // namespace orvane::detail

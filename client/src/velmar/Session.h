@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Link.h"
+#include "orvane/velmar/Client.h"
+#include "velmar/Wire.h"
+
+namespace orvane::velmar {
+
+// What a Client knows: what is registered, and under which numbers on the present connection.
+//
+// A number is given to one name only for as long as a connection lives; the next connection begins
+// with 1 again. So every request is written anew for each attempt.
+class Client::Session final {
+public:
+    explicit Session(Options options);
+
+    detail::Link& connection() { return link; }
+
+    void registerDatarefs(std::span<const Dataref> wanted);
+    void registerCommands(std::span<const std::string> wanted);
+    void unregisterDataref(std::string_view name);
+    void unregisterCommand(std::string_view name);
+    std::vector<Value> read(std::span<const std::string> names);
+    void write(std::span<const std::pair<std::string, Value>> values);
+    void run(std::string_view name, Action action);
+    std::vector<CommandReport> poll();
+    std::vector<CommandReport> pollPresses();
+
+private:
+    struct DatarefEntry {
+        Dataref dataref;
+        wire::Number number = 0;
+    };
+    using Datarefs = std::map<std::string, DatarefEntry, std::less<>>;
+    using Commands = std::map<std::string, wire::Number, std::less<>>;
+
+    void declare(detail::Connection& on);
+    // Register a part that fits into one request, and note what was accepted.
+    void registerBatch(std::span<const Dataref> batch, std::vector<std::string>& refused);
+    void registerBatch(std::span<const std::string> batch, std::vector<std::string>& refused);
+    void readBatch(std::span<const DatarefEntry* const> batch, std::vector<Value>& values);
+    void writeBatch(std::span<const std::pair<std::string, Value>> batch);
+    // The reports on the commands of a batch, whose states then begin afresh.
+    void pollBatch(std::span<const std::string> batch, std::vector<CommandReport>& reports);
+    std::vector<CommandReport> toReports(const std::vector<wire::PollEntry>& entries) const;
+
+    // Of what is registered; std::out_of_range.
+    const DatarefEntry& find(std::string_view name) const;
+    const Commands::value_type& findCommand(std::string_view name) const;
+    // The number that a name has on this connection, or a new one.
+    wire::Number numberFor(const Dataref& dataref);
+    wire::Number numberFor(const std::string& command);
+
+    [[noreturn]] void refuse(const std::string& doing, const std::string& name) const;
+    [[noreturn]] void failNotRepeated(const std::string& doing) const;
+
+    detail::Link link;
+    Datarefs datarefs;
+    Commands commands;
+    wire::Number lastNumber = 0;
+};
+
+} // namespace orvane::velmar
