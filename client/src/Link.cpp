@@ -10,6 +10,8 @@ namespace orvane::detail {
 namespace {
 
 constexpr const char* kDeclaring = "repeating the declarations";
+// They can be torn like any other request.
+constexpr int kTriesToDeclare = 2;
 
 } // namespace
 
@@ -27,7 +29,7 @@ Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work
         if (!repeat.whenTorn) {
             throw;
         }
-        connectAnew();
+        connectAnew(1);
     } catch (const ClosedError&) {
         if (options.onLoss == OnLoss::Throw) {
             throw;
@@ -48,7 +50,7 @@ void Link::reconnect() {
     for (int tries = 1;; ++tries) {
         std::string reason;
         try {
-            connectAnew();
+            connectAnew(kTriesToDeclare);
             return;
         } catch (const ConnectError& error) {
             reason = error.what();
@@ -68,9 +70,17 @@ void Link::reconnect() {
     }
 }
 
-void Link::connectAnew() {
+void Link::renew() {
+    if (options.onLoss == OnLoss::Reconnect) {
+        reconnect();
+    } else {
+        connectAnew(kTriesToDeclare);
+    }
+}
+
+void Link::connectAnew(int triesToDeclare) {
     close();
-    connection = makeDeclared();
+    connection = makeDeclared(triesToDeclare);
     if (callbacks.connected) {
         callbacks.connected();
     }
@@ -102,15 +112,14 @@ void Link::attempt(const std::string& doing, const Work& work) {
     }
 }
 
-// The declarations can be torn like any other request, so they get two tries themselves.
-std::unique_ptr<Connection> Link::makeDeclared() {
-    for (int tries = 1;; ++tries) {
+std::unique_ptr<Connection> Link::makeDeclared(int tries) {
+    for (;; --tries) {
         auto made = std::make_unique<Connection>(options);
         try {
             declare(*made);
             return made;
         } catch (const UnexpectedAnswer& answer) {
-            if (tries == 2) {
+            if (tries <= 1) {
                 throw ProtocolError(place(kDeclaring) + answer.what());
             }
         }

@@ -44,10 +44,10 @@ public:
     Outcome carryOut(const std::string& doing, Repeat repeat, const Work& work);
 
     // With back-off. ConnectError when its time is over; ProtocolError, Refused and CancelledError
-    // at once.
+    // at once. Declarations that are torn get a second try.
     void reconnect();
-    // Makes a new connection without back-off.
-    void connectAnew();
+    // For a server that was there a moment ago: backs off only under OnLoss::Reconnect.
+    void renew();
     void close() noexcept { connection.reset(); }
     bool isConnected() const noexcept { return connection != nullptr; }
 
@@ -57,7 +57,8 @@ public:
 private:
     void ensureConnected(const std::string& doing);
     void attempt(const std::string& doing, const Work& work);
-    std::unique_ptr<Connection> makeDeclared();
+    void connectAnew(int triesToDeclare);
+    std::unique_ptr<Connection> makeDeclared(int tries);
     void drop(const Error& reason);
 
     const Options options;

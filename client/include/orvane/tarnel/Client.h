@@ -45,17 +45,19 @@ public:
     // Also tells whether a server of this protocol is there at all.
     Version version();
 
-    // Replaces all that was declared before. The server keeps the first identifier of a command
-    // output for as long as a connection lives: if one changes here, the client reconnects first.
+    // Replaces all that was declared before, also for later connections, and also if it throws. The
+    // server keeps the first identifier of a command output for as long as a connection lives: if
+    // one changes here, or becomes another command's, the client reconnects first.
     Answer define(Definitions definitions);
 
     // Sends values and reports the outputs; without items it only asks. The effect of the items is
     // seen in the next answer. std::invalid_argument, and nothing is sent: an action that is not
     // declared, or no definitions at all.
     //
-    // With OnLoss::Reconnect, the items of a call that found the connection lost are not sent
+    // With OnLoss::Reconnect, the items of a call that lost the connection underway are not sent
     // again, since they may be minutes old when the simulator is back; the answer is the one to the
-    // repeated definitions.
+    // repeated definitions. A call that begins without a connection makes one and then does its
+    // work.
     Answer exchange(std::span<const Item> items = {});
     Answer exchange(std::initializer_list<Item> items);
 

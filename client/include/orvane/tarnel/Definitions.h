@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <set>
 #include <vector>
 
 #include "orvane/tarnel/Input.h"
@@ -13,9 +13,9 @@ namespace orvane::tarnel {
 // action are applied, and in which outputs are reported.
 class Definitions final {
 public:
+    // std::invalid_argument: another output has this identifier, this command has another
+    // identifier already, or a message becomes longer than the server can hold (256 MiB).
     Definitions& add(Input input);
-    // std::invalid_argument: another output has this identifier, or this command has another
-    // identifier already.
     Definitions& add(Output output);
 
     bool declares(ActionId action) const;
@@ -31,6 +31,8 @@ public:
 private:
     std::vector<Input> inputRecords;
     std::vector<Output> outputRecords;
+    std::set<ActionId> actions;
+    std::size_t answerBytes = 0; // of the outputs alone
 };
 
 } // namespace orvane::tarnel

@@ -36,10 +36,12 @@ public:
     static Input toFloat(ActionId action, std::string dataref);
     static Input toIntElement(ActionId action, std::string dataref, std::int32_t element);
     static Input toFloatElement(ActionId action, std::string dataref, std::int32_t element);
-    // Pressed by the value 1, released by any other. Runs once per 1 unless held.
+    // Pressed by the value 1, released by any other. Runs once per 1 unless held; without a repeat
+    // interval, the server runs the commands of the actions 1002 to 1005 twice per 1.
     static Input toCommand(ActionId action, std::string command);
 
-    // Scaling, for float targets: 0 to 65535 is spread over the range.
+    // Scaling, for float targets: 0 to 65535 is spread over the range. The ends of an int range may
+    // be 2^31 - 1 apart.
     Input& scaledByIntRange(std::int32_t minimum, std::int32_t maximum);
     Input& scaledByFloatRange(float minimum, float maximum);
     // The range is read from two float datarefs for each value. Where both have the same value

@@ -1,0 +1,137 @@
+#include "tarnel/Session.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "tarnel/Wire.h"
+
+namespace orvane::tarnel {
+
+namespace {
+
+using detail::Bytes;
+using detail::Connection;
+using detail::Link;
+using detail::Repeat;
+
+constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
+// Items that arrived in pieces were not executed; after a loss they may be minutes old.
+constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
+
+// What the server's buffer holds, with room for the head of the message.
+constexpr std::size_t kMostItems = 30'000'000;
+
+} // namespace
+
+Client::Session::Session(Options options)
+    : link(std::move(options), [this](Connection& on) { declare(on); }) {}
+
+Version Client::Session::version() {
+    const std::string doing = "asking for the version";
+    Version version;
+    link.carryOut(doing, kAlways, [&](Connection& on) {
+        version =
+            wire::readVersion(on.exchange(wire::versionRequest(), doing, wire::kVersionAnswerSize));
+    });
+    return version;
+}
+
+Answer Client::Session::define(Definitions newDefinitions) {
+    const bool startAnew = link.isConnected() && needsNewConnection(newDefinitions);
+    definitions = std::move(newDefinitions);
+    isDefined = false;
+    if (startAnew) {
+        link.renew();
+    }
+    const std::string doing = "defining";
+    link.carryOut(doing, kAlways, [&](Connection& on) {
+        // A connection that was made on the way began with the definitions.
+        if (!isDefined) {
+            sendDefinitions(on, doing);
+        }
+    });
+    noteAircraft(declared.aircraftId);
+    return declared;
+}
+
+Answer Client::Session::exchange(std::span<const Item> items) {
+    checkItems(items);
+    const std::string doing = "exchanging values";
+    Answer answer;
+    const Link::Outcome outcome = link.carryOut(doing, kWhenTorn, [&](Connection& on) {
+        const auto& outputs = definitions->outputs();
+        const Bytes payload =
+            on.exchange(wire::dataRequest(items), doing, wire::longestAnswer(outputs));
+        answer = wire::readAnswer(payload, outputs);
+    });
+    if (outcome == Link::Outcome::NotRepeated) {
+        answer = declared;
+    }
+    noteAircraft(answer.aircraftId);
+    return answer;
+}
+
+void Client::Session::declare(Connection& on) {
+    observed.clear();
+    if (definitions) {
+        sendDefinitions(on, "repeating the definitions");
+    }
+}
+
+void Client::Session::sendDefinitions(Connection& on, const std::string& doing) {
+    const auto& outputs = definitions->outputs();
+    for (const Output& output : outputs) {
+        if (output.type() == OutputType::Command) {
+            observed.emplace(output.name(), output.id());
+        }
+    }
+    const Bytes payload =
+        on.exchange(wire::definitionsRequest(*definitions), doing, wire::longestAnswer(outputs));
+    declared = wire::readAnswer(payload, outputs);
+    isDefined = true;
+}
+
+void Client::Session::reconnect() {
+    link.reconnect();
+    if (definitions) {
+        noteAircraft(declared.aircraftId);
+    }
+}
+
+bool Client::Session::needsNewConnection(const Definitions& wanted) const {
+    const auto clashes = [this](const Output& output) {
+        return output.type() == OutputType::Command &&
+               std::any_of(observed.begin(), observed.end(), [&](const auto& former) {
+                   return (former.first == output.name()) != (former.second == output.id());
+               });
+    };
+    return std::any_of(wanted.outputs().begin(), wanted.outputs().end(), clashes);
+}
+
+void Client::Session::checkItems(std::span<const Item> items) const {
+    if (!definitions) {
+        throw std::invalid_argument("values cannot be exchanged before anything is defined");
+    }
+    if (items.size() > kMostItems) {
+        throw std::invalid_argument(std::to_string(items.size()) +
+                                    " items are more than the server can hold");
+    }
+    for (const Item& item : items) {
+        if (!definitions->declares(item.action)) {
+            throw std::invalid_argument("the action " + std::to_string(item.action) +
+                                        " is not declared");
+        }
+    }
+}
+
+void Client::Session::noteAircraft(std::uint32_t id) {
+    const bool changed = aircraft && *aircraft != id;
+    aircraft = id;
+    const Callbacks& callbacks = link.currentCallbacks();
+    if (changed && callbacks.aircraftChanged) {
+        callbacks.aircraftChanged(id);
+    }
+}
+
+} // namespace orvane::tarnel

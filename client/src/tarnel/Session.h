@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "Link.h"
+#include "orvane/tarnel/Client.h"
+
+namespace orvane::tarnel {
+
+// What a Client knows: the definitions, and what the server will not forget on this connection.
+class Client::Session final {
+public:
+    explicit Session(Options options);
+
+    detail::Link& connection() { return link; }
+
+    Version version();
+    Answer define(Definitions newDefinitions);
+    Answer exchange(std::span<const Item> items);
+    void reconnect();
+
+private:
+    void declare(detail::Connection& on);
+    void sendDefinitions(detail::Connection& on, const std::string& doing);
+    // Whether the server would report a command of these definitions under a former identifier, or
+    // a former command under an identifier of theirs.
+    bool needsNewConnection(const Definitions& wanted) const;
+    void checkItems(std::span<const Item> items) const;
+    void noteAircraft(std::uint32_t id);
+
+    detail::Link link;
+    std::optional<Definitions> definitions;
+    // Whether the server has them, and its answer when it last got them.
+    bool isDefined = false;
+    Answer declared;
+    // Commands that were ever observed on this connection, under the identifier they had first.
+    std::map<std::string, OutputId> observed;
+    std::optional<std::uint32_t> aircraft;
+};
+
+} // namespace orvane::tarnel
