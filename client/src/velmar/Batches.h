@@ -20,6 +20,9 @@ struct Cost {
     std::size_t answer = 0;
 };
 
+// Of a request without packets: the identification, and the length before the answer.
+inline constexpr Cost kEmpty{.request = 4, .answer = 4};
+
 // Packets `begin` up to, and without, `end`.
 struct Batch {
     std::size_t begin = 0;

@@ -11,7 +11,17 @@ using detail::ByteReader;
 using detail::Bytes;
 using detail::ByteWriter;
 
-constexpr Cost kBase{.request = wire::kIdentificationSize, .answer = 4};
+template <typename T>
+std::vector<bool> readReplies(const Bytes& answer, std::span<const Numbered<T>> batch,
+                              bool (*readReply)(ByteReader&, wire::Number)) {
+    ByteReader reader(answer);
+    std::vector<bool> found;
+    for (const auto& each : batch) {
+        found.push_back(readReply(reader, each.number));
+    }
+    reader.expectEnd();
+    return found;
+}
 
 } // namespace
 
@@ -20,7 +30,7 @@ std::vector<Batch> batchesOf(std::span<const Dataref> datarefs) {
     for (const Dataref& dataref : datarefs) {
         costs.push_back({wire::registerDatarefSize(dataref), wire::kLongestReply});
     }
-    return cutIntoRequests(costs, kBase);
+    return cutIntoRequests(costs, kEmpty);
 }
 
 std::vector<Batch> batchesOf(std::span<const std::string> commands) {
@@ -28,43 +38,29 @@ std::vector<Batch> batchesOf(std::span<const std::string> commands) {
     for (const std::string& name : commands) {
         costs.push_back({wire::registerCommandSize(name), wire::kLongestReply});
     }
-    return cutIntoRequests(costs, kBase);
+    return cutIntoRequests(costs, kEmpty);
 }
 
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
-                             std::span<const NumberedDataref> batch) {
-    ByteWriter request;
-    wire::writeIdentification(request);
-    for (const NumberedDataref& each : batch) {
-        wire::writeRegisterDataref(request, each.number, *each.dataref);
+                             std::span<const Numbered<Dataref>> batch) {
+    ByteWriter request = wire::beginRequest();
+    for (const auto& each : batch) {
+        wire::writeRegisterDataref(request, each.number, *each.wanted);
     }
     const Bytes answer =
         connection.exchange(request.bytes(), doing, batch.size() * wire::kLongestReply);
-    ByteReader reader(answer);
-    std::vector<bool> found;
-    for (const NumberedDataref& each : batch) {
-        found.push_back(wire::readRegisterDatarefReply(reader, each.number));
-    }
-    reader.expectEnd();
-    return found;
+    return readReplies(answer, batch, wire::readRegisterDatarefReply);
 }
 
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
-                             std::span<const NumberedCommand> batch) {
-    ByteWriter request;
-    wire::writeIdentification(request);
-    for (const NumberedCommand& each : batch) {
-        wire::writeRegisterCommand(request, each.number, each.name);
+                             std::span<const Numbered<std::string>> batch) {
+    ByteWriter request = wire::beginRequest();
+    for (const auto& each : batch) {
+        wire::writeRegisterCommand(request, each.number, *each.wanted);
     }
     const Bytes answer =
         connection.exchange(request.bytes(), doing, batch.size() * wire::kLongestReply);
-    ByteReader reader(answer);
-    std::vector<bool> found;
-    for (const NumberedCommand& each : batch) {
-        found.push_back(wire::readRegisterCommandReply(reader, each.number));
-    }
-    reader.expectEnd();
-    return found;
+    return readReplies(answer, batch, wire::readRegisterCommandReply);
 }
 
 std::string deed(const char* verb, std::string_view firstName, std::size_t count) {

@@ -12,15 +12,19 @@
 
 namespace orvane::velmar {
 
-struct NumberedDataref {
+// A dataref, or the name of a command.
+template <typename T>
+struct Numbered {
     wire::Number number = 0;
-    const Dataref* dataref = nullptr;
+    const T* wanted = nullptr;
 };
 
-struct NumberedCommand {
-    wire::Number number = 0;
-    std::string_view name;
-};
+inline const std::string& nameOf(const Dataref& dataref) {
+    return dataref.name;
+}
+inline const std::string& nameOf(const std::string& command) {
+    return command;
+}
 
 // Cut lists into parts that fit into one request each.
 std::vector<Batch> batchesOf(std::span<const Dataref> datarefs);
@@ -28,9 +32,9 @@ std::vector<Batch> batchesOf(std::span<const std::string> commands);
 
 // One request. Returns for each, in order, whether the simulator has it.
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
-                             std::span<const NumberedDataref> batch);
+                             std::span<const Numbered<Dataref>> batch);
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
-                             std::span<const NumberedCommand> batch);
+                             std::span<const Numbered<std::string>> batch);
 
 // "registering a" or "registering a and 3 more".
 std::string deed(const char* verb, std::string_view firstName, std::size_t count);

@@ -1,6 +1,7 @@
 #include "velmar/Session.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <stdexcept>
 
@@ -24,18 +25,6 @@ using detail::Repeat;
 constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
 
 constexpr const char* kRegistering = "registering";
-constexpr const char* kRegisteringAgain = "registering again";
-
-ByteWriter beginRequest() {
-    ByteWriter request;
-    wire::writeIdentification(request);
-    return request;
-}
-
-template <typename T>
-std::span<const T> part(std::span<const T> all, Batch batch) {
-    return all.subspan(batch.begin, batch.end - batch.begin);
-}
 
 } // namespace
 
@@ -45,42 +34,40 @@ Client::Session::Session(Options options)
 // All names get new numbers, since nothing is known on a new connection.
 void Client::Session::declare(Connection& on) {
     lastNumber = 0;
-    std::vector<Dataref> wanted;
+    std::vector<Dataref> wantedDatarefs;
     for (auto& [name, entry] : datarefs) {
         entry.number = ++lastNumber;
-        wanted.push_back(entry.dataref);
+        wantedDatarefs.push_back(entry.dataref);
     }
-    std::vector<std::string> names;
+    std::vector<std::string> wantedCommands;
     for (auto& [name, number] : commands) {
         number = ++lastNumber;
-        names.push_back(name);
+        wantedCommands.push_back(name);
     }
+    declareAll<Dataref>(on, wantedDatarefs);
+    declareAll<std::string>(on, wantedCommands);
+}
+
+template <typename T>
+void Client::Session::declareAll(Connection& on, std::span<const T> wanted) {
     for (const Batch batch : batchesOf(wanted)) {
-        const auto some = part<Dataref>(wanted, batch);
-        std::vector<NumberedDataref> numbered;
-        for (const Dataref& dataref : some) {
-            numbered.push_back({numberFor(dataref), &dataref});
-        }
-        const std::string doing = deed(kRegisteringAgain, some.front().name, some.size());
-        const std::vector<bool> found = registerOn(on, doing, numbered);
+        const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
+        const std::string doing = deed("registering again", nameOf(some.front()), some.size());
+        const std::vector<bool> found = registerOn(on, doing, withNumbers(some));
         const auto missing = std::find(found.begin(), found.end(), false);
         if (missing != found.end()) {
-            refuse(doing, some[static_cast<std::size_t>(missing - found.begin())].name);
+            refuse(doing, nameOf(some[static_cast<std::size_t>(missing - found.begin())]));
         }
     }
-    for (const Batch batch : batchesOf(names)) {
-        const auto some = part<std::string>(names, batch);
-        std::vector<NumberedCommand> numbered;
-        for (const std::string& name : some) {
-            numbered.push_back({numberFor(name), name});
-        }
-        const std::string doing = deed(kRegisteringAgain, some.front(), some.size());
-        const std::vector<bool> found = registerOn(on, doing, numbered);
-        const auto missing = std::find(found.begin(), found.end(), false);
-        if (missing != found.end()) {
-            refuse(doing, some[static_cast<std::size_t>(missing - found.begin())]);
-        }
+}
+
+template <typename T>
+std::vector<Numbered<T>> Client::Session::withNumbers(std::span<const T> batch) {
+    std::vector<Numbered<T>> numbered;
+    for (const T& wanted : batch) {
+        numbered.push_back({numberFor(wanted), &wanted});
     }
+    return numbered;
 }
 
 void Client::Session::registerDatarefs(std::span<const Dataref> wanted) {
@@ -93,35 +80,7 @@ void Client::Session::registerDatarefs(std::span<const Dataref> wanted) {
             changed.push_back(dataref);
         }
     }
-    std::vector<std::string> refused;
-    for (const Batch batch : batchesOf(changed)) {
-        registerBatch(part<Dataref>(changed, batch), refused);
-    }
-    if (!refused.empty()) {
-        refuse(kRegistering, refused.front());
-    }
-}
-
-void Client::Session::registerBatch(std::span<const Dataref> batch,
-                                    std::vector<std::string>& refused) {
-    const std::string doing = deed(kRegistering, batch.front().name, batch.size());
-    std::vector<NumberedDataref> numbered;
-    std::vector<bool> found;
-    link.carryOut(doing, kAlways, [&](Connection& on) {
-        numbered.clear();
-        for (const Dataref& dataref : batch) {
-            numbered.push_back({numberFor(dataref), &dataref});
-        }
-        found = registerOn(on, doing, numbered);
-    });
-    for (std::size_t index = 0; index < batch.size(); ++index) {
-        const Dataref& dataref = batch[index];
-        if (found[index]) {
-            datarefs[dataref.name] = {dataref, numbered[index].number};
-        } else {
-            refused.push_back(dataref.name);
-        }
-    }
+    registerAll<Dataref>(changed);
 }
 
 void Client::Session::registerCommands(std::span<const std::string> wanted) {
@@ -134,34 +93,40 @@ void Client::Session::registerCommands(std::span<const std::string> wanted) {
             names.push_back(name);
         }
     }
-    std::vector<std::string> refused;
-    for (const Batch batch : batchesOf(names)) {
-        registerBatch(part<std::string>(names, batch), refused);
+    registerAll<std::string>(names);
+}
+
+template <typename T>
+void Client::Session::registerAll(std::span<const T> wanted) {
+    std::optional<std::string> refused;
+    for (const Batch batch : batchesOf(wanted)) {
+        const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
+        const std::string doing = deed(kRegistering, nameOf(some.front()), some.size());
+        std::vector<Numbered<T>> numbered;
+        std::vector<bool> found;
+        link.carryOut(doing, kAlways, [&](Connection& on) {
+            numbered = withNumbers(some);
+            found = registerOn(on, doing, numbered);
+        });
+        for (std::size_t index = 0; index < some.size(); ++index) {
+            if (found[index]) {
+                note(some[index], numbered[index].number);
+            } else if (!refused) {
+                refused = nameOf(some[index]);
+            }
+        }
     }
-    if (!refused.empty()) {
-        refuse(kRegistering, refused.front());
+    if (refused) {
+        refuse(kRegistering, *refused);
     }
 }
 
-void Client::Session::registerBatch(std::span<const std::string> batch,
-                                    std::vector<std::string>& refused) {
-    const std::string doing = deed(kRegistering, batch.front(), batch.size());
-    std::vector<NumberedCommand> numbered;
-    std::vector<bool> found;
-    link.carryOut(doing, kAlways, [&](Connection& on) {
-        numbered.clear();
-        for (const std::string& name : batch) {
-            numbered.push_back({numberFor(name), name});
-        }
-        found = registerOn(on, doing, numbered);
-    });
-    for (std::size_t index = 0; index < batch.size(); ++index) {
-        if (found[index]) {
-            commands[batch[index]] = numbered[index].number;
-        } else {
-            refused.push_back(batch[index]);
-        }
-    }
+void Client::Session::note(const Dataref& dataref, wire::Number number) {
+    datarefs[dataref.name] = {dataref, number};
+}
+
+void Client::Session::note(const std::string& command, wire::Number number) {
+    commands[command] = number;
 }
 
 // Without a connection the server has forgotten all names anyway.
@@ -170,7 +135,7 @@ void Client::Session::unregisterDataref(std::string_view name) {
     const std::string doing = deed("unregistering", name, 1);
     if (link.isConnected()) {
         link.carryOut(doing, kAlways, [&](Connection& on) {
-            ByteWriter request = beginRequest();
+            ByteWriter request = wire::beginRequest();
             wire::writeUnregisterDataref(request, entry.number);
             const Bytes answer = on.exchange(request.bytes(), doing, wire::kLongestReply);
             ByteReader reader(answer);
@@ -186,7 +151,7 @@ void Client::Session::unregisterCommand(std::string_view name) {
     const std::string doing = deed("unregistering", name, 1);
     if (link.isConnected()) {
         link.carryOut(doing, kAlways, [&](Connection& on) {
-            ByteWriter request = beginRequest();
+            ByteWriter request = wire::beginRequest();
             wire::writeUnregisterCommand(request, entry.second);
             const Bytes answer = on.exchange(request.bytes(), doing, wire::kLongestReply);
             ByteReader reader(answer);

@@ -10,6 +10,7 @@
 
 #include "Link.h"
 #include "orvane/velmar/Client.h"
+#include "velmar/Registering.h"
 #include "velmar/Wire.h"
 
 namespace orvane::velmar {
@@ -43,9 +44,15 @@ private:
     using Commands = std::map<std::string, wire::Number, std::less<>>;
 
     void declare(detail::Connection& on);
-    // Register a part that fits into one request, and note what was accepted.
-    void registerBatch(std::span<const Dataref> batch, std::vector<std::string>& refused);
-    void registerBatch(std::span<const std::string> batch, std::vector<std::string>& refused);
+    // T is Dataref, or std::string for a command.
+    template <typename T>
+    void declareAll(detail::Connection& on, std::span<const T> wanted);
+    template <typename T>
+    void registerAll(std::span<const T> wanted);
+    template <typename T>
+    std::vector<Numbered<T>> withNumbers(std::span<const T> batch);
+    void note(const Dataref& dataref, wire::Number number);
+    void note(const std::string& command, wire::Number number);
     void readBatch(std::span<const DatarefEntry* const> batch, std::vector<Value>& values);
     void writeBatch(std::span<const std::pair<std::string, Value>> batch);
     // The reports on the commands of a batch, whose states then begin afresh.

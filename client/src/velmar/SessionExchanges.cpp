@@ -28,15 +28,6 @@ constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
 constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
 constexpr Repeat kNever{};
 
-constexpr std::size_t kAnswerHeaderSize = 4;
-constexpr Cost kBase{.request = wire::kIdentificationSize, .answer = kAnswerHeaderSize};
-
-ByteWriter beginRequest() {
-    ByteWriter request;
-    wire::writeIdentification(request);
-    return request;
-}
-
 } // namespace
 
 std::vector<Value> Client::Session::read(std::span<const std::string> names) {
@@ -47,7 +38,7 @@ std::vector<Value> Client::Session::read(std::span<const std::string> names) {
         costs.push_back({wire::kReadSize, wire::readReplySize(entries.back()->dataref)});
     }
     std::vector<Value> values;
-    for (const Batch batch : cutIntoRequests(costs, kBase)) {
+    for (const Batch batch : cutIntoRequests(costs, kEmpty)) {
         readBatch(std::span(entries).subspan(batch.begin, batch.end - batch.begin), values);
     }
     return values;
@@ -63,7 +54,7 @@ void Client::Session::readBatch(std::span<const DatarefEntry* const> batch,
     std::vector<Value> read;
     link.carryOut(doing, kAlways, [&](Connection& on) {
         read.clear();
-        ByteWriter request = beginRequest();
+        ByteWriter request = wire::beginRequest();
         for (const DatarefEntry* entry : batch) {
             wire::writeRead(request, entry->number);
         }
@@ -83,7 +74,7 @@ void Client::Session::write(std::span<const std::pair<std::string, Value>> value
         checkValue(value, find(name).dataref);
         costs.push_back({wire::writeSize(value), wire::kLongestReply});
     }
-    for (const Batch batch : cutIntoRequests(costs, kBase)) {
+    for (const Batch batch : cutIntoRequests(costs, kEmpty)) {
         writeBatch(values.subspan(batch.begin, batch.end - batch.begin));
     }
 }
@@ -91,7 +82,7 @@ void Client::Session::write(std::span<const std::pair<std::string, Value>> value
 void Client::Session::writeBatch(std::span<const std::pair<std::string, Value>> batch) {
     const std::string doing = deed("writing", batch.front().first, batch.size());
     const Link::Outcome outcome = link.carryOut(doing, kWhenTorn, [&](Connection& on) {
-        ByteWriter request = beginRequest();
+        ByteWriter request = wire::beginRequest();
         for (const auto& [name, value] : batch) {
             wire::writeWrite(request, find(name).number, value);
         }
@@ -114,7 +105,7 @@ void Client::Session::run(std::string_view name, Action action) {
     const Commands::value_type& entry = findCommand(name);
     const std::string doing = deed("running", name, 1);
     const Link::Outcome outcome = link.carryOut(doing, kNever, [&](Connection& on) {
-        ByteWriter request = beginRequest();
+        ByteWriter request = wire::beginRequest();
         wire::writeRun(request, entry.second, action);
         on.exchange(request.bytes(), doing, 0);
     });
@@ -127,7 +118,7 @@ std::vector<CommandReport> Client::Session::poll() {
     std::vector<CommandReport> reports;
     const std::string doing = "polling commands";
     link.carryOut(doing, kAlways, [&](Connection& on) {
-        ByteWriter request = beginRequest();
+        ByteWriter request = wire::beginRequest();
         wire::writePoll(request);
         const Bytes answer =
             on.exchange(request.bytes(), doing, wire::pollReplySize(commands.size()));
@@ -148,8 +139,8 @@ std::vector<CommandReport> Client::Session::pollPresses() {
     if (names.empty()) {
         return poll();
     }
-    const Cost base{.request = kBase.request + wire::kPollSize,
-                    .answer = kBase.answer + wire::pollReplySize(commands.size())};
+    const Cost base{.request = kEmpty.request + wire::kPollSize,
+                    .answer = kEmpty.answer + wire::pollReplySize(commands.size())};
     std::vector<CommandReport> reports;
     for (const Batch batch : cutIntoRequests(costs, base)) {
         pollBatch(std::span(names).subspan(batch.begin, batch.end - batch.begin), reports);
@@ -164,7 +155,7 @@ void Client::Session::pollBatch(std::span<const std::string> batch,
     const std::string doing = deed("polling", batch.front(), batch.size());
     std::vector<CommandReport> all;
     link.carryOut(doing, kAlways, [&](Connection& on) {
-        ByteWriter request = beginRequest();
+        ByteWriter request = wire::beginRequest();
         wire::writePoll(request);
         for (const std::string& name : batch) {
             wire::writeRegisterCommand(request, findCommand(name).second, name);

@@ -136,8 +136,10 @@ CommandState toState(std::uint8_t byte) {
 
 } // namespace
 
-void writeIdentification(ByteWriter& writer) {
+ByteWriter beginRequest() {
+    ByteWriter writer;
     writer.writeUInt32(kIdentification);
+    return writer;
 }
 
 void writeRegisterDataref(ByteWriter& writer, Number number, const Dataref& dataref) {

@@ -16,9 +16,8 @@ namespace orvane::velmar::wire {
 // The number that a dataref or a command has on a connection.
 using Number = std::uint32_t;
 
-// With which every request begins.
-void writeIdentification(detail::ByteWriter& writer);
-inline constexpr std::size_t kIdentificationSize = 4;
+// The identification, with which every request begins.
+detail::ByteWriter beginRequest();
 
 void writeRegisterDataref(detail::ByteWriter& writer, Number number, const Dataref& dataref);
 std::size_t registerDatarefSize(const Dataref& dataref);
