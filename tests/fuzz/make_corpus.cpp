@@ -183,6 +183,25 @@ void writeConfigs(const std::filesystem::path& folder) {
     write(folder, "written", Bytes(written.begin(), written.end()));
 }
 
+// What chooses the outputs or the packets, and an answer to them; fuzz_client.cpp has the format.
+void writeAnswers(const std::filesystem::path& folder) {
+    const Bytes aircraft = fromHex("FF FF 00 00 04 00 00 00 5C 2B 57 A4");
+    write(folder, "outputs",
+          join({fromHex("00 03 00 04 08"), fromHex("00 00 00 00 04 00 00 00 01 00 00 00"),
+                fromHex("01 00 00 00 01 00 00 00 01"),
+                fromHex("02 00 00 00 08 00 00 00 00 00 80 3F 00 00 00 40"), aircraft}));
+    write(folder, "no-aircraft",
+          join({fromHex("00 01 04"), fromHex("00 00 00 00 00 00 00 00 01 00 00 00 00"),
+                fromHex("FF FF 00 00 04 00 00 00 00 00 00 00")}));
+    write(folder, "registered",
+          join({fromHex("01 02 00 01"), fromHex("01 00 00 00 01 00 00 00 01 00 00 00"),
+                fromHex("03 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00")}));
+    write(folder, "read",
+          join({fromHex("01 02 06 05"), fromHex("05 00 00 00 01 00 00 00 01 00 00 00"),
+                fromHex("04 00 00 00 00 00 80 3F"), fromHex("01 00 00 00 09 00 00 00 02")}));
+    write(folder, "version", fromHex("02 B1 6B 00 B5 01 00 07 0A 06 00 00 00"));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -204,5 +223,6 @@ int main(int argc, char** argv) {
     writeFaults(folder / "fuzz_connection");
     writeLeavers(folder / "fuzz_connection");
     writeConfigs(folder / "fuzz_config");
+    writeAnswers(folder / "fuzz_client");
     return 0;
 }
