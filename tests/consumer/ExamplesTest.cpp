@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "e2e/SimulatorProcess.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+// Programs of the library's users, run against the real plugin while the simulator flies.
+class ExamplesTest : public testing::Test {
+protected:
+    ExamplesTest() {
+        directory.MakePluginsFolder();
+        simulator = std::make_unique<SimulatorProcess>(std::vector<std::string>{"--hz", "200"});
+        simulator->Ask("aircraft load Test aircraft");
+        simulator->Ask("run");
+    }
+
+    // The lines that a program prints, which must end well.
+    static std::vector<std::string> linesOf(const std::string& command) {
+        FILE* const pipe = ::popen(command.c_str(), "r");
+        EXPECT_NE(pipe, nullptr) << command;
+        std::string text;
+        for (int character = std::fgetc(pipe); character != EOF; character = std::fgetc(pipe)) {
+            text += static_cast<char>(character);
+        }
+        const int status = ::pclose(pipe);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << command << ": " << text;
+        std::istringstream stream(text);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(stream, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+
+    static std::vector<std::string> example(const std::string& call) {
+        return linesOf(std::string(EXAMPLES_FOLDER) + "/" + call);
+    }
+
+    float get(const std::string& dataref) { return std::stof(simulator->Get(dataref)); }
+
+    TemporaryDirectory directory;
+    std::unique_ptr<SimulatorProcess> simulator;
+};
+
+TEST_F(ExamplesTest, TheSineMovesTheYoke) {
+    const auto lines = example("axis_sine 127.0.0.1 0.5");
+    ASSERT_GE(lines.size(), 2U);
+    // Half a second into a period of four: sin(45 degrees), less what the machine was late by.
+    const float yoke = get("sim/cockpit2/controls/yoke_pitch_ratio");
+    EXPECT_GT(yoke, 0.05F);
+    EXPECT_LT(yoke, 0.72F);
+    EXPECT_NE(lines.back().find("yoke +0."), std::string::npos) << lines.back();
+}
+
+TEST_F(ExamplesTest, TheGaugeShowsTheInstruments) {
+    simulator->Ask("pause");
+    simulator->Ask("set sim/time/paused 1");
+    simulator->Ask("set sim/cockpit2/gauges/indicators/airspeed_kts_pilot 123.5");
+    simulator->Ask("set sim/cockpit2/gauges/indicators/altitude_ft_pilot 4321");
+    simulator->Ask("run");
+    const auto lines = example("gauge 127.0.0.1 0.3");
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.front().substr(0, 22), "123.5 kt     4321 ft  ");
+}
+
+TEST_F(ExamplesTest, TheForceFollowsYokeAndSpeed) {
+    simulator->Ask("set sim/cockpit2/controls/yoke_pitch_ratio 0.5");
+    const auto lines = example("force_feel 127.0.0.1 0.3");
+    ASSERT_GE(lines.size(), 3U);
+    EXPECT_NE(lines.back().find("yoke +0.500"), std::string::npos) << lines.back();
+    // Pulling is pushed back, and the plugin's own dataref has the force.
+    const float knots = get("sim/cockpit2/gauges/indicators/airspeed_kts_pilot");
+    const float force = get("kyr/example/pitch_force");
+    EXPECT_NEAR(force, -0.5F * (knots / 110) * (knots / 110) * 120, 10.0F);
+}
+
+TEST_F(ExamplesTest, ThePageHasProgramsThatRun) {
+    int programs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(PAGE_FOLDER)) {
+        const std::string name = entry.path().filename();
+        if (name.rfind("program_", 0) == 0 && entry.path().extension().empty()) {
+            EXPECT_FALSE(linesOf(entry.path()).empty()) << name;
+            ++programs;
+        }
+    }
+    EXPECT_GE(programs, 3);
+}
+
+} // namespace
