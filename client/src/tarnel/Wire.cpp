@@ -24,6 +24,7 @@ constexpr std::uint32_t kAircraft = 0xFFFF;
 constexpr std::uint32_t kWord = 4;
 constexpr std::uint32_t kItemSize = 8;
 constexpr std::size_t kNameField = 100;
+constexpr std::size_t kReserved = 8; // between two fields, twice in an input
 constexpr std::size_t kEntryHead = 8;
 
 ByteWriter beginRequest(std::uint32_t message) {
@@ -41,7 +42,7 @@ void writeCount(ByteWriter& writer, std::size_t recordSize, std::size_t count) {
 // In the order of the record.
 void writeInput(ByteWriter& writer, const Input::Record& input) {
     writer.writeInt32(input.action);
-    writer.writeZeros(2 * kWord);
+    writer.writeZeros(kReserved);
     writer.writeInt32(input.targetElement);
     writer.writeInt32(input.fixedInt);
     writer.writeInt32(input.repeatMs);
@@ -57,7 +58,7 @@ void writeInput(ByteWriter& writer, const Input::Record& input) {
     writer.writeFloat(input.floatMaximum);
     writer.writeInt32(input.usesFixed ? 1 : 0);
     writer.writeInt32(input.isHeld ? 1 : 0);
-    writer.writeZeros(2 * kWord);
+    writer.writeZeros(kReserved);
     writer.writeField(input.rangeMinimum, kNameField);
     writer.writeField(input.rangeMaximum, kNameField);
     writer.writeField(input.target, kNameField);
@@ -100,6 +101,7 @@ bool readCommandState(ByteReader& reader) {
 template <typename T, typename Read>
 Value readElements(std::int32_t count, Read read) {
     std::vector<T> elements;
+    elements.reserve(static_cast<std::size_t>(count));
     for (std::int32_t element = 0; element < count; ++element) {
         elements.push_back(read());
     }
