@@ -1,0 +1,1700 @@
+-- Wireshark dissector for XPlaneOrvane's two protocols, Tarnel and Velmar.
+--
+-- Install: copy this file into Wireshark's personal Lua plugins folder (Help, About Wireshark,
+-- Folders), usually ~/.local/lib/wireshark/plugins, and press Ctrl+Shift+L. For a single run:
+--     tshark -X lua_script:orvane.lua -r capture.pcapng -Y orvane
+-- Needs Wireshark 3.6 or newer. The server's port, 48000, is a preference: orvane.port.
+--
+-- A request has no length of its own, and its answer does not say what it answers. So this follows
+-- each connection as the plugin does: what is defined and registered, which requests wait for an
+-- answer, and where the plugin would lose its place, close the connection or end the process.
+-- docs/tarnel.md and docs/velmar.md describe all that is decoded here.
+--
+-- Each stretch of a stream is parsed once, in the order of the capture, into a record (sections
+-- "Requests" and "Answers"); a record is shown as often as Wireshark likes, in any order (section
+-- "Showing").
+
+local orvane = Proto("orvane", "XPlaneOrvane")
+
+-- Constants ---------------------------------------------------------------------------------------
+
+local TARNEL, VELMAR = 0x44332211, 0x88776655
+local PROTOCOLS = {[TARNEL] = "Tarnel", [VELMAR] = "Velmar"}
+
+local VERSION, DEFINITIONS, DATA = 0xB5006BB1, 0xDDEEFFC0, 0xEFBEADDE
+local MESSAGES = {[VERSION] = "VERSION", [DEFINITIONS] = "DEFINITIONS", [DATA] = "DATA"}
+local INPUT_SIZE, OUTPUT_SIZE, ITEM_SIZE, NAME_SIZE = 488, 116, 8, 100
+local AIRCRAFT = 0xFFFF
+
+local PACKETS = {"register dataref", "unregister dataref", "register command",
+                 "unregister command", "read dataref", "write dataref", "run command",
+                 "poll command states"}
+local VALUE_TYPES = {[0] = "none", "int", "float", "byte", "int array", "float array"}
+local INT, FLOAT, INT_ARRAY, FLOAT_ARRAY, COMMAND = 1, 2, 3, 4, 6 -- Tarnel's
+local TARGET_TYPES = {"int", "float", "element of an int array", "element of a float array",
+                      [6] = "command"}
+local OUTPUT_TYPES = {"int", "float", "int array", "float array", [6] = "command"}
+local SCALINGS = {"int range", "float range", "range of two datarefs"}
+local CONDITIONS = {"skipped when the value is 1", "skipped when the value is 0",
+                    "skipped when the dataref is greater than 0",
+                    "skipped when the dataref is 0"}
+
+local BUFFER_SIZE = 0x0FFFFFFF -- of the plugin, each way
+-- Wireshark refuses trees of more than a million items.
+local MOST_SHOWN = 5000
+local MOST_IN_INFO = 3
+
+local INT_SHORTAGE = "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4"
+local UINT_SHORTAGE = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4"
+local FLOAT_SHORTAGE = "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4"
+local BYTE_SHORTAGE = "Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1"
+local DESCRIPTOR_SHORTAGE = "FATAL@VelmarDataRef::FromStream : Not enough bytes to read dataref"
+
+-- Fields ------------------------------------------------------------------------------------------
+
+local fields = {}
+
+local function field(kind, path, title, ...)
+    fields[path] = ProtoField[kind]("orvane." .. path, title, ...)
+end
+
+field("framenum", "request_in", "Request in", base.NONE, frametype.REQUEST)
+field("framenum", "response_in", "Response in", base.NONE, frametype.RESPONSE)
+field("relative_time", "response_time", "Response time")
+field("uint32", "identification", "Identification", base.HEX, PROTOCOLS)
+field("uint32", "length", "Length", base.DEC)
+field("string", "name", "Name")
+field("bytes", "undecoded", "Not decoded")
+
+field("uint32", "tarnel.message", "Message", base.HEX, MESSAGES)
+field("string", "tarnel.version", "Version")
+field("uint32", "tarnel.version.number", "Number", base.DEC)
+field("uint32", "tarnel.input_size", "Size of an input record", base.DEC)
+field("uint32", "tarnel.input_count", "Input records", base.DEC)
+field("uint32", "tarnel.output_size", "Size of an output record", base.DEC)
+field("uint32", "tarnel.output_count", "Output records", base.DEC)
+field("uint32", "tarnel.item_size", "Size of an item", base.DEC)
+field("uint32", "tarnel.item_count", "Items", base.DEC)
+field("none", "tarnel.input", "Input")
+-- Each field of an input record: offset, kind, path, title and the meaning of its values.
+local INPUT_LAYOUT = {
+    {0, "int32", "action", "Action"},
+    {4, "int32", "reserved", "Reserved"},
+    {8, "int32", "reserved", "Reserved"},
+    {12, "int32", "index", "Target index"},
+    {16, "int32", "fixed_int", "Fixed int value"},
+    {20, "int32", "repeat", "Repeat interval, ms"},
+    {24, "int32", "int_min", "Int range, minimum"},
+    {28, "int32", "int_max", "Int range, maximum"},
+    {32, "int32", "type", "Target type", TARGET_TYPES},
+    {36, "int32", "scaling", "Scaling", SCALINGS},
+    {40, "int32", "range_type", "Type of the range datarefs", TARGET_TYPES},
+    {44, "int32", "range_index", "Element of the range datarefs"},
+    {48, "int32", "condition", "Condition", CONDITIONS},
+    {52, "float", "fixed_float", "Fixed float value"},
+    {56, "float", "float_min", "Float range, minimum"},
+    {60, "float", "float_max", "Float range, maximum"},
+    {64, "int32", "use_fixed", "Use fixed value"},
+    {68, "int32", "hold", "Hold command"},
+    {72, "int32", "reserved", "Reserved"},
+    {76, "int32", "held", "Command is held"},
+    {80, "string", "range_min_name", "Range dataref, minimum"},
+    {180, "string", "range_max_name", "Range dataref, maximum"},
+    {280, "string", "target", "Target"},
+    {380, "string", "condition_name", "Condition dataref"},
+    {480, "int32", "condition_type", "Type of the condition dataref", TARGET_TYPES},
+    {484, "int32", "condition_index", "Element of the condition dataref"},
+}
+for _, each in ipairs(INPUT_LAYOUT) do
+    local path = "tarnel.input." .. each[3]
+    if not fields[path] then
+        field(each[2], path, each[4], each[2] == "int32" and base.DEC or nil, each[5])
+    end
+end
+field("none", "tarnel.output", "Output")
+field("uint32", "tarnel.output.id", "Identifier", base.DEC)
+field("string", "tarnel.output.name", "Name")
+field("int32", "tarnel.output.type", "Type", base.DEC, OUTPUT_TYPES)
+field("int32", "tarnel.output.first", "First element", base.DEC)
+field("int32", "tarnel.output.count", "Elements", base.DEC)
+field("none", "tarnel.item", "Item")
+field("int32", "tarnel.item.action", "Action", base.DEC)
+field("int32", "tarnel.item.value", "Value", base.DEC)
+field("none", "tarnel.entry", "Entry")
+field("uint32", "tarnel.entry.id", "Identifier", base.DEC)
+field("uint32", "tarnel.entry.length", "Length", base.DEC)
+field("int32", "tarnel.entry.int", "Int")
+field("float", "tarnel.entry.float", "Float")
+field("uint8", "tarnel.entry.command", "Command", base.DEC, {[0] = "up", "pressed"})
+field("none", "tarnel.aircraft", "Aircraft")
+field("uint32", "tarnel.aircraft.id", "Aircraft id", base.HEX)
+
+field("none", "velmar.packet", "Packet")
+field("uint32", "velmar.type", "Type", base.DEC, PACKETS)
+field("uint32", "velmar.id", "Identifier", base.DEC)
+field("uint32", "velmar.data_type", "Data type", base.DEC, VALUE_TYPES)
+field("uint32", "velmar.array_size", "Array size", base.DEC)
+field("uint8", "velmar.name_length", "Name length", base.DEC)
+field("string", "velmar.name", "Name")
+field("uint8", "velmar.action", "Action", base.DEC, {"once", "begin"})
+field("uint32", "velmar.value_length", "Value length", base.DEC)
+field("int32", "velmar.int", "Int")
+field("float", "velmar.float", "Float")
+field("uint8", "velmar.byte", "Byte", base.DEC)
+field("bytes", "velmar.value", "Value")
+field("none", "velmar.reply", "Reply")
+field("int32", "velmar.status", "Status", base.DEC, {"success", "failure"})
+field("int32", "velmar.failure", "Failure of", base.DEC, {"a dataref", "a command"})
+field("uint32", "velmar.count", "Commands", base.DEC)
+field("none", "velmar.command", "Command")
+field("uint8", "velmar.state", "State", base.DEC, {[0] = "up", "down", "pressed and released"})
+
+orvane.fields = fields
+
+-- Expert information ------------------------------------------------------------------------------
+
+local experts = {}
+
+local function expert_kind(name, title, group, severity)
+    experts[name] = ProtoExpert.new("orvane.expert." .. name, title, group, severity)
+end
+
+expert_kind("skipped", "Skipped by the plugin", expert.group.PROTOCOL, expert.severity.NOTE)
+expert_kind("no_effect", "Without effect", expert.group.PROTOCOL, expert.severity.NOTE)
+expert_kind("failure", "Failure", expert.group.RESPONSE_CODE, expert.severity.NOTE)
+expert_kind("early", "Sent before the answer", expert.group.SEQUENCE, expert.severity.NOTE)
+expert_kind("cut", "Cut at the end of a segment", expert.group.REASSEMBLE, expert.severity.NOTE)
+expert_kind("capture", "Not all in the capture", expert.group.UNDECODED, expert.severity.NOTE)
+expert_kind("mismatch", "Not what was declared", expert.group.MALFORMED, expert.severity.WARN)
+expert_kind("lost_place", "The plugin loses its place", expert.group.PROTOCOL,
+            expert.severity.WARN)
+expert_kind("closes", "The plugin closes the connection", expert.group.PROTOCOL,
+            expert.severity.WARN)
+expert_kind("ends_process", "Ends the simulator's process", expert.group.PROTOCOL,
+            expert.severity.ERROR)
+
+orvane.experts = experts
+
+-- Preference --------------------------------------------------------------------------------------
+
+orvane.prefs.port = Pref.uint("TCP port", 48000, "The port that the plugin listens on")
+local port = orvane.prefs.port
+
+-- Bytes and numbers -------------------------------------------------------------------------------
+
+local function u32(tvb, offset)
+    return tvb(offset, 4):le_uint()
+end
+
+local function i32(tvb, offset)
+    return tvb(offset, 4):le_int()
+end
+
+-- Of a product of two uint32, what the plugin's 32-bit arithmetic leaves. A double alone would not
+-- hold the product.
+local function multiply32(a, b)
+    local low, high = b % 65536, math.floor(b / 65536)
+    return (a * low + (a * high % 65536) * 65536) % 4294967296
+end
+
+local function text_of(tvb, offset, length)
+    return length > 0 and tvb(offset, length):string(ENC_UTF_8) or ""
+end
+
+-- The text of a Tarnel name field, whose last byte never counts.
+local function name_in(tvb, offset)
+    local ends = tvb:raw(offset, NAME_SIZE - 1):find("\0", 1, true)
+    return text_of(tvb, offset, ends and ends - 1 or NAME_SIZE - 1)
+end
+
+local function plural(count, noun)
+    return string.format("%d %s%s", count, noun, count == 1 and "" or "s")
+end
+
+local function number_text(value)
+    return string.format("%.9g", value)
+end
+
+-- Notes and loss of place -------------------------------------------------------------------------
+
+-- `holder` is a part or a packet of a record; its item in the tree gets the note.
+local function note(holder, kind, text)
+    holder.notes = holder.notes or {}
+    table.insert(holder.notes, {kind = kind, text = text})
+end
+
+-- From here on what the plugin sees as an identification is anybody's guess.
+local function lose_place(stream, holder, frame, why)
+    note(holder, "lost_place", why .. ": the connection has lost its place")
+    stream.lost = stream.lost or frame
+end
+
+-- Connections -------------------------------------------------------------------------------------
+
+local tcp_stream = Field.new("tcp.stream")
+local tcp_sequence = Field.new("tcp.seq_raw")
+local tcp_relative_sequence = Field.new("tcp.seq")
+local tcp_length = Field.new("tcp.len")
+local tcp_completeness = Field.new("tcp.completeness")
+
+local streams, records
+
+function orvane.init()
+    streams, records = {}, {}
+end
+
+-- The innermost one, should TCP be carried in TCP.
+local function last(extractor)
+    local infos = {extractor()}
+    return infos[#infos] and infos[#infos].value
+end
+
+-- The first of two passes of tshark may have no values of fields. What is parsed then tells where
+-- requests and answers end, and is forgotten.
+local function is_blind()
+    return last(tcp_stream) == nil
+end
+
+local function new_stream(pinfo)
+    -- Of a connection whose beginning is not in the capture, nobody knows what was defined before.
+    local whole = is_blind() or (last(tcp_completeness) or 0) % 2 == 1
+    return {
+        whole = whole,
+        is_doubtful = not whole, -- whether the definitions may be out of date
+        client_end = tostring(pinfo.src) .. " " .. pinfo.src_port,
+        waiting = {}, -- requests without an answer, oldest first
+        open = nil, -- the last of them, if packets may still be added to it
+        partial = nil, -- a request of which a part has arrived: {request, part, frame, answer}
+        lost = nil, -- the frame in which the plugin lost its place
+        definitions = whole and {outputs = {}, actions = {}, commands = 0, length = 12} or nil,
+        datarefs = {},
+        commands = {},
+        client = {skip = 0},
+        server = {skip = 0},
+    }
+end
+
+local function is_request(stream, pinfo)
+    if (pinfo.dst_port == port) ~= (pinfo.src_port == port) then
+        return pinfo.dst_port == port
+    end
+    return stream.client_end == tostring(pinfo.src) .. " " .. pinfo.src_port
+end
+
+local function is_behind(a, b)
+    local distance = (a - b) % 4294967296
+    return distance > 0 and distance < 2147483648
+end
+
+-- Notices where a segment stands in what this side has sent. A segment may be called up several
+-- times, one that was sent again never.
+local function follow(cursor)
+    local side = cursor.side
+    side.is_first, side.has_gap = side.frame ~= cursor.frame, false
+    side.frame = cursor.frame
+    if not side.is_first or is_blind() then
+        return
+    end
+    local from = last(tcp_sequence)
+    local to = (from + last(tcp_length)) % 4294967296
+    if not cursor.is_reassembled then
+        side.has_gap = side.position and is_behind(from, side.position) or
+            not side.position and cursor.stream.whole and last(tcp_relative_sequence) ~= 1
+    end
+    if not side.position or is_behind(to, side.position) then
+        side.position = to
+    end
+end
+
+-- A stretch of a stream while it is parsed. `total` is its size, `captured` may be less.
+local function new_cursor(stream, side, tvb, pinfo, record)
+    return {
+        stream = stream,
+        side = side,
+        tvb = tvb,
+        captured = tvb:len(),
+        total = tvb:reported_len(),
+        frame = pinfo.number,
+        time = pinfo.rel_ts,
+        can_ask = pinfo.can_desegment > 0,
+        is_reassembled = tvb:offset() == 0, -- at the beginning of what it is a part of
+        record = record,
+    }
+end
+
+-- Whether the bytes are there. If not, `missing` tells how many the stretch is too short, 0 when
+-- only the capture lacks them.
+local function has(cursor, offset, count)
+    local ends = offset + count
+    cursor.missing = math.max(ends - cursor.total, 0)
+    return ends <= cursor.captured
+end
+
+local function add_part(cursor, offset, length, part)
+    part.offset = offset
+    part.length = math.max(math.min(length, cursor.captured - offset), 0)
+    table.insert(cursor.record.parts, part)
+    return part
+end
+
+-- Shows the rest of the stretch as bytes.
+local function add_rest(cursor, offset, label)
+    return add_part(cursor, offset, cursor.captured - offset, {info = label, label = label})
+end
+
+-- Tarnel requests ---------------------------------------------------------------------------------
+
+local function read_output(tvb, at)
+    local name, kind = name_in(tvb, at + 4), i32(tvb, at + 104)
+    local is_own = name:sub(1, 4) == "kyr/"
+    return {id = u32(tvb, at), name = name, type = kind, count = i32(tvb, at + 112),
+            is_own = is_own, is_command = kind == COMMAND and is_own}
+end
+
+local function is_array(output)
+    return output.type == INT_ARRAY or output.type == FLOAT_ARRAY
+end
+
+-- The size of an output's entry while an aircraft is loaded.
+local function entry_length(output)
+    if output.is_command then
+        return 9
+    elseif is_array(output) then
+        return 8 + 4 * math.max(output.count, 0)
+    end
+    return (output.type == INT or output.type == FLOAT) and 12 or 4
+end
+
+local function read_definitions(tvb, at, input_count, output_count)
+    local definitions = {outputs = {}, actions = {}, commands = 0, length = 12}
+    for i = 0, input_count - 1 do
+        local record = at + INPUT_SIZE * i
+        local action = i32(tvb, record)
+        definitions.actions[action] = definitions.actions[action] or {}
+        table.insert(definitions.actions[action], name_in(tvb, record + 280))
+    end
+    at = at + INPUT_SIZE * input_count
+    for i = 0, output_count - 1 do
+        local output = read_output(tvb, at + OUTPUT_SIZE * i)
+        table.insert(definitions.outputs, output)
+        definitions.commands = definitions.commands + (output.is_command and 1 or 0)
+        definitions.length = definitions.length + entry_length(output)
+    end
+    return definitions
+end
+
+-- The log line of the plugin that reads records of which there are not enough.
+local function definitions_shortage(available, input_count)
+    local whole_inputs = math.floor(available / INPUT_SIZE)
+    local left = available - INPUT_SIZE * whole_inputs
+    local in_floats = whole_inputs < input_count and left >= 52 and left < 64
+    return in_floats and FLOAT_SHORTAGE or INT_SHORTAGE
+end
+
+-- What the plugin makes of a message whose declared and real sizes are known, behind the point at
+-- which it takes it for complete. Returns whether it reads all of it.
+local function judge_sizes(cursor, at, request, declared, real)
+    if declared < real and cursor.total - at < real then
+        return false
+    elseif declared == 0 or declared > real then
+        lose_place(cursor.stream, request, cursor.frame,
+                   string.format("announces %d bytes and has %d", declared, real))
+    end
+    return true
+end
+
+-- Whether a message can never arrive as a whole.
+local function is_oversized(cursor, request, declared)
+    if declared + 4 <= BUFFER_SIZE then
+        return false
+    end
+    lose_place(cursor.stream, request, cursor.frame, string.format(
+        "announces %.0f bytes, more than the plugin's buffer holds", declared))
+    return true
+end
+
+local function is_cut(cursor, at, length)
+    has(cursor, at, length)
+    return cursor.missing > 0
+end
+
+local function note_record_size(request, what, size, expected, count)
+    if size ~= expected and count > 0 then
+        note(request, "mismatch",
+             string.format("%ss are read at %d bytes each, not %d", what, expected, size))
+    end
+end
+
+local function note_closing_outputs(request, outputs)
+    for _, output in ipairs(outputs) do
+        if output.is_own and is_array(output) and output.count < 0 then
+            note(request, "closes", "a negative number of elements of " .. output.name ..
+                 " closes the connection: Warning@TcpConnection::ProcessEvents : Feed() : ")
+            return
+        end
+    end
+end
+
+-- Each of these returns the message's length, or nothing when it is not there as a whole.
+local parse_message = {}
+
+parse_message[VERSION] = function()
+    return 4
+end
+
+parse_message[DEFINITIONS] = function(cursor, at, request)
+    if not has(cursor, at, 20) then
+        return nil
+    end
+    local tvb = cursor.tvb
+    local input_size, input_count = u32(tvb, at + 4), u32(tvb, at + 8)
+    local output_size, output_count = u32(tvb, at + 12), u32(tvb, at + 16)
+    local declared = (multiply32(input_size, input_count) +
+                      multiply32(output_size, output_count) + 20) % 4294967296
+    local real = 20 + INPUT_SIZE * input_count + OUTPUT_SIZE * output_count
+    request.info = string.format("Tarnel DEFINITIONS %s, %s", plural(input_count, "input"),
+                                 plural(output_count, "output"))
+    if is_oversized(cursor, request, declared) then
+        return cursor.total - at
+    elseif is_cut(cursor, at, declared) then
+        return nil
+    end
+    note_record_size(request, "input record", input_size, INPUT_SIZE, input_count)
+    note_record_size(request, "output record", output_size, OUTPUT_SIZE, output_count)
+    if not judge_sizes(cursor, at, request, declared, real) then
+        note(request, "ends_process", "announces more records than it has: the simulator's " ..
+             "process ends with " .. definitions_shortage(cursor.total - at - 20, input_count))
+        return cursor.total - at
+    end
+    request.former = cursor.stream.definitions
+    request.definitions = has(cursor, at, real) and
+        read_definitions(tvb, at + 20, input_count, output_count) or nil
+    note_closing_outputs(request, request.definitions and request.definitions.outputs or {})
+    return real
+end
+
+-- At the first item that the plugin cannot execute, what becomes of the message.
+local function judge_items(cursor, at, request, count)
+    local definitions = cursor.stream.definitions
+    for i = 0, count - 1 do
+        local item = at + 12 + ITEM_SIZE * i
+        if cursor.total - item < 4 then
+            note(request, "ends_process", "announces more items than it has: the simulator's " ..
+                 "process ends with " .. UINT_SHORTAGE)
+            return
+        elseif cursor.captured - item < 4 then
+            return
+        elseif definitions and not cursor.stream.is_doubtful and
+            not definitions.actions[i32(cursor.tvb, item)] then
+            request.stops_at = i
+            lose_place(cursor.stream, request, cursor.frame, string.format(
+                "stops at an undeclared action: WARNING@TarnelProtocol::tryParseData : " ..
+                "unknown action id(%.0f)", u32(cursor.tvb, item)))
+            return
+        end
+    end
+end
+
+parse_message[DATA] = function(cursor, at, request)
+    if not has(cursor, at, 12) then
+        return nil
+    end
+    local size, count = u32(cursor.tvb, at + 4), u32(cursor.tvb, at + 8)
+    local declared = (multiply32(size, count) + 12) % 4294967296
+    local real = 12 + ITEM_SIZE * count
+    request.info = "Tarnel DATA " .. plural(count, "item")
+    if is_oversized(cursor, request, declared) then
+        return cursor.total - at
+    elseif is_cut(cursor, at, declared) then
+        return nil
+    end
+    note_record_size(request, "item", size, ITEM_SIZE, count)
+    judge_items(cursor, at, request, count)
+    local is_whole = judge_sizes(cursor, at, request, declared, real)
+    return is_whole and real or cursor.total - at
+end
+
+-- `at` is where the message begins, behind the identification.
+local function parse_tarnel(cursor, at, request)
+    request.info = "Tarnel"
+    request.definitions = cursor.stream.definitions
+    if at == cursor.total then
+        request.info = "Tarnel identification alone"
+        request.is_bare = true
+        return 0
+    elseif not has(cursor, at, 4) then
+        return nil
+    end
+    request.is_bare = false
+    request.message = u32(cursor.tvb, at)
+    local parse = parse_message[request.message]
+    if parse then
+        request.info = "Tarnel " .. MESSAGES[request.message]
+        return parse(cursor, at, request)
+    end
+    request.info = "Tarnel unknown message"
+    lose_place(cursor.stream, request, cursor.frame, "an unknown message")
+    return cursor.total - at
+end
+
+-- Velmar requests ---------------------------------------------------------------------------------
+
+local function described(packet)
+    return packet.name or
+        string.format("%s %.0f", packet.is_command and "command" or "dataref", packet.id)
+end
+
+-- The length that the plugin expects of a value, nothing if it accepts none.
+local function value_length(entry)
+    if entry.type == 4 or entry.type == 5 then
+        return multiply32(4, entry.size)
+    end
+    return ({[1] = 4, [2] = 4, [3] = 1})[entry.type]
+end
+
+-- A value of that many bytes as text, for one that fits its data type.
+local function value_text(tvb, offset, length, entry)
+    local kind = entry and entry.type or 0
+    if kind == 1 then
+        return number_text(i32(tvb, offset))
+    elseif kind == 2 then
+        return number_text(tvb(offset, 4):le_float())
+    elseif kind == 3 then
+        return number_text(tvb(offset, 1):uint())
+    elseif kind > 3 then
+        return plural(length / 4, kind == 4 and "int" or "float")
+    end
+    return plural(length, "byte")
+end
+
+local function entries_of(stream, packet)
+    return packet.is_command and stream.commands or stream.datarefs
+end
+
+-- Registrations are taken for successful until the answer says otherwise.
+local function apply(stream, packet)
+    local map = entries_of(stream, packet)
+    if packet.id and packet.type <= 4 then
+        packet.former = map[packet.id]
+        map[packet.id] = packet.entry
+    end
+end
+
+local function revert(stream, packet)
+    local map = entries_of(stream, packet)
+    if packet.id and packet.type <= 4 and map[packet.id] == packet.entry then
+        map[packet.id] = packet.former
+    end
+end
+
+-- Each of these returns the packet's length, or nothing when it is not there as a whole, and fills
+-- in what it finds. `at` is where the type stands.
+local parse_packet = {}
+
+parse_packet[1] = function(cursor, at, packet)
+    if not has(cursor, at, 17) then
+        return nil
+    end
+    local tvb, name_length = cursor.tvb, cursor.tvb(at + 16, 1):uint()
+    if not has(cursor, at, 17 + name_length) then
+        return nil
+    end
+    local kind = u32(tvb, at + 8)
+    packet.name = text_of(tvb, at + 17, name_length)
+    packet.entry = {name = packet.name, type = kind > 5 and 0 or kind, size = u32(tvb, at + 12)}
+    packet.info = "register " .. described(packet)
+    return 17 + name_length
+end
+
+parse_packet[3] = function(cursor, at, packet)
+    if not has(cursor, at, 9) then
+        return nil
+    end
+    local name_length = cursor.tvb(at + 8, 1):uint()
+    if not has(cursor, at, 9 + name_length) then
+        return nil
+    end
+    packet.name = text_of(cursor.tvb, at + 9, name_length)
+    packet.entry = {name = packet.name}
+    packet.info = "register " .. described(packet)
+    if cursor.total - at < 17 then
+        note(packet, "ends_process", string.format(
+            "%d bytes follow the type where 13 are wanted: the simulator's process ends with %s",
+            cursor.total - at - 4, DESCRIPTOR_SHORTAGE))
+    end
+    return 9 + name_length
+end
+
+local function parse_unregister(cursor, at, packet)
+    packet.info = "unregister " .. described(packet)
+    return has(cursor, at, 8) and 8 or nil
+end
+
+parse_packet[2] = parse_unregister
+parse_packet[4] = parse_unregister
+
+parse_packet[5] = function(cursor, at, packet)
+    packet.entry = entries_of(cursor.stream, packet)[packet.id]
+    packet.info = "read " .. described(packet)
+    return has(cursor, at, 8) and 8 or nil
+end
+
+-- A write whose number was registered before the capture began.
+local function parse_unseen_write(cursor, at, packet)
+    if not has(cursor, at, 12) then
+        return nil
+    end
+    local length = u32(cursor.tvb, at + 8)
+    packet.value_length = length
+    note(packet, "capture", "registered before the capture begins")
+    return length < BUFFER_SIZE and has(cursor, at, 12 + length) and 12 + length or nil
+end
+
+parse_packet[6] = function(cursor, at, packet)
+    local entry = entries_of(cursor.stream, packet)[packet.id]
+    packet.entry = entry
+    packet.info = "write " .. described(packet)
+    if not has(cursor, at, 8) then
+        return nil
+    elseif not entry and not cursor.stream.whole then
+        return parse_unseen_write(cursor, at, packet)
+    elseif not entry then
+        packet.is_silent = true
+        note(packet, "lost_place", "an unknown number: the value is taken for the next packets")
+        return 8
+    elseif not has(cursor, at, 12) then
+        return nil
+    end
+    local length, expected = u32(cursor.tvb, at + 8), value_length(entry)
+    if length ~= expected then
+        packet.is_silent = true
+        lose_place(cursor.stream, packet, cursor.frame, expected and string.format(
+            "waits, for a value of %.0f bytes where %.0f are wanted", length, expected) or
+            "waits, for data type 0 has no value")
+        packet.info = packet.info .. " (waits)"
+        packet.waits = true
+        return math.max(cursor.total - at, 12)
+    elseif not has(cursor, at, 12 + length) then
+        return nil
+    end
+    packet.value_length = length
+    packet.info = packet.info .. " = " .. value_text(cursor.tvb, at + 12, length, entry)
+    return 12 + length
+end
+
+parse_packet[7] = function(cursor, at, packet)
+    if not has(cursor, at, 9) then
+        return nil
+    end
+    packet.entry = entries_of(cursor.stream, packet)[packet.id]
+    packet.is_silent = true
+    packet.info = (({"run ", "begin "})[cursor.tvb(at + 8, 1):uint()] or "end ") ..
+        described(packet)
+    if not packet.entry and cursor.stream.whole then
+        note(packet, "skipped", "an unknown number: nothing is run")
+    end
+    return 9
+end
+
+parse_packet[8] = function(_, _, packet)
+    packet.info = "poll"
+    return 4
+end
+
+local function parse_unknown_packet(_, _, packet)
+    packet.is_silent = true
+    packet.info = PROTOCOLS[packet.type] and "identification" or "unknown type"
+    note(packet, "skipped", packet.info .. " inside a request: its four bytes are skipped")
+    return 4
+end
+
+-- The plugin logs the length of a name as one raw character.
+local function character(code)
+    return code >= 32 and code < 127 and string.char(code) or string.format("\\x%02X", code)
+end
+
+-- The line with which the plugin ends, if it does, with the arrived part of a packet when it
+-- looks before the rest is there.
+local function fate_of_part(cursor, at)
+    local arrived = cursor.total - at
+    local kind = arrived >= 4 and has(cursor, at, 4) and u32(cursor.tvb, at) or 0
+    local entry = arrived >= 8 and has(cursor, at, 8) and
+        cursor.stream.datarefs[u32(cursor.tvb, at + 4)] or nil
+    if (kind == 1 or kind == 3) and arrived >= 17 and has(cursor, at, 17) then
+        local owner, head = "XPlaneDataRef", 17
+        if kind == 3 then
+            owner, head = "VelmarDataRef", 9
+        end
+        return string.format("FATAL@%s::FromStream : tried to read string with %s bytes, got %d",
+                             owner, character(cursor.tvb(at + head - 1, 1):uint()), arrived - head)
+    elseif kind == 3 then
+        return DESCRIPTOR_SHORTAGE
+    elseif kind == 5 or (kind == 6 and arrived < 12) or (kind == 7 and arrived > 4 and arrived < 8)
+    then
+        return UINT_SHORTAGE
+    elseif kind == 7 and arrived == 8 then
+        return BYTE_SHORTAGE
+    end
+    return kind == 6 and entry and
+        ({INT_SHORTAGE, FLOAT_SHORTAGE, BYTE_SHORTAGE})[entry.type] or nil
+end
+
+local function parse_one_packet(cursor, at)
+    if not has(cursor, at, 4) then
+        return nil
+    end
+    local kind = u32(cursor.tvb, at)
+    local packet = {type = kind, offset = at, is_command = kind == 3 or kind == 4 or kind == 7}
+    if kind >= 1 and kind <= 7 then
+        if not has(cursor, at, 8) then
+            return nil
+        end
+        packet.id = u32(cursor.tvb, at + 4)
+        packet.name = (entries_of(cursor.stream, packet)[packet.id] or {}).name
+    end
+    packet.length = (parse_packet[kind] or parse_unknown_packet)(cursor, at, packet)
+    return packet.length and packet or nil
+end
+
+-- Packets from `at` to the end. Returns them, and where the first one begins that is not there as a
+-- whole, if there is one.
+local function parse_velmar(cursor, at)
+    local packets = {}
+    while at < cursor.total do
+        local packet = parse_one_packet(cursor, at)
+        if not packet then
+            return packets, at
+        end
+        apply(cursor.stream, packet)
+        table.insert(packets, packet)
+        at = at + packet.length
+    end
+    return packets, nil
+end
+
+local function velmar_info(prefix, texts)
+    local shown = table.concat(texts, ", ", 1, math.min(#texts, MOST_IN_INFO))
+    if #texts > MOST_IN_INFO then
+        shown = string.format("%s and %d more", shown, #texts - MOST_IN_INFO)
+    end
+    return prefix .. ": " .. shown
+end
+
+-- Requests ----------------------------------------------------------------------------------------
+
+-- Asks for the rest of what begins at `start`; it is parsed anew when that has arrived.
+local function ask(cursor, start)
+    cursor.record.more = cursor.missing
+    cursor.record.more_at = start
+    return cursor.total
+end
+
+-- Where Wireshark may not put segments together, or the capture lacks bytes, a request is taken for
+-- complete although it is not.
+local function give_up(cursor, request)
+    cursor.side.skip = cursor.missing
+    request.is_incomplete = true
+    request.definitions = nil
+    cursor.stream.is_doubtful = true
+    note(request, "capture", "the rest is not in the capture or not reassembled")
+end
+
+-- Waits for the rest of a Tarnel message, or of a Velmar packet, that is cut by the end of the
+-- segment. `line` is the log's last should the plugin not wait.
+local function postpone(cursor, start, request, line)
+    local missing = cursor.missing
+    local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
+    -- What was put together may go on in this very segment.
+    local part = cursor.is_reassembled and {} or add_rest(cursor, start, label)
+    part.is_cut, part.fatal_line = true, line
+    cursor.stream.partial = {request = request, frame = cursor.frame, part = part,
+                             answer = request.torn_by}
+    request.time = cursor.time
+    cursor.missing = missing
+    return ask(cursor, start)
+end
+
+-- A request, or more packets of one, is complete.
+local function commit(cursor, part, request, packets)
+    local stream = cursor.stream
+    if request.torn_by then
+        note(part, "lost_place", string.format(
+            "torn: frame %d answers the part that had arrived, and the plugin looks for an " ..
+            "identification in the rest", request.torn_by))
+        for i = #packets, 1, -1 do
+            revert(stream, packets[i])
+        end
+        request.torn_by = nil
+        return
+    end
+    if not request.is_sent then
+        local before = stream.waiting[#stream.waiting]
+        if before then
+            note(part, "early", before.last_frame == cursor.frame and
+                 "in one segment with another request: waits in the plugin until more bytes arrive"
+                 or "sent before the answer to the request before it")
+        end
+        request.is_sent = true
+        table.insert(stream.waiting, request)
+    end
+    for _, packet in ipairs(packets) do
+        table.insert(request.packets, packet)
+    end
+    request.time, request.last_frame = cursor.time, cursor.frame
+    if request.message == DEFINITIONS then
+        stream.definitions = request.definitions
+        stream.is_doubtful = not request.definitions
+    end
+    stream.open = (request.protocol == VELMAR or request.is_bare) and request or nil
+end
+
+local function request_texts(packets)
+    local texts = {}
+    for _, packet in ipairs(packets) do
+        table.insert(texts, packet.info)
+    end
+    return texts
+end
+
+local function add_request_part(cursor, start, ends, part)
+    local request, lost = part.request, cursor.stream.lost
+    add_part(cursor, start, ends - start, part)
+    part.notes = request.notes
+    request.notes = nil
+    if lost and lost < cursor.frame and not request.torn_by then
+        note(part, "lost_place", string.format(
+            "lost its place in frame %d: what becomes of this is not certain", lost))
+    end
+    commit(cursor, part, request, part.packets)
+end
+
+-- What belongs to a request, from `at` on; the part to show begins at `start`. Both return where it
+-- ends.
+local function parse_packets(cursor, start, at, request)
+    local packets, cut_at = parse_velmar(cursor, at)
+    local waits = cut_at and cursor.missing > 0 and cursor.can_ask
+    if cut_at and not waits then
+        give_up(cursor, request)
+    end
+    local ends = waits and cut_at or cursor.total
+    if ends > start then
+        local info = #packets > 0 and velmar_info("Velmar", request_texts(packets)) or
+            cut_at and "Velmar" or "Velmar identification alone"
+        add_request_part(cursor, start, ends, {request = request, packets = packets,
+                                               message_at = at, info = info})
+    end
+    if waits then
+        local missing, line = cursor.missing, fate_of_part(cursor, cut_at)
+        cursor.missing = missing
+        return postpone(cursor, cut_at, request, line)
+    end
+    return ends
+end
+
+local function parse_tarnel_request(cursor, start, at, request)
+    local length = parse_tarnel(cursor, at, request)
+    if not length and cursor.missing > 0 and cursor.can_ask then
+        return postpone(cursor, start, request)
+    elseif not length then
+        give_up(cursor, request)
+    end
+    local ends = length and at + length or cursor.total
+    add_request_part(cursor, start, ends, {request = request, packets = {}, message_at = at,
+                                           info = request.info})
+    return ends
+end
+
+local function parse_into(cursor, start, at, request)
+    local parse = request.protocol == VELMAR and parse_packets or parse_tarnel_request
+    return parse(cursor, start, at, request)
+end
+
+local function parse_unknown_identification(cursor, at)
+    local stream = cursor.stream
+    if stream.lost or not stream.whole then
+        local part = add_rest(cursor, at, "not decoded")
+        if stream.lost then
+            note(part, "lost_place", string.format("lost its place in frame %d", stream.lost))
+        else
+            note(part, "capture", "no identification: the capture begins within a request")
+        end
+        return cursor.total
+    end
+    local part = add_part(cursor, at, 4, {info = "unknown identification",
+                                          label = "unknown identification"})
+    note(part, "skipped", "an unknown identification: dropped without an answer")
+    if at + 4 < cursor.total then
+        local rest = add_rest(cursor, at + 4, "not decoded")
+        lose_place(stream, rest, cursor.frame,
+                   "waits for more bytes; the next identification is looked for here")
+    end
+    return cursor.total
+end
+
+local function is_continued(cursor, at)
+    local open = cursor.stream.open
+    return open and (open.last_frame == cursor.frame or not has(cursor, at, 4) or
+                     not PROTOCOLS[u32(cursor.tvb, at)])
+end
+
+-- One request from `at` on, the torn one first if there is one. Returns where it ends.
+local function parse_one_request(cursor, at, torn)
+    local stream = cursor.stream
+    if torn and torn.request.is_sent then
+        torn.request.torn_by = torn.answer
+        return parse_into(cursor, at, at, torn.request)
+    elseif stream.lost == cursor.frame then
+        add_rest(cursor, at, "not decoded")
+        return cursor.total
+    elseif is_continued(cursor, at) then
+        return parse_into(cursor, at, at, stream.open)
+    elseif not has(cursor, at, 4) then
+        if cursor.missing == 0 or not cursor.can_ask then
+            add_rest(cursor, at, "not decoded")
+            return cursor.total
+        end
+        return ask(cursor, at)
+    end
+    local identification = u32(cursor.tvb, at)
+    if not PROTOCOLS[identification] then
+        return parse_unknown_identification(cursor, at)
+    end
+    return parse_into(cursor, at, at + 4, {protocol = identification, packets = {},
+                                           frame = cursor.frame,
+                                           torn_by = torn and torn.answer})
+end
+
+local function parse_requests(cursor, at)
+    local partial = cursor.stream.partial
+    local torn = partial and partial.answer and partial
+    cursor.stream.partial = nil
+    if partial then
+        partial.part.is_completed = true
+    end
+    while at < cursor.total do
+        at = parse_one_request(cursor, at, torn)
+        torn = nil
+    end
+end
+
+-- Answers -----------------------------------------------------------------------------------------
+
+-- The request that an answer belongs to, if there is one.
+local function take_request(cursor, part)
+    local stream, partial = cursor.stream, cursor.stream.partial
+    local request = table.remove(stream.waiting, 1)
+    if partial and not partial.answer and (not request or request == partial.request) then
+        request = partial.request
+        partial.answer = cursor.frame
+        request.message = nil
+        lose_place(stream, part, cursor.frame, string.format(
+            "answers a request of which a part had not arrived in frame %d", partial.frame))
+    end
+    if request then
+        request.answer_frame = cursor.frame
+        stream.open = stream.open ~= request and stream.open or nil
+    end
+    return request
+end
+
+-- Whether an output stream of that length is one of these definitions, and if so, whether it is one
+-- without an aircraft.
+local function fits(definitions, length)
+    if not definitions then
+        return false
+    elseif length == definitions.length then
+        return true, false
+    end
+    return length == definitions.length + 4 * definitions.commands, true
+end
+
+local function has_no_aircraft(cursor, ends)
+    return has(cursor, ends - 4, 4) and u32(cursor.tvb, ends - 4) == 0
+end
+
+local function parse_outputs(cursor, part, request, ends, length)
+    local stream = cursor.stream
+    part.definitions = stream.definitions
+    if request then
+        part.definitions = request.definitions
+    end
+    local is_right, is_unloaded = fits(part.definitions, length)
+    if not is_right and request and request.message == DEFINITIONS and
+        fits(request.former, length) then
+        part.definitions = request.former
+        stream.definitions = request.former
+        is_right, is_unloaded = fits(request.former, length)
+        lose_place(stream, part, cursor.frame,
+                   "the former outputs: the plugin had only a part of the DEFINITIONS")
+    end
+    if not is_right and stream.is_doubtful then
+        part.definitions = nil
+    end
+    part.is_unloaded = is_unloaded
+    part.info = "Tarnel answer: " ..
+        (part.definitions and plural(#part.definitions.outputs, "output") or "outputs") ..
+        (is_right and has_no_aircraft(cursor, ends) and ", no aircraft" or "")
+    if not is_right and part.definitions and not stream.is_doubtful then
+        note(part, "mismatch", string.format("%.0f bytes instead of the %.0f that are declared",
+                                             length, part.definitions.length))
+    end
+end
+
+local function is_version(cursor, at, length)
+    return length == 12 and has(cursor, at, 12) and u32(cursor.tvb, at) == VERSION
+end
+
+local function version_text(tvb, at)
+    return string.format("%d.%d.%d.%d", tvb(at + 4, 1):uint(), tvb(at + 5, 1):uint(),
+                         tvb(at + 6, 1):uint(), tvb(at + 7, 1):uint())
+end
+
+local function parse_tarnel_answer(cursor, part, request, at, length)
+    if request and request.message == VERSION and not is_version(cursor, at, length) then
+        note(part, "mismatch", "not the answer to VERSION")
+    end
+    if (not request or request.message == VERSION) and is_version(cursor, at, length) then
+        part.version_at = at
+        part.info = "Tarnel answer: version " .. version_text(cursor.tvb, at)
+    else
+        parse_outputs(cursor, part, request, at + length, length)
+    end
+end
+
+-- What a read or a failed registration has to do with: not what was registered without success.
+local function valid_entry(entry)
+    while entry and entry.has_failed do
+        entry = entry.former
+    end
+    return entry
+end
+
+local function parse_states(cursor, at, ends, reply)
+    local count = ends - at >= 4 and has(cursor, at, 4) and u32(cursor.tvb, at)
+    if not count or at + 4 + 5 * count > ends or
+        not has(cursor, at, 4 + 5 * count) then
+        return nil
+    end
+    reply.count, reply.length, reply.names = count, 4 + 5 * count, {}
+    for i = 0, math.min(count, MOST_SHOWN) - 1 do
+        local id = u32(cursor.tvb, at + 4 + 5 * i)
+        reply.names[id] = cursor.stream.commands[id] and cursor.stream.commands[id].name
+    end
+    reply.info = string.format("poll: %s", plural(count, "command"))
+    return reply
+end
+
+local function parse_read_value(cursor, at, ends, reply)
+    local entry = valid_entry(reply.packet.entry)
+    if entry and not value_length(entry) then
+        return reply
+    elseif ends - at < 16 or not has(cursor, at, 16) then
+        return nil
+    end
+    local length = u32(cursor.tvb, at + 12)
+    if (entry and length ~= value_length(entry)) or at + 16 + length > ends or
+        not has(cursor, at, 16 + length) then
+        return nil
+    end
+    reply.entry, reply.value_length = entry, length
+    reply.length = 16 + length
+    reply.info = reply.packet.info .. " = " .. value_text(cursor.tvb, at + 16, length, entry)
+    return reply
+end
+
+local function parse_failure(cursor, at, ends, reply)
+    local packet = reply.packet
+    if ends - at < 16 or packet.type == 2 or packet.type == 6 then
+        return nil
+    end
+    reply.length = 16
+    reply.info = packet.info .. ": failed"
+    if packet.type == 1 or packet.type == 3 then
+        revert(cursor.stream, packet)
+        packet.entry.has_failed, packet.entry.former = true, packet.former
+        note(reply, "failure", "the simulator does not have it")
+    else
+        note(reply, "failure", "an unknown number")
+    end
+    return reply
+end
+
+-- The reply to a packet; nothing if this is not one.
+local function parse_reply(cursor, at, ends, packet)
+    local reply = {packet = packet, offset = at, length = 12, info = packet.info .. ": ok"}
+    if packet.type == 8 then
+        return parse_states(cursor, at, ends, reply)
+    elseif ends - at < 12 or not has(cursor, at, 12) or u32(cursor.tvb, at) ~= packet.type or
+        u32(cursor.tvb, at + 4) ~= packet.id then
+        return nil
+    end
+    local status = i32(cursor.tvb, at + 8)
+    if status == 2 then
+        return parse_failure(cursor, at, ends, reply)
+    elseif status ~= 1 then
+        return nil
+    end
+    return packet.type == 5 and parse_read_value(cursor, at, ends, reply) or
+        packet.type ~= 5 and reply or nil
+end
+
+-- The replies to one request. Returns where they end, and whether all were there.
+local function parse_request_replies(cursor, part, request, at, ends)
+    for _, packet in ipairs(request.packets) do
+        if not packet.is_silent then
+            local reply = parse_reply(cursor, at, ends, packet)
+            if not reply then
+                note(part, request.is_incomplete and "capture" or "mismatch",
+                     "no reply to: " .. packet.info)
+                return at, false
+            end
+            table.insert(part.replies, reply)
+            at = at + reply.length
+        end
+    end
+    return at, true
+end
+
+local function parse_replies(cursor, part, request, at, ends)
+    local waiting, is_right = cursor.stream.waiting
+    part.replies = {}
+    at, is_right = parse_request_replies(cursor, part, request, at, ends)
+    while is_right and at < ends and waiting[1] and waiting[1].protocol == VELMAR do
+        local other = take_request(cursor, part)
+        note(part, "early", string.format("answers the request of frame %d too, as one with this",
+                                          other.frame))
+        at, is_right = parse_request_replies(cursor, part, other, at, ends)
+    end
+    part.rest_at = at
+    if is_right and at < ends then
+        note(part, request.is_incomplete and "capture" or "mismatch",
+             plural(ends - at, "byte") .. " more than replies to the request")
+    end
+    local texts = {}
+    for _, reply in ipairs(part.replies) do
+        table.insert(texts, reply.info)
+    end
+    part.info = #texts > 0 and velmar_info("Velmar answer", texts) or "Velmar answer: empty"
+end
+
+local function parse_one_answer(cursor, at, length)
+    local part = add_part(cursor, at, 4 + length, {is_answer = true, payload = length})
+    local request = take_request(cursor, part)
+    part.request, part.time = request, cursor.time
+    if not request and cursor.stream.whole and not cursor.stream.lost then
+        note(part, "mismatch", "no request waits for an answer")
+    end
+    if request and request.protocol == VELMAR then
+        parse_replies(cursor, part, request, at + 4, math.min(at + 4 + length, cursor.captured))
+    else
+        parse_tarnel_answer(cursor, part, request, at + 4, length)
+    end
+end
+
+local function parse_answers(cursor, at)
+    while at < cursor.total do
+        local length = has(cursor, at, 4) and u32(cursor.tvb, at)
+        if length and length > BUFFER_SIZE - 4 then
+            note(add_rest(cursor, at, "not decoded"), "mismatch",
+                 "no length of an answer: one before it was perhaps sent in parts, and damaged")
+            return
+        end
+        has(cursor, at, length and 4 + length or 4)
+        if cursor.missing > 0 and cursor.can_ask then
+            ask(cursor, at)
+            return
+        elseif not length then
+            add_rest(cursor, at, "not decoded")
+            return
+        end
+        cursor.side.skip = cursor.missing
+        parse_one_answer(cursor, at, length)
+        at = at + 4 + length
+    end
+end
+
+-- Records -----------------------------------------------------------------------------------------
+
+-- After a gap in the capture, what is known about the connection may be out of date. Of the
+-- requests the last alone may still wait, unless the gap hides a later one.
+local function forget(stream, is_from_client)
+    stream.waiting = {not is_from_client and stream.waiting[#stream.waiting] or nil}
+    stream.open, stream.partial = nil, nil
+    stream.client.skip, stream.server.skip = 0, 0
+    stream.whole, stream.is_doubtful = false, true
+end
+
+local function parse_record(stream, tvb, pinfo)
+    local is_from_client = is_request(stream, pinfo)
+    local side = is_from_client and stream.client or stream.server
+    local record = {parts = {}, is_blind = is_blind()}
+    local cursor = new_cursor(stream, side, tvb, pinfo, record)
+    follow(cursor)
+    record.is_first = side.is_first
+    if side.has_gap then
+        forget(stream, is_from_client)
+        record.follows_gap = true
+    end
+    local skipped = math.min(side.skip, cursor.total)
+    if skipped > 0 then
+        add_part(cursor, 0, skipped, {info = "continuation", label = "continuation"})
+        side.skip = side.skip - skipped
+    end
+    local parse = is_from_client and parse_requests or parse_answers
+    parse(cursor, skipped)
+    return record
+end
+
+local function stream_of(pinfo)
+    local key = last(tcp_stream)
+    if not key then
+        local ends = {tostring(pinfo.src) .. " " .. pinfo.src_port,
+                      tostring(pinfo.dst) .. " " .. pinfo.dst_port}
+        table.sort(ends)
+        key = table.concat(ends, " ")
+    end
+    streams[key] = streams[key] or new_stream(pinfo)
+    return streams[key]
+end
+
+-- The same stretch may come again, for a second look at a frame. A frame ends at most one that was
+-- put together from several.
+local function record_of(tvb, pinfo)
+    local key = string.format("%d %d %d", pinfo.number, tvb:offset(), tvb:reported_len())
+    local record = records[key]
+    if not record or (record.is_blind and not is_blind()) then
+        record = parse_record(stream_of(pinfo), tvb, pinfo)
+        records[key] = record
+    end
+    return record
+end
+
+-- Showing -----------------------------------------------------------------------------------------
+
+local function show_notes(item, holder)
+    for _, each in ipairs(holder.notes or {}) do
+        item:add_proto_expert_info(experts[each.kind], each.text)
+    end
+end
+
+-- Adds a name, which can also be looked for as orvane.name.
+local function show_name(tree, name_field, range, name)
+    tree:add(name_field, range, name)
+    if name ~= "" then
+        tree:add(fields.name, range, name):set_hidden(true)
+    end
+end
+
+-- A name that is known from an earlier message.
+local function show_known_name(tree, range, name)
+    if name and name ~= "" then
+        tree:add(fields.name, range, name):set_generated(true)
+    end
+end
+
+-- Calls `show` for each of `count` things of `size` bytes that are in the capture, up to a limit.
+local function show_each(tree, tvb, at, count, size, ends, show)
+    local there = math.min(count, math.floor(math.max(ends - at, 0) / size))
+    local shown = math.min(there, MOST_SHOWN)
+    for i = 0, shown - 1 do
+        show(tree, tvb, at + size * i, i)
+    end
+    if shown < there then
+        tree:add(fields.undecoded, tvb(at + size * shown, size * (there - shown)))
+    end
+end
+
+local function show_input(tree, tvb, at)
+    local item = tree:add(fields["tarnel.input"], tvb(at, INPUT_SIZE))
+    item:set_text(string.format("Input: action %d, %s", i32(tvb, at), name_in(tvb, at + 280)))
+    for _, each in ipairs(INPUT_LAYOUT) do
+        local offset, shown = at + each[1], fields["tarnel.input." .. each[3]]
+        if each[2] == "string" then
+            show_name(item, shown, tvb(offset, NAME_SIZE), name_in(tvb, offset))
+        else
+            item:add_le(shown, tvb(offset, 4))
+        end
+    end
+    if not TARGET_TYPES[i32(tvb, at + 32)] then
+        item:add_proto_expert_info(experts.no_effect, "a target of this type does nothing")
+    end
+end
+
+local function show_output(tree, tvb, at)
+    local output = read_output(tvb, at)
+    local item = tree:add(fields["tarnel.output"], tvb(at, OUTPUT_SIZE))
+    item:set_text(string.format("Output: %.0f, %s", output.id, output.name))
+    item:add_le(fields["tarnel.output.id"], tvb(at, 4))
+    show_name(item, fields["tarnel.output.name"], tvb(at + 4, NAME_SIZE), output.name)
+    item:add_le(fields["tarnel.output.type"], tvb(at + 104, 4))
+    item:add_le(fields["tarnel.output.first"], tvb(at + 108, 4))
+    item:add_le(fields["tarnel.output.count"], tvb(at + 112, 4))
+    if output.type == COMMAND and not output.is_own then
+        item:add_proto_expert_info(experts.no_effect,
+                                   "only commands under kyr/ can be observed: it has no value")
+    elseif not OUTPUT_TYPES[output.type] then
+        item:add_proto_expert_info(experts.no_effect, "an output of this type has no value")
+    end
+end
+
+local show_message = {}
+
+show_message[DEFINITIONS] = function(tree, tvb, at, ends)
+    for i, name in ipairs({"input_size", "input_count", "output_size", "output_count"}) do
+        tree:add_le(fields["tarnel." .. name], tvb(at + 4 * i, 4))
+    end
+    local input_count, output_count = u32(tvb, at + 8), u32(tvb, at + 16)
+    show_each(tree, tvb, at + 20, input_count, INPUT_SIZE, ends, show_input)
+    show_each(tree, tvb, at + 20 + INPUT_SIZE * input_count, output_count, OUTPUT_SIZE, ends,
+              show_output)
+end
+
+show_message[DATA] = function(tree, tvb, at, ends, request)
+    tree:add_le(fields["tarnel.item_size"], tvb(at + 4, 4))
+    tree:add_le(fields["tarnel.item_count"], tvb(at + 8, 4))
+    local actions = request.definitions and request.definitions.actions or {}
+    show_each(tree, tvb, at + 12, u32(tvb, at + 8), ITEM_SIZE, ends, function(_, _, item_at, i)
+        local action, value = i32(tvb, item_at), i32(tvb, item_at + 4)
+        local targets = actions[action] or {}
+        local item = tree:add(fields["tarnel.item"], tvb(item_at, ITEM_SIZE))
+        item:set_text(string.format("Item: action %d = %d, %s", action, value,
+                                    targets[1] or "target not known"))
+        item:add_le(fields["tarnel.item.action"], tvb(item_at, 4))
+        item:add_le(fields["tarnel.item.value"], tvb(item_at + 4, 4))
+        for _, name in ipairs(targets) do
+            show_known_name(item, tvb(item_at, 4), name)
+        end
+        if request.stops_at and i >= request.stops_at then
+            item:add_proto_expert_info(experts.skipped, "not executed")
+        end
+    end)
+end
+
+local function show_tarnel(tree, tvb, part)
+    local at, ends = part.message_at, part.offset + part.length
+    if ends - at < 4 then
+        return
+    end
+    tree:add_le(fields["tarnel.message"], tvb(at, 4))
+    local show = show_message[u32(tvb, at)]
+    local header = u32(tvb, at) == DEFINITIONS and 20 or 12
+    if show and ends - at >= header then
+        show(tree, tvb, at, ends, part.request)
+    elseif ends - at > 4 then
+        tree:add(fields.undecoded, tvb(at + 4, ends - at - 4))
+    end
+end
+
+-- A Velmar value of a known length.
+local function show_value(tree, tvb, at, length, entry)
+    local kind = entry and entry.type or 0
+    tree:add_le(fields["velmar.value_length"], tvb(at, 4))
+    if length == 0 then
+        return
+    elseif kind == 0 then
+        tree:add(fields["velmar.value"], tvb(at + 4, length))
+        return
+    end
+    local size = kind == 3 and 1 or 4
+    local shown = ({[3] = fields["velmar.byte"], [2] = fields["velmar.float"],
+                    [5] = fields["velmar.float"]})[kind] or fields["velmar.int"]
+    show_each(tree, tvb, at + 4, length / size, size, at + 4 + length, function(_, _, value_at)
+        tree:add_le(shown, tvb(value_at, size))
+    end)
+end
+
+local function show_registration(tree, tvb, packet)
+    local at = packet.offset
+    local head = packet.is_command and 9 or 17
+    if not packet.is_command then
+        tree:add_le(fields["velmar.data_type"], tvb(at + 8, 4))
+        tree:add_le(fields["velmar.array_size"], tvb(at + 12, 4))
+    end
+    tree:add(fields["velmar.name_length"], tvb(at + head - 1, 1))
+    if packet.length > head then
+        show_name(tree, fields["velmar.name"], tvb(at + head, packet.length - head),
+                  packet.entry.name)
+    end
+end
+
+local function show_packet(tree, tvb, packet)
+    local at = packet.offset
+    local item = tree:add(fields["velmar.packet"],
+                          tvb(at, math.min(packet.length, tvb:len() - at)))
+    item:set_text("Packet: " .. packet.info)
+    item:add_le(fields["velmar.type"], tvb(at, 4))
+    if packet.id then
+        item:add_le(fields["velmar.id"], tvb(at + 4, 4))
+    end
+    if packet.type == 1 or packet.type == 3 then
+        show_registration(item, tvb, packet)
+    else
+        show_known_name(item, tvb(at, 4), packet.name)
+    end
+    if packet.type == 7 then
+        item:add(fields["velmar.action"], tvb(at + 8, 1))
+    elseif packet.value_length then
+        show_value(item, tvb, at + 8, packet.value_length, packet.entry)
+    elseif packet.waits then
+        item:add_le(fields["velmar.value_length"], tvb(at + 8, 4))
+    end
+    show_notes(item, packet)
+end
+
+local function show_velmar(tree, tvb, part)
+    for i = 1, math.min(#part.packets, MOST_SHOWN) do
+        show_packet(tree, tvb, part.packets[i])
+    end
+    local last_packet = part.packets[MOST_SHOWN + 1]
+    if last_packet then
+        tree:add(fields.undecoded, tvb(last_packet.offset,
+                                       part.offset + part.length - last_packet.offset))
+    end
+end
+
+local function show_request(tree, tvb, part)
+    if part.message_at > part.offset then
+        tree:add_le(fields.identification, tvb(part.offset, 4))
+    end
+    if part.request.protocol == VELMAR then
+        show_velmar(tree, tvb, part)
+    else
+        show_tarnel(tree, tvb, part)
+    end
+    if part.request.answer_frame then
+        tree:add(fields.response_in, part.request.answer_frame):set_generated(true)
+    end
+end
+
+local function show_array(tree, tvb, at, ends, output)
+    local shown = fields[output.type == INT_ARRAY and "tarnel.entry.int" or "tarnel.entry.float"]
+    show_each(tree, tvb, at, math.max(output.count, 0), 4, ends, function(_, _, value_at)
+        tree:add_le(shown, tvb(value_at, 4))
+    end)
+end
+
+-- The entry's value as text, for the tree.
+local function entry_text(tvb, at, output)
+    if output.is_command then
+        return tvb(at, 1):uint() == 0 and " = up" or " = pressed"
+    elseif output.type == INT then
+        return " = " .. number_text(i32(tvb, at))
+    elseif output.type == FLOAT then
+        return " = " .. number_text(tvb(at, 4):le_float())
+    end
+    return is_array(output) and ", " .. plural(math.max(output.count, 0), "element") or
+        ", no value"
+end
+
+-- An output's entry. Returns where it ends, or nothing if it is not there.
+local function show_entry(tree, tvb, at, ends, output, is_unloaded)
+    local extra = output.is_command and is_unloaded and 4 or 0 -- the identifier, again
+    local length = entry_length(output) + extra
+    if at + length > ends or u32(tvb, at) ~= output.id then
+        return nil
+    end
+    local item = tree:add(fields["tarnel.entry"], tvb(at, length))
+    item:set_text(string.format("Entry: %.0f, %s%s", output.id, output.name,
+                                entry_text(tvb, at + math.min(8 + extra, length), output)))
+    item:add_le(fields["tarnel.entry.id"], tvb(at, 4))
+    if extra > 0 then
+        item:add_le(fields["tarnel.entry.id"], tvb(at + 4, 4))
+    end
+    show_known_name(item, tvb(at, 4), output.name)
+    if length > 4 then
+        item:add_le(fields["tarnel.entry.length"], tvb(at + 4 + extra, 4))
+    end
+    if output.is_command then
+        item:add(fields["tarnel.entry.command"], tvb(at + 8 + extra, 1))
+    elseif is_array(output) then
+        show_array(item, tvb, at + 8, at + length, output)
+    elseif length > 4 then
+        item:add_le(fields[output.type == INT and "tarnel.entry.int" or "tarnel.entry.float"],
+                    tvb(at + 8, 4))
+    end
+    return at + length
+end
+
+local function show_aircraft(tree, tvb, at)
+    local item = tree:add(fields["tarnel.aircraft"], tvb(at, 12))
+    local id = u32(tvb, at + 8)
+    item:set_text(id == 0 and "Aircraft: none" or string.format("Aircraft: 0x%08X", id))
+    item:add_le(fields["tarnel.aircraft.id"], tvb(at + 8, 4))
+end
+
+local function is_aircraft(tvb, at, ends)
+    return ends - at == 12 and u32(tvb, at) == AIRCRAFT and u32(tvb, at + 4) == 4
+end
+
+local function show_outputs(tree, tvb, part, at, ends)
+    local outputs = part.definitions and part.definitions.outputs or {}
+    for i = 1, math.min(#outputs, MOST_SHOWN) do
+        local entry_ends = show_entry(tree, tvb, at, ends, outputs[i], part.is_unloaded)
+        if not entry_ends then
+            break
+        end
+        at = entry_ends
+    end
+    local trailer_at = math.max(at, ends - 12)
+    if trailer_at > at then
+        tree:add(fields.undecoded, tvb(at, trailer_at - at))
+    end
+    if is_aircraft(tvb, trailer_at, ends) then
+        show_aircraft(tree, tvb, trailer_at)
+    elseif trailer_at < ends then
+        tree:add(fields.undecoded, tvb(trailer_at, ends - trailer_at))
+    end
+end
+
+local function show_version(tree, tvb, at)
+    tree:add_le(fields["tarnel.message"], tvb(at, 4))
+    tree:add(fields["tarnel.version"], tvb(at + 4, 4), version_text(tvb, at))
+    tree:add_le(fields["tarnel.version.number"], tvb(at + 8, 4))
+end
+
+local function show_states(tree, tvb, reply)
+    tree:add_le(fields["velmar.count"], tvb(reply.offset, 4))
+    show_each(tree, tvb, reply.offset + 4, reply.count, 5, reply.offset + reply.length,
+              function(_, _, at)
+        local item = tree:add(fields["velmar.command"], tvb(at, 5))
+        local name = reply.names[u32(tvb, at)]
+        item:set_text(string.format("Command: %s", name or string.format("%.0f", u32(tvb, at))))
+        item:add_le(fields["velmar.id"], tvb(at, 4))
+        item:add(fields["velmar.state"], tvb(at + 4, 1))
+        show_known_name(item, tvb(at, 4), name)
+    end)
+end
+
+local function show_reply(tree, tvb, reply)
+    local at, packet = reply.offset, reply.packet
+    local item = tree:add(fields["velmar.reply"], tvb(at, reply.length))
+    item:set_text("Reply: " .. reply.info)
+    if packet.type == 8 then
+        show_states(item, tvb, reply)
+        return
+    end
+    item:add_le(fields["velmar.type"], tvb(at, 4))
+    item:add_le(fields["velmar.id"], tvb(at + 4, 4))
+    show_known_name(item, tvb(at, 4), packet.name)
+    item:add_le(fields["velmar.status"], tvb(at + 8, 4))
+    if reply.value_length then
+        show_value(item, tvb, at + 12, reply.value_length, reply.entry)
+    elseif reply.length == 16 then
+        item:add_le(fields["velmar.failure"], tvb(at + 12, 4))
+    end
+    show_notes(item, reply)
+end
+
+local function show_links(tree, part)
+    if part.request then
+        tree:add(fields.request_in, part.request.last_frame or part.request.frame)
+            :set_generated(true)
+        local seconds = part.request.time and part.time - part.request.time or -1
+        if seconds >= 0 then
+            local whole = math.floor(seconds)
+            tree:add(fields.response_time,
+                     NSTime.new(whole, math.floor((seconds - whole) * 1e9 + 0.5)))
+                :set_generated(true)
+        end
+    end
+end
+
+local function show_answer(tree, tvb, part)
+    local at, ends = part.offset + 4, part.offset + part.length
+    tree:add_le(fields.length, tvb(part.offset, 4))
+    if part.version_at then
+        show_version(tree, tvb, part.version_at)
+    elseif part.replies then
+        for i = 1, math.min(#part.replies, MOST_SHOWN) do
+            show_reply(tree, tvb, part.replies[i])
+        end
+        if part.rest_at < ends then
+            tree:add(fields.undecoded, tvb(part.rest_at, ends - part.rest_at))
+        end
+    else
+        show_outputs(tree, tvb, part, at, ends)
+    end
+    show_links(tree, part)
+end
+
+-- A second pass knows whether the rest came.
+local function show_cut(item, part, pinfo)
+    local line = part.fatal_line
+    if part.is_completed then
+        return
+    elseif line and pinfo.visited then
+        item:add_proto_expert_info(experts.ends_process,
+                                   "the rest never arrives: the simulator's process ends with " ..
+                                   line)
+    elseif line then
+        item:add_proto_expert_info(experts.cut, "unless the rest arrives within the frame, the " ..
+                                   "simulator's process ends with " .. line)
+    else
+        item:add_proto_expert_info(experts.cut, "the plugin does not wait for the rest: it " ..
+                                   "answers what has arrived")
+    end
+end
+
+local function show_part(tree, tvb, part, pinfo)
+    local item = tree:add(orvane, tvb(part.offset, part.length))
+    item:append_text(", " .. part.info)
+    if part.label then
+        item:add(fields.undecoded, tvb(part.offset, part.length))
+    elseif part.is_answer then
+        show_answer(item, tvb, part)
+    else
+        show_request(item, tvb, part)
+    end
+    if part.is_cut then
+        show_cut(item, part, pinfo)
+    end
+    show_notes(item, part)
+    return item
+end
+
+local function show(record, tvb, pinfo, tree)
+    local texts = {}
+    for _, part in ipairs(record.parts) do
+        if part.length > 0 then
+            local item = show_part(tree, tvb, part, pinfo)
+            if record.follows_gap then
+                item:add_proto_expert_info(experts.capture,
+                                           "bytes before this segment are not in the capture")
+            end
+        end
+        table.insert(texts, part.info)
+    end
+    if #texts == 0 then
+        return
+    end
+    pinfo.cols.protocol = "Orvane"
+    if record.is_first then
+        pinfo.cols.info = table.concat(texts, "; ")
+    else
+        pinfo.cols.info:append("; " .. table.concat(texts, "; "))
+    end
+end
+
+function orvane.dissector(tvb, pinfo, tree)
+    if tvb:len() == 0 then
+        return 0
+    end
+    local record = record_of(tvb, pinfo)
+    show(record, tvb, pinfo, tree)
+    if record.more then
+        pinfo.desegment_offset = record.more_at
+        pinfo.desegment_len = record.more
+    end
+    return tvb:len()
+end
+
+-- Registration ------------------------------------------------------------------------------------
+
+DissectorTable.get("tcp.port"):add(port, orvane)
+
+function orvane.prefs_changed()
+    local ports = DissectorTable.get("tcp.port")
+    ports:remove(port, orvane)
+    port = orvane.prefs.port
+    ports:add(port, orvane)
+end
