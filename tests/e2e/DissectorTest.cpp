@@ -1,0 +1,349 @@
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "e2e/EndToEndTest.h"
+#include "e2e/LoopbackCapture.h"
+#include "e2e/Tshark.h"
+#include "support/VelmarMessages.h"
+
+// What Wireshark shows of real exchanges, captured on the wire between a client and the plugin.
+
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+enum Type { kInt = 1, kFloat = 2, kIntArray = 3, kFloatArray = 4, kCommand = 6 };
+
+class DissectorTest : public EndToEndTest {
+protected:
+    DissectorTest() { startSimulator(); }
+
+    static Bytes velmar(std::initializer_list<Bytes> packets) {
+        return join({fromHex("55 66 77 88"), join(packets)});
+    }
+
+    static Bytes smallDefinitions() {
+        return tarnel(definitionsMessage(
+            {{.action = 7, .targetType = kInt, .target = "test/int"},
+             {.action = 8, .targetType = kFloat, .scaling = 2, .target = "test/float"}},
+            {{.id = 1, .name = "test/int", .type = kInt},
+             {.id = 2, .name = "test/floats", .type = kFloatArray, .first = 1, .count = 2},
+             {.id = 3, .name = "kyr/button", .type = kCommand},
+             {.id = 4, .name = "test/once", .type = kCommand}}));
+    }
+
+    LoopbackCapture capture{"flight.pcap"};
+};
+
+TEST_F(DissectorTest, ShowsATarnelFlightMessageByMessage) {
+    TestClient client;
+    client.Exchange(*simulator, fromHex("11 22 33 44 B1 6B 00 B5"));
+    client.Exchange(*simulator, smallDefinitions());
+    client.Exchange(*simulator, tarnel(dataMessage({{7, -5}, {8, 65535}})));
+    simulator->Ask("command begin kyr/button");
+    simulator->Ask("set test/floats 0,0.5,-2,0,0,0,0,0");
+    client.Exchange(*simulator, fromHex("11 22 33 44"));
+    simulator->Ask("aircraft unload");
+    client.Exchange(*simulator, tarnel(dataMessage({})));
+    const auto file = capture.Finish();
+
+    EXPECT_THAT(
+        fieldsOf(file, {"_ws.col.Info", "orvane.name", "orvane.tarnel.entry.int",
+                        "orvane.tarnel.entry.float", "orvane.tarnel.entry.command",
+                        "orvane.tarnel.aircraft.id"}),
+        ElementsAre(
+            "Tarnel VERSION|||||", "Tarnel answer: version 1.0.7.10|||||",
+            "Tarnel DEFINITIONS 2 inputs, 4 outputs"
+            "|test/int,test/float,test/int,test/floats,kyr/button,test/once||||",
+            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
+            "|0|0,0|0|0xb9852eb1",
+            "Tarnel DATA 2 items|test/int,test/float||||",
+            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
+            "|0|0,0|0|0xb9852eb1",
+            "Tarnel identification alone|||||",
+            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
+            "|-5|0.5,-2|1|0xb9852eb1",
+            "Tarnel DATA 0 items|||||",
+            "Tarnel answer: 4 outputs, no aircraft|test/int,test/floats,kyr/button,test/once"
+            "|0|0,0|0|0x00000000"));
+}
+
+TEST_F(DissectorTest, ShowsEveryFieldOfATarnelMessage) {
+    TestClient client;
+    client.Exchange(
+        *simulator,
+        tarnel(definitionsMessage(
+            {{.action = 1,
+              .targetIndex = 2,
+              .fixedInt = 3,
+              .repeatInterval = 4,
+              .intMinimum = -5,
+              .intMaximum = 6,
+              .targetType = kFloatArray,
+              .scaling = 3,
+              .rangeType = kFloat,
+              .rangeIndex = 7,
+              .condition = 4,
+              .fixedFloat = 0.5F,
+              .floatMinimum = -1.5F,
+              .floatMaximum = 2.5F,
+              .useFixed = 8,
+              .hold = 9,
+              .held = 10,
+              .rangeMinimumName = "test/minimum",
+              .rangeMaximumName = "test/maximum",
+              .target = "test/floats",
+              .conditionName = "test/ints",
+              .conditionType = kIntArray,
+              .conditionIndex = 1}},
+            {{.id = 0xFFFFFFFF, .name = "kyr/a", .type = kFloatArray, .first = 2, .count = 3}})));
+    client.Exchange(*simulator, tarnel(dataMessage({{1, 77}})));
+    std::vector<std::string> lines =
+        runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
+    std::erase_if(lines, [](const std::string& line) {
+        return !line.starts_with(' ') || line.find("[Re") != std::string::npos;
+    });
+    EXPECT_THAT(
+        lines,
+        ElementsAreArray(std::vector<std::string>{
+            "    Identification: Tarnel (0x44332211)", "    Message: DEFINITIONS (0xddeeffc0)",
+            "    Size of an input record: 488", "    Input records: 1",
+            "    Size of an output record: 116", "    Output records: 1",
+            "    Input: action 1, test/floats", "        Action: 1", "        Reserved: 0",
+            "        Reserved: 0", "        Target index: 2", "        Fixed int value: 3",
+            "        Repeat interval, ms: 4", "        Int range, minimum: -5",
+            "        Int range, maximum: 6", "        Target type: element of a float array (4)",
+            "        Scaling: range of two datarefs (3)",
+            "        Type of the range datarefs: float (2)",
+            "        Element of the range datarefs: 7",
+            "        Condition: skipped when the dataref is 0 (4)",
+            "        Fixed float value: 0.5", "        Float range, minimum: -1.5",
+            "        Float range, maximum: 2.5", "        Use fixed value: 8",
+            "        Hold command: 9", "        Reserved: 0", "        Command is held: 10",
+            "        Range dataref, minimum: test/minimum",
+            "        Range dataref, maximum: test/maximum", "        Target: test/floats",
+            "        Condition dataref: test/ints",
+            "        Type of the condition dataref: element of an int array (3)",
+            "        Element of the condition dataref: 1", "    Output: 4294967295, kyr/a",
+            "        Identifier: 4294967295", "        Name: kyr/a",
+            "        Type: float array (4)", "        First element: 2", "        Elements: 3",
+            // The answer.
+            "    Length: 32", "    Entry: 4294967295, kyr/a, 3 elements",
+            "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
+            "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
+            "        Aircraft id: 0xb9852eb1",
+            // The item.
+            "    Identification: Tarnel (0x44332211)", "    Message: DATA (0xefbeadde)",
+            "    Size of an item: 8", "    Items: 1", "    Item: action 1 = 77, test/floats",
+            "        Action: 1", "        Value: 77", "        [Name: test/floats]",
+            // The answer.
+            "    Length: 32", "    Entry: 4294967295, kyr/a, 3 elements",
+            "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
+            "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
+            "        Aircraft id: 0xb9852eb1"}));
+}
+
+TEST_F(DissectorTest, ShowsAVelmarFlightPacketByPacket) {
+    TestClient client;
+    client.Exchange(*simulator, velmar({registerDataref(7, kFloat, 0, "test/float"),
+                                        registerCommand(9, "test/once_and_again"),
+                                        registerDataref(8, 4, 3, "test/ints"),
+                                        registerCommand(9, "test/once"), zeros(8)}));
+    client.Exchange(*simulator, velmar({writeDataref(7, f32(43200.0F)), readDataref(7)}));
+    simulator->Ask("set test/ints 1,-2,3,4,5,6,7,8");
+    client.Exchange(*simulator, velmar({readDataref(8)}));
+    client.Exchange(*simulator, velmar({runCommand(9, 1)}));
+    client.Exchange(*simulator, velmar({pollCommandStates(), runCommand(9, 2)}));
+    client.Exchange(*simulator, velmar({unregisterDataref(7), unregisterCommand(9),
+                                        unregisterCommand(9), readDataref(7)}));
+    const auto file = capture.Finish();
+
+    EXPECT_THAT(
+        fieldsOf(file, {"_ws.col.Info", "orvane.name", "orvane.velmar.status",
+                        "orvane.velmar.float", "orvane.velmar.int", "orvane.velmar.state"}),
+        ElementsAre(
+            "Velmar: register test/float, register test/once_and_again, register test/ints and 3 "
+            "more|test/float,test/once_and_again,test/ints,test/once||||",
+            "Velmar answer: register test/float: ok, register test/once_and_again: failed, "
+            "register test/ints: ok and 1 more"
+            "|test/float,test/once_and_again,test/ints,test/once|1,2,1,1|||",
+            "Velmar: write test/float = 43200, read test/float|test/float,test/float||43200||",
+            "Velmar answer: write test/float = 43200: ok, read test/float = 43200"
+            "|test/float,test/float|1,1|43200||",
+            "Velmar: read test/ints|test/ints||||",
+            "Velmar answer: read test/ints = 3 ints|test/ints|1||1,-2,3|",
+            "Velmar: run test/once|test/once||||", "Velmar answer: empty|||||",
+            "Velmar: poll, begin test/once|test/once||||",
+            "Velmar answer: poll: 1 command|test/once||||2",
+            "Velmar: unregister test/float, unregister test/once, unregister command 9 and 1 more"
+            "|test/float,test/once||||",
+            "Velmar answer: unregister test/float: ok, unregister test/once: ok, unregister "
+            "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
+}
+
+TEST_F(DissectorTest, LinksAnswersToTheirRequests) {
+    TestClient first;
+    TestClient second;
+    first.Send(velmar({pollCommandStates()}));
+    second.Send(tarnel(versionMessage()));
+    first.Answer(*simulator);
+    second.Answer(*simulator);
+    first.Exchange(*simulator, tarnel(dataMessage({})));
+    const auto file = capture.Finish();
+
+    const std::vector<std::string> requests = fieldsOf(file, {"frame.number", "orvane.response_in"},
+                                                       "orvane and tcp.dstport == 48000", {"-2"});
+    const std::vector<std::string> answers =
+        fieldsOf(file, {"orvane.request_in", "frame.number"}, "orvane and tcp.srcport == 48000");
+    ASSERT_EQ(requests.size(), 3U);
+    EXPECT_THAT(answers, testing::UnorderedElementsAreArray(requests));
+    EXPECT_THAT(fieldsOf(file, {"orvane.response_time"}, "orvane.response_time > 0"),
+                testing::SizeIs(3));
+}
+
+TEST_F(DissectorTest, PutsALargeRequestAndItsAnswerTogether) {
+    // 400 input records of 488 bytes are more than three segments of the loopback device, 500000
+    // floats many more.
+    const std::vector<InputRecord> inputs(400,
+                                          {.action = 1, .targetType = kInt, .target = "test/int"});
+    TestClient client;
+    client.Exchange(
+        *simulator,
+        tarnel(definitionsMessage(
+            inputs,
+            {{.id = 1, .name = "test/many_floats", .type = kFloatArray, .count = 500000}})));
+    client.Exchange(*simulator, tarnel(dataMessage({{1, 1}})));
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        fieldsOf(file, {"_ws.col.Info", "orvane.length"}, "orvane and not orvane.expert.cut"),
+        ElementsAre("Tarnel DEFINITIONS 400 inputs, 1 output|", "Tarnel answer: 1 output|2000020",
+                    "Tarnel DATA 1 item|", "Tarnel answer: 1 output|2000020"));
+}
+
+TEST_F(DissectorTest, TellsWhatThePluginSkips) {
+    TestClient client;
+    client.Send(fromHex("01 02 03 04"));
+    ASSERT_TRUE(client.IsDelivered());
+    simulator->Step(2);
+    client.Exchange(*simulator, velmar({runCommand(1, 1), u32(99), fromHex("55 66 77 88")}));
+    client.Exchange(*simulator, smallDefinitions());
+    EXPECT_THAT(
+        expertsOf(capture.Finish()),
+        ElementsAre(EndsWith(" Note: an unknown identification: dropped without an answer"),
+                    EndsWith(" Note: an unknown number: nothing is run"),
+                    EndsWith(" Note: unknown type inside a request: its four bytes are skipped"),
+                    EndsWith(" Note: identification inside a request: its four bytes are skipped"),
+                    EndsWith(" Note: only commands under kyr/ can be observed: it has no value")));
+}
+
+TEST_F(DissectorTest, TellsThatADefinitionsMessageWasTorn) {
+    const Bytes request =
+        tarnel(definitionsMessage({{.action = 7, .targetType = kInt, .target = "test/int"}},
+                                  {{.id = 1, .name = "test/int", .type = kInt}}));
+    TestClient client;
+    client.Send(Bytes(request.begin(), request.begin() + 500));
+    client.Answer(*simulator);
+    client.Send(Bytes(request.begin() + 500, request.end()));
+    ASSERT_TRUE(client.IsDelivered());
+    simulator->Step(2);
+    const auto file = capture.Finish();
+    EXPECT_THAT(infosOf(file),
+                ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
+                            "Tarnel answer: 0 outputs", "Tarnel DEFINITIONS 1 input, 1 output"));
+    EXPECT_THAT(
+        expertsOf(file),
+        ElementsAre(EndsWith(" Note: the plugin does not wait for the rest: it answers what has "
+                             "arrived"),
+                    EndsWith(" Warning: answers a request of which a part had not arrived in frame "
+                             "4: the connection has lost its place"),
+                    EndsWith(" Warning: torn: frame 6 answers the part that had arrived, and the "
+                             "plugin looks for an identification in the rest")));
+}
+
+TEST_F(DissectorTest, TellsWhereADataMessageStops) {
+    TestClient client;
+    client.Exchange(*simulator, smallDefinitions());
+    client.Exchange(*simulator, tarnel(dataMessage({{7, 1}, {99, 1}, {8, 1}})));
+    const std::string line = simulator->LastLogMessage();
+    EXPECT_EQ(line, "WARNING@TarnelProtocol::tryParseData : unknown action id(99)");
+    EXPECT_THAT(expertsOf(capture.Finish(), "orvane.tarnel.item"),
+                ElementsAre(EndsWith(" Note: not executed"), EndsWith(" Note: not executed"),
+                            EndsWith(" Warning: stops at an undeclared action: " + line +
+                                     ": the connection has lost its place")));
+}
+
+TEST_F(DissectorTest, TellsThatANegativeCountClosesTheConnection) {
+    TestClient client;
+    client.Send(tarnel(definitionsMessage(
+        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = -1}})));
+    EXPECT_TRUE(client.IsClosedByServer(*simulator));
+    EXPECT_THAT(expertsOf(capture.Finish()),
+                ElementsAre(EndsWith(" Warning: a negative number of elements of kyr/negative "
+                                     "closes the connection: "
+                                     "Warning@TcpConnection::ProcessEvents : Feed() : ")));
+}
+
+TEST_F(DissectorTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
+    const std::vector<Bytes> requests{
+        // Records and items that are announced and not there.
+        fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
+        join({fromHex("11 22 33 44 C0 FF EE DD 34 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
+              zeros(52)}),
+        // 488 times 2^29 is a multiple of 2^32.
+        fromHex("11 22 33 44 C0 FF EE DD E8 01 00 00 00 00 00 20 74 00 00 00 00 00 00 00"),
+        fromHex("11 22 33 44 DE AD BE EF 00 00 00 00 01 00 00 00"),
+        // A command's descriptor that is whole, but short.
+        velmar({registerCommand(1, "sim/a")}),
+        // Packets that are not whole.
+        fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
+        join({fromHex("55 66 77 88 03 00 00 00 01 00 00 00 42"), zeros(8)}),
+        fromHex("55 66 77 88 05 00 00 00 01 00 00"), fromHex("55 66 77 88 06 00 00 00"),
+        join({velmar({registerDataref(1, 1, 0, "test/int")}),
+              fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
+        join({velmar({registerDataref(1, 2, 0, "test/float")}),
+              fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
+        join({velmar({registerDataref(1, 3, 0, "test/int")}),
+              fromHex("06 00 00 00 01 00 00 00 01 00 00 00")}),
+        fromHex("55 66 77 88 07 00 00 00 01"), fromHex("55 66 77 88 07 00 00 00 01 00 00 00")};
+    std::vector<testing::Matcher<std::string>> expected;
+    for (const Bytes& request : requests) {
+        startSimulator();
+        TestClient client;
+        client.Send(request);
+        simulator->Tell("step 10");
+        simulator->WaitForEnd();
+        expected.emplace_back(
+            AllOf(HasSubstr(" Error: "),
+                  EndsWith("the simulator's process ends with " + simulator->LastLogMessage())));
+    }
+    std::vector<std::string> experts =
+        expertsOf(capture.Finish(), "orvane.expert.ends_process", {"-2"});
+    std::erase_if(experts, [](const std::string& expert) {
+        return expert.find(" ends with ") == std::string::npos;
+    });
+    EXPECT_THAT(experts, ElementsAreArray(expected));
+}
+
+TEST_F(DissectorTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
+    TestClient client;
+    client.Exchange(*simulator, smallDefinitions());
+    client.Exchange(*simulator, velmar({registerDataref(1, kInt, 0, "test/int")}));
+    client.Exchange(*simulator, tarnel(dataMessage({{7, 258}})));
+    client.Exchange(*simulator, velmar({readDataref(1)}));
+    const auto file = capture.Finish();
+    EXPECT_THAT(infosOf(file),
+                ElementsAre("Tarnel DEFINITIONS 2 inputs, 4 outputs", "Tarnel answer: 4 outputs",
+                            "Velmar: register test/int", "Velmar answer: register test/int: ok",
+                            "Tarnel DATA 1 item", "Tarnel answer: 4 outputs",
+                            "Velmar: read test/int", "Velmar answer: read test/int = 258"));
+    EXPECT_THAT(expertsOf(file, "orvane.expert.mismatch"), IsEmpty());
+}
+
+} // namespace
