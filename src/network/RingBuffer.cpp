@@ -1,10 +1,30 @@
 #include "network/RingBuffer.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cstddef>
 #include <cstring>
 
 #include "common/ILoggingService.h"
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "values travel as they are stored");
+
+template <typename Value>
+using ByteArray = std::array<unsigned char, sizeof(Value)>;
+
+template <typename Value>
+constexpr std::ptrdiff_t kSizeOf = sizeof(Value);
+
+// True when `position` is one of the `count` addresses from `first` on. One comparison, since a
+// position before `first` is far away as an unsigned number.
+bool liesWithin(const unsigned char* first, std::size_t count, const unsigned char* position) {
+    return static_cast<std::size_t>(position - first) < count;
+}
+
+} // namespace
 
 RingBuffer::RingBuffer(int requestedSize, ILoggingService* loggingService)
     : logger(loggingService),
@@ -53,22 +73,22 @@ void RingBuffer::MoveReadPosForward(unsigned long amount) {
 }
 
 unsigned long RingBuffer::ReadByteArray(unsigned char* dst, unsigned long maxlength) {
-    if (maxlength == 0) {
-        logger->Log(LogLevelError, "Error@RingBuffer::ReadByteArray : maxlength <= 0");
+    if (maxlength == 0) [[unlikely]] {
+        report("Error@RingBuffer::ReadByteArray : maxlength <= 0");
     }
-    if (dst == nullptr) {
-        logger->Log(LogLevelError, "Error@RingBuffer::ReadByteArray : dst == nullptr");
+    if (dst == nullptr) [[unlikely]] {
+        report("Error@RingBuffer::ReadByteArray : dst == nullptr");
     }
     const unsigned long count = std::min(GetNumReadBytesAvailable(), maxlength);
-    const unsigned long beforeEnd =
-        std::min(count, static_cast<unsigned long>(bufferEnd - readPos));
-    std::copy_n(readPos, beforeEnd, dst);
-    readPos += beforeEnd;
-    if (readPos == bufferEnd) {
-        readPos = bufferStart;
+    const auto beforeEnd = static_cast<unsigned long>(bufferEnd - readPos);
+    if (count < beforeEnd) {
+        std::copy_n(readPos, count, dst);
+        readPos += count;
+        return count;
     }
-    std::copy_n(readPos, count - beforeEnd, dst + beforeEnd);
-    readPos += count - beforeEnd;
+    std::copy_n(readPos, beforeEnd, dst);
+    std::copy_n(bufferStart, count - beforeEnd, dst + beforeEnd);
+    readPos = bufferStart + (count - beforeEnd);
     return count;
 }
 
@@ -88,73 +108,61 @@ void RingBuffer::WriteByteArray(unsigned char* src, unsigned long length) {
 }
 
 float RingBuffer::ReadFloat() {
-    requireReadable(4, "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4");
-    return std::bit_cast<float>(readWord());
+    return readValue<float>("Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4");
 }
 
 std::int32_t RingBuffer::ReadInt32() {
-    requireReadable(4, "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
-    return static_cast<std::int32_t>(readWord());
+    return readValue<std::int32_t>("Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
 }
 
 std::uint32_t RingBuffer::ReadUInt32() {
-    requireReadable(4, "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4");
-    return readWord();
+    return readValue<std::uint32_t>(
+        "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4");
 }
 
 std::int16_t RingBuffer::ReadInt16() {
-    requireReadable(2, "Error@RingBuffer::ReadInt16 : GetNumReadBytesAvailable() < 2");
-    return static_cast<std::int16_t>(readHalfWord());
+    return readValue<std::int16_t>("Error@RingBuffer::ReadInt16 : GetNumReadBytesAvailable() < 2");
 }
 
 std::uint16_t RingBuffer::ReadUInt16() {
-    requireReadable(2, "Error@RingBuffer::ReadUInt16 : GetNumReadBytesAvailable() < 2");
-    return readHalfWord();
+    return readValue<std::uint16_t>(
+        "Error@RingBuffer::ReadUInt16 : GetNumReadBytesAvailable() < 2");
 }
 
 std::int8_t RingBuffer::ReadInt8() {
-    requireReadable(1, "Error@RingBuffer::ReadInt8 : GetNumReadBytesAvailable() < 1");
-    return static_cast<std::int8_t>(read());
+    return readValue<std::int8_t>("Error@RingBuffer::ReadInt8 : GetNumReadBytesAvailable() < 1");
 }
 
 std::uint8_t RingBuffer::ReadUInt8() {
-    requireReadable(1, "Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1");
-    return read();
+    return readValue<std::uint8_t>("Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1");
 }
 
 void RingBuffer::WriteFloat(float value) {
-    requireWritable(4, "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
-    writeWord(std::bit_cast<std::uint32_t>(value));
+    writeValue(value, "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
 }
 
 void RingBuffer::WriteInt32(std::int32_t value) {
-    requireWritable(4, "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
-    writeWord(static_cast<std::uint32_t>(value));
+    writeValue(value, "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
 }
 
 void RingBuffer::WriteUInt32(std::uint32_t value) {
-    requireWritable(4, "Error@RingBuffer::WriteUInt32 : GetNumWriteBytesAvailable() < 4");
-    writeWord(value);
+    writeValue(value, "Error@RingBuffer::WriteUInt32 : GetNumWriteBytesAvailable() < 4");
 }
 
 void RingBuffer::WriteInt16(std::int16_t value) {
-    requireWritable(2, "Error@RingBuffer::WriteInt16 : GetNumWriteBytesAvailable() < 2");
-    writeHalfWord(static_cast<std::uint16_t>(value));
+    writeValue(value, "Error@RingBuffer::WriteInt16 : GetNumWriteBytesAvailable() < 2");
 }
 
 void RingBuffer::WriteUInt16(std::uint16_t value) {
-    requireWritable(2, "Error@RingBuffer::WriteUInt16 : GetNumWriteBytesAvailable() < 2");
-    writeHalfWord(value);
+    writeValue(value, "Error@RingBuffer::WriteUInt16 : GetNumWriteBytesAvailable() < 2");
 }
 
 void RingBuffer::WriteInt8(std::int8_t value) {
-    requireWritable(1, "Error@RingBuffer::WriteInt8 : GetNumWriteBytesAvailable() < 1");
-    write(static_cast<unsigned char>(value));
+    writeValue(value, "Error@RingBuffer::WriteInt8 : GetNumWriteBytesAvailable() < 1");
 }
 
 void RingBuffer::WriteUInt8(std::uint8_t value) {
-    requireWritable(1, "Error@RingBuffer::WriteUInt8 : GetNumWriteBytesAvailable() < 1");
-    write(value);
+    writeValue(value, "Error@RingBuffer::WriteUInt8 : GetNumWriteBytesAvailable() < 1");
 }
 
 unsigned char RingBuffer::read() {
@@ -176,36 +184,62 @@ void RingBuffer::write(unsigned char byte) {
     }
 }
 
-std::uint32_t RingBuffer::readWord() {
-    const std::uint32_t low = readHalfWord();
-    const std::uint32_t high = readHalfWord();
-    return low | high << 16;
+template <typename Value>
+Value RingBuffer::readValue(const char* shortage) {
+    unsigned char* const position = readPos;
+    if (bufferEnd - position <= kSizeOf<Value> || liesWithin(position, sizeof(Value), writePos))
+        [[unlikely]] {
+        return readBytes<Value>(shortage);
+    }
+    Value value{};
+    std::memcpy(&value, position, sizeof(value));
+    readPos = position + sizeof(value);
+    return value;
 }
 
-std::uint16_t RingBuffer::readHalfWord() {
-    const unsigned int low = read();
-    const unsigned int high = read();
-    return static_cast<std::uint16_t>(low | high << 8);
+template <typename Value>
+Value RingBuffer::readBytes(const char* shortage) {
+    requireReadable(sizeof(Value), shortage);
+    ByteArray<Value> bytes{};
+    for (unsigned char& byte : bytes) {
+        byte = read();
+    }
+    return std::bit_cast<Value>(bytes);
 }
 
-void RingBuffer::writeWord(std::uint32_t value) {
-    writeHalfWord(static_cast<std::uint16_t>(value));
-    writeHalfWord(static_cast<std::uint16_t>(value >> 16));
+template <typename Value>
+void RingBuffer::writeValue(Value value, const char* shortage) {
+    unsigned char* const position = writePos;
+    // One byte stays free.
+    if (bufferEnd - position <= kSizeOf<Value> || liesWithin(position + 1, sizeof(Value), readPos))
+        [[unlikely]] {
+        writeBytes(value, shortage);
+        return;
+    }
+    std::memcpy(position, &value, sizeof(value));
+    writePos = position + sizeof(value);
 }
 
-void RingBuffer::writeHalfWord(std::uint16_t value) {
-    write(static_cast<unsigned char>(value));
-    write(static_cast<unsigned char>(value >> 8));
+template <typename Value>
+void RingBuffer::writeBytes(Value value, const char* shortage) {
+    requireWritable(sizeof(Value), shortage);
+    for (const unsigned char byte : std::bit_cast<ByteArray<Value>>(value)) {
+        write(byte);
+    }
 }
 
 void RingBuffer::requireReadable(unsigned long count, const char* message) const {
-    if (GetNumReadBytesAvailable() < count) {
-        logger->Log(LogLevelError, message);
+    if (GetNumReadBytesAvailable() < count) [[unlikely]] {
+        report(message);
     }
 }
 
 void RingBuffer::requireWritable(unsigned long count, const char* message) const {
-    if (GetNumWriteBytesAvailable() < count) {
-        logger->Log(LogLevelError, message);
+    if (GetNumWriteBytesAvailable() < count) [[unlikely]] {
+        report(message);
     }
+}
+
+void RingBuffer::report(const char* message) const {
+    logger->Log(LogLevelError, message);
 }

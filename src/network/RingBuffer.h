@@ -52,13 +52,20 @@ public:
     void write(unsigned char byte);
 
 private:
-    std::uint32_t readWord();
-    std::uint16_t readHalfWord();
-    void writeWord(std::uint32_t value);
-    void writeHalfWord(std::uint16_t value);
+    // A value in one piece, and before the last byte of the storage, is copied at once; any other
+    // goes byte by byte. `shortage` is reported for one that is not there or has no room.
+    template <typename Value>
+    Value readValue(const char* shortage);
+    template <typename Value>
+    [[gnu::noinline]] Value readBytes(const char* shortage);
+    template <typename Value>
+    void writeValue(Value value, const char* shortage);
+    template <typename Value>
+    [[gnu::noinline]] void writeBytes(Value value, const char* shortage);
 
     void requireReadable(unsigned long count, const char* message) const;
     void requireWritable(unsigned long count, const char* message) const;
+    [[gnu::noinline]] void report(const char* message) const;
 
     ILoggingService* logger;
     int size;
