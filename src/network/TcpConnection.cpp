@@ -11,6 +11,7 @@
 
 #include "common/ILoggingService.h"
 #include "common/IUtilities.h"
+#include "common/LogMessage.h"
 #include "network/IProtocol.h"
 #include "network/IProtocolFactory.h"
 #include "network/ReservedBytes.h"
@@ -22,8 +23,8 @@ constexpr int kBufferSize = 0x0FFFFFFF;
 constexpr unsigned long kAnswerHeaderSize = 4;
 constexpr unsigned long kIdentificationSize = 4;
 
-std::string readPositionOf(IRingBuffer& buffer) {
-    return std::to_string(reinterpret_cast<std::intptr_t>(buffer.GetReadPosAddress()));
+std::intptr_t readPositionOf(IRingBuffer& buffer) {
+    return reinterpret_cast<std::intptr_t>(buffer.GetReadPosAddress());
 }
 
 void writeAnswerHeader(unsigned char* frame, unsigned long payloadLength) {
@@ -114,8 +115,10 @@ void TcpConnection::handleReceivedBytes(unsigned long count) {
         inBuffer->ResetBuffer();
     }
     inBuffer->WriteByteArray(recvBuffer->Get(), count);
-    logVerbose("recv() received num bytes " + std::to_string(count) + "  readposptr " +
-               readPositionOf(*inBuffer));
+    loggingService->Log(
+        LogLevelVerbose,
+        logMessage({"Verbose@TcpConnection::ProcessEvents : recv() received num bytes ", count,
+                    "  readposptr ", readPositionOf(*inBuffer)}));
     selectProtocol();
     outBuffer->SetReadPosRestorePoint();
     if (selectedProtocol == protocols.end()) {
@@ -145,7 +148,11 @@ void TcpConnection::feedSelectedProtocol() {
         return;
     }
     if (result < 0) {
-        logVerbose("recv() incomplete packet readposptr " + readPositionOf(*inBuffer));
+        loggingService->Log(
+            LogLevelVerbose,
+            logMessage(
+                {"Verbose@TcpConnection::ProcessEvents : recv() incomplete packet readposptr ",
+                 readPositionOf(*inBuffer)}));
         return;
     }
     selectedProtocol = protocols.end();
@@ -242,6 +249,7 @@ void TcpConnection::closeSocket() {
     readyForCleanup = true;
 }
 
-void TcpConnection::logVerbose(const std::string& detail) const {
-    loggingService->Log(LogLevelVerbose, "Verbose@TcpConnection::ProcessEvents : " + detail);
+void TcpConnection::logVerbose(const char* detail) const {
+    loggingService->Log(LogLevelVerbose,
+                        logMessage({"Verbose@TcpConnection::ProcessEvents : ", detail}));
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <string>
 
 class ILoggingService;
 class IProtocol;
@@ -58,7 +57,7 @@ private:
     bool hasPendingSocketError() const;
 
     void closeSocket();
-    void logVerbose(const std::string& detail) const;
+    void logVerbose(const char* detail) const;
 
     State state = State::Receiving;
     std::unique_ptr<ReservedBytes> recvBuffer;

@@ -1,8 +1,7 @@
 // The part of TarnelProtocol that reads the definitions message.
 
-#include <string>
-
 #include "common/ILoggingService.h"
+#include "common/LogMessage.h"
 #include "network/IRingBuffer.h"
 #include "protocols/tarnel/InputAction.h"
 #include "protocols/tarnel/OutputInfo.h"
@@ -33,13 +32,14 @@ std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
     }
     discardDefinitions();
     logger->Log(LogLevelVerbose,
-                "Verbose@TarnelProtocol::tryParseConfig  defHeader.inputStructCount(" +
-                    std::to_string(header.inputStructCount) + ") defHeader.outputStructCount(" +
-                    std::to_string(header.outputStructCount) + ")");
+                logMessage({"Verbose@TarnelProtocol::tryParseConfig  defHeader.inputStructCount(",
+                            header.inputStructCount, ") defHeader.outputStructCount(",
+                            header.outputStructCount, ")"}));
     defineInputs(in, header.inputStructCount);
     defineOutputs(in, header.outputStructCount);
-    logger->Log(LogLevelVerbose, "VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(" +
-                                     std::to_string(outputInfos.size()) + ")");
+    logger->Log(LogLevelVerbose,
+                logMessage({"VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(",
+                            outputInfos.size(), ")"}));
     writeOutputInfos(in, out);
     return static_cast<std::int32_t>(messageSize(header));
 }
@@ -47,21 +47,19 @@ std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
 bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruct* header) {
     const unsigned long numBytes = in->GetNumReadBytesAvailable();
     if (numBytes < kDefinitionHeaderSize) {
-        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig numBytes(" +
-                                         std::to_string(numBytes) +
-                                         ") < sizeof(DefinitionHeaderStruct)(" +
-                                         std::to_string(kDefinitionHeaderSize) + ")");
+        logger->Log(LogLevelVerbose, logMessage({"Verbose@TarnelProtocol::tryParseConfig numBytes(",
+                                                 numBytes, ") < sizeof(DefinitionHeaderStruct)(",
+                                                 kDefinitionHeaderSize, ")"}));
         return false;
     }
     logger->Log(LogLevelVerbose,
-                "Verbose@TarnelProtocol::tryParseConfig : recv() readposptr " +
-                    std::to_string(reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())));
+                logMessage({"Verbose@TarnelProtocol::tryParseConfig : recv() readposptr ",
+                            reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())}));
     header->specifier = in->ReadUInt32();
     if (header->specifier != CMD_DEFINITIONS) {
-        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(" +
-                                         std::to_string(header->specifier) +
-                                         ") != CMD_DEFINITIONS(" + std::to_string(CMD_DEFINITIONS) +
-                                         ")");
+        logger->Log(LogLevelVerbose,
+                    logMessage({"Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(",
+                                header->specifier, ") != CMD_DEFINITIONS(", CMD_DEFINITIONS, ")"}));
         return false;
     }
     logVerbose("Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
@@ -72,9 +70,9 @@ bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruc
     const std::uint32_t packetSize = messageSize(*header);
     if (numBytes < packetSize) {
         // A warning in spite of its first word: the rest of the message may yet arrive.
-        logger->Log(LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (" +
-                                         std::to_string(numBytes) + ") < packetSize(" +
-                                         std::to_string(packetSize) + ")");
+        logger->Log(LogLevelWarning,
+                    logMessage({"Error@TarnelProtocol::tryParseConfig : numBytes (", numBytes,
+                                ") < packetSize(", packetSize, ")"}));
         return false;
     }
     return true;

@@ -1,10 +1,9 @@
 #include "protocols/tarnel/TarnelProtocol.h"
 
-#include <string>
-
 #include "commands/ICommandObserver.h"
 #include "common/ILoggingService.h"
 #include "common/IUtilities.h"
+#include "common/LogMessage.h"
 #include "common/SimStateInformation.h"
 #include "network/IRingBuffer.h"
 #include "protocols/tarnel/InputAction.h"
@@ -82,7 +81,7 @@ std::int32_t TarnelProtocol::tryParseVersion(IRingBuffer* in, IRingBuffer* out) 
     }
     logVerbose("Verbose@TarnelProtocol::tryParseVersion is VERSION");
     logger->Log(LogLevelVerbose,
-                "Verbose@TarnelProtocol::tryParseVersion available " + std::to_string(numBytes));
+                logMessage({"Verbose@TarnelProtocol::tryParseVersion available ", numBytes}));
     // The version of the protocol's implementation; clients compare all of it.
     out->WriteUInt32(CMD_VERSION);
     out->WriteUInt8(1);
@@ -98,16 +97,16 @@ std::int32_t TarnelProtocol::tryParseData(IRingBuffer* in, IRingBuffer* out) {
     const unsigned long numBytes = in->GetNumReadBytesAvailable();
     if (numBytes < kDataHeaderSize) {
         logger->Log(LogLevelVerbose,
-                    "Verbose@TarnelProtocol::tryParseData numBytes(" + std::to_string(numBytes) +
-                        ") < sizeof(DataHeaderStruct)(" + std::to_string(kDataHeaderSize) + ")");
+                    logMessage({"Verbose@TarnelProtocol::tryParseData numBytes(", numBytes,
+                                ") < sizeof(DataHeaderStruct)(", kDataHeaderSize, ")"}));
         return 0;
     }
     DataHeaderStruct header{};
     header.specifier = in->ReadUInt32();
     if (header.specifier != CMD_DATA) {
-        logger->Log(LogLevelVerbose, "Verbose@TarnelProtocol::tryParseData dataHeader.specifier(" +
-                                         std::to_string(header.specifier) + ") != CMD_DATA(" +
-                                         std::to_string(CMD_DATA) + ")");
+        logger->Log(LogLevelVerbose,
+                    logMessage({"Verbose@TarnelProtocol::tryParseData dataHeader.specifier(",
+                                header.specifier, ") != CMD_DATA(", CMD_DATA, ")"}));
         return 0;
     }
     logVerbose("Verbose@TarnelProtocol::tryParseData is DATA");
@@ -115,9 +114,9 @@ std::int32_t TarnelProtocol::tryParseData(IRingBuffer* in, IRingBuffer* out) {
     header.structCount = in->ReadUInt32();
     const std::uint32_t packetSize = header.structSize * header.structCount + kDataHeaderSize;
     if (numBytes < packetSize) {
-        logger->Log(LogLevelWarning, "WARNING@TarnelProtocol::tryParseData : numBytes (" +
-                                         std::to_string(numBytes) + ") < packetSize(" +
-                                         std::to_string(packetSize) + ")");
+        logger->Log(LogLevelWarning,
+                    logMessage({"WARNING@TarnelProtocol::tryParseData : numBytes (", numBytes,
+                                ") < packetSize(", packetSize, ")"}));
         return 0;
     }
     return executeItems(in, header.structCount) ? static_cast<std::int32_t>(packetSize) : 0;
@@ -133,8 +132,8 @@ bool TarnelProtocol::executeItems(IRingBuffer* in, std::uint32_t count) {
         const auto found = inputActions.find(static_cast<std::int32_t>(item.actionIdentifier));
         if (found == inputActions.end()) {
             logger->Log(LogLevelWarning,
-                        "WARNING@TarnelProtocol::tryParseData : unknown action id(" +
-                            std::to_string(item.actionIdentifier) + ")");
+                        logMessage({"WARNING@TarnelProtocol::tryParseData : unknown action id(",
+                                    item.actionIdentifier, ")"}));
             return false;
         }
         found->second->ExecuteAction(item.value, nowMs);
@@ -158,8 +157,8 @@ void TarnelProtocol::writeOutputInfos(IRingBuffer* /*in*/, IRingBuffer* out) {
     }
     if (planeLoaded) {
         logger->Log(LogLevelVerbose,
-                    "VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(" +
-                        std::to_string(outputInfos.size()) + ")");
+                    logMessage({"VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(",
+                                outputInfos.size(), ")"}));
     }
     out->WriteUInt32(kAircraftIdentifier);
     out->WriteUInt32(kAircraftIdLength);
