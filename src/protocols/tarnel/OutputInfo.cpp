@@ -5,7 +5,7 @@
 
 #include "commands/ICommandObserver.h"
 #include "datarefs/IDatarefProvider.h"
-#include "network/IRingBuffer.h"
+#include "network/AnswerWriter.h"
 
 namespace {
 
@@ -64,6 +64,11 @@ void OutputInfo::SetCommandState(bool down) {
 }
 
 void OutputInfo::GetData(IRingBuffer* out) {
+    AnswerWriter writer(out);
+    GetData(writer);
+}
+
+void OutputInfo::GetData(AnswerWriter& out) {
     if (isCommand) {
         writeCommandState(out);
         return;
@@ -72,15 +77,15 @@ void OutputInfo::GetData(IRingBuffer* out) {
         GetDummyData(out);
         return;
     }
-    out->WriteUInt32(record.outputIdentifier);
+    out.WriteUInt32(record.outputIdentifier);
     switch (record.type) {
     case TarnelType::kInt:
-        out->WriteUInt32(kScalarLength);
-        out->WriteInt32(XPLMGetDatai(dataref));
+        out.WriteUInt32(kScalarLength);
+        out.WriteInt32(XPLMGetDatai(dataref));
         break;
     case TarnelType::kFloat:
-        out->WriteUInt32(kScalarLength);
-        out->WriteFloat(XPLMGetDataf(dataref));
+        out.WriteUInt32(kScalarLength);
+        out.WriteFloat(XPLMGetDataf(dataref));
         break;
     case TarnelType::kIntArray:
         writeIntArray(out);
@@ -94,70 +99,71 @@ void OutputInfo::GetData(IRingBuffer* out) {
     }
 }
 
-void OutputInfo::writeCommandState(IRingBuffer* out) {
-    out->WriteUInt32(record.outputIdentifier);
-    out->WriteUInt32(kCommandStateLength);
-    out->WriteUInt8(commandIsDown || commandWasPressed ? 1 : 0);
+void OutputInfo::writeCommandState(AnswerWriter& out) {
+    out.WriteUInt32(record.outputIdentifier);
+    out.WriteUInt32(kCommandStateLength);
+    out.WriteUInt8(commandIsDown || commandWasPressed ? 1 : 0);
     commandWasPressed = false;
 }
 
-void OutputInfo::writeIntArray(IRingBuffer* out) {
+void OutputInfo::writeIntArray(AnswerWriter& out) {
     if (record.elementCount > 0) {
         // Zeros for the elements that the dataref does not have.
-        const std::int32_t count = elementsFor(*out);
+        const std::int32_t count = elementsFor(out);
         intElements.assign(static_cast<std::size_t>(count), 0);
         XPLMGetDatavi(dataref, intElements.data(), record.firstElement, count);
     }
-    out->WriteUInt32(arrayLength());
-    for (const std::int32_t element : intElements) {
-        out->WriteInt32(element);
-    }
+    out.WriteUInt32(arrayLength());
+    out.WriteInt32s(intElements.data(), intElements.size());
 }
 
-void OutputInfo::writeFloatArray(IRingBuffer* out) {
+void OutputInfo::writeFloatArray(AnswerWriter& out) {
     if (record.elementCount > 0) {
-        const std::int32_t count = elementsFor(*out);
+        const std::int32_t count = elementsFor(out);
         floatElements.assign(static_cast<std::size_t>(count), 0.0F);
         XPLMGetDatavf(dataref, floatElements.data(), record.firstElement, count);
     }
-    out->WriteUInt32(arrayLength());
-    for (const float element : floatElements) {
-        out->WriteFloat(element);
-    }
+    out.WriteUInt32(arrayLength());
+    out.WriteFloats(floatElements.data(), floatElements.size());
 }
 
 void OutputInfo::GetDummyData(IRingBuffer* out) {
-    out->WriteUInt32(record.outputIdentifier);
+    AnswerWriter writer(out);
+    GetDummyData(writer);
+}
+
+void OutputInfo::GetDummyData(AnswerWriter& out) const {
+    out.WriteUInt32(record.outputIdentifier);
     if (isCommand) {
         // The identifier stands twice in this entry, unlike in the real one; clients expect it.
-        out->WriteUInt32(record.outputIdentifier);
-        out->WriteUInt32(kCommandStateLength);
-        out->WriteUInt8(0);
+        out.WriteUInt32(record.outputIdentifier);
+        out.WriteUInt32(kCommandStateLength);
+        out.WriteUInt8(0);
         return;
     }
     writeDummyValue(out);
 }
 
-void OutputInfo::writeDummyValue(IRingBuffer* out) const {
+void OutputInfo::writeDummyValue(AnswerWriter& out) const {
     switch (record.type) {
     case TarnelType::kInt:
-        out->WriteUInt32(kScalarLength);
-        out->WriteInt32(0);
+        out.WriteUInt32(kScalarLength);
+        out.WriteInt32(0);
         break;
     case TarnelType::kFloat:
-        out->WriteUInt32(kScalarLength);
-        out->WriteFloat(0.0F);
+        out.WriteUInt32(kScalarLength);
+        out.WriteFloat(0.0F);
         break;
     case TarnelType::kIntArray:
-        out->WriteUInt32(arrayLength());
+        out.WriteUInt32(arrayLength());
         for (std::int32_t i = 0; i < record.elementCount; ++i) {
-            out->WriteInt32(0);
+            out.WriteInt32(0);
         }
         break;
     case TarnelType::kFloatArray:
-        out->WriteUInt32(arrayLength());
+        out.WriteUInt32(arrayLength());
         for (std::int32_t i = 0; i < record.elementCount; ++i) {
-            out->WriteFloat(0.0F);
+            out.WriteFloat(0.0F);
         }
         break;
     default:
@@ -167,9 +173,9 @@ void OutputInfo::writeDummyValue(IRingBuffer* out) const {
 
 // One element more than fits ends the process as well as two billion would, and is had without
 // taking gigabytes from the machine first.
-std::int32_t OutputInfo::elementsFor(const IRingBuffer& out) const {
+std::int32_t OutputInfo::elementsFor(const AnswerWriter& out) const {
     const auto wanted = static_cast<unsigned long>(record.elementCount);
-    const unsigned long enough = out.GetNumWriteBytesAvailable() / sizeof(std::int32_t) + 1;
+    const unsigned long enough = out.Room() / sizeof(std::int32_t) + 1;
     return static_cast<std::int32_t>(std::min(wanted, enough));
 }
 

@@ -6,6 +6,7 @@
 #include "XPLMDataAccess.h"
 #include "protocols/tarnel/TarnelRecords.h"
 
+class AnswerWriter;
 class ICommandObserver;
 class IDatarefProvider;
 class IProtocol;
@@ -33,19 +34,21 @@ public:
 
     // Appends the entry: identifier, value length in bytes, value.
     void GetData(IRingBuffer* out);
+    void GetData(AnswerWriter& out);
     // Appends an entry of the same shape with a zero value.
     void GetDummyData(IRingBuffer* out);
+    void GetDummyData(AnswerWriter& out) const;
 
 private:
     void resolveOwnName(IProtocol* protocol, IDatarefProvider* provider,
                         ICommandObserver* observer);
 
-    void writeCommandState(IRingBuffer* out);
-    void writeIntArray(IRingBuffer* out);
-    void writeFloatArray(IRingBuffer* out);
-    void writeDummyValue(IRingBuffer* out) const;
+    void writeCommandState(AnswerWriter& out);
+    void writeIntArray(AnswerWriter& out);
+    void writeFloatArray(AnswerWriter& out);
+    void writeDummyValue(AnswerWriter& out) const;
     // The element count is above 0.
-    std::int32_t elementsFor(const IRingBuffer& out) const;
+    std::int32_t elementsFor(const AnswerWriter& out) const;
     std::uint32_t arrayLength() const;
 
     OutputDefinitionStruct record;

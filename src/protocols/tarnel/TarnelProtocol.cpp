@@ -5,6 +5,7 @@
 #include "common/IUtilities.h"
 #include "common/LogMessage.h"
 #include "common/SimStateInformation.h"
+#include "network/AnswerWriter.h"
 #include "network/IRingBuffer.h"
 #include "protocols/tarnel/InputAction.h"
 #include "protocols/tarnel/OutputInfo.h"
@@ -148,11 +149,12 @@ void TarnelProtocol::extractHardwareDataStruct(IRingBuffer* in, HardwareDataStru
 
 void TarnelProtocol::writeOutputInfos(IRingBuffer* /*in*/, IRingBuffer* out) {
     const bool planeLoaded = simState->IsPlaneLoaded();
+    AnswerWriter answer(out);
     for (const auto& output : outputInfos) {
         if (planeLoaded) {
-            output->GetData(out);
+            output->GetData(answer);
         } else {
-            output->GetDummyData(out);
+            output->GetDummyData(answer);
         }
     }
     if (planeLoaded) {
@@ -160,9 +162,9 @@ void TarnelProtocol::writeOutputInfos(IRingBuffer* /*in*/, IRingBuffer* out) {
                     logMessage({"VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(",
                                 outputInfos.size(), ")"}));
     }
-    out->WriteUInt32(kAircraftIdentifier);
-    out->WriteUInt32(kAircraftIdLength);
-    out->WriteUInt32(planeLoaded ? simState->GetPlaneId() : 0);
+    answer.WriteUInt32(kAircraftIdentifier);
+    answer.WriteUInt32(kAircraftIdLength);
+    answer.WriteUInt32(planeLoaded ? simState->GetPlaneId() : 0);
 }
 
 void TarnelProtocol::logVerbose(const char* message) {
