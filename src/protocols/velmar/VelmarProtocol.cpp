@@ -1,9 +1,10 @@
 #include "protocols/velmar/VelmarProtocol.h"
 
+#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "commands/ICommandObserver.h"
+#include "network/AnswerWriter.h"
 #include "network/IRingBuffer.h"
 #include "protocols/velmar/XPlaneCommand.h"
 #include "protocols/velmar/XPlaneDataRef.h"
@@ -41,14 +42,14 @@ constexpr std::uint8_t kStatePressedBetween = 2;
 
 constexpr int kCommandEndPhase = 2;
 
-void writeReplyHead(IRingBuffer* out, std::uint32_t type, std::uint32_t identifier) {
-    out->WriteUInt32(type);
-    out->WriteUInt32(identifier);
+void writeReplyHead(AnswerWriter& out, std::uint32_t type, std::uint32_t identifier) {
+    out.WriteUInt32(type);
+    out.WriteUInt32(identifier);
 }
 
-void writeFailure(IRingBuffer* out, std::int32_t about) {
-    out->WriteInt32(kFailure);
-    out->WriteInt32(about);
+void writeFailure(AnswerWriter& out, std::int32_t about) {
+    out.WriteInt32(kFailure);
+    out.WriteInt32(about);
 }
 
 std::uint8_t stateByte(const XPlaneObservedCommandState& state) {
@@ -79,9 +80,10 @@ unsigned int VelmarProtocol::GetProtocolIdentification() {
 
 int VelmarProtocol::Feed(IRingBuffer* in, IRingBuffer* out) {
     in->SetReadPosRestorePoint();
+    AnswerWriter answer(out);
     int consumed = 0;
     do {
-        consumed = tryParsePacket(in, out);
+        consumed = parsePacket(in, answer);
     } while (consumed > 0);
     in->RestoreReadPos();
     return consumed;
@@ -96,6 +98,11 @@ int VelmarProtocol::HandleCommand(unsigned int id, int phase) {
 }
 
 int VelmarProtocol::tryParsePacket(IRingBuffer* in, IRingBuffer* out) {
+    AnswerWriter answer(out);
+    return parsePacket(in, answer);
+}
+
+int VelmarProtocol::parsePacket(IRingBuffer* in, AnswerWriter& out) {
     const unsigned long available = in->GetNumReadBytesAvailable();
     in->SetReadPosRestorePoint();
     if (available < kTypeSize || !handlePacket(in, out, available)) {
@@ -105,7 +112,7 @@ int VelmarProtocol::tryParsePacket(IRingBuffer* in, IRingBuffer* out) {
     return static_cast<int>(available - in->GetNumReadBytesAvailable());
 }
 
-bool VelmarProtocol::handlePacket(IRingBuffer* in, IRingBuffer* out, unsigned long available) {
+bool VelmarProtocol::handlePacket(IRingBuffer* in, AnswerWriter& out, unsigned long available) {
     switch (in->ReadUInt32()) {
     case kRegisterDataref:
         return registerDataref(in, out);
@@ -129,7 +136,7 @@ bool VelmarProtocol::handlePacket(IRingBuffer* in, IRingBuffer* out, unsigned lo
     }
 }
 
-bool VelmarProtocol::registerDataref(IRingBuffer* in, IRingBuffer* out) {
+bool VelmarProtocol::registerDataref(IRingBuffer* in, AnswerWriter& out) {
     std::unique_ptr<XPlaneDataRef> dataref(XPlaneDataRef::FromStream(in, loggingService));
     if (dataref == nullptr) {
         return false;
@@ -138,25 +145,26 @@ bool VelmarProtocol::registerDataref(IRingBuffer* in, IRingBuffer* out) {
     writeReplyHead(out, kRegisterDataref, identifier);
     if (dataref->FindReference()) {
         datarefs[identifier] = std::move(dataref);
-        out->WriteInt32(kSuccess);
+        out.WriteInt32(kSuccess);
     } else {
         writeFailure(out, kDatarefFailure);
     }
     return true;
 }
 
-bool VelmarProtocol::unregisterDataref(IRingBuffer* in, IRingBuffer* out, unsigned long available) {
+bool VelmarProtocol::unregisterDataref(IRingBuffer* in, AnswerWriter& out,
+                                       unsigned long available) {
     if (available < kTypeAndIdentifierSize) {
         return false;
     }
     const std::uint32_t identifier = in->ReadUInt32();
     datarefs.erase(identifier);
     writeReplyHead(out, kUnregisterDataref, identifier);
-    out->WriteInt32(kSuccess);
+    out.WriteInt32(kSuccess);
     return true;
 }
 
-bool VelmarProtocol::registerCommand(IRingBuffer* in, IRingBuffer* out) {
+bool VelmarProtocol::registerCommand(IRingBuffer* in, AnswerWriter& out) {
     std::unique_ptr<XPlaneCommand> command(XPlaneCommand::FromStream(in, loggingService));
     const std::uint32_t identifier = command->GetId();
     writeReplyHead(out, kRegisterCommand, identifier);
@@ -168,11 +176,12 @@ bool VelmarProtocol::registerCommand(IRingBuffer* in, IRingBuffer* out) {
     commands[identifier] = std::move(command);
     observedStates[identifier] = XPlaneObservedCommandState();
     commandObserver->RegisterProtocolForCommandCallback(this, identifier, name);
-    out->WriteInt32(kSuccess);
+    out.WriteInt32(kSuccess);
     return true;
 }
 
-bool VelmarProtocol::unregisterCommand(IRingBuffer* in, IRingBuffer* out, unsigned long available) {
+bool VelmarProtocol::unregisterCommand(IRingBuffer* in, AnswerWriter& out,
+                                       unsigned long available) {
     if (available < kTypeAndIdentifierSize) {
         return false;
     }
@@ -186,11 +195,11 @@ bool VelmarProtocol::unregisterCommand(IRingBuffer* in, IRingBuffer* out, unsign
     commandObserver->UnregisterProtocolForCommandCallback(this, found->second->GetName());
     commands.erase(found);
     observedStates.erase(identifier);
-    out->WriteInt32(kSuccess);
+    out.WriteInt32(kSuccess);
     return true;
 }
 
-bool VelmarProtocol::readDataref(IRingBuffer* in, IRingBuffer* out) {
+bool VelmarProtocol::readDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = in->ReadUInt32();
     writeReplyHead(out, kReadDataref, identifier);
     const auto found = datarefs.find(identifier);
@@ -198,12 +207,12 @@ bool VelmarProtocol::readDataref(IRingBuffer* in, IRingBuffer* out) {
         writeFailure(out, kDatarefFailure);
         return true;
     }
-    out->WriteInt32(kSuccess);
+    out.WriteInt32(kSuccess);
     found->second->ReadData(out);
     return true;
 }
 
-bool VelmarProtocol::writeDataref(IRingBuffer* in, IRingBuffer* out) {
+bool VelmarProtocol::writeDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = in->ReadUInt32();
     const auto found = datarefs.find(identifier);
     if (found == datarefs.end()) {
@@ -215,7 +224,7 @@ bool VelmarProtocol::writeDataref(IRingBuffer* in, IRingBuffer* out) {
         return false;
     }
     writeReplyHead(out, kWriteDataref, identifier);
-    out->WriteInt32(kSuccess);
+    out.WriteInt32(kSuccess);
     return true;
 }
 
@@ -244,17 +253,15 @@ bool VelmarProtocol::runCommand(IRingBuffer* in, unsigned long available) {
 }
 
 // Polling resets nothing: a command that was ever pressed is reported by every later poll.
-bool VelmarProtocol::pollCommandStates(IRingBuffer* out) {
-    std::vector<std::pair<std::uint32_t, std::uint8_t>> changed;
+bool VelmarProtocol::pollCommandStates(AnswerWriter& out) {
+    const auto changed = std::count_if(observedStates.begin(), observedStates.end(),
+                                       [](const auto& entry) { return entry.second.Changed(); });
+    out.WriteUInt32(static_cast<std::uint32_t>(changed));
     for (const auto& [identifier, state] : observedStates) {
         if (state.Changed()) {
-            changed.emplace_back(identifier, stateByte(state));
+            out.WriteUInt32(identifier);
+            out.WriteUInt8(stateByte(state));
         }
-    }
-    out->WriteUInt32(static_cast<std::uint32_t>(changed.size()));
-    for (const auto& [identifier, state] : changed) {
-        out->WriteUInt32(identifier);
-        out->WriteUInt8(state);
     }
     return true;
 }

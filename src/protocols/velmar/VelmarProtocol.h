@@ -7,6 +7,7 @@
 #include "network/IProtocol.h"
 #include "protocols/velmar/XPlaneObservedCommandState.h"
 
+class AnswerWriter;
 class ICommandObserver;
 class IDatarefProvider;
 class ILoggingService;
@@ -44,17 +45,18 @@ public:
     int tryParsePacket(IRingBuffer* in, IRingBuffer* out);
 
 private:
+    int parsePacket(IRingBuffer* in, AnswerWriter& out);
     // Each handles the packet behind its type; `available` counts from the type on. False when the
     // packet waits.
-    bool handlePacket(IRingBuffer* in, IRingBuffer* out, unsigned long available);
-    bool registerDataref(IRingBuffer* in, IRingBuffer* out);
-    bool unregisterDataref(IRingBuffer* in, IRingBuffer* out, unsigned long available);
-    bool registerCommand(IRingBuffer* in, IRingBuffer* out);
-    bool unregisterCommand(IRingBuffer* in, IRingBuffer* out, unsigned long available);
-    bool readDataref(IRingBuffer* in, IRingBuffer* out);
-    bool writeDataref(IRingBuffer* in, IRingBuffer* out);
+    bool handlePacket(IRingBuffer* in, AnswerWriter& out, unsigned long available);
+    bool registerDataref(IRingBuffer* in, AnswerWriter& out);
+    bool unregisterDataref(IRingBuffer* in, AnswerWriter& out, unsigned long available);
+    bool registerCommand(IRingBuffer* in, AnswerWriter& out);
+    bool unregisterCommand(IRingBuffer* in, AnswerWriter& out, unsigned long available);
+    bool readDataref(IRingBuffer* in, AnswerWriter& out);
+    bool writeDataref(IRingBuffer* in, AnswerWriter& out);
     bool runCommand(IRingBuffer* in, unsigned long available);
-    bool pollCommandStates(IRingBuffer* out);
+    bool pollCommandStates(AnswerWriter& out);
 
     ICommandObserver* commandObserver;
     ILoggingService* loggingService;

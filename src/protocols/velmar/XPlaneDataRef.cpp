@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "common/ILoggingService.h"
+#include "network/AnswerWriter.h"
 #include "network/IRingBuffer.h"
 #include "protocols/velmar/DescriptorName.h"
 
@@ -23,29 +23,28 @@ VelmarDataType toDataType(std::uint32_t value) {
 // Raw elements, in the host's byte order: little-endian, as on the wire.
 template <typename Element>
 void readArray(int (*getter)(XPLMDataRef, Element*, int, int), XPLMDataRef dataref,
-               unsigned int size, IRingBuffer* out) {
+               unsigned int size, std::vector<Element>& elements, AnswerWriter& out) {
     const std::uint64_t length = std::uint64_t{size} * sizeof(Element);
-    out->WriteInt32(static_cast<std::int32_t>(length));
+    out.WriteInt32(static_cast<std::int32_t>(length));
     if (size == 0) {
         return;
     }
     // One element more than fits ends the process as well as four billion would, and is had without
     // taking gigabytes from the machine first.
-    const auto count =
-        std::min<std::uint64_t>(size, out->GetNumWriteBytesAvailable() / sizeof(Element) + 1);
+    const auto count = std::min<std::uint64_t>(size, out.Room() / sizeof(Element) + 1);
     // Zeros for the elements that the dataref does not have.
-    std::vector<Element> elements(count);
+    elements.assign(count, Element{});
     getter(dataref, elements.data(), 0, static_cast<int>(count));
-    out->WriteByteArray(reinterpret_cast<unsigned char*>(elements.data()), count * sizeof(Element));
+    out.WriteByteArray(reinterpret_cast<unsigned char*>(elements.data()), count * sizeof(Element));
 }
 
 template <typename Element>
 void writeArray(void (*setter)(XPLMDataRef, Element*, int, int), XPLMDataRef dataref,
-                unsigned int size, IRingBuffer* in) {
+                unsigned int size, std::vector<Element>& elements, IRingBuffer* in) {
     if (size == 0) {
         return;
     }
-    std::vector<Element> elements(size);
+    elements.resize(size);
     in->ReadByteArray(reinterpret_cast<unsigned char*>(elements.data()), size * sizeof(Element));
     setter(dataref, elements.data(), 0, static_cast<int>(size));
 }
@@ -74,24 +73,29 @@ bool XPlaneDataRef::FindReference() {
 }
 
 bool XPlaneDataRef::ReadData(IRingBuffer* out) {
+    AnswerWriter writer(out);
+    return ReadData(writer);
+}
+
+bool XPlaneDataRef::ReadData(AnswerWriter& out) {
     switch (dataType) {
     case VelmarDataType::Int:
-        out->WriteInt32(kWordLength);
-        out->WriteInt32(XPLMGetDatai(dataref));
+        out.WriteInt32(kWordLength);
+        out.WriteInt32(XPLMGetDatai(dataref));
         return true;
     case VelmarDataType::Float:
-        out->WriteInt32(kWordLength);
-        out->WriteFloat(XPLMGetDataf(dataref));
+        out.WriteInt32(kWordLength);
+        out.WriteFloat(XPLMGetDataf(dataref));
         return true;
     case VelmarDataType::Byte:
-        out->WriteInt32(kByteLength);
-        out->WriteUInt8(static_cast<std::uint8_t>(XPLMGetDatai(dataref)));
+        out.WriteInt32(kByteLength);
+        out.WriteUInt8(static_cast<std::uint8_t>(XPLMGetDatai(dataref)));
         return true;
     case VelmarDataType::IntArray:
-        readArray(XPLMGetDatavi, dataref, arraySize, out);
+        readArray(XPLMGetDatavi, dataref, arraySize, intElements, out);
         return true;
     case VelmarDataType::FloatArray:
-        readArray(XPLMGetDatavf, dataref, arraySize, out);
+        readArray(XPLMGetDatavf, dataref, arraySize, floatElements, out);
         return true;
     default:
         return false;
@@ -107,9 +111,9 @@ bool XPlaneDataRef::WriteData(IRingBuffer* in) {
     } else if (dataType == VelmarDataType::Byte && length == kByteLength) {
         XPLMSetDatai(dataref, in->ReadUInt8());
     } else if (dataType == VelmarDataType::IntArray && hasWholeArray(in, length)) {
-        writeArray(XPLMSetDatavi, dataref, arraySize, in);
+        writeArray(XPLMSetDatavi, dataref, arraySize, intElements, in);
     } else if (dataType == VelmarDataType::FloatArray && hasWholeArray(in, length)) {
-        writeArray(XPLMSetDatavf, dataref, arraySize, in);
+        writeArray(XPLMSetDatavf, dataref, arraySize, floatElements, in);
     } else {
         return false;
     }

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "XPLMDataAccess.h"
 #include "protocols/velmar/VelmarDataType.h"
 
+class AnswerWriter;
 class ILoggingService;
 class IRingBuffer;
 
@@ -27,6 +29,7 @@ public:
 
     // Appends length and value. False, with nothing written, for a type without a value.
     bool ReadData(IRingBuffer* out);
+    bool ReadData(AnswerWriter& out);
 
     // Reads length and value, and sets the dataref. False when the length does not fit the type,
     // or when an array has not arrived whole; then only the length is consumed.
@@ -46,4 +49,7 @@ private:
     unsigned int arraySize;
     std::string name;
     XPLMDataRef dataref = nullptr;
+    // Kept between reads and writes, so that a steady exchange allocates nothing.
+    std::vector<int> intElements;
+    std::vector<float> floatElements;
 };
