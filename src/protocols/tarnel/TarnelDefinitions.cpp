@@ -79,6 +79,7 @@ bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruc
 }
 
 void TarnelProtocol::discardDefinitions() {
+    lookup.Forget();
     inputActions.clear();
     outputInfos.clear();
     commandOutputInfos.clear();

@@ -130,14 +130,15 @@ bool TarnelProtocol::executeItems(IRingBuffer* in, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
         HardwareDataStruct item{};
         extractHardwareDataStruct(in, &item);
-        const auto found = inputActions.find(static_cast<std::int32_t>(item.actionIdentifier));
-        if (found == inputActions.end()) {
+        InputAction* const action =
+            lookup.Find(inputActions, static_cast<std::int32_t>(item.actionIdentifier), i);
+        if (action == nullptr) {
             logger->Log(LogLevelWarning,
                         logMessage({"WARNING@TarnelProtocol::tryParseData : unknown action id(",
                                     item.actionIdentifier, ")"}));
             return false;
         }
-        found->second->ExecuteAction(item.value, nowMs);
+        action->ExecuteAction(item.value, nowMs);
     }
     return true;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "network/IProtocol.h"
+#include "protocols/RepeatedLookup.h"
 #include "protocols/tarnel/TarnelRecords.h"
 
 class ICommandObserver;
@@ -70,6 +71,7 @@ private:
     ILoggingService* logger;
     IUtilities* utilities;
     std::map<std::int32_t, std::unique_ptr<InputAction>> inputActions;
+    RepeatedLookup<std::int32_t, InputAction> lookup;
     std::vector<std::unique_ptr<OutputInfo>> outputInfos;
     // Those of outputInfos that watch a command.
     std::map<std::int32_t, OutputInfo*> commandOutputInfos;

@@ -80,6 +80,7 @@ unsigned int VelmarProtocol::GetProtocolIdentification() {
 
 int VelmarProtocol::Feed(IRingBuffer* in, IRingBuffer* out) {
     in->SetReadPosRestorePoint();
+    lookupsOfDatarefs = 0;
     AnswerWriter answer(out);
     int consumed = 0;
     do {
@@ -144,6 +145,7 @@ bool VelmarProtocol::registerDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = dataref->GetId();
     writeReplyHead(out, kRegisterDataref, identifier);
     if (dataref->FindReference()) {
+        datarefLookup.Forget();
         datarefs[identifier] = std::move(dataref);
         out.WriteInt32(kSuccess);
     } else {
@@ -158,6 +160,7 @@ bool VelmarProtocol::unregisterDataref(IRingBuffer* in, AnswerWriter& out,
         return false;
     }
     const std::uint32_t identifier = in->ReadUInt32();
+    datarefLookup.Forget();
     datarefs.erase(identifier);
     writeReplyHead(out, kUnregisterDataref, identifier);
     out.WriteInt32(kSuccess);
@@ -199,28 +202,32 @@ bool VelmarProtocol::unregisterCommand(IRingBuffer* in, AnswerWriter& out,
     return true;
 }
 
+XPlaneDataRef* VelmarProtocol::findDataref(std::uint32_t identifier) {
+    return datarefLookup.Find(datarefs, identifier, lookupsOfDatarefs++);
+}
+
 bool VelmarProtocol::readDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = in->ReadUInt32();
     writeReplyHead(out, kReadDataref, identifier);
-    const auto found = datarefs.find(identifier);
-    if (found == datarefs.end()) {
+    XPlaneDataRef* const dataref = findDataref(identifier);
+    if (dataref == nullptr) {
         writeFailure(out, kDatarefFailure);
         return true;
     }
     out.WriteInt32(kSuccess);
-    found->second->ReadData(out);
+    dataref->ReadData(out);
     return true;
 }
 
 bool VelmarProtocol::writeDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = in->ReadUInt32();
-    const auto found = datarefs.find(identifier);
-    if (found == datarefs.end()) {
+    XPlaneDataRef* const dataref = findDataref(identifier);
+    if (dataref == nullptr) {
         // The value stays in the buffer and is read as the next packet: its size is known only to
         // the descriptor that is missing. Clients register before they write.
         return true;
     }
-    if (!found->second->WriteData(in)) {
+    if (!dataref->WriteData(in)) {
         return false;
     }
     writeReplyHead(out, kWriteDataref, identifier);

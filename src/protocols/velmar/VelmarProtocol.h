@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 
 #include "network/IProtocol.h"
+#include "protocols/RepeatedLookup.h"
 #include "protocols/velmar/XPlaneObservedCommandState.h"
 
 class AnswerWriter;
@@ -53,6 +55,8 @@ private:
     bool unregisterDataref(IRingBuffer* in, AnswerWriter& out, unsigned long available);
     bool registerCommand(IRingBuffer* in, AnswerWriter& out);
     bool unregisterCommand(IRingBuffer* in, AnswerWriter& out, unsigned long available);
+    // Null for a number without a dataref.
+    XPlaneDataRef* findDataref(std::uint32_t identifier);
     bool readDataref(IRingBuffer* in, AnswerWriter& out);
     bool writeDataref(IRingBuffer* in, AnswerWriter& out);
     bool runCommand(IRingBuffer* in, unsigned long available);
@@ -61,6 +65,9 @@ private:
     ICommandObserver* commandObserver;
     ILoggingService* loggingService;
     std::map<std::uint32_t, std::unique_ptr<XPlaneDataRef>> datarefs;
+    RepeatedLookup<std::uint32_t, XPlaneDataRef> datarefLookup;
+    // Of the request that is being handled.
+    std::size_t lookupsOfDatarefs = 0;
     std::map<std::uint32_t, std::unique_ptr<XPlaneCommand>> commands;
     std::map<std::uint32_t, XPlaneObservedCommandState> observedStates;
 };
