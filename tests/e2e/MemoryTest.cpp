@@ -1,10 +1,30 @@
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "e2e/EndToEndTest.h"
 
 namespace {
 
-class MemoryTest : public EndToEndTest {};
+class MemoryTest : public EndToEndTest {
+protected:
+    // Pages that the simulator's process touched for the first time, or for the first time since
+    // they were taken from it, so far.
+    long minorFaults() const {
+        std::ifstream file("/proc/" + std::to_string(simulator->Pid()) + "/stat");
+        std::string text;
+        std::getline(file, text);
+        // Behind the program's name, which may hold anything, eight fields come first.
+        std::istringstream fields(text.substr(text.rfind(')') + 1));
+        std::string skipped;
+        for (int i = 0; i < 7; ++i) {
+            fields >> skipped;
+        }
+        long faults = -1;
+        fields >> faults;
+        return faults;
+    }
+};
 
 // The connection's buffers span a gigabyte; a buffer that crept through it would show at once.
 TEST_F(MemoryTest, StaysWhereItWasHoweverLongAConnectionLives) {
@@ -26,6 +46,30 @@ TEST_F(MemoryTest, StaysWhereItWasHoweverLongAConnectionLives) {
     const long after = simulator->AskNumber("rss");
     // 80 MB went out; kilobytes.
     EXPECT_LT(after - before, 1024);
+}
+
+// 400 MB go out behind the first thousand exchanges, more than a buffer of the connection holds.
+TEST_F(MemoryTest, TouchesNoNewPagesHoweverLongAConnectionLives) {
+    startSimulator();
+    const long beforeTheClient = minorFaults();
+    TestClient client;
+    client.Exchange(*simulator,
+                    tarnel(definitionsMessage(
+                        {{.action = 1, .targetType = 1, .target = "test/int"}},
+                        {{.id = 1, .name = "test/many_floats", .type = 4, .count = 1000}})));
+    EXPECT_GT(minorFaults(), beforeTheClient);
+    const Bytes request = tarnel(dataMessage({{1, 1}}));
+    const auto faultsOf = [&](int times) {
+        const long before = minorFaults();
+        for (int i = 0; i < times; ++i) {
+            client.Send(request);
+            EXPECT_EQ(client.Answer(*simulator).size(), 8 + 4000 + 12U);
+        }
+        return minorFaults() - before;
+    };
+    faultsOf(1000);
+    // One page in a thousand exchanges; what the simulator itself does is among them.
+    EXPECT_LE(faultsOf(99'000), 99);
 }
 
 } // namespace
