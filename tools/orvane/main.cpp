@@ -61,11 +61,7 @@ ExitCode complainOfUsage(const CLI::ParseError& error) {
     return complain(ExitCode::WrongUsage, fmt::format("{} (see --help)", error.what()));
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    // A reader that goes away, as `head` does, shows as a failed write.
-    std::signal(SIGPIPE, SIG_IGN);
+int parseAndRun(int argc, char** argv) {
     CLI::App app("Looks into a simulator through the XPlaneOrvane plugin, and steers it.",
                  "orvane");
     app.footer(kFooter);
@@ -85,4 +81,17 @@ int main(int argc, char** argv) {
     }
     orvane::tool::catchInterrupts();
     return static_cast<int>(run(work));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A reader that goes away, as `head` does, shows as a failed write.
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return parseAndRun(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "orvane: %s\n", error.what());
+        return static_cast<int>(ExitCode::WrongUsage);
+    }
 }
