@@ -1,15 +1,10 @@
 # Interface targets that every library and program of the house links, and helpers to declare them.
 
-# Options that only GCC knows; clang-tidy reads the command lines as clang would.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_CXX_CLANG_TIDY)
-    set(ORVANE_GCC_OPTIONS ON)
-endif()
-
 add_library(orvane_warnings INTERFACE)
 target_compile_options(orvane_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Wundef)
-if(ORVANE_GCC_OPTIONS)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # A constructor's parameter may bear the name of the field that it initialises.
     target_compile_options(orvane_warnings INTERFACE -Wshadow=local)
 endif()
@@ -26,6 +21,10 @@ if(ORVANE_SANITIZE)
     target_compile_options(orvane_sanitizers INTERFACE
         -fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(orvane_sanitizers INTERFACE -fsanitize=${ORVANE_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        # It opens a pipe to look at an object, and reports nonsense when no descriptor is free.
+        target_compile_options(orvane_sanitizers INTERFACE -fno-sanitize=vptr)
+    endif()
 endif()
 
 if(ORVANE_COVERAGE)
@@ -47,7 +46,7 @@ function(orvane_library name)
     add_library(${name} ${kind} ${ARG_UNPARSED_ARGUMENTS})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     # A unique symbol, which only GCC makes, would pin the plugin in the simulator's process.
-    if(ORVANE_GCC_OPTIONS)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_compile_options(${name} PRIVATE -fno-gnu-unique)
     endif()
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE orvane_warnings orvane_sanitizers)
