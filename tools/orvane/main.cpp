@@ -4,6 +4,7 @@
 #include "tools/orvane/Failure.h"
 #include "tools/orvane/GlobalOptions.h"
 #include "tools/orvane/Interrupt.h"
+#include "tools/orvane/Output.h"
 #include "tools/orvane/Subcommands.h"
 
 #include <fmt/format.h>
@@ -39,6 +40,8 @@ ExitCode complain(ExitCode code, const std::string& line) {
 ExitCode run(const Work& work) {
     try {
         return work();
+    } catch (const orvane::tool::ReaderGone&) {
+        return ExitCode::Done;
     } catch (const orvane::tool::Failure& failure) {
         return complain(failure.Code(), failure.what());
     } catch (const orvane::ConnectError& error) {
