@@ -1,0 +1,68 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What a tool's user sees of it.
+struct ToolResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+struct ToolSetting {
+    // Standard output is a terminal of 100 columns and 24 rows instead of a pipe.
+    bool hasTerminal = false;
+    // What stands ready on standard input, which then ends.
+    std::string input;
+    // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed
+    // on.
+    std::vector<std::string> environment;
+};
+
+// A run of the real `orvane`.
+//
+// Nothing hangs: what waits gives up after a deadline with an exception, and the process is gone
+// after the destructor.
+class ToolRun final {
+public:
+    explicit ToolRun(std::vector<std::string> arguments, ToolSetting setting = {});
+    ~ToolRun();
+    ToolRun(const ToolRun&) = delete;
+    ToolRun& operator=(const ToolRun&) = delete;
+
+    // Waits until the tool has printed this; `step`, if there is one, is called meanwhile.
+    void WaitForOut(const std::string& text, const std::function<void()>& step = {});
+    void WaitForErr(const std::string& text, const std::function<void()>& step = {});
+    // Waits for its end.
+    ToolResult Wait(const std::function<void()>& step = {});
+
+    void Signal(int signal) const;
+    // Whoever reads standard output goes away.
+    void CloseOut();
+
+    // Printed so far.
+    const std::string& Out() const { return out; }
+    const std::string& Err() const { return err; }
+
+private:
+    void spawn(std::vector<std::string> arguments, const ToolSetting& setting);
+    void waitUntil(const std::function<bool()>& condition, const std::function<void()>& step,
+                   const std::string& what);
+    void receive(int timeoutMs);
+    bool hasEnded();
+
+    pid_t pid = -1;
+    int outEnd = -1;
+    int errEnd = -1;
+    std::string out;
+    std::string err;
+    int exitCode = -1;
+};
+
+// A whole run.
+ToolResult runTool(std::vector<std::string> arguments, ToolSetting setting = {});
