@@ -1,5 +1,7 @@
 #include "tools/orvane/GlobalOptions.h"
 
+#include "tools/orvane/Interrupt.h"
+
 #include <CLI/CLI.hpp>
 
 #include <chrono>
@@ -27,6 +29,7 @@ Options GlobalOptions::ForClient(OnLoss onLoss) const {
     options.timeout = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::chrono::duration<double>(timeoutSeconds));
     options.onLoss = onLoss;
+    options.cancelled = isInterrupted;
     return options;
 }
 

@@ -22,7 +22,8 @@ struct GlobalOptions {
     bool csv = false;
 
     Format OutputFormat() const;
-    // For a client that throws when its connection is lost.
+    // For a client that throws when its connection is lost, and whose calls an interrupt ends with
+    // a CancelledError.
     Options ForClient(OnLoss onLoss = OnLoss::Throw) const;
 };
 

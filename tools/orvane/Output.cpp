@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 namespace orvane::tool {
@@ -22,6 +23,10 @@ void writeOut(std::string_view text) {
                           fmt::format("cannot write to standard output: {}", std::strerror(errno)));
         }
     }
+}
+
+void tell(std::string_view line) {
+    fmt::print(stderr, "orvane: {}\n", line);
 }
 
 } // namespace orvane::tool

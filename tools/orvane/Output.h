@@ -15,4 +15,7 @@ public:
 // ReaderGone; Failure when it cannot be written otherwise.
 void writeOut(std::string_view text);
 
+// A line on standard error, behind the tool's name.
+void tell(std::string_view line);
+
 } // namespace orvane::tool

@@ -63,8 +63,8 @@ std::string csvHeader(const std::vector<std::string>& columns) {
     return line;
 }
 
-RecordWriter::RecordWriter(Format recordFormat, std::vector<std::string> recordColumns)
-    : format(recordFormat), columns(std::move(recordColumns)) {}
+RecordWriter::RecordWriter(Format format, std::vector<std::string> columns)
+    : format(format), columns(std::move(columns)) {}
 
 void RecordWriter::Write(const Record& record) {
     if (format == Format::Json) {

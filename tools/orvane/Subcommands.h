@@ -17,5 +17,7 @@ using Work = std::function<ExitCode()>;
 
 // Each function below adds one subcommand to the tool. `globals` is complete when the work runs,
 // and outlives it.
+void addGet(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 } // namespace orvane::tool

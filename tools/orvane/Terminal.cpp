@@ -42,9 +42,9 @@ winsize sizeOf(int fileDescriptor) {
 
 } // namespace
 
-Terminal::Terminal(int descriptor)
-    : fileDescriptor(descriptor),
-      isTerminal(canMoveTheCursor(descriptor)),
+Terminal::Terminal(int fileDescriptor)
+    : fileDescriptor(fileDescriptor),
+      isTerminal(canMoveTheCursor(fileDescriptor)),
       mayColour(isTerminal && environment("NO_COLOR").empty()),
       knowsUnicode(isUnicodeLocale()) {}
 

@@ -50,6 +50,8 @@ ExitCode run(const Work& work) {
         return complain(ExitCode::CannotConnect, error.what());
     } catch (const orvane::TimeoutError& error) {
         return complain(ExitCode::TimedOut, error.what());
+    } catch (const orvane::CancelledError&) {
+        return complain(ExitCode::TimedOut, "interrupted before the answer came");
     } catch (const orvane::Refused& error) {
         return complain(ExitCode::NotFoundOrRefused, error.what());
     } catch (const orvane::Error& error) {
@@ -73,6 +75,8 @@ int parseAndRun(int argc, char** argv) {
     GlobalOptions globals;
     orvane::tool::declareGlobalOptions(app, globals);
     Work work;
+    orvane::tool::addGet(app, globals, work);
+    orvane::tool::addSet(app, globals, work);
 
     try {
         app.parse(argc, argv);

@@ -1,0 +1,102 @@
+#include "e2e/tool/ToolTest.h"
+
+namespace {
+
+class SetTest : public ToolTest {};
+
+TEST_F(SetTest, WritesEachTypeQuietly) {
+    const ToolResult result =
+        runTool({"set", "test/int:int=-7", "test/float:float=0.25", "test/ints:int[3]=1,2,3",
+                 "test/floats:float[8]=1,2,3,4,5,6,7,8.5"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(simulator->Get("test/int"), "-7");
+    EXPECT_EQ(simulator->Get("test/float"), "0.25");
+    EXPECT_EQ(simulator->Get("test/ints"), "1,2,3,0,0,0,0,0");
+    EXPECT_EQ(simulator->Get("test/floats"), "1,2,3,4,5,6,7,8.5");
+    EXPECT_EQ(runTool({"set", "test/int:byte=200"}).exitCode, 0);
+    EXPECT_EQ(simulator->Get("test/int"), "200");
+}
+
+TEST_F(SetTest, FindsTheTypeByWriting) {
+    const ToolResult result =
+        runTool({"set", "test/int=5", "test/float=6", "test/ints=1,2", "test/floats=3,4"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(simulator->Get("test/int"), "5");
+    EXPECT_EQ(simulator->Get("test/float"), "6");
+    EXPECT_EQ(simulator->Get("test/ints"), "1,2,0,0,0,0,0,0");
+    EXPECT_EQ(simulator->Get("test/floats"), "3,4,0,0,0,0,0,0");
+}
+
+TEST_F(SetTest, WritesAZeroWhateverTheTypeIs) {
+    simulator->Ask("set test/int 5");
+    simulator->Ask("set test/float 5");
+    const ToolResult result = runTool({"set", "test/int=0", "test/float=0"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(simulator->Get("test/int"), "0");
+    EXPECT_EQ(simulator->Get("test/float"), "0");
+}
+
+TEST_F(SetTest, TellsWhatWasNotTaken) {
+    const ToolResult result = runTool({"set", "sim/time/paused:int=1", "test/int:int=3",
+                                       "sim/version/xplane_internal_version=0"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "orvane: sim/time/paused: 1 was not taken, it reads 0\n"
+              "orvane: sim/version/xplane_internal_version: 0 was not taken, it reads 100000\n");
+    EXPECT_EQ(simulator->Get("test/int"), "3");
+}
+
+TEST_F(SetTest, TellsWhatIsOfAnotherType) {
+    const ToolResult result = runTool({"set", "test/int:float=1.5"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err, "orvane: test/int: 1.5 was not taken, it reads 0\n");
+}
+
+TEST_F(SetTest, TellsWhyAnArrayOfThePluginStaysAsItIs) {
+    const ToolResult result =
+        runTool({"set", "kyr/external_forcescalefactor_value:int[4]=1,2,3,4"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "orvane: kyr/external_forcescalefactor_value: 1,2,3,4 was not taken, it reads "
+              "0,0,0,0; the plugin's own arrays refuse a write that reaches their last element\n");
+    EXPECT_EQ(runTool({"set", "kyr/external_forcescalefactor_value:int[3]=1,2,3"}).exitCode, 0);
+    EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "1,2,3,0");
+}
+
+TEST_F(SetTest, TakesADatarefThatMovesOnForWritten) {
+    const ToolResult result = runTool({"set", "sim/time/zulu_time_sec:float=43200"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+}
+
+TEST_F(SetTest, WritesNothingWhereANameIsNotThere) {
+    const ToolResult result = runTool({"set", "test/int:int=9", "no/such=1", "nor/this=1"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "orvane: no/such: the simulator has no such dataref\n"
+              "orvane: nor/this: the simulator has no such dataref\n"
+              "orvane: nothing was written\n");
+    EXPECT_EQ(simulator->Get("test/int"), "0");
+}
+
+TEST_F(SetTest, PrintsARecordForEachName) {
+    EXPECT_EQ(runTool({"set", "--json", "test/int=4", "sim/time/paused:int=1"}).out,
+              "{\"name\":\"test/int\",\"type\":\"int\",\"value\":4,\"reads\":4,\"taken\":true}\n"
+              "{\"name\":\"sim/time/paused\",\"type\":\"int\",\"value\":1,\"reads\":0,"
+              "\"taken\":false}\n");
+    EXPECT_EQ(runTool({"set", "--csv", "test/ints:int[2]=4,5"}).out,
+              "name,type,value,reads,taken\n"
+              "test/ints,int[2],\"4,5\",\"4,5\",true\n");
+}
+
+TEST_F(SetTest, RefusesWhatIsNoValueBeforeItWritesAnything) {
+    const ToolResult result = runTool({"set", "test/int:int=1", "test/float:float=fast"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "orvane: test/float:float: \"fast\" is not a number that a float can hold\n");
+    EXPECT_EQ(simulator->Get("test/int"), "0");
+    EXPECT_EQ(runTool({"set", "test/int"}).err,
+              "orvane: test/int: a value is missing: NAME=VALUE or NAME:TYPE=VALUE\n");
+}
+
+} // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "e2e/EndToEndTest.h"
+#include "e2e/ToolRun.h"
+
+// A flight in real time, into which the tool looks.
+class ToolTest : public EndToEndTest {
+protected:
+    ToolTest() { fly(); }
+
+    void fly(const std::string& framesPerSecond = "60");
+};
