@@ -19,5 +19,6 @@ using Work = std::function<ExitCode()>;
 // and outlives it.
 void addGet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 } // namespace orvane::tool

@@ -77,6 +77,7 @@ int parseAndRun(int argc, char** argv) {
     Work work;
     orvane::tool::addGet(app, globals, work);
     orvane::tool::addSet(app, globals, work);
+    orvane::tool::addWatch(app, globals, work);
 
     try {
         app.parse(argc, argv);

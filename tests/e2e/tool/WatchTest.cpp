@@ -1,0 +1,180 @@
+#include <csignal>
+#include <regex>
+
+#include "e2e/tool/ToolTest.h"
+
+namespace {
+
+class WatchTest : public ToolTest {
+protected:
+    static ToolSetting terminal() {
+        return {.hasTerminal = true,
+                .input = {},
+                .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C.UTF-8"}};
+    }
+
+    static std::size_t count(const std::string& text, const std::string& part) {
+        std::size_t found = 0;
+        for (std::size_t at = text.find(part); at != std::string::npos;
+             at = text.find(part, at + 1)) {
+            ++found;
+        }
+        return found;
+    }
+
+    static void expectMatch(const std::string& text, const std::string& pattern) {
+        EXPECT_TRUE(std::regex_match(text, std::regex(pattern))) << text;
+    }
+};
+
+constexpr const char* kHideCursor = "\x1b[?25l";
+constexpr const char* kShowCursor = "\x1b[?25h";
+
+TEST_F(WatchTest, PrintsALineForEachReadingWhereThereIsNoTerminal) {
+    simulator->Ask("set test/int 3");
+    const ToolResult result =
+        runTool({"watch", "-n", "3", "-i", "0.01", "test/int:int", "test/float:float@kt"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    expectMatch(result.out, "(\\d+\\.\\d{3} test/int:int=3 test/float:float@kt=0\n){3}");
+}
+
+TEST_F(WatchTest, PrintsRecords) {
+    simulator->Ask("set test/ints 1,2");
+    const std::vector<std::string> limits{"-n", "2", "-i", "0", "test/ints:int[2]", "test/int:int"};
+    std::vector<std::string> json{"watch", "--json"};
+    json.insert(json.end(), limits.begin(), limits.end());
+    expectMatch(runTool(json).out,
+                "(\\{\"time\":\\d+\\.\\d+,\"test/ints\":\\[1,2\\],\"test/int\":0\\}\n){2}");
+    std::vector<std::string> csv{"watch", "--csv"};
+    csv.insert(csv.end(), limits.begin(), limits.end());
+    expectMatch(runTool(csv).out, "time,test/ints,test/int\n(\\d+\\.\\d+,\"1,2\",0\n){2}");
+}
+
+TEST_F(WatchTest, SeesChangesAtOnce) {
+    ToolRun run({"watch", "-i", "0.01", "test/int:int"});
+    run.WaitForOut("test/int:int=0\n");
+    simulator->Ask("set test/int 17");
+    run.WaitForOut("test/int:int=17\n");
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(result.out.ends_with("\n"));
+}
+
+TEST_F(WatchTest, FindsATypeWhenTheValueIsNoLongerZero) {
+    ToolRun run({"watch", "-i", "0.01", "test/int"});
+    run.WaitForOut("test/int=0\n");
+    simulator->Ask("set test/int 17");
+    run.WaitForOut("test/int=17\n");
+}
+
+TEST_F(WatchTest, EndsAfterATime) {
+    const ToolResult result = runTool({"watch", "-T", "0.3", "-i", "0.01", "test/int:int"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out, "");
+    const std::string lastLine =
+        result.out.substr(result.out.rfind('\n', result.out.size() - 2) + 1);
+    EXPECT_LT(std::stod(lastLine), 1.0);
+}
+
+TEST_F(WatchTest, EndsQuietlyWhenItsReaderGoes) {
+    ToolRun run({"watch", "-i", "0.01", "test/int:int"});
+    run.WaitForOut("\n");
+    run.CloseOut();
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(WatchTest, RedrawsATableOnATerminalAndGivesTheCursorBack) {
+    simulator->Ask("set test/float 1.5");
+    ToolRun run({"watch", "-i", "0.01", "test/float:float@kt", "test/ints:int[2]"}, terminal());
+    run.WaitForOut("test/float       1.5  kt    1.5  1.5  ");
+    EXPECT_NE(run.Out().find("NAME           VALUE  UNIT  MIN  MAX\x1b[K"), std::string::npos)
+        << run.Out();
+    simulator->Ask("set test/float 2.5");
+    run.WaitForOut("test/float   *   2.5  kt    1.5  2.5  ");
+    run.WaitForOut("█");
+    simulator->Ask("set test/ints 0,-9");
+    run.WaitForOut("test/ints[1] *    -9         -9    0  ");
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(result.out.starts_with(kHideCursor)) << result.out;
+    EXPECT_TRUE(result.out.ends_with(kShowCursor)) << result.out;
+    // Five lines: the title, the header, and three values.
+    EXPECT_GE(count(result.out, "\x1b[5A\r"), 3U);
+}
+
+TEST_F(WatchTest, DrawsAtMostTwentyTimesASecond) {
+    const ToolResult result =
+        runTool({"watch", "-T", "1", "-i", "0", "test/float:float"}, terminal());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_GE(count(result.out, "NAME"), 3U);
+    // And once at the end.
+    EXPECT_LE(count(result.out, "NAME"), 22U);
+}
+
+TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
+    const ToolResult result =
+        runTool({"watch", "--csv", "-n", "1", "test/float:float"}, terminal());
+    EXPECT_TRUE(result.out.starts_with("time,test/float\r\n")) << result.out;
+    EXPECT_EQ(count(result.out, "\x1b"), 0U);
+}
+
+TEST_F(WatchTest, WaitsForTheSimulatorToComeBack) {
+    ToolRun run({"watch", "-i", "0.01", "test/float:float"});
+    run.WaitForOut("test/float:float=0\n");
+    simulator.reset();
+    run.WaitForErr("orvane: 127.0.0.1:48000: ");
+    fly();
+    run.WaitForErr("orvane: the simulator is back\n");
+    simulator->Ask("set test/float 4.5");
+    run.WaitForOut("test/float:float=4.5\n");
+    run.Signal(SIGINT);
+    EXPECT_EQ(run.Wait().exitCode, 0);
+}
+
+TEST_F(WatchTest, KeepsTheExtremesOverARestart) {
+    simulator->Ask("set test/float 100");
+    ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
+    run.WaitForOut("100  100");
+    simulator.reset();
+    run.WaitForOut("(waiting for the simulator)");
+    fly();
+    simulator->Ask("set test/float -3");
+    run.WaitForOut("-3  100");
+    run.Signal(SIGTERM);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.out.ends_with(kShowCursor)) << result.out;
+}
+
+TEST_F(WatchTest, EndsWhileItWaitsForTheSimulator) {
+    ToolRun run({"watch", "-i", "0.01", "test/float:float"});
+    run.WaitForOut("\n");
+    simulator.reset();
+    run.WaitForErr("\n");
+    run.Signal(SIGINT);
+    EXPECT_EQ(run.Wait().exitCode, 0);
+}
+
+TEST_F(WatchTest, NamesWhatTheSimulatorDoesNotHave) {
+    const ToolResult result = runTool({"watch", "test/int", "no/such"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "orvane: no/such: the simulator has no such dataref\n");
+}
+
+TEST_F(WatchTest, RefusesLimitsThatMakeNoSense) {
+    EXPECT_EQ(runTool({"watch", "-n", "0", "test/int"}).exitCode, 1);
+    EXPECT_EQ(runTool({"watch", "-i", "-1", "test/int"}).exitCode, 1);
+    EXPECT_EQ(runTool({"watch", "-T", "soon", "test/int"}).exitCode, 1);
+    EXPECT_EQ(runTool({"watch", "test/int", "test/int:int"}).err,
+              "orvane: test/int: named twice\n");
+}
+
+} // namespace

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace orvane::tool {
+
+// A character for each number, as high as the number lies between the least and the greatest of
+// them; in the middle where all are the same, and a blank for what is no number. Eight heights with
+// Unicode, three without.
+std::string sparkline(std::span<const double> numbers, bool unicode);
+
+} // namespace orvane::tool
