@@ -20,5 +20,6 @@ using Work = std::function<ExitCode()>;
 void addGet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 } // namespace orvane::tool

@@ -78,6 +78,7 @@ int parseAndRun(int argc, char** argv) {
     orvane::tool::addGet(app, globals, work);
     orvane::tool::addSet(app, globals, work);
     orvane::tool::addWatch(app, globals, work);
+    orvane::tool::addCommand(app, globals, work);
 
     try {
         app.parse(argc, argv);
