@@ -17,9 +17,11 @@ using Work = std::function<ExitCode()>;
 
 // Each function below adds one subcommand to the tool. `globals` is complete when the work runs,
 // and outlives it.
+void addInfo(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addGet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 } // namespace orvane::tool

@@ -75,10 +75,12 @@ int parseAndRun(int argc, char** argv) {
     GlobalOptions globals;
     orvane::tool::declareGlobalOptions(app, globals);
     Work work;
+    orvane::tool::addInfo(app, globals, work);
     orvane::tool::addGet(app, globals, work);
     orvane::tool::addSet(app, globals, work);
     orvane::tool::addWatch(app, globals, work);
     orvane::tool::addCommand(app, globals, work);
+    orvane::tool::addLatency(app, globals, work);
 
     try {
         app.parse(argc, argv);

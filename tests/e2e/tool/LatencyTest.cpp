@@ -1,0 +1,82 @@
+#include <csignal>
+#include <nlohmann/json.hpp>
+
+#include "e2e/tool/ToolTest.h"
+
+namespace {
+
+class LatencyTest : public ToolTest {
+protected:
+    static nlohmann::json measure(const std::string& seconds) {
+        const ToolResult result = runTool({"latency", "--json", "--seconds", seconds});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        return nlohmann::json::parse(result.out);
+    }
+};
+
+TEST_F(LatencyTest, TellsTheFrameRateOfTheSimulator) {
+    for (const int framesPerSecond : {50, 100}) {
+        fly(std::to_string(framesPerSecond));
+        const nlohmann::json measured = measure("2");
+        EXPECT_NEAR(measured["framesPerSecond"].get<double>(), framesPerSecond,
+                    0.05 * framesPerSecond)
+            << measured.dump();
+        EXPECT_NEAR(measured["p50Ms"].get<double>(), 2000.0 / framesPerSecond,
+                    0.1 * 2000.0 / framesPerSecond)
+            << measured.dump();
+    }
+}
+
+TEST_F(LatencyTest, CountsEveryRoundTrip) {
+    const nlohmann::json measured = measure("1");
+    std::size_t counted = 0;
+    for (const nlohmann::json& bucket : measured["histogram"]) {
+        counted += bucket["count"].get<std::size_t>();
+    }
+    EXPECT_EQ(counted, measured["roundTrips"].get<std::size_t>());
+    EXPECT_GT(counted, 5U);
+    EXPECT_LE(measured["minMs"].get<double>(), measured["p50Ms"].get<double>());
+    EXPECT_LE(measured["p50Ms"].get<double>(), measured["p90Ms"].get<double>());
+    EXPECT_LE(measured["p90Ms"].get<double>(), measured["p99Ms"].get<double>());
+    EXPECT_LE(measured["p99Ms"].get<double>(), measured["maxMs"].get<double>());
+}
+
+TEST_F(LatencyTest, DrawsAHistogram) {
+    const ToolResult result = runTool({"latency", "--seconds", "0.5"});
+    EXPECT_EQ(result.exitCode, 0);
+    for (const char* const part : {" round trips in ", "  min  ", "  median  ", "  90 %  ",
+                                   "  99 %  ", "  max  ", "####", "  network ", "  frame rate "}) {
+        EXPECT_NE(result.out.find(part), std::string::npos) << part << "\n" << result.out;
+    }
+}
+
+TEST_F(LatencyTest, TellsWhatItHasAtAnInterrupt) {
+    ToolRun run({"latency", "--seconds", "1000", "--csv"});
+    // Nothing shows that it has begun; it answers an interrupt at any time.
+    const long before = simulator->AskNumber("frames");
+    run.Wait([&] {
+        if (simulator->AskNumber("frames") > before + 60) {
+            run.Signal(SIGINT);
+        }
+    });
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(result.out.starts_with(
+        "roundTrips,seconds,connectMs,minMs,p50Ms,p90Ms,p99Ms,maxMs,framesPerSecond\n"))
+        << result.out;
+}
+
+TEST_F(LatencyTest, FailsWhenTheSimulatorStops) {
+    ToolRun run({"latency", "--seconds", "1000", "--timeout", "0.3"});
+    const long before = simulator->AskNumber("frames");
+    const ToolResult result = run.Wait([&] {
+        if (simulator->AskNumber("frames") > before + 60) {
+            simulator->Ask("pause");
+        }
+    });
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err, "");
+}
+
+} // namespace
