@@ -24,4 +24,6 @@ void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
 
+void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work);
+
 } // namespace orvane::tool

@@ -1,0 +1,214 @@
+#include "tools/orvane/config/ConfigReader.h"
+
+#include "tools/orvane/PrintableText.h"
+#include "tools/orvane/config/SizeField.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace orvane::tool::config {
+
+namespace {
+
+using Fields = std::vector<std::string_view>;
+
+constexpr std::array kTypes = {DatarefType::Int,        DatarefType::Float,
+                               DatarefType::Double,     DatarefType::IntArray,
+                               DatarefType::FloatArray, DatarefType::ByteArray};
+
+// What the plugin publishes in any case, behind the lines of the file and in this order.
+const std::array<Declaration, 4>& ownDatarefs() {
+    static const std::array<Declaration, 4> kOwn = {{
+        {"kyr/autopilot_external_control", DatarefType::Int, 0},
+        {"kyr/autopilot_trigger_disable", DatarefType::Int, 0},
+        {"kyr/external_forcescalefactor_active", DatarefType::IntArray, 4},
+        {"kyr/external_forcescalefactor_value", DatarefType::IntArray, 4},
+    }};
+    return kOwn;
+}
+
+std::optional<DatarefType> findType(std::string_view word) {
+    const auto* const found = std::find_if(
+        kTypes.begin(), kTypes.end(), [&](DatarefType type) { return word == typeWord(type); });
+    return found != kTypes.end() ? std::optional(*found) : std::nullopt;
+}
+
+// Runs of spaces separate; spaces at the end leave one empty field behind them.
+Fields splitFields(std::string_view text) {
+    Fields fields;
+    while (true) {
+        const std::size_t space = text.find(' ');
+        if (space == std::string_view::npos) {
+            fields.push_back(text);
+            return fields;
+        }
+        if (space > 0) {
+            fields.push_back(text.substr(0, space));
+        }
+        text.remove_prefix(space + 1);
+    }
+}
+
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
+std::string quoted(std::string_view text) {
+    return '"' + printable(text) + '"';
+}
+
+std::string describe(const Declaration& declared) {
+    const std::string word = typeWord(declared.type);
+    return isArray(declared.type) ? fmt::format("{}[{}]", word, declared.size) : word;
+}
+
+// Judges one line after the other, as the earlier ones have an effect on the later.
+class Reader final {
+public:
+    void Read(std::size_t number, std::string_view text) {
+        const std::size_t comment = text.find('#');
+        const std::string_view content = text.substr(0, comment);
+        if (isBlank(content)) {
+            return;
+        }
+        const bool isCut = comment != std::string_view::npos && content.back() != ' ';
+        line = ConfigLine{};
+        line.number = number;
+        judge(splitFields(content), isCut);
+        report.lines.push_back(std::move(line));
+    }
+
+    ConfigReport Finish() {
+        for (const Declaration& own : ownDatarefs()) {
+            if (!firstLines.contains(own.name)) {
+                report.appended.push_back(own);
+            }
+        }
+        return std::move(report);
+    }
+
+private:
+    void judge(const Fields& fields, bool isCut) {
+        const std::string_view typeField = fields.size() > 1 ? fields[1] : std::string_view();
+        const std::optional<DatarefType> type = findType(typeField);
+        if (!type) {
+            ignoreType(fields, typeField, isCut);
+            return;
+        }
+        line.declared.name = fields[0];
+        line.declared.type = *type;
+        if (isArray(*type) && !readElements(fields, isCut)) {
+            return;
+        }
+        if (declare()) {
+            noteWhatWasRead(fields);
+        }
+    }
+
+    void ignore(Reason reason, std::string explanation) {
+        line.reason = reason;
+        line.explanation = std::move(explanation);
+    }
+
+    // Why the second field is no type, by what most likely went wrong.
+    void ignoreType(const Fields& fields, std::string_view word, bool isCut) {
+        if (isCut) {
+            ignore(Reason::CutByComment,
+                   fmt::format("the comment sign cuts the line behind {}", quoted(fields.back())));
+        } else if (fields[0].find('\t') != std::string_view::npos && word.empty()) {
+            ignore(Reason::Tab, "a tab separates no fields; use spaces");
+        } else if (word.find('\t') != std::string_view::npos) {
+            ignore(Reason::Tab, fmt::format("the tab is part of the type {}", quoted(word)));
+        } else if (word.empty()) {
+            ignore(Reason::NoType, fmt::format("no type behind the name {}", quoted(fields[0])));
+        } else if (word.ends_with('\r')) {
+            ignore(Reason::CarriageReturn,
+                   fmt::format("the carriage return is part of the type {}", quoted(word)));
+        } else {
+            ignore(Reason::UnknownType, fmt::format("unknown type {}", quoted(word)));
+        }
+    }
+
+    bool readElements(const Fields& fields, bool isCut) {
+        const std::string_view text = fields.size() > 2 ? fields[2] : std::string_view();
+        const SizeField size = readSize(text);
+        if (isBlank(text)) {
+            ignore(isCut ? Reason::CutByComment : Reason::NoSize,
+                   fmt::format("no number of elements behind {}", fields[1]));
+        } else if (size.kind == SizeField::Kind::NoNumber) {
+            ignore(isCut ? Reason::CutByComment : Reason::SizeNoNumber,
+                   fmt::format("the number of elements {} is none", quoted(text)));
+        } else if (size.kind == SizeField::Kind::TooLarge) {
+            ignore(Reason::SizeTooLarge,
+                   fmt::format("the number of elements {} does not fit 32 bits", quoted(text)));
+        } else if (size.value < 1) {
+            ignore(Reason::SizeBelowOne,
+                   fmt::format("the number of elements {} reads as {}, below 1", quoted(text),
+                               size.value));
+        }
+        line.declared.size = size.value;
+        return !line.IsIgnored();
+    }
+
+    // The simulator takes the name up to a zero byte. Of one name the first declaration counts.
+    bool declare() {
+        const std::string& name = line.declared.name;
+        const std::size_t zero = name.find('\0');
+        if (zero != std::string::npos) {
+            line.notes.emplace_back("the simulator reads the name up to the zero byte");
+        }
+        const std::string seen = name.substr(0, zero);
+        const auto [first, isNew] = firstLines.emplace(seen, line.number);
+        if (!isNew) {
+            ignore(Reason::Duplicate,
+                   fmt::format("line {} declares {} already", first->second, printable(seen)));
+        }
+        return isNew;
+    }
+
+    void noteWhatWasRead(const Fields& fields) {
+        const bool hasSize = isArray(line.declared.type);
+        if (line.declared.name.find('\t') != std::string::npos) {
+            line.notes.emplace_back("the tab is part of the name");
+        }
+        if (hasSize && !isBlank(readSize(fields[2]).rest)) {
+            line.notes.push_back(fmt::format("the number of elements {} reads as {}",
+                                             quoted(fields[2]), line.declared.size));
+        }
+        const std::size_t used = hasSize ? 3 : 2;
+        if (fields.size() > used && !isBlank(fields[used])) {
+            line.notes.push_back(
+                fmt::format("{} and what follows is not looked at", quoted(fields[used])));
+        }
+        for (const Declaration& own : ownDatarefs()) {
+            if (own.name == line.declared.name && own != line.declared) {
+                line.notes.push_back(fmt::format("in place of the plugin's own {}", describe(own)));
+            }
+        }
+    }
+
+    ConfigReport report;
+    ConfigLine line;
+    std::map<std::string, std::size_t> firstLines; // by name
+};
+
+} // namespace
+
+ConfigReport readConfig(std::string_view content) {
+    Reader reader;
+    std::size_t number = 0;
+    while (!content.empty()) {
+        const std::size_t end = std::min(content.find('\n'), content.size());
+        reader.Read(++number, content.substr(0, end));
+        content.remove_prefix(std::min(end + 1, content.size()));
+    }
+    return reader.Finish();
+}
+
+} // namespace orvane::tool::config

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "tools/orvane/config/ConfigReport.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace orvane::tool::config {
+
+// A line for every line of `file` that declares something or tries to, then one for every dataref
+// that the plugin appends, and a summary. Every line ends with a line feed.
+std::string configAsText(const ConfigReport& report, const std::string& file);
+
+// The same without the summary, as objects. `configColumns` are the names of their fields.
+std::vector<nlohmann::ordered_json> configAsRecords(const ConfigReport& report,
+                                                    const std::string& file);
+std::vector<std::string> configColumns();
+
+} // namespace orvane::tool::config

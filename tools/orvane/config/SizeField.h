@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace orvane::tool::config {
+
+// A number of elements as the plugin reads it: white space, a sign, and digits; what stands behind
+// them is not looked at.
+struct SizeField {
+    enum class Kind { Number, NoNumber, TooLarge };
+
+    Kind kind = Kind::NoNumber;
+    int value = 0;           // of a Number
+    std::string_view rest{}; // behind the digits
+};
+
+SizeField readSize(std::string_view text);
+
+} // namespace orvane::tool::config
