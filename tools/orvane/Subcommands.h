@@ -25,5 +25,6 @@ void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addDump(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 } // namespace orvane::tool

@@ -82,6 +82,7 @@ int parseAndRun(int argc, char** argv) {
     orvane::tool::addCommand(app, globals, work);
     orvane::tool::addLatency(app, globals, work);
     orvane::tool::addConfig(app, globals, work);
+    orvane::tool::addDump(app, globals, work);
 
     try {
         app.parse(argc, argv);
