@@ -15,7 +15,7 @@ namespace orvane::tool::dump {
 // bytes in order and reads them. Traffic of other ports is passed over.
 class CaptureDecoder final {
 public:
-    CaptureDecoder(std::uint16_t port, Conversation::Sink sink);
+    CaptureDecoder(std::uint16_t pluginPort, Conversation::Sink messageSink);
     ~CaptureDecoder();
     CaptureDecoder(const CaptureDecoder&) = delete;
     CaptureDecoder& operator=(const CaptureDecoder&) = delete;

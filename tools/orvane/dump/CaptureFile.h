@@ -21,7 +21,7 @@ public:
 
     // "-" is standard input. Failure with WrongUsage when the file cannot be opened, with Nonsense
     // when it is no recording, or one of frames that are not known here.
-    explicit CaptureFile(const std::string& path);
+    explicit CaptureFile(const std::string& pathOfFile);
 
     LinkType Link() const { return link; }
     // Nothing at the end. Failure with Nonsense when the recording is cut or damaged.

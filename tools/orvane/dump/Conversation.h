@@ -27,8 +27,8 @@ class Conversation final {
 public:
     using Sink = std::function<void(const Message&)>;
 
-    // `isWhole`: the capture shows the connection from its beginning.
-    Conversation(Endpoint client, bool isWhole, Sink sink);
+    // `wholeConnection`: the capture shows the connection from its beginning.
+    Conversation(Endpoint clientOfConnection, bool wholeConnection, Sink messageSink);
     Conversation(const Conversation&) = delete;
     Conversation& operator=(const Conversation&) = delete;
 

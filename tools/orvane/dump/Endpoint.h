@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 namespace orvane::tool::dump {
 
@@ -11,7 +11,10 @@ struct Endpoint {
     std::uint32_t address = 0;
     std::uint16_t port = 0;
 
-    auto operator<=>(const Endpoint&) const = default;
+    bool operator==(const Endpoint&) const = default;
+    bool operator<(const Endpoint& other) const {
+        return std::tie(address, port) < std::tie(other.address, other.port);
+    }
 };
 
 // "192.0.2.7:48000"

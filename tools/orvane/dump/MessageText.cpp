@@ -36,7 +36,8 @@ std::string utcText(std::int64_t timeNs) {
 }
 
 double seconds(std::int64_t ns) {
-    return static_cast<double>(ns / kNsPerMicrosecond) / kMicrosecondsPerSecond;
+    const std::int64_t microseconds = ns / kNsPerMicrosecond;
+    return static_cast<double>(microseconds) / kMicrosecondsPerSecond;
 }
 
 std::string timeText(std::int64_t timeNs, const TimeStyle& style) {

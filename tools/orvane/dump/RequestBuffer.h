@@ -14,7 +14,7 @@ namespace orvane::tool::dump {
 // far as segments show them.
 class RequestBuffer final {
 public:
-    void Append(std::int64_t timeNs, ByteView bytes);
+    void Append(std::int64_t timeNs, ByteView added);
     void Consume(std::size_t count);
     void Clear();
 

@@ -23,7 +23,7 @@ public:
         std::function<void()> end; // the sender has no more
     };
 
-    explicit StreamAssembler(Handlers handlers);
+    explicit StreamAssembler(Handlers handlersOfOwner);
 
     // A segment of this direction.
     void Add(const TcpSegment& segment);

@@ -15,7 +15,7 @@ namespace orvane::tool::dump {
 // Without an answer, as in a capture that ends before it, every packet counts as successful.
 class VelmarReplies final {
 public:
-    explicit VelmarReplies(std::optional<ByteView> payload);
+    explicit VelmarReplies(std::optional<ByteView> payloadOfAnswer);
 
     bool AreThere() const { return payload.has_value(); }
     // All has been read, or cannot be read any further.
