@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 
+#include "fuzz/CaptureSeeds.h"
 #include "fuzz/Script.h"
 #include "support/TarnelMessages.h"
 #include "support/VelmarMessages.h"
@@ -202,6 +203,18 @@ void writeAnswers(const std::filesystem::path& folder) {
     write(folder, "version", fromHex("02 B1 6B 00 B5 01 00 07 0A 06 00 00 00"));
 }
 
+// Both protocols with plausible answers, as a script and as a capture file.
+void writeCaptures(const std::filesystem::path& folder) {
+    for (const Bytes& identification : {kTarnel, kVelmar}) {
+        const bool isVelmar = identification == kVelmar;
+        const std::string name = isVelmar ? "velmar" : "tarnel";
+        const Messages messages = isVelmar ? velmarMessages() : tarnelMessages();
+        const std::vector<Turn> turns = conversation(messages, identification);
+        write(folder / "fuzz_conversation", name, turnsAsScript(turns));
+        write(folder / "fuzz_capture", name, turnsAsCapture(turns));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -224,5 +237,7 @@ int main(int argc, char** argv) {
     writeLeavers(folder / "fuzz_connection");
     writeConfigs(folder / "fuzz_config");
     writeAnswers(folder / "fuzz_client");
+    writeConfigs(folder / "fuzz_config_check");
+    writeCaptures(folder);
     return 0;
 }
