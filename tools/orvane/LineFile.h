@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace orvane::tool {
+
+// A file that only ever has whole lines: each is written at once, and what a full disk cuts off is
+// taken back.
+class LineFile final {
+public:
+    enum class Existing { Keep, Overwrite };
+
+    // Failure: cannot be written, or is there already and shall be kept.
+    LineFile(const std::string& path, Existing existing);
+    ~LineFile();
+    LineFile(const LineFile&) = delete;
+    LineFile& operator=(const LineFile&) = delete;
+
+    // The line without its end. Failure: did not fit.
+    void Append(std::string_view line);
+
+    std::size_t Bytes() const { return bytes; }
+
+private:
+    const std::string path;
+    int file = -1;
+    std::size_t bytes = 0;
+};
+
+} // namespace orvane::tool
