@@ -1,0 +1,96 @@
+#include "tools/orvane/drive/InputNames.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr std::int64_t kMostActions = std::numeric_limits<tarnel::ActionId>::max();
+constexpr tarnel::ActionId kFirstAction = 1;
+// The server runs the commands of these twice; who wants that says so.
+constexpr tarnel::ActionId kFirstDoubled = 1002;
+constexpr tarnel::ActionId kLastDoubled = 1005;
+
+bool isControl(char character) {
+    constexpr unsigned char kBlank = 0x20;
+    constexpr unsigned char kDelete = 0x7F;
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < kBlank || byte == kDelete;
+}
+
+} // namespace
+
+std::optional<std::string> readColumnName(ProfileTable& table) {
+    std::optional<std::string> name = table.String("name");
+    if (!table.Has("name")) {
+        table.Complain("\"name\" is missing");
+    }
+    if (!name) {
+        return std::nullopt;
+    }
+    if (name->empty() || *name == "time" || *name == "aircraft") {
+        table.ComplainAt("name", fmt::format("\"{}\" cannot be a name", *name));
+        return std::nullopt;
+    }
+    if (std::any_of(name->begin(), name->end(), isControl)) {
+        table.ComplainAt("name", "a name has no control characters");
+        return std::nullopt;
+    }
+    return name;
+}
+
+void InputNames::Read(ProfileTable& table) {
+    const std::optional<std::size_t> position = readName(table);
+    positions.push_back(position);
+    const auto action = table.Integer("action", 0, kMostActions);
+    if (position && action) {
+        giveAction(table, *position, static_cast<tarnel::ActionId>(*action));
+    }
+}
+
+std::optional<std::size_t> InputNames::readName(ProfileTable& table) {
+    const std::optional<std::string> name = readColumnName(table);
+    if (!name) {
+        return std::nullopt;
+    }
+    const auto [found, isNew] = positionOfName.emplace(*name, entries.size());
+    if (isNew) {
+        entries.push_back({*name, std::nullopt});
+    }
+    return found->second;
+}
+
+void InputNames::giveAction(ProfileTable& table, std::size_t position, tarnel::ActionId action) {
+    Entry& entry = entries[position];
+    if (entry.action && entry.action != action) {
+        table.ComplainAt("action",
+                         fmt::format("\"{}\" is action {} already", entry.name, *entry.action));
+        return;
+    }
+    const auto [found, isNew] = positionOfAction.emplace(action, position);
+    if (!isNew && found->second != position) {
+        table.ComplainAt("action", fmt::format("action {} is \"{}\" already", action,
+                                               entries[found->second].name));
+        return;
+    }
+    entry.action = action;
+}
+
+void InputNames::NumberTheRest() {
+    tarnel::ActionId next = kFirstAction;
+    for (Entry& entry : entries) {
+        if (entry.action) {
+            continue;
+        }
+        while (positionOfAction.contains(next) || (next >= kFirstDoubled && next <= kLastDoubled)) {
+            ++next;
+        }
+        entry.action = next++;
+    }
+}
+
+} // namespace orvane::tool

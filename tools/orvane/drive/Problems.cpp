@@ -1,0 +1,22 @@
+#include "tools/orvane/drive/Problems.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <tuple>
+
+namespace orvane::tool {
+
+std::string problemLines(const std::string& file, Problems problems) {
+    std::stable_sort(problems.begin(), problems.end(), [](const Problem& a, const Problem& b) {
+        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+    });
+    std::string lines;
+    for (const Problem& problem : problems) {
+        const std::string column = problem.column == 0 ? "" : fmt::format(":{}", problem.column);
+        lines += fmt::format("{}:{}{}: {}\n", file, problem.line, column, problem.reason);
+    }
+    return lines;
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace orvane::tool {
+
+// What is wrong in a file that a user wrote, and where. A column of 0 stands for the whole line.
+struct Problem {
+    std::size_t line = 0;
+    std::size_t column = 0;
+    std::string reason;
+};
+
+using Problems = std::vector<Problem>;
+
+// A line "FILE:LINE:COLUMN: reason" for each, in the order of their places, with line ends.
+std::string problemLines(const std::string& file, Problems problems);
+
+} // namespace orvane::tool

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orvane/tarnel/Definitions.h"
+
+namespace orvane::tool {
+
+// A name under which a profile takes values: a column of a table, say. All inputs of this name get
+// them.
+struct ProfileInput {
+    std::string name;
+    tarnel::ActionId action = 0;
+    // Nothing but float datarefs that follow the values: what a waveform may move.
+    bool isAxis = false;
+    // The commands that are down while the value is 1.
+    std::vector<std::string> heldCommands;
+    // Ends them; 0 unless the profile skips zeros.
+    std::int32_t releasedBy = 0;
+};
+
+struct ProfileOutput {
+    std::string name;
+    tarnel::OutputId id = 0;
+};
+
+// A session as a user describes it in a TOML file: where the server is, what goes in, what comes
+// out.
+struct Profile {
+    static constexpr double kUsualRate = 50;
+
+    std::optional<std::string> host;
+    std::optional<std::uint16_t> port;
+    double rate = kUsualRate; // exchanges per second
+    std::vector<ProfileInput> inputs;
+    std::vector<ProfileOutput> outputs;
+    tarnel::Definitions definitions;
+
+    // Null when there is none of this name.
+    const ProfileInput* FindInput(const std::string& name) const;
+};
+
+} // namespace orvane::tool

@@ -1,0 +1,210 @@
+#include "tools/orvane/drive/ProfileInputTable.h"
+
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace orvane::tool {
+
+namespace {
+
+using tarnel::ConditionDataref;
+using tarnel::Input;
+
+constexpr std::int64_t kMostInt32 = std::numeric_limits<std::int32_t>::max();
+
+std::optional<std::int32_t> readElement(ProfileTable& table) {
+    const auto element = table.Integer("element", 0, kMostInt32);
+    return element ? std::optional(static_cast<std::int32_t>(*element)) : std::nullopt;
+}
+
+// "float" or "int"; missing is a problem.
+std::optional<std::string> readType(ProfileTable& table) {
+    if (!table.Has("type")) {
+        table.Complain("\"type\" is missing: \"float\" or \"int\"");
+    }
+    return table.Choice("type", {"float", "int"});
+}
+
+// What an input writes to. Where that is wrong there is a stand-in, so that the rest is checked.
+struct Target {
+    Input input;
+    bool isFloat = false;
+    bool isValid = false;
+};
+
+Input datarefInput(tarnel::ActionId action, const std::string& name, bool isFloat,
+                   std::optional<std::int32_t> element) {
+    if (isFloat) {
+        return element ? Input::toFloatElement(action, name, *element)
+                       : Input::toFloat(action, name);
+    }
+    return element ? Input::toIntElement(action, name, *element) : Input::toInt(action, name);
+}
+
+Target readDatarefTarget(ProfileTable& table, tarnel::ActionId action) {
+    const auto name = table.String("dataref");
+    const auto type = readType(table);
+    const auto element = readElement(table);
+    Target target{Input::toFloat(action, "unknown"), type != "int"};
+    if (name && type) {
+        table.Try("dataref", [&] {
+            target.input = datarefInput(action, *name, target.isFloat, element);
+            target.isValid = true;
+        });
+    }
+    return target;
+}
+
+Target readCommandTarget(ProfileTable& table, tarnel::ActionId action) {
+    table.Refuse({"type", "element", "scaling"}, "is for datarefs");
+    const auto name = table.String("command");
+    Target target{Input::toCommand(action, "unknown")};
+    if (name) {
+        table.Try("command", [&] {
+            target.input = Input::toCommand(action, *name);
+            target.isValid = true;
+        });
+    }
+    return target;
+}
+
+void scaleByDatarefs(ProfileTable& scaling, Input& input) {
+    const auto names = scaling.StringPair("datarefs");
+    const auto element = readElement(scaling);
+    if (!names) {
+        return;
+    }
+    scaling.Try("datarefs", [&] {
+        if (element) {
+            input.scaledByDatarefElements(names->first, names->second, *element);
+        } else {
+            input.scaledByDatarefs(names->first, names->second);
+        }
+    });
+}
+
+void readScaling(ProfileTable& table, Target& target, bool isFixed) {
+    if (isFixed) {
+        table.Refuse({"scaling"}, "has no effect on a fixed value");
+        return;
+    }
+    if (!target.isFloat) {
+        table.Refuse({"scaling"}, "is for floats");
+        return;
+    }
+    Input& input = target.input;
+    std::optional<ProfileTable> scaling = table.Table("scaling");
+    if (!scaling) {
+        return;
+    }
+    const std::string_view way = scaling->OneOf({"float_range", "int_range", "datarefs"});
+    if (way == "datarefs") {
+        scaleByDatarefs(*scaling, input);
+    } else if (way == "float_range") {
+        if (const auto range = scaling->FloatPair(way)) {
+            scaling->Try(way, [&] { input.scaledByFloatRange(range->first, range->second); });
+        }
+    } else if (way == "int_range") {
+        if (const auto range = scaling->Int32Pair(way)) {
+            scaling->Try(way, [&] { input.scaledByIntRange(range->first, range->second); });
+        }
+    }
+    scaling->RefuseUnknown();
+}
+
+void readCondition(ProfileTable& skip, std::string_view condition, Input& input) {
+    const auto name = skip.String(condition);
+    const auto type = readType(skip);
+    const auto element = readElement(skip);
+    if (!name || !type) {
+        return;
+    }
+    using Type = ConditionDataref::Type;
+    const Type whole = *type == "float" ? Type::Float : Type::Int;
+    const Type inArray = *type == "float" ? Type::FloatElement : Type::IntElement;
+    const ConditionDataref dataref{*name, element ? inArray : whole, element.value_or(0)};
+    skip.Try(condition, [&] {
+        if (condition == "while_positive") {
+            input.skippedWhilePositive(dataref);
+        } else {
+            input.skippedWhileZero(dataref);
+        }
+    });
+}
+
+// True when zeros are skipped.
+bool readSkip(ProfileTable& table, Input& input) {
+    std::optional<ProfileTable> skip = table.Table("skip");
+    if (!skip) {
+        return false;
+    }
+    std::optional<std::int64_t> value;
+    const std::string_view condition = skip->OneOf({"when_value", "while_positive", "while_zero"});
+    if (condition == "when_value") {
+        value = skip->Integer(condition, 0, 1);
+    } else if (!condition.empty()) {
+        readCondition(*skip, condition, input);
+    }
+    skip->RefuseUnknown();
+    if (value == 1) {
+        input.skippedWhenOne();
+    } else if (value == 0) {
+        input.skippedWhenZero();
+    }
+    return value == 0;
+}
+
+void readFixed(ProfileTable& table, Target& target) {
+    if (target.isFloat) {
+        if (const auto value = table.Float("fixed")) {
+            table.Try("fixed", [&] { target.input.fixed(*value); });
+        }
+    } else if (const auto value = table.Int32("fixed")) {
+        table.Try("fixed", [&] { target.input.fixed(*value); });
+    }
+}
+
+// True when it is held.
+bool readTiming(ProfileTable& table, Input& input) {
+    const bool isHeld = table.Flag("hold");
+    if (isHeld) {
+        table.Refuse({"repeat_ms"}, "is for commands that are not held");
+        table.Refuse({"fixed"}, "would leave a held command down, or never press it");
+        table.Try("hold", [&] { input.held(); });
+        return true;
+    }
+    if (const auto interval = table.Integer("repeat_ms", 1, kMostInt32)) {
+        table.Try("repeat_ms", [&] { input.repeatedEvery(std::chrono::milliseconds(*interval)); });
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::ActionId action) {
+    std::string_view kind = table.OneOf({"dataref", "command"});
+    if (kind.empty()) {
+        kind = table.Has("command") ? "command" : "dataref";
+    }
+    const bool isCommand = kind == "command";
+    Target target = isCommand ? readCommandTarget(table, action) : readDatarefTarget(table, action);
+    const bool isFixed = table.Has("fixed");
+    bool isHeld = false;
+    if (isCommand) {
+        isHeld = readTiming(table, target.input);
+    } else {
+        table.Refuse({"hold", "repeat_ms"}, "is for commands");
+        readScaling(table, target, isFixed);
+    }
+    const bool skipsZero = readSkip(table, target.input);
+    readFixed(table, target);
+    table.RefuseUnknown();
+    if (!target.isValid) {
+        return std::nullopt;
+    }
+    return ProfileRecord{target.input, target.isFloat && !isFixed, isHeld, skipsZero};
+}
+
+} // namespace orvane::tool

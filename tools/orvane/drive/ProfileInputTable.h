@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tools/orvane/drive/ProfileTable.h"
+
+#include <optional>
+
+#include "orvane/tarnel/Input.h"
+
+namespace orvane::tool {
+
+// One [[input]] of a profile, with the facts about it that a record does not show.
+struct ProfileRecord {
+    tarnel::Input input;
+    bool isAxis = false;
+    bool isHeldCommand = false;
+    bool skipsZero = false;
+};
+
+// Reads all but "name" and "action", which are shared with other inputs. Empty when the target is
+// wrong; what else is wrong is only added to the problems.
+std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::ActionId action);
+
+} // namespace orvane::tool

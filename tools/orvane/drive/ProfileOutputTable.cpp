@@ -1,0 +1,71 @@
+#include "tools/orvane/drive/ProfileOutputTable.h"
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace orvane::tool {
+
+namespace {
+
+using tarnel::Output;
+
+constexpr std::int64_t kMostInt32 = std::numeric_limits<std::int32_t>::max();
+// The server ends the simulator when an answer exceeds 256 MiB, so that no array comes near.
+constexpr std::int64_t kMostElements = 1'000'000;
+
+Output datarefOutput(tarnel::OutputId id, const std::string& name, bool isFloat,
+                     std::optional<std::int64_t> count, std::int64_t first) {
+    if (!count) {
+        return isFloat ? Output::ofFloat(id, name) : Output::ofInt(id, name);
+    }
+    const auto elements = static_cast<std::int32_t>(*count);
+    const auto firstElement = static_cast<std::int32_t>(first);
+    return isFloat ? Output::ofFloatArray(id, name, elements, firstElement)
+                   : Output::ofIntArray(id, name, elements, firstElement);
+}
+
+std::optional<Output> readDataref(ProfileTable& table, tarnel::OutputId id) {
+    const auto name = table.String("dataref");
+    if (!table.Has("type")) {
+        table.Complain("\"type\" is missing: \"float\" or \"int\"");
+    }
+    const auto type = table.Choice("type", {"float", "int"});
+    const auto count = table.Integer("count", 1, kMostElements);
+    const auto first = table.Integer("first", 0, kMostInt32);
+    if (table.Has("first") && !table.Has("count")) {
+        table.ComplainAt("first", "\"first\" needs \"count\", the number of elements from there");
+    }
+    std::optional<Output> output;
+    if (name && type) {
+        table.Try("dataref", [&] {
+            output = datarefOutput(id, *name, *type == "float", count, first.value_or(0));
+        });
+    }
+    return output;
+}
+
+std::optional<Output> readCommand(ProfileTable& table, tarnel::OutputId id) {
+    table.Refuse({"type", "count", "first"}, "is for datarefs");
+    const auto name = table.String("command");
+    std::optional<Output> output;
+    if (name) {
+        table.Try("command", [&] { output = Output::ofCommand(id, *name); });
+    }
+    return output;
+}
+
+} // namespace
+
+std::optional<Output> readProfileOutput(ProfileTable& table, tarnel::OutputId id) {
+    std::string_view kind = table.OneOf({"dataref", "command"});
+    if (kind.empty()) {
+        kind = table.Has("command") ? "command" : "dataref";
+    }
+    std::optional<Output> output =
+        kind == "command" ? readCommand(table, id) : readDataref(table, id);
+    table.RefuseUnknown();
+    return output;
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,155 @@
+#include "tools/orvane/drive/ProfileReader.h"
+
+#include "tools/orvane/drive/InputNames.h"
+#include "tools/orvane/drive/ProfileInputTable.h"
+#include "tools/orvane/drive/ProfileOutputTable.h"
+#include "tools/orvane/drive/ProfileTable.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kSlowestRate = 0.01;
+constexpr double kFastestRate = 1000;
+constexpr std::int64_t kHighestPort = 65535;
+// Of an answer, with what frames it. Larger ones are near to what the server can hold.
+constexpr std::size_t kLargestAnswer = std::size_t{64} << 20U;
+constexpr tarnel::OutputId kAircraft = 0xFFFF;
+
+// Reads the parts of one profile into it.
+class Reader final {
+public:
+    Reader(const toml::table& readRoot, Problems& foundProblems)
+        : root(readRoot, foundProblems), problems(foundProblems) {}
+
+    Profile Read() {
+        readConnection();
+        const std::vector<ProfileTable> inputs = root.Tables("input");
+        const std::vector<ProfileTable> outputs = root.Tables("output");
+        root.RefuseUnknown();
+        if (!root.Has("input") && !root.Has("output")) {
+            problems.push_back({1, 1, "the profile has neither inputs nor outputs"});
+        }
+        readInputs(inputs);
+        readOutputs(outputs);
+        return std::move(profile);
+    }
+
+private:
+    void readConnection();
+    void readInputs(std::vector<ProfileTable> tables);
+    void addInput(ProfileInput& entry, const ProfileTable& table);
+    void readOutputs(std::vector<ProfileTable> tables);
+    void addOutput(ProfileTable& table);
+
+    ProfileTable root;
+    Problems& problems;
+    Profile profile;
+    // What each action writes to, and the names of outputs, to notice what comes twice.
+    std::set<std::tuple<tarnel::ActionId, std::string, std::int32_t>> targets;
+    std::set<std::string> outputNames;
+    tarnel::OutputId nextOutput = 1;
+};
+
+void Reader::readConnection() {
+    std::optional<ProfileTable> connection = root.Table("connection");
+    if (!connection) {
+        return;
+    }
+    profile.host = connection->String("host");
+    if (profile.host && profile.host->empty()) {
+        connection->ComplainAt("host", "\"host\" is empty");
+    }
+    if (const auto port = connection->Integer("port", 1, kHighestPort)) {
+        profile.port = static_cast<std::uint16_t>(*port);
+    }
+    profile.rate =
+        connection->Number("rate", kSlowestRate, kFastestRate).value_or(Profile::kUsualRate);
+    connection->RefuseUnknown();
+}
+
+void Reader::readInputs(std::vector<ProfileTable> tables) {
+    InputNames names;
+    for (ProfileTable& table : tables) {
+        names.Read(table);
+    }
+    names.NumberTheRest();
+    for (const InputNames::Entry& entry : names.Entries()) {
+        profile.inputs.push_back({entry.name, entry.action.value_or(0), true, {}, 0});
+    }
+    ProfileInput nameless;
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        const std::optional<std::size_t> position = names.Positions()[i];
+        addInput(position ? profile.inputs[*position] : nameless, tables[i]);
+    }
+}
+
+void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
+    const std::optional<ProfileRecord> record = readProfileInput(table, entry.action);
+    if (!record) {
+        return;
+    }
+    const tarnel::Input& input = record->input;
+    const auto [known, isNew] =
+        targets.emplace(entry.action, input.target(), input.fields().targetElement);
+    if (!isNew && !entry.name.empty()) {
+        ProfileTable(table).Complain(
+            fmt::format("\"{}\" drives {} already", entry.name, input.target()));
+    }
+    entry.isAxis = entry.isAxis && record->isAxis;
+    if (record->isHeldCommand) {
+        entry.heldCommands.push_back(input.target());
+        // Whatever is not 1 ends a held command.
+        constexpr std::int32_t kNeitherPressedNorSkipped = 2;
+        entry.releasedBy = record->skipsZero ? kNeitherPressedNorSkipped : entry.releasedBy;
+    }
+    profile.definitions.add(input);
+}
+
+void Reader::readOutputs(std::vector<ProfileTable> tables) {
+    for (ProfileTable& table : tables) {
+        addOutput(table);
+    }
+}
+
+void Reader::addOutput(ProfileTable& table) {
+    const std::optional<std::string> name = readColumnName(table);
+    if (name && !outputNames.insert(*name).second) {
+        table.ComplainAt("name", fmt::format("there is an output \"{}\" already", *name));
+    }
+    const tarnel::OutputId id = nextOutput++;
+    nextOutput += nextOutput == kAircraft ? 1 : 0;
+    const std::optional<tarnel::Output> output = readProfileOutput(table, id);
+    if (!output) {
+        return;
+    }
+    table.Try("command", [&] { profile.definitions.add(*output); });
+    if (profile.definitions.answerSize() > kLargestAnswer) {
+        table.Complain("the answers get too large with this output: more than 64 MiB");
+    }
+    profile.outputs.push_back({name.value_or(""), id});
+}
+
+} // namespace
+
+Profile readProfile(std::string_view text, Problems& problems) {
+    try {
+        const toml::table root = toml::parse(text);
+        return Reader(root, problems).Read();
+    } catch (const toml::parse_error& error) {
+        const toml::source_position place = error.source().begin;
+        problems.push_back({place.line, place.column, std::string(error.description())});
+        return {};
+    }
+}
+
+} // namespace orvane::tool
