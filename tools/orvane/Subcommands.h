@@ -23,6 +23,7 @@ void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addDump(CLI::App& app, const GlobalOptions& globals, Work& work);

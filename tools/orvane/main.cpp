@@ -81,6 +81,7 @@ int parseAndRun(int argc, char** argv) {
     orvane::tool::addWatch(app, globals, work);
     orvane::tool::addCommand(app, globals, work);
     orvane::tool::addLatency(app, globals, work);
+    orvane::tool::addDrive(app, globals, work);
     orvane::tool::addConfig(app, globals, work);
     orvane::tool::addDump(app, globals, work);
 

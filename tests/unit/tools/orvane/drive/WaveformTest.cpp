@@ -1,0 +1,85 @@
+#include "tools/orvane/drive/Waveform.h"
+#include "tools/orvane/drive/WaveformSource.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using orvane::tool::axisValue;
+using orvane::tool::levelOf;
+using orvane::tool::Profile;
+using orvane::tool::Waveform;
+using orvane::tool::waveformNamed;
+using orvane::tool::WaveformSource;
+
+constexpr double kTolerance = 1e-9;
+
+TEST(WaveformTest, IsKnownByItsName) {
+    EXPECT_EQ(waveformNamed("sine"), Waveform::Sine);
+    EXPECT_EQ(waveformNamed("triangle"), Waveform::Triangle);
+    EXPECT_EQ(waveformNamed("square"), Waveform::Square);
+    EXPECT_EQ(waveformNamed("sweep"), Waveform::Sweep);
+    EXPECT_FALSE(waveformNamed("Sine"));
+    EXPECT_FALSE(waveformNamed("sine.csv"));
+}
+
+TEST(WaveformTest, SineAndTriangleBeginInTheMiddleAndRise) {
+    for (const Waveform waveform : {Waveform::Sine, Waveform::Triangle}) {
+        EXPECT_NEAR(levelOf(waveform, 0), 0, kTolerance);
+        EXPECT_NEAR(levelOf(waveform, 0.25), 1, kTolerance);
+        EXPECT_NEAR(levelOf(waveform, 0.5), 0, kTolerance);
+        EXPECT_NEAR(levelOf(waveform, 0.75), -1, kTolerance);
+        EXPECT_NEAR(levelOf(waveform, 7.25), 1, kTolerance);
+    }
+    EXPECT_NEAR(levelOf(Waveform::Triangle, 0.125), 0.5, kTolerance);
+    EXPECT_NEAR(levelOf(Waveform::Sine, 1.0 / 12), 0.5, kTolerance);
+}
+
+TEST(WaveformTest, SquareIsHighForHalfAPeriod) {
+    EXPECT_EQ(levelOf(Waveform::Square, 0), 1);
+    EXPECT_EQ(levelOf(Waveform::Square, 0.49), 1);
+    EXPECT_EQ(levelOf(Waveform::Square, 0.5), -1);
+    EXPECT_EQ(levelOf(Waveform::Square, 3.99), -1);
+}
+
+TEST(WaveformTest, SweepGetsTenTimesAsFastOverTenPeriods) {
+    const auto crossings = [](double from, double to) {
+        int count = 0;
+        constexpr double kStep = 1e-4;
+        for (double at = from; at + kStep < to; at += kStep) {
+            const bool before = levelOf(Waveform::Sweep, at) >= 0;
+            count += before != (levelOf(Waveform::Sweep, at + kStep) >= 0) ? 1 : 0;
+        }
+        return count;
+    };
+    // One oscillation crosses the middle twice; 1.45 of them in the first period, 9.55 in the last.
+    EXPECT_NEAR(crossings(0.0001, 1), 2, 1);
+    EXPECT_NEAR(crossings(9, 10), 19, 1);
+    EXPECT_NEAR(levelOf(Waveform::Sweep, 10.2), levelOf(Waveform::Sweep, 0.2), kTolerance);
+}
+
+TEST(WaveformTest, AxesGoFromZeroTo65535) {
+    EXPECT_EQ(axisValue(-1), 0);
+    EXPECT_EQ(axisValue(0), 32768);
+    EXPECT_EQ(axisValue(0.5), 49151);
+    EXPECT_EQ(axisValue(1), 65535);
+    EXPECT_EQ(axisValue(1.5), 65535);
+    EXPECT_EQ(axisValue(-7), 0);
+}
+
+TEST(WaveformTest, MovesTheAxesOfAProfileAndNothingElse) {
+    Profile profile;
+    profile.inputs = {{"a", 4, true, {}, 0}, {"b", 5, false, {}, 0}, {"c", 6, true, {}, 0}};
+    WaveformSource source(profile,
+                          {.waveform = Waveform::Square, .periodSeconds = 2, .amplitude = 0.5});
+    const auto high = source.Next(0.9);
+    ASSERT_TRUE(high);
+    EXPECT_FALSE(high->seconds);
+    ASSERT_EQ(high->items.size(), 2U);
+    EXPECT_EQ(high->items[0].action, 4);
+    EXPECT_EQ(high->items[0].value, 49151);
+    EXPECT_EQ(high->items[1].action, 6);
+    EXPECT_EQ(source.Next(1.1)->items[0].value, 16384);
+}
+
+} // namespace

@@ -1,0 +1,200 @@
+#include "tools/orvane/Failure.h"
+#include "tools/orvane/InputLines.h"
+#include "tools/orvane/Output.h"
+#include "tools/orvane/Progress.h"
+#include "tools/orvane/Subcommands.h"
+#include "tools/orvane/drive/DriveInput.h"
+#include "tools/orvane/drive/DriveOutput.h"
+#include "tools/orvane/drive/DriveSession.h"
+#include "tools/orvane/drive/ProfileReader.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kLongestSeconds = 31'536'000;
+constexpr double kSlowestRate = 0.01;
+constexpr double kFastestRate = 1000;
+constexpr double kShortestPeriod = 0.01;
+constexpr double kLongestPeriod = 86'400;
+constexpr std::uint64_t kLargestCount = 1'000'000'000'000;
+
+constexpr const char* kFooter =
+    "A profile is a TOML file:\n"
+    "\n"
+    "  [connection]           # all of it may be left out; --host, --port and --rate go first\n"
+    "  host = \"127.0.0.1\"\n"
+    "  port = 48000\n"
+    "  rate = 50              # exchanges per second\n"
+    "\n"
+    "  [[input]]\n"
+    "  name = \"pitch\"         # a column of the table; several inputs may share one\n"
+    "  dataref = \"sim/cockpit2/controls/yoke_pitch_ratio\"\n"
+    "  type = \"float\"         # or \"int\"; element = 3 for that element of an array\n"
+    "  scaling = { float_range = [-1.0, 1.0] }  # or int_range, or datarefs = [\"MIN\", \"MAX\"]\n"
+    "\n"
+    "  [[input]]\n"
+    "  name = \"brakes\"\n"
+    "  command = \"sim/flight_controls/brakes_max\"\n"
+    "  hold = true            # or repeat_ms = 200\n"
+    "  skip = { while_positive = \"sim/time/paused\", type = \"int\" }\n"
+    "                         # or while_zero, or when_value = 0 or 1\n"
+    "\n"
+    "  [[output]]\n"
+    "  name = \"speed\"\n"
+    "  dataref = \"sim/flightmodel/position/indicated_airspeed\"\n"
+    "  type = \"float\"         # count = 4 and first = 0 for elements of an array;\n"
+    "                         # or command = \"kyr/...\"\n"
+    "\n"
+    "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
+    "a\n"
+    "name has on the wire. The page docs/client.md describes every key.\n"
+    "\n"
+    "A table is CSV with the names of inputs on its first line, and whole numbers as they are "
+    "sent:\n"
+    "0 to 65535 for an axis, 1 presses a command, 0 releases it. An empty field sends nothing. A\n"
+    "column \"time\" says when each row is due, in seconds; without one there is a row for each\n"
+    "exchange. A waveform moves all inputs that are floats, and no others.\n"
+    "\n"
+    "An answer shows the values from before its exchange. Where something was sent, one more\n"
+    "exchange at the end releases what is held and shows what the last row did. Ctrl-C and "
+    "failures\n"
+    "release held commands as well.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane drive --check examples/profiles/yoke.toml\n"
+    "  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30\n"
+    "  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv\n"
+    "  stick | orvane drive examples/profiles/yoke.toml --input - -o flight.csv";
+
+struct DriveOptions {
+    std::string profile;
+    bool check = false;
+    std::string input;
+    WaveformSettings waveform;
+    std::optional<double> rate;
+    std::optional<double> seconds;
+    std::optional<std::uint64_t> count;
+    std::string file;
+    bool force = false;
+    bool reconnect = false;
+    // Whether these were given on the command line.
+    std::function<bool()> hasHost;
+    std::function<bool()> hasPort;
+};
+
+std::string contentOf(const std::string& path) {
+    InputLines lines(path);
+    std::string content;
+    while (const std::optional<std::string> line = lines.Next()) {
+        content += *line + '\n';
+    }
+    return content;
+}
+
+ExitCode complainOf(const std::string& file, const Problems& problems) {
+    fmt::print(stderr, "{}", problemLines(file, problems));
+    return ExitCode::WrongUsage;
+}
+
+ExitCode reportChecked(const std::string& file, const Profile& profile) {
+    const tarnel::Definitions& definitions = profile.definitions;
+    writeOut(fmt::format("{}: valid: {} inputs, {} outputs; definitions of {}, answers of {}\n",
+                         file, definitions.inputs().size(), definitions.outputs().size(),
+                         sizeText(definitions.requestSize()), sizeText(definitions.answerSize())));
+    return ExitCode::Done;
+}
+
+Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
+                      const Profile& profile) {
+    Options result = globals.ForClient(options.reconnect ? OnLoss::Reconnect : OnLoss::Throw);
+    if (!options.hasHost()) {
+        result.host = profile.host.value_or(result.host);
+    }
+    if (!options.hasPort()) {
+        result.port = profile.port.value_or(result.port);
+    }
+    return result;
+}
+
+DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
+    DriveLimits limits;
+    limits.rate = options.rate.value_or(profile.rate);
+    limits.seconds = options.seconds.value_or(limits.seconds);
+    limits.exchanges = options.count.value_or(limits.exchanges);
+    return limits;
+}
+
+ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
+    Problems problems;
+    const Profile profile = readProfile(contentOf(options.profile), problems);
+    if (!problems.empty()) {
+        return complainOf(options.profile, problems);
+    }
+    const auto source = openDriveInput(options.input, profile, options.waveform, problems);
+    if (!problems.empty()) {
+        return complainOf(options.input, problems);
+    }
+    if (options.check) {
+        return reportChecked(options.profile, profile);
+    }
+    DriveOutput output(profile, globals.OutputFormat(), options.file,
+                       options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
+    DriveSession session(profile, clientOptions(options, globals, profile), output);
+    session.Run(*source, limitsOf(options, profile));
+    return ExitCode::Done;
+}
+
+void declareOptions(CLI::App& command, DriveOptions& options) {
+    command.add_option("PROFILE", options.profile, "The file that describes the session")
+        ->required();
+    command.add_flag("--check", options.check, "Only say whether the profile is valid");
+    command.add_option("--input", options.input,
+                       "What to send: a table FILE.csv, - for one on standard input,\n"
+                       "or sine, triangle, square, sweep; nothing without it");
+    command
+        .add_option("--period", options.waveform.periodSeconds, "Seconds of a waveform's period")
+        ->check(CLI::Range(kShortestPeriod, kLongestPeriod))
+        ->capture_default_str();
+    command
+        .add_option("--amplitude", options.waveform.amplitude,
+                    "Of a waveform; 1 is from end to end")
+        ->check(CLI::Range(0.0, 1.0))
+        ->capture_default_str();
+    command.add_option("--rate", options.rate, "Exchanges per second, instead of the profile's")
+        ->check(CLI::Range(kSlowestRate, kFastestRate));
+    command.add_option("-n,--count", options.count, "End after so many exchanges")
+        ->check(CLI::Range(std::uint64_t{1}, kLargestCount));
+    command.add_option("-T,--seconds", options.seconds, "End after so many seconds")
+        ->check(CLI::Range(0.0, kLongestSeconds));
+    command.add_option("-o,--output", options.file,
+                       "Write the outputs to this file: CSV, or JSON with --json");
+    command.add_flag("--force", options.force, "Overwrite that file");
+    command.add_flag("--reconnect", options.reconnect,
+                     "Wait for the simulator when it goes away, and go on");
+}
+
+} // namespace
+
+void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* const command = app.add_subcommand(
+        "drive", "Plays a session that a profile describes: sends axes, prints outputs");
+    command->footer(kFooter);
+    const auto options = std::make_shared<DriveOptions>();
+    options->hasHost = [&app] { return app.count("--host") > 0; };
+    options->hasPort = [&app] { return app.count("--port") > 0; };
+    declareOptions(*command, *options);
+    command->callback([options, &globals, &work] {
+        work = [options, &globals] { return drive(*options, globals); };
+    });
+}
+
+} // namespace orvane::tool

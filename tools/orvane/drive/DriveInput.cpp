@@ -1,0 +1,75 @@
+#include "tools/orvane/drive/DriveInput.h"
+
+#include "tools/orvane/Failure.h"
+#include "tools/orvane/InputLines.h"
+#include "tools/orvane/drive/PreparedRows.h"
+#include "tools/orvane/drive/TableSource.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace orvane::tool {
+
+namespace {
+
+class NothingToSend final : public IInputSource {
+public:
+    std::optional<InputRow> Next(double /*seconds*/) override { return InputRow(); }
+};
+
+std::unique_ptr<IInputSource> readTable(const std::string& file, const Profile& profile,
+                                        Problems& problems) {
+    InputLines lines(file);
+    TableSource table(lines, profile, problems);
+    std::vector<InputRow> rows;
+    while (std::optional<InputRow> row = table.Next(0)) {
+        rows.push_back(std::move(*row));
+    }
+    return std::make_unique<PreparedRows>(std::move(rows));
+}
+
+// Ends with a Failure at the first row that is wrong: what follows may depend on it.
+class StandardInput final : public IInputSource {
+public:
+    explicit StandardInput(const Profile& profile) : table(lines, profile, problems) { check(); }
+
+    std::optional<InputRow> Next(double seconds) override {
+        std::optional<InputRow> row = table.Next(seconds);
+        check();
+        return row;
+    }
+
+private:
+    void check() const {
+        if (!problems.empty()) {
+            std::string text = problemLines("standard input", problems);
+            text.pop_back();
+            throw Failure(ExitCode::WrongUsage, text);
+        }
+    }
+
+    InputLines lines{"-"};
+    Problems problems;
+    TableSource table;
+};
+
+} // namespace
+
+std::unique_ptr<IInputSource> openDriveInput(const std::string& input, const Profile& profile,
+                                             const WaveformSettings& settings, Problems& problems) {
+    if (input.empty()) {
+        return std::make_unique<NothingToSend>();
+    }
+    if (input == "-") {
+        return std::make_unique<StandardInput>(profile);
+    }
+    if (const std::optional<Waveform> waveform = waveformNamed(input)) {
+        WaveformSettings chosen = settings;
+        chosen.waveform = *waveform;
+        return std::make_unique<WaveformSource>(profile, chosen);
+    }
+    return readTable(input, profile, problems);
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "tools/orvane/Pace.h"
+#include "tools/orvane/drive/DriveOutput.h"
+#include "tools/orvane/drive/HeldInputs.h"
+#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Profile.h"
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "orvane/Options.h"
+#include "orvane/tarnel/Client.h"
+
+namespace orvane::tool {
+
+struct DriveLimits {
+    double rate = Profile::kUsualRate; // exchanges per second
+    double seconds = std::numeric_limits<double>::infinity();
+    std::uint64_t exchanges = std::numeric_limits<std::uint64_t>::max();
+};
+
+// Connects, declares what a profile says, and exchanges values until the source, a limit or an
+// interrupt ends it. However it ends, no command is left down.
+class DriveSession final {
+public:
+    // Borrows all but the options.
+    DriveSession(const Profile& profile, Options options, DriveOutput& output);
+
+    void Run(IInputSource& source, const DriveLimits& limits);
+
+private:
+    void connect();
+    void tell(const char* news) const;
+    void exchangeRows(IInputSource& source, const DriveLimits& limits);
+    void exchange(const std::vector<tarnel::Item>& items);
+    void close();
+    void abandon() noexcept;
+    void endLostCommands();
+
+    const Profile& profile;
+    Options options;
+    DriveOutput& output;
+    HeldInputs held;
+    std::optional<tarnel::Client> client;
+    std::optional<Pace> pace;
+    bool hasSent = false;
+    // While there is nothing to release, or no connection to do it on.
+    bool mayCancel = true;
+};
+
+} // namespace orvane::tool

@@ -1,0 +1,154 @@
+#include "tools/orvane/drive/TableSource.h"
+
+#include "tools/orvane/CsvFields.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kLongestSeconds = 1e9;
+
+template <typename Number>
+std::optional<Number> numberIn(std::string_view text) {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    const bool isNumber = error == std::errc{} && stopped == end;
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+} // namespace
+
+TableSource::TableSource(InputLines& readLines, const Profile& profile, Problems& foundProblems)
+    : lines(readLines), problems(foundProblems) {
+    readHeader(profile);
+}
+
+std::optional<InputRow> TableSource::Next(double /*seconds*/) {
+    if (columns.empty()) {
+        return std::nullopt;
+    }
+    while (const std::optional<std::string> line = nextLine()) {
+        if (std::optional<InputRow> row = readRow(*line)) {
+            return row;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> TableSource::nextLine() {
+    std::optional<std::string> line = lines.Next();
+    while (line && (trimmed(*line).empty() || line->starts_with('#'))) {
+        line = lines.Next();
+    }
+    return line;
+}
+
+void TableSource::readHeader(const Profile& profile) {
+    const std::optional<std::string> line = nextLine();
+    const auto names = line ? csvFields(*line) : std::nullopt;
+    if (!names) {
+        complain(line ? "a quote is not closed"
+                      : "the table is empty; it begins with the names of "
+                        "inputs, separated by commas");
+        return;
+    }
+    bool isValid = true;
+    for (const std::string& name : *names) {
+        const std::optional<Column> column = columnNamed(std::string(trimmed(name)), profile);
+        isValid = isValid && column;
+        columns.push_back(column.value_or(Column()));
+    }
+    if (!isValid) {
+        columns.clear();
+    }
+}
+
+std::optional<TableSource::Column> TableSource::columnNamed(const std::string& name,
+                                                            const Profile& profile) {
+    const auto isSame = [&](const Column& column) { return column.name == name; };
+    if (std::any_of(columns.begin(), columns.end(), isSame)) {
+        complain(fmt::format("there are two columns \"{}\"", name));
+        return std::nullopt;
+    }
+    if (name == "time") {
+        return Column{name, true, 0};
+    }
+    const ProfileInput* const input = profile.FindInput(name);
+    if (input == nullptr) {
+        complain(fmt::format("the profile has no input \"{}\"", name));
+        return std::nullopt;
+    }
+    return Column{name, false, input->action};
+}
+
+std::optional<InputRow> TableSource::readRow(const std::string& line) {
+    const auto fields = csvFields(line);
+    if (!fields) {
+        complain("a quote is not closed");
+        return std::nullopt;
+    }
+    if (fields->size() != columns.size()) {
+        complain(fmt::format("{} fields, but {} columns", fields->size(), columns.size()));
+        return std::nullopt;
+    }
+    InputRow row;
+    bool isValid = true;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::string_view field = trimmed((*fields)[i]);
+        isValid = (columns[i].isTime ? readTime(field, row) : readValue(field, columns[i], row)) &&
+                  isValid;
+    }
+    return isValid ? std::optional(row) : std::nullopt;
+}
+
+bool TableSource::readTime(std::string_view field, InputRow& row) {
+    const std::optional<double> seconds = numberIn<double>(field);
+    if (!seconds || !(*seconds >= 0 && *seconds <= kLongestSeconds)) {
+        complain(fmt::format("\"{}\" is not a time in seconds", field));
+        return false;
+    }
+    if (*seconds < lastSeconds) {
+        complain(fmt::format("{} s comes after {} s", *seconds, lastSeconds));
+        return false;
+    }
+    row.seconds = lastSeconds = *seconds;
+    return true;
+}
+
+bool TableSource::readValue(std::string_view field, const Column& column, InputRow& row) {
+    if (field.empty()) {
+        return true;
+    }
+    const std::optional<std::int32_t> value = numberIn<std::int32_t>(field);
+    if (!value) {
+        complain(
+            fmt::format("\"{}\" for \"{}\" is not a whole number from -2147483648 to "
+                        "2147483647",
+                        field, column.name));
+        return false;
+    }
+    row.items.push_back({column.action, *value});
+    return true;
+}
+
+void TableSource::complain(const std::string& reason) {
+    problems.push_back({std::max<std::size_t>(lines.Number(), 1), 0, reason});
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tools/orvane/InputLines.h"
+#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/drive/Profile.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane::tool {
+
+// A table of values: CSV under a header of input names. A column "time" says when a row is due, in
+// seconds since the session began. A value is a whole number as it is sent; where a field is empty,
+// nothing is. Empty lines and those that begin with "#" are left out.
+//
+// Borrows the lines. What is wrong is added to the problems, and the row left out.
+class TableSource final : public IInputSource {
+public:
+    // Reads the header.
+    TableSource(InputLines& lines, const Profile& profile, Problems& problems);
+
+    std::optional<InputRow> Next(double seconds) override;
+
+private:
+    struct Column {
+        std::string name;
+        bool isTime = false;
+        tarnel::ActionId action = 0;
+    };
+
+    std::optional<std::string> nextLine();
+    void readHeader(const Profile& profile);
+    std::optional<Column> columnNamed(const std::string& name, const Profile& profile);
+    std::optional<InputRow> readRow(const std::string& line);
+    bool readTime(std::string_view field, InputRow& row);
+    bool readValue(std::string_view field, const Column& column, InputRow& row);
+    void complain(const std::string& reason);
+
+    InputLines& lines;
+    Problems& problems;
+    std::vector<Column> columns;
+    double lastSeconds = 0;
+};
+
+} // namespace orvane::tool

@@ -1,0 +1,71 @@
+#include "tools/orvane/drive/Waveform.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kSweepPeriods = 10;
+constexpr double kSweepGain = 10;
+constexpr double kHighestRaw = 65535;
+
+double sine(double periods) {
+    return std::sin(2 * std::numbers::pi * periods);
+}
+
+double triangle(double periods) {
+    const double shifted = periods + 0.25;
+    return 1 - 4 * std::abs(shifted - std::floor(shifted) - 0.5);
+}
+
+double square(double periods) {
+    return periods - std::floor(periods) < 0.5 ? 1 : -1;
+}
+
+// The frequency rises evenly, and so the phase with the square of the time.
+double sweep(double periods) {
+    const double time = std::fmod(periods, kSweepPeriods);
+    return sine(time + (kSweepGain - 1) * time * time / (2 * kSweepPeriods));
+}
+
+} // namespace
+
+std::optional<Waveform> waveformNamed(std::string_view name) {
+    if (name == "sine") {
+        return Waveform::Sine;
+    }
+    if (name == "triangle") {
+        return Waveform::Triangle;
+    }
+    if (name == "square") {
+        return Waveform::Square;
+    }
+    if (name == "sweep") {
+        return Waveform::Sweep;
+    }
+    return std::nullopt;
+}
+
+double levelOf(Waveform waveform, double periods) {
+    switch (waveform) {
+    case Waveform::Triangle:
+        return triangle(periods);
+    case Waveform::Square:
+        return square(periods);
+    case Waveform::Sweep:
+        return sweep(periods);
+    case Waveform::Sine:
+        break;
+    }
+    return sine(periods);
+}
+
+std::int32_t axisValue(double level) {
+    const double raw = (std::clamp(level, -1.0, 1.0) + 1) / 2 * kHighestRaw;
+    return static_cast<std::int32_t>(std::lround(raw));
+}
+
+} // namespace orvane::tool
