@@ -105,7 +105,7 @@ void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setti
     arguments.insert(arguments.begin(), ORVANE_TOOL);
     std::vector<std::string> environment = environmentOf(setting);
     const Channel outChannel = setting.hasTerminal ? makeTerminal() : makePipe();
-    const Channel errChannel = makePipe();
+    const Channel errChannel = setting.hasErrTerminal ? makeTerminal() : makePipe();
     const int input = inputOf(setting.input);
     outEnd = outChannel.ours;
     errEnd = errChannel.ours;

@@ -17,6 +17,8 @@ struct ToolResult {
 struct ToolSetting {
     // Standard output is a terminal of 100 columns and 24 rows instead of a pipe.
     bool hasTerminal = false;
+    // The same for standard error.
+    bool hasErrTerminal = false;
     // What stands ready on standard input, which then ends.
     std::string input;
     // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed

@@ -24,6 +24,8 @@ void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addRecord(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addReplay(CLI::App& app, const GlobalOptions& globals, Work& work);
 
 void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addDump(CLI::App& app, const GlobalOptions& globals, Work& work);

@@ -82,6 +82,8 @@ int parseAndRun(int argc, char** argv) {
     orvane::tool::addCommand(app, globals, work);
     orvane::tool::addLatency(app, globals, work);
     orvane::tool::addDrive(app, globals, work);
+    orvane::tool::addRecord(app, globals, work);
+    orvane::tool::addReplay(app, globals, work);
     orvane::tool::addConfig(app, globals, work);
     orvane::tool::addDump(app, globals, work);
 

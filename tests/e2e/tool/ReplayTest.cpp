@@ -1,0 +1,108 @@
+#include <csignal>
+#include <regex>
+
+#include "e2e/tool/ToolTest.h"
+#include "support/Deadline.h"
+
+namespace {
+
+class ReplayTest : public ToolTest {};
+
+TEST_F(ReplayTest, WritesAllRowsBackAtTheirPace) {
+    directory.Write("r.csv",
+                    "time,test/float:float,test/int:int,test/floats:float[2]\n"
+                    "5.000,0.5,1,\"1,2\"\n"
+                    "5.100,0.1,-3,\"0.25,-8\"\n");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "r.csv: 2 rows written\n");
+    EXPECT_EQ(simulator->Get("test/float"), "0.1");
+    EXPECT_EQ(simulator->Get("test/int"), "-3");
+    EXPECT_EQ(simulator->Get("test/floats"), "0.25,-8,0,0,0,0,0,0");
+}
+
+TEST_F(ReplayTest, WaitsBetweenRowsAsLongAsTheRecordingDid) {
+    directory.Write("r.csv", "time,test/int:int\n0.000,1\n1000.000,2\n");
+    ToolRun run({"replay", "r.csv"});
+    EXPECT_TRUE(driveUntil([] {}, [&] { return simulator->Get("test/int") == "1"; }));
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "r.csv: 1 row written\n");
+    EXPECT_EQ(simulator->Get("test/int"), "1");
+    EXPECT_EQ(runTool({"replay", "r.csv", "--speed", "1000", "--timeout", "5"}).exitCode, 0);
+    EXPECT_EQ(simulator->Get("test/int"), "2");
+}
+
+TEST_F(ReplayTest, GivesBackWhatWasRecorded) {
+    simulator->Ask("set test/floats 0.1,1e-40,3e38,-0.5");
+    simulator->Ask("set test/int 77");
+    ASSERT_EQ(runTool({"record", "test/floats:float[4]", "test/int:int", "-n", "1", "-o", "r.csv"})
+                  .exitCode,
+              0);
+    const std::string before = simulator->Get("test/floats");
+    simulator->Ask("set test/floats 9,9,9,9");
+    simulator->Ask("set test/int 0");
+    EXPECT_EQ(runTool({"replay", "r.csv"}).exitCode, 0);
+    EXPECT_EQ(simulator->Get("test/floats"), before);
+    EXPECT_EQ(simulator->Get("test/int"), "77");
+}
+
+TEST_F(ReplayTest, BeginsAnewUntilTheInterrupt) {
+    directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.050,2\n");
+    ToolRun run({"replay", "r.csv", "--loop"});
+    for (const char* const value : {"2", "1", "2", "1"}) {
+        EXPECT_TRUE(driveUntil([] {}, [&] { return simulator->Get("test/int") == value; }));
+    }
+    run.Signal(SIGINT);
+    EXPECT_EQ(run.Wait().exitCode, 0);
+}
+
+TEST_F(ReplayTest, LeavesOutALineThatWasCutOff) {
+    directory.Write("r.csv", "time,test/int:int\n0.000,12\n0.050,34");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err,
+              "r.csv:3: the line was cut off, and is left out\n"
+              "r.csv: 1 row written\n");
+    EXPECT_EQ(simulator->Get("test/int"), "12");
+}
+
+TEST_F(ReplayTest, WritesNothingOfAFileThatIsWrongAnywhere) {
+    directory.Write("r.csv", "time,test/int:int\n0.000,12\n0.050,x\n0.100\n");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_EQ(result.err,
+              "r.csv:3: test/int: \"x\" is not a whole number from -2147483648 to 2147483647\n"
+              "r.csv:4: 1 fields, but 2 columns\n");
+    EXPECT_EQ(simulator->Get("test/int"), "0");
+    EXPECT_EQ(runTool({"replay", "none.csv"}).exitCode, 1);
+}
+
+TEST_F(ReplayTest, NamesWhatDidNotKeepItsLastValue) {
+    directory.Write("r.csv",
+                    "time,test/int:int,sim/flightmodel/position/elevation:float\n0.000,4,12.5\n");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err,
+              "orvane: sim/flightmodel/position/elevation did not take or keep 12.5; it is 0\n"
+              "r.csv: 1 row written\n");
+}
+
+TEST_F(ReplayTest, NamesWhatTheSimulatorDoesNotHave) {
+    directory.Write("r.csv", "time,no/such:int\n0.000,4\n");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_NE(result.err.find("no/such"), std::string::npos) << result.err;
+}
+
+TEST_F(ReplayTest, EndsWhenTheSimulatorDoes) {
+    directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.500,2\n1.000,3\n");
+    ToolRun run({"replay", "r.csv", "--loop"});
+    EXPECT_TRUE(driveUntil([] {}, [&] { return simulator->Get("test/int") == "1"; }));
+    simulator.reset();
+    EXPECT_EQ(run.Wait().exitCode, 2);
+}
+
+} // namespace

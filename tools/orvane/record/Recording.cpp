@@ -1,0 +1,164 @@
+#include "tools/orvane/record/Recording.h"
+
+#include "tools/orvane/CsvFields.h"
+#include "tools/orvane/DatarefArgument.h"
+#include "tools/orvane/Failure.h"
+#include "tools/orvane/RecordWriter.h"
+#include "tools/orvane/ValueText.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kLongestSeconds = 1e9;
+constexpr std::string_view kTime = "time";
+
+std::optional<double> secondsIn(std::string_view text) {
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, seconds);
+    const bool isTime =
+        error == std::errc{} && stopped == end && seconds >= 0 && seconds <= kLongestSeconds;
+    return isTime ? std::optional(seconds) : std::nullopt;
+}
+
+// Reads one recording. Each step returns whether it found nothing wrong.
+class Reader final {
+public:
+    Reader(InputLines& readLines, Problems& foundProblems)
+        : lines(readLines), problems(foundProblems) {}
+
+    Recording Read() {
+        const std::optional<std::string> header = next();
+        if (!header) {
+            complain("this is no recording: it has no header");
+        } else if (readHeader(*header)) {
+            while (const std::optional<std::string> line = next()) {
+                readRow(*line);
+            }
+        }
+        return std::move(recording);
+    }
+
+private:
+    // A line that has no end was cut off while it was written, wherever that happened.
+    std::optional<std::string> next() {
+        std::optional<std::string> line = lines.Next();
+        if (line && lines.IsCut()) {
+            recording.cutLine = lines.Number();
+            return std::nullopt;
+        }
+        return line;
+    }
+
+    bool readHeader(const std::string& line) {
+        const auto fields = csvFields(line);
+        if (!fields || fields->size() < 2 || fields->front() != kTime) {
+            complain("this is no recording: its first line is not \"time,NAME:TYPE,...\"");
+            return false;
+        }
+        bool isValid = true;
+        for (std::size_t i = 1; i < fields->size(); ++i) {
+            isValid = readColumn((*fields)[i]) && isValid;
+        }
+        return isValid;
+    }
+
+    bool readColumn(const std::string& text) {
+        try {
+            const DatarefArgument argument = parseDatarefArgument(text);
+            if (!argument.type) {
+                complain(fmt::format("{}: the type is missing", text));
+                return false;
+            }
+            if (!names.insert(argument.name).second) {
+                complain(fmt::format("{}: named twice", argument.name));
+                return false;
+            }
+            recording.datarefs.push_back(argument.Dataref());
+            return true;
+        } catch (const Failure& failure) {
+            complain(failure.what());
+            return false;
+        }
+    }
+
+    void readRow(const std::string& line) {
+        const auto fields = csvFields(line);
+        if (!fields) {
+            complain("a quote is not closed");
+        } else if (fields->size() != recording.datarefs.size() + 1) {
+            complain(fmt::format("{} fields, but {} columns", fields->size(),
+                                 recording.datarefs.size() + 1));
+        } else if (std::optional<RecordedRow> row = rowOf(*fields)) {
+            recording.rows.push_back(std::move(*row));
+        }
+    }
+
+    std::optional<RecordedRow> rowOf(const std::vector<std::string>& fields) {
+        const std::optional<double> seconds = secondsIn(fields.front());
+        if (!seconds) {
+            complain(fmt::format("\"{}\" is not a time in seconds", fields.front()));
+            return std::nullopt;
+        }
+        if (!recording.rows.empty() && *seconds < recording.rows.back().seconds) {
+            complain(fmt::format("{} s comes after {} s", *seconds, recording.rows.back().seconds));
+            return std::nullopt;
+        }
+        RecordedRow row{*seconds, {}};
+        for (std::size_t i = 0; i < recording.datarefs.size(); ++i) {
+            const velmar::Dataref& dataref = recording.datarefs[i];
+            try {
+                row.values.push_back(parseValue(fields[i + 1], dataref.type, dataref.size));
+            } catch (const Failure& failure) {
+                complain(fmt::format("{}: {}", dataref.name, failure.what()));
+                return std::nullopt;
+            }
+        }
+        return row;
+    }
+
+    void complain(const std::string& reason) {
+        problems.push_back({std::max<std::size_t>(lines.Number(), 1), 0, reason});
+    }
+
+    InputLines& lines;
+    Problems& problems;
+    Recording recording;
+    std::set<std::string> names;
+};
+
+} // namespace
+
+std::string recordingHeader(const std::vector<velmar::Dataref>& datarefs) {
+    std::vector<std::string> columns{std::string(kTime)};
+    for (const velmar::Dataref& dataref : datarefs) {
+        columns.push_back(fmt::format("{}:{}", dataref.name, typeText(dataref.type, dataref.size)));
+    }
+    return csvHeader(columns);
+}
+
+std::string recordingRow(double seconds, const std::vector<velmar::Value>& values) {
+    std::string line = fmt::format("{:.3f}", seconds);
+    for (const velmar::Value& value : values) {
+        const std::string text = valueText(value);
+        const bool needsQuotes = text.find(',') != std::string::npos;
+        line += needsQuotes ? ",\"" + text + "\"" : "," + text;
+    }
+    return line;
+}
+
+Recording readRecording(InputLines& lines, Problems& problems) {
+    return Reader(lines, problems).Read();
+}
+
+} // namespace orvane::tool

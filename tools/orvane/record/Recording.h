@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tools/orvane/InputLines.h"
+#include "tools/orvane/drive/Problems.h"
+
+#include <string>
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+// A recording is CSV. Its header is "time" and a NAME:TYPE for each dataref; a row has the seconds
+// since the recording began and the values, an array as one field with commas in it:
+//
+//     time,sim/cockpit2/controls/yoke_pitch_ratio:float,test/ints:int[2]
+//     0.000,0.25,"3,4"
+//
+// What is read back is exactly what was written.
+
+// Both without the end of the line.
+std::string recordingHeader(const std::vector<velmar::Dataref>& datarefs);
+std::string recordingRow(double seconds, const std::vector<velmar::Value>& values);
+
+struct RecordedRow {
+    double seconds = 0;
+    std::vector<velmar::Value> values;
+};
+
+struct Recording {
+    std::vector<velmar::Dataref> datarefs;
+    std::vector<RecordedRow> rows;
+    // The line that has no end and is therefore left out; 0 if there is none.
+    std::size_t cutLine = 0;
+};
+
+// Reads all of a file. What is wrong is added to the problems.
+Recording readRecording(InputLines& lines, Problems& problems);
+
+} // namespace orvane::tool
