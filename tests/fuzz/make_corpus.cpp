@@ -215,6 +215,24 @@ void writeCaptures(const std::filesystem::path& folder) {
     }
 }
 
+// Every key of a profile once.
+void writeProfiles(const std::filesystem::path& folder) {
+    const std::string profile =
+        "[connection]\nhost = \"sim\"\nport = 48000\nrate = 50\n"
+        "[[input]]\nname = \"pitch\"\ndataref = \"sim/x\"\ntype = \"float\"\n"
+        "scaling = { float_range = [-1.0, 1.0] }\nskip = { when_value = 1 }\n"
+        "[[input]]\nname = \"pitch\"\ndataref = \"sim/y\"\ntype = \"float\"\nelement = 3\n"
+        "scaling = { datarefs = [\"sim/min\", \"sim/max\"], element = 1 }\n"
+        "[[input]]\nname = \"flaps\"\ndataref = \"sim/i\"\ntype = \"int\"\nfixed = 4\naction = 7\n"
+        "[[input]]\nname = \"brakes\"\ncommand = \"sim/c\"\nhold = true\n"
+        "skip = { while_positive = \"sim/p\", type = \"int\", element = 2 }\n"
+        "[[input]]\nname = \"trim\"\ncommand = \"sim/d\"\nrepeat_ms = 200\n"
+        "[[output]]\nname = \"f\"\ndataref = \"kyr/f\"\ntype = \"float\"\n"
+        "[[output]]\nname = \"is\"\ndataref = \"sim/is\"\ntype = \"int\"\ncount = 4\nfirst = 2\n"
+        "[[output]]\nname = \"c\"\ncommand = \"kyr/c\"\n";
+    write(folder, "every-key", Bytes(profile.begin(), profile.end()));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -239,5 +257,6 @@ int main(int argc, char** argv) {
     writeAnswers(folder / "fuzz_client");
     writeConfigs(folder / "fuzz_config_check");
     writeCaptures(folder);
+    writeProfiles(folder / "fuzz_profile");
     return 0;
 }
