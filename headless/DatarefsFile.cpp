@@ -81,7 +81,7 @@ bool parseWritable(std::string_view text) {
     return text == "y";
 }
 
-DatarefDefinition parseLine(std::string_view line) {
+DatarefDefinition parseDatarefLine(std::string_view line) {
     const std::vector<std::string_view> columns = splitAtTabs(line);
     if (columns.size() < 3) {
         throw std::invalid_argument("name, type and writable are expected, separated by tabs");
@@ -106,7 +106,7 @@ public:
     void operator()(const std::string& line, int number) const {
         const bool isHeader = number == 1 && line.front() >= '0' && line.front() <= '9';
         if (!isHeader) {
-            definitions.push_back(parseLine(line));
+            definitions.push_back(parseDatarefLine(line));
         }
     }
 

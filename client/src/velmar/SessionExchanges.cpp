@@ -24,7 +24,7 @@ using detail::UnexpectedAnswer;
 
 // Reading and polling change nothing in the simulator. A write may be done twice at once, but not
 // when the simulator is back after minutes; an action may not be done twice at all.
-constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
+constexpr Repeat kReading{.whenTorn = true, .whenLost = true};
 constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
 constexpr Repeat kNever{};
 
@@ -52,7 +52,7 @@ void Client::Session::readBatch(std::span<const DatarefEntry* const> batch,
         most += wire::readReplySize(entry->dataref);
     }
     std::vector<Value> read;
-    link.carryOut(doing, kAlways, [&](Connection& on) {
+    link.carryOut(doing, kReading, [&](Connection& on) {
         read.clear();
         ByteWriter request = wire::beginRequest();
         for (const DatarefEntry* entry : batch) {
@@ -117,7 +117,7 @@ void Client::Session::run(std::string_view name, Action action) {
 std::vector<CommandReport> Client::Session::poll() {
     std::vector<CommandReport> reports;
     const std::string doing = "polling commands";
-    link.carryOut(doing, kAlways, [&](Connection& on) {
+    link.carryOut(doing, kReading, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
         wire::writePoll(request);
         const Bytes answer =
@@ -154,7 +154,7 @@ void Client::Session::pollBatch(std::span<const std::string> batch,
                                 std::vector<CommandReport>& reports) {
     const std::string doing = deed("polling", batch.front(), batch.size());
     std::vector<CommandReport> all;
-    link.carryOut(doing, kAlways, [&](Connection& on) {
+    link.carryOut(doing, kReading, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
         wire::writePoll(request);
         for (const std::string& name : batch) {

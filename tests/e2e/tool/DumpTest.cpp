@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kCapture = "flight.pcap";
 
-ToolSetting withInput(const std::string& input) {
+ToolSetting withCapture(const std::string& input) {
     ToolSetting setting;
     setting.input = input;
     return setting;
@@ -94,7 +94,7 @@ TEST_F(DumpTest, TellsARealFlightOfBothProtocols) {
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(comparable(result.out), kFlight);
     // The same through a pipe.
-    const ToolResult piped = runTool({"dump"}, withInput(directory.Read(kCapture)));
+    const ToolResult piped = runTool({"dump"}, withCapture(directory.Read(kCapture)));
     EXPECT_EQ(piped.exitCode, 0);
     EXPECT_EQ(piped.out, result.out);
     EXPECT_EQ(runTool({"dump", "--port", "48001", kCapture}).out, "");
@@ -193,7 +193,7 @@ TEST_F(DumpTest, ComplainsOfFilesThatAreNoCaptures) {
     EXPECT_EQ(other.exitCode, 5);
     EXPECT_EQ(other.out, "");
     EXPECT_EQ(other.err, "orvane: other.pcap: unknown file format\n");
-    EXPECT_EQ(runTool({"dump"}, withInput("nothing")).exitCode, 5);
+    EXPECT_EQ(runTool({"dump"}, withCapture("nothing")).exitCode, 5);
 }
 
 TEST_F(DumpTest, ComplainsOfFramesThatItDoesNotKnow) {

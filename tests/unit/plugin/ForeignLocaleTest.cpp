@@ -30,7 +30,7 @@ using testing::MatchesRegex;
 enum Type { kIntArray = 3 };
 
 constexpr std::uint16_t kPort = 48000;
-constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
+constexpr const char* kLocalConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
 // Groups every digit, as some countries' locales group thousands.
 class GroupedDigits final : public std::numpunct<char> {
@@ -45,7 +45,7 @@ protected:
         : former(std::locale::global(std::locale(std::locale(), new GroupedDigits))) {
         directory.MakePluginsFolder();
         directory.Write("XPLANEORVANE_VERBOSE", "");
-        directory.Write(kConfigFile, "kyr/lamps int_array 2000\n");
+        directory.Write(kLocalConfigFile, "kyr/lamps int_array 2000\n");
         char name[256] = {};
         char signature[256] = {};
         char description[256] = {};
@@ -169,8 +169,8 @@ TEST_F(ForeignLocaleTest, ReadsAndWritesTheSizesOfTheConfigurationFile) {
     EXPECT_EQ(simulator.Datarefs().GetIntArray("kyr/lamps").size(), 2000U);
     TcpPeer client(kPort);
     exchange(client, twelveOutputs());
-    EXPECT_TRUE(directory.Read(kConfigFile).ends_with("\nkyr/wide int_array 1500"))
-        << directory.Read(kConfigFile);
+    EXPECT_TRUE(directory.Read(kLocalConfigFile).ends_with("\nkyr/wide int_array 1500"))
+        << directory.Read(kLocalConfigFile);
 }
 
 } // namespace

@@ -26,7 +26,7 @@ using config::configColumns;
 using config::ConfigReport;
 using config::readConfig;
 
-constexpr const char* kFooter =
+constexpr const char* kConfigFooter =
     "Exit status: 0 every line would be registered, 1 the file cannot be read, 3 a line would be\n"
     "ignored. A name that the simulator has already is refused by the simulator; that is not seen\n"
     "here.\n"
@@ -86,7 +86,7 @@ void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work) {
         command->add_subcommand("check", "Says what the plugin would register, line by line");
     const auto file = std::make_shared<std::string>(kDefaultFile);
     check->add_option("FILE", *file, "The file; - for standard input")->capture_default_str();
-    check->footer(kFooter);
+    check->footer(kConfigFooter);
     check->callback([&globals, &work, file] {
         work = [&globals, file] { return checkConfig(*file, globals.OutputFormat()); };
     });

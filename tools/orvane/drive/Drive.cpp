@@ -20,14 +20,14 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kLongestSeconds = 31'536'000;
+constexpr double kLongestDriveSeconds = 31'536'000;
 constexpr double kSlowestRate = 0.01;
 constexpr double kFastestRate = 1000;
 constexpr double kShortestPeriod = 0.01;
 constexpr double kLongestPeriod = 86'400;
-constexpr std::uint64_t kLargestCount = 1'000'000'000'000;
+constexpr std::uint64_t kMostExchanges = 1'000'000'000'000;
 
-constexpr const char* kFooter =
+constexpr const char* kDriveFooter =
     "A profile is a TOML file:\n"
     "\n"
     "  [connection]           # all of it may be left out; --host, --port and --rate go first\n"
@@ -91,7 +91,7 @@ struct DriveOptions {
     std::function<bool()> hasPort;
 };
 
-std::string contentOf(const std::string& path) {
+std::string profileText(const std::string& path) {
     InputLines lines(path);
     std::string content;
     while (const std::optional<std::string> line = lines.Next()) {
@@ -135,7 +135,7 @@ DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
 
 ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
     Problems problems;
-    const Profile profile = readProfile(contentOf(options.profile), problems);
+    const Profile profile = readProfile(profileText(options.profile), problems);
     if (!problems.empty()) {
         return complainOf(options.profile, problems);
     }
@@ -172,9 +172,9 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_option("--rate", options.rate, "Exchanges per second, instead of the profile's")
         ->check(CLI::Range(kSlowestRate, kFastestRate));
     command.add_option("-n,--count", options.count, "End after so many exchanges")
-        ->check(CLI::Range(std::uint64_t{1}, kLargestCount));
+        ->check(CLI::Range(std::uint64_t{1}, kMostExchanges));
     command.add_option("-T,--seconds", options.seconds, "End after so many seconds")
-        ->check(CLI::Range(0.0, kLongestSeconds));
+        ->check(CLI::Range(0.0, kLongestDriveSeconds));
     command.add_option("-o,--output", options.file,
                        "Write the outputs to this file: CSV, or JSON with --json");
     command.add_flag("--force", options.force, "Overwrite that file");
@@ -187,7 +187,7 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
 void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* const command = app.add_subcommand(
         "drive", "Plays a session that a profile describes: sends axes, prints outputs");
-    command->footer(kFooter);
+    command->footer(kDriveFooter);
     const auto options = std::make_shared<DriveOptions>();
     options->hasHost = [&app] { return app.count("--host") > 0; };
     options->hasPort = [&app] { return app.count("--port") > 0; };

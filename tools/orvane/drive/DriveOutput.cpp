@@ -30,7 +30,7 @@ std::string jsonLine(const Record& record) {
 }
 
 // As in a line of CSV, but never in quotes.
-std::string fieldText(const Record& field) {
+std::string cellText(const Record& field) {
     const std::string text = csvLine({"field"}, Record{{"field", field}});
     return text.starts_with('"') ? text.substr(1, text.size() - 2) : text;
 }
@@ -87,7 +87,7 @@ Record DriveOutput::recordOf(double seconds, const tarnel::Answer& answer) const
 std::string DriveOutput::textOf(const Record& record) const {
     std::string text = fmt::format("{:.3f}", record.at("time").get<double>());
     for (const ProfileOutput& output : profile.outputs) {
-        text += fmt::format(" {}={}", output.name, fieldText(record.at(output.name)));
+        text += fmt::format(" {}={}", output.name, cellText(record.at(output.name)));
     }
     const Record& aircraft = record.at("aircraft");
     return text + " aircraft=" + (aircraft.is_null() ? "none" : aircraft.get<std::string>());

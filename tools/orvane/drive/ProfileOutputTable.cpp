@@ -10,7 +10,7 @@ namespace {
 
 using tarnel::Output;
 
-constexpr std::int64_t kMostInt32 = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kLastElement = std::numeric_limits<std::int32_t>::max();
 // The server ends the simulator when an answer exceeds 256 MiB, so that no array comes near.
 constexpr std::int64_t kMostElements = 1'000'000;
 
@@ -32,7 +32,7 @@ std::optional<Output> readDataref(ProfileTable& table, tarnel::OutputId id) {
     }
     const auto type = table.Choice("type", {"float", "int"});
     const auto count = table.Integer("count", 1, kMostElements);
-    const auto first = table.Integer("first", 0, kMostInt32);
+    const auto first = table.Integer("first", 0, kLastElement);
     if (table.Has("first") && !table.Has("count")) {
         table.ComplainAt("first", "\"first\" needs \"count\", the number of elements from there");
     }

@@ -13,7 +13,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kLongestSeconds = 1e9;
+constexpr double kLatestRowSeconds = 1e9;
 
 template <typename Number>
 std::optional<Number> numberIn(std::string_view text) {
@@ -119,7 +119,7 @@ std::optional<InputRow> TableSource::readRow(const std::string& line) {
 
 bool TableSource::readTime(std::string_view field, InputRow& row) {
     const std::optional<double> seconds = numberIn<double>(field);
-    if (!seconds || !(*seconds >= 0 && *seconds <= kLongestSeconds)) {
+    if (!seconds || !(*seconds >= 0 && *seconds <= kLatestRowSeconds)) {
         complain(fmt::format("\"{}\" is not a time in seconds", field));
         return false;
     }

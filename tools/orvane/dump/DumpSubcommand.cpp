@@ -23,7 +23,7 @@ using dump::CaptureFile;
 using dump::Message;
 using dump::TimeStyle;
 
-constexpr const char* kFooter =
+constexpr const char* kDumpFooter =
     "A line per message: time, client, > to the plugin or < from it, what it is, and what the\n"
     "plugin makes of it where that is not plain:\n"
     "  [torn: ...]                not there as a whole when the plugin looked\n"
@@ -111,7 +111,7 @@ void addDump(CLI::App& app, const GlobalOptions& globals, Work& work) {
         ->capture_default_str();
     command->add_flag("--absolute", options->isAbsolute,
                       "Times of day in UTC instead of seconds since the first packet");
-    command->footer(kFooter);
+    command->footer(kDumpFooter);
     command->callback([&globals, &work, options] {
         work = [&globals, options] { return dumpCapture(*options, globals); };
     });

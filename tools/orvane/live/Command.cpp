@@ -31,7 +31,7 @@ using Names = std::vector<std::string>;
 constexpr double kUsualInterval = 0.05;
 constexpr double kLongestHold = 86'400.0;
 
-constexpr const char* kFooter =
+constexpr const char* kCommandFooter =
     "Where the simulator lacks one of the commands, none is run, and the exit status is 3.\n"
     "\n"
     "Examples:\n"
@@ -196,7 +196,7 @@ void addObserve(CLI::App& parent, const GlobalOptions& globals, Work& work) {
 void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* command = app.add_subcommand("command", "Runs and observes commands");
     command->require_subcommand(1);
-    command->footer(kFooter);
+    command->footer(kCommandFooter);
     addAction(*command, globals, work, "once", "Runs commands, one after the other",
               velmar::Action::Once, kOnceFooter);
     addAction(*command, globals, work, "begin", "Presses commands and leaves them down",

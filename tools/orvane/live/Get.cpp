@@ -17,7 +17,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr const char* kFooter =
+constexpr const char* kGetFooter =
     "A dataref is NAME, NAME:TYPE or NAME:TYPE@UNIT. The types are int, float, byte, int[N] and\n"
     "float[N], which is the first N elements. The server does not tell a dataref's type, and what\n"
     "is read as another type than its own is 0: without a type, the first one is taken of float,\n"
@@ -75,7 +75,7 @@ void addGet(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* command = app.add_subcommand("get", "Prints the values of datarefs");
     const auto names = std::make_shared<std::vector<std::string>>();
     command->add_option("NAME", *names, "NAME[:TYPE][@UNIT]")->required();
-    command->footer(kFooter);
+    command->footer(kGetFooter);
     command->callback([&, names] { work = [&, names] { return get(globals, *names); }; });
 }
 

@@ -21,7 +21,7 @@ using std::chrono::steady_clock;
 
 constexpr int kRoundTrips = 5;
 
-constexpr const char* kFooter =
+constexpr const char* kInfoFooter =
     "The version is that of the Tarnel protocol. The id is a hash of the aircraft's description;\n"
     "there is none while no aircraft is loaded. Exit status 2: nobody listens there; 4: the\n"
     "simulator does not answer, as when it loads scenery.\n"
@@ -90,7 +90,7 @@ ExitCode info(const GlobalOptions& globals) {
 
 void addInfo(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* command = app.add_subcommand("info", "Tells whether the plugin is there, and of it");
-    command->footer(kFooter);
+    command->footer(kInfoFooter);
     command->callback([&] { work = [&] { return info(globals); }; });
 }
 

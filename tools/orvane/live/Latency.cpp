@@ -32,7 +32,7 @@ constexpr double kShortestSeconds = 0.1;
 constexpr double kLongestSeconds = 86'400.0;
 constexpr std::size_t kLongestBar = 40;
 
-constexpr const char* kFooter =
+constexpr const char* kLatencyFooter =
     "Asks for the version again and again, each time as soon as the answer is there. The server\n"
     "answers in the frame after the one in which it finds the request, so that a round trip takes\n"
     "two frames of the simulator, and the frame rate follows from the median time from one answer\n"
@@ -157,7 +157,7 @@ void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work) {
     command->add_option("-T,--seconds", *seconds, "How long to measure")
         ->check(CLI::Range(kShortestSeconds, kLongestSeconds))
         ->capture_default_str();
-    command->footer(kFooter);
+    command->footer(kLatencyFooter);
     command->callback([&, seconds] { work = [&, seconds] { return latency(globals, *seconds); }; });
 }
 

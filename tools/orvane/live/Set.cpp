@@ -22,7 +22,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr const char* kFooter =
+constexpr const char* kSetFooter =
     "A dataref is NAME or NAME:TYPE. The types are int, float, byte, int[N] and float[N], which "
     "is\n"
     "the first N elements; the elements of an array are given with commas between them. Without a\n"
@@ -92,7 +92,7 @@ void addSet(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* command = app.add_subcommand("set", "Writes datarefs");
     const auto texts = std::make_shared<std::vector<std::string>>();
     command->add_option("ASSIGNMENT", *texts, "NAME=VALUE or NAME:TYPE=VALUE")->required();
-    command->footer(kFooter);
+    command->footer(kSetFooter);
     command->callback([&, texts] { work = [&, texts] { return set(globals, *texts); }; });
 }
 

@@ -30,11 +30,11 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr double kUsualInterval = 0.2;
+constexpr double kUsualWatchInterval = 0.2;
 constexpr std::chrono::milliseconds kRedrawInterval(50);
 constexpr std::chrono::seconds kBetweenGuesses(1);
 
-constexpr const char* kFooter =
+constexpr const char* kWatchFooter =
     "On a terminal a table is redrawn in place: value, unit as given with @UNIT, the least and "
     "the\n"
     "greatest seen, and the latest values as a small curve; * marks what has changed. Elsewhere,\n"
@@ -53,7 +53,7 @@ constexpr const char* kFooter =
 
 struct WatchOptions {
     std::vector<std::string> names;
-    Limits limits{.count = {}, .seconds = {}, .interval = kUsualInterval};
+    Limits limits{.count = {}, .seconds = {}, .interval = kUsualWatchInterval};
 };
 
 // One run of the command.
@@ -183,7 +183,7 @@ void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work) {
     const auto options = std::make_shared<WatchOptions>();
     command->add_option("NAME", options->names, "NAME[:TYPE][@UNIT]")->required();
     declareLimits(*command, options->limits, "readings");
-    command->footer(kFooter);
+    command->footer(kWatchFooter);
     command->callback(
         [&, options] { work = [&, options] { return Watch(globals, *options).Run(); }; });
 }

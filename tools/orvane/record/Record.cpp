@@ -26,12 +26,12 @@ namespace orvane::tool {
 namespace {
 
 constexpr double kUsualRate = 20;
-constexpr double kSlowestRate = 0.001;
-constexpr double kFastestRate = 1000;
-constexpr double kLongestSeconds = 31'536'000;
-constexpr std::uint64_t kLargestCount = 1'000'000'000'000;
+constexpr double kSlowestRecordRate = 0.001;
+constexpr double kFastestRecordRate = 1000;
+constexpr double kLongestRecordSeconds = 31'536'000;
+constexpr std::uint64_t kMostRows = 1'000'000'000'000;
 
-constexpr const char* kFooter =
+constexpr const char* kRecordFooter =
     "A name is NAME:TYPE, as for \"orvane get\"; the types are found out where they are not given\n"
     "and a value is not 0 at the start, else float is recorded. All datarefs of a row are read\n"
     "together, and each row is written as a whole and at once: whatever ends a recording, its "
@@ -137,18 +137,18 @@ private:
 void addRecord(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* const command =
         app.add_subcommand("record", "Writes the values of datarefs to a file as time goes by");
-    command->footer(kFooter);
+    command->footer(kRecordFooter);
     const auto options = std::make_shared<RecordOptions>();
     command->add_option("NAME", options->names, "What to record: NAME or NAME:TYPE")->required();
     command->add_option("-o,--output", options->file, "The file")->required();
     command->add_flag("--force", options->force, "Overwrite the file");
     command->add_option("--rate", options->rate, "Rows per second")
-        ->check(CLI::Range(kSlowestRate, kFastestRate))
+        ->check(CLI::Range(kSlowestRecordRate, kFastestRecordRate))
         ->capture_default_str();
     command->add_option("-n,--count", options->count, "End after so many rows")
-        ->check(CLI::Range(std::uint64_t{1}, kLargestCount));
+        ->check(CLI::Range(std::uint64_t{1}, kMostRows));
     command->add_option("-T,--seconds", options->seconds, "End after so many seconds")
-        ->check(CLI::Range(0.0, kLongestSeconds));
+        ->check(CLI::Range(0.0, kLongestRecordSeconds));
     command->callback([options, &globals, &work] {
         work = [options, &globals] { return Recorder(*options, globals).Run(); };
     });

@@ -19,7 +19,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kLongestSeconds = 1e9;
+constexpr double kLatestRecordSeconds = 1e9;
 constexpr std::string_view kTime = "time";
 
 std::optional<double> secondsIn(std::string_view text) {
@@ -27,7 +27,7 @@ std::optional<double> secondsIn(std::string_view text) {
     const char* const end = text.data() + text.size();
     const auto [stopped, error] = std::from_chars(text.data(), end, seconds);
     const bool isTime =
-        error == std::errc{} && stopped == end && seconds >= 0 && seconds <= kLongestSeconds;
+        error == std::errc{} && stopped == end && seconds >= 0 && seconds <= kLatestRecordSeconds;
     return isTime ? std::optional(seconds) : std::nullopt;
 }
 

@@ -26,7 +26,7 @@ namespace {
 constexpr double kSlowest = 0.01;
 constexpr double kFastest = 1000;
 
-constexpr const char* kFooter =
+constexpr const char* kReplayFooter =
     "The file is one of \"orvane record\". It is read to its end before anything is written, and\n"
     "refused with exit status 5 when any line is wrong; a last line that was cut off is left out,\n"
     "with a note. Ctrl-C ends a replay; the values stay as they are then.\n"
@@ -155,7 +155,7 @@ ExitCode replay(const ReplayOptions& options, const GlobalOptions& globals) {
 void addReplay(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* const command =
         app.add_subcommand("replay", "Writes recorded values back at the pace of their recording");
-    command->footer(kFooter);
+    command->footer(kReplayFooter);
     const auto options = std::make_shared<ReplayOptions>();
     command
         ->add_option("FILE", options->file,

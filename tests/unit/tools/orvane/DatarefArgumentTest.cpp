@@ -27,7 +27,7 @@ std::string refusal(const std::function<void()>& parse) {
     return "accepted";
 }
 
-std::string refusalOf(const std::string& text) {
+std::string argumentRefusal(const std::string& text) {
     return refusal([&] { parseDatarefArgument(text); });
 }
 
@@ -70,43 +70,43 @@ TEST(DatarefArgumentTest, TakesAValueWhereOneIsWanted) {
 }
 
 TEST(DatarefArgumentTest, SaysWhatIsWrongWithAType) {
-    EXPECT_EQ(refusalOf("a:double"),
+    EXPECT_EQ(argumentRefusal("a:double"),
               "double: the protocol carries no doubles; the types are int, float, byte, int[N] and "
               "float[N]");
-    EXPECT_EQ(refusalOf("a:bool"),
+    EXPECT_EQ(argumentRefusal("a:bool"),
               "bool: no such type; the types are int, float, byte, int[N] and float[N]");
-    EXPECT_EQ(refusalOf("a:"),
+    EXPECT_EQ(argumentRefusal("a:"),
               ": no such type; the types are int, float, byte, int[N] and float[N]");
-    EXPECT_EQ(refusalOf("a:byte[4]"),
+    EXPECT_EQ(argumentRefusal("a:byte[4]"),
               "byte[4]: there are no such arrays; the types are int, float, byte, int[N] and "
               "float[N]");
-    EXPECT_EQ(refusalOf("a:int[4"), "int[4: the bracket is not closed");
+    EXPECT_EQ(argumentRefusal("a:int[4"), "int[4: the bracket is not closed");
 }
 
 TEST(DatarefArgumentTest, SaysHowManyElementsAnArrayMayHave) {
     const std::string reason = ": an array has 1 to 500000 elements, as in int[8]";
-    EXPECT_EQ(refusalOf("a:int[]"), "int[]" + reason);
-    EXPECT_EQ(refusalOf("a:int[0]"), "int[0]" + reason);
-    EXPECT_EQ(refusalOf("a:int[-1]"), "int[-1]" + reason);
-    EXPECT_EQ(refusalOf("a:int[x]"), "int[x]" + reason);
-    EXPECT_EQ(refusalOf("a:int[8x]"), "int[8x]" + reason);
-    EXPECT_EQ(refusalOf("a:int[500001]"), "int[500001]" + reason);
-    EXPECT_EQ(refusalOf("a:int[99999999999]"), "int[99999999999]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[]"), "int[]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[0]"), "int[0]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[-1]"), "int[-1]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[x]"), "int[x]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[8x]"), "int[8x]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[500001]"), "int[500001]" + reason);
+    EXPECT_EQ(argumentRefusal("a:int[99999999999]"), "int[99999999999]" + reason);
 }
 
 TEST(DatarefArgumentTest, SaysWhatIsWrongWithAName) {
-    EXPECT_EQ(refusalOf(""), ": the name is missing");
-    EXPECT_EQ(refusalOf(":int"), ":int: the name is missing");
-    EXPECT_EQ(refusalOf("@kt"), "@kt: the name is missing");
-    EXPECT_EQ(refusalOf("a[3]"),
+    EXPECT_EQ(argumentRefusal(""), ": the name is missing");
+    EXPECT_EQ(argumentRefusal(":int"), ":int: the name is missing");
+    EXPECT_EQ(argumentRefusal("@kt"), "@kt: the name is missing");
+    EXPECT_EQ(argumentRefusal("a[3]"),
               "a[3]: write an array as a:float[N] or a:int[N], which is its first N elements");
     EXPECT_EQ(parseDatarefArgument(std::string(255, 'a')).name.size(), 255U);
-    EXPECT_EQ(refusalOf(std::string(256, 'a')),
+    EXPECT_EQ(argumentRefusal(std::string(256, 'a')),
               std::string(256, 'a') + ": a name has at most 255 characters");
 }
 
 TEST(DatarefArgumentTest, WantsAValueOnlyWhereOneIsWanted) {
-    EXPECT_EQ(refusalOf("a=1"), "a=1: a value has no place here; only \"set\" takes one");
+    EXPECT_EQ(argumentRefusal("a=1"), "a=1: a value has no place here; only \"set\" takes one");
     EXPECT_EQ(refusal([] { parseAssignment("a:int"); }),
               "a:int: a value is missing: NAME=VALUE or NAME:TYPE=VALUE");
     EXPECT_EQ(refusal([] { parseAssignment("a="); }), "a=: the value is empty");

@@ -15,7 +15,7 @@ namespace {
 
 const Bytes kTarnel = fromHex("11 22 33 44");
 const Bytes kVelmar = fromHex("55 66 77 88");
-const Bytes kVersionAnswer = fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+const Bytes kVersionFrame = fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00");
 const Bytes kNoOutputs = fromHex("0C 00 00 00 FF FF 00 00 04 00 00 00 78 56 34 12");
 const Bytes kOneInt = fromHex(
     "18 00 00 00 01 00 00 00 04 00 00 00 05 00 00 00 "
@@ -60,7 +60,7 @@ Bytes behind(const Bytes& bytes, std::size_t count) {
 TEST_F(ConversationTest, TellsRequestsWithTheirAnswers) {
     client(join({kTarnel, versionMessage()}));
     EXPECT_EQ(lines, "");
-    plugin(kVersionAnswer);
+    plugin(kVersionFrame);
     client(join({kVelmar, pollCommandStates()}));
     plugin(fromHex("04 00 00 00 00 00 00 00"));
     EXPECT_EQ(lines,
@@ -155,7 +155,7 @@ TEST_F(ConversationTest, FollowsAConnectionThatFindsItsPlaceAgain) {
 TEST_F(ConversationTest, AnswersRequestsThatWereSentAtOnceOneByOne) {
     client(join({kTarnel, versionMessage()}));
     client(join({kVelmar, pollCommandStates()}));
-    plugin(kVersionAnswer);
+    plugin(kVersionFrame);
     plugin(fromHex("04 00 00 00 00 00 00 00"));
     EXPECT_EQ(lines,
               "> tarnel version\n"
@@ -271,7 +271,7 @@ TEST_F(ConversationTest, SkipsARequestThatWasNotCapturedAsAWhole) {
     conversation->MissSent(now(), 132);
     plugin(kOneInt);
     client(join({kTarnel, versionMessage()}));
-    plugin(kVersionAnswer);
+    plugin(kVersionFrame);
     EXPECT_EQ(lines,
               "> tarnel request: of 4 bytes or more [missing: the rest is not in the "
               "capture]\n"

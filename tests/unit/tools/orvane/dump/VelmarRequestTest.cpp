@@ -59,7 +59,7 @@ protected:
     VelmarNames names;
 };
 
-Bytes firstOf(const Bytes& bytes, std::size_t count) {
+Bytes beginningOf(const Bytes& bytes, std::size_t count) {
     return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
@@ -233,7 +233,7 @@ TEST_F(VelmarRequestTest, LeavesWhatWasNotAnsweredToTheNextRequest) {
 TEST_F(VelmarRequestTest, TellsPacketsThatArrivedTooLateFromTorn) {
     // A simulator that answers has not ended, so the torn read was not there yet.
     const VelmarExchange exchange =
-        read(join({readDataref(3), firstOf(readDataref(1), 6)}),
+        read(join({readDataref(3), beginningOf(readDataref(1), 6)}),
              fromHex("05 00 00 00 03 00 00 00 01 00 00 00 01 00 00 00 C8"));
     EXPECT_EQ(exchange.packets.size(), 1U);
     EXPECT_EQ(exchange.consumed, 8U);
@@ -243,16 +243,16 @@ TEST_F(VelmarRequestTest, TellsPacketsThatArrivedTooLateFromTorn) {
 TEST_F(VelmarRequestTest, LeavesTornPacketsUnread) {
     expectWait(fromHex("01 00"), "packet");
     for (std::size_t size = 4; size <= 16; ++size) {
-        expectWait(firstOf(registerDataref(1, 1, 0, "some/name"), size), "register dataref");
+        expectWait(beginningOf(registerDataref(1, 1, 0, "some/name"), size), "register dataref");
     }
     for (std::size_t size = 4; size <= 7; ++size) {
-        expectWait(firstOf(unregisterDataref(1), size), "unregister dataref");
-        expectWait(firstOf(unregisterCommand(9), size), "unregister command");
+        expectWait(beginningOf(unregisterDataref(1), size), "unregister dataref");
+        expectWait(beginningOf(unregisterCommand(9), size), "unregister command");
     }
     for (std::size_t size = 12; size <= 19; ++size) {
-        expectWait(firstOf(writeDataref(4, zeros(8)), size), "write dataref");
+        expectWait(beginningOf(writeDataref(4, zeros(8)), size), "write dataref");
     }
-    expectWait(firstOf(runCommand(9, 1), 4), "run command");
+    expectWait(beginningOf(runCommand(9, 1), 4), "run command");
     EXPECT_EQ(readUnanswered(fromHex("01 00")).packets[0].marks,
               (Marks{{MarkKind::Torn, "2 bytes of its type: left unread"}}));
     EXPECT_EQ(readUnanswered(fromHex("07 00 00 00")).packets[0].marks,
@@ -263,28 +263,28 @@ TEST_F(VelmarRequestTest, KnowsWhichTornPacketsEndTheSimulator) {
     const std::string shortWord = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4";
     const std::string shortByte = "Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1";
     for (std::size_t size = 4; size <= 7; ++size) {
-        expectEnd(firstOf(readDataref(1), size), shortWord);
-        expectEnd(firstOf(writeDataref(1, i32(0)), size), shortWord);
-        expectEnd(firstOf(writeDataref(1, i32(0)), size + 4), shortWord);
-        expectEnd(firstOf(writeDataref(1, i32(0)), size + 8),
+        expectEnd(beginningOf(readDataref(1), size), shortWord);
+        expectEnd(beginningOf(writeDataref(1, i32(0)), size), shortWord);
+        expectEnd(beginningOf(writeDataref(1, i32(0)), size + 4), shortWord);
+        expectEnd(beginningOf(writeDataref(1, i32(0)), size + 8),
                   "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4");
-        expectEnd(firstOf(writeDataref(2, f32(0)), size + 8),
+        expectEnd(beginningOf(writeDataref(2, f32(0)), size + 8),
                   "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4");
     }
-    expectEnd(firstOf(writeDataref(3, {1}), 12), shortByte);
+    expectEnd(beginningOf(writeDataref(3, {1}), 12), shortByte);
     for (std::size_t size = 5; size <= 7; ++size) {
-        expectEnd(firstOf(runCommand(9, 1), size), shortWord);
+        expectEnd(beginningOf(runCommand(9, 1), size), shortWord);
     }
-    expectEnd(firstOf(runCommand(9, 1), 8), shortByte);
+    expectEnd(beginningOf(runCommand(9, 1), 8), shortByte);
 }
 
 TEST_F(VelmarRequestTest, KnowsWhichTornRegistrationsEndTheSimulator) {
     const std::string longName(65, 'n');
-    expectEnd(firstOf(registerDataref(1, 1, 0, longName), 20),
+    expectEnd(beginningOf(registerDataref(1, 1, 0, longName), 20),
               "FATAL@XPlaneDataRef::FromStream : tried to read string with A bytes, got 3");
-    expectEnd(firstOf(registerCommand(1, longName), 17),
+    expectEnd(beginningOf(registerCommand(1, longName), 17),
               "FATAL@VelmarDataRef::FromStream : tried to read string with A bytes, got 8");
-    expectEnd(firstOf(registerCommand(1, longName), 16),
+    expectEnd(beginningOf(registerCommand(1, longName), 16),
               "FATAL@VelmarDataRef::FromStream : Not enough bytes to read dataref");
     // Whole, and yet too short.
     expectEnd(registerCommand(1, "s/press"),

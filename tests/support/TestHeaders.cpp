@@ -1,1 +1,0 @@
-// Nothing: a precompiled header needs a source that is compiled with it.
