@@ -48,25 +48,31 @@ void Link::reconnect() {
     const auto end = Clock::now() + options.backoff.within;
     auto delay = options.backoff.firstDelay;
     for (int tries = 1;; ++tries) {
-        std::string reason;
-        try {
-            connectAnew(kTriesToDeclare);
+        const std::optional<std::string> reason = tryToConnect();
+        if (!reason) {
             return;
-        } catch (const ConnectError& error) {
-            reason = error.what();
-        } catch (const TimeoutError& error) {
-            reason = error.what();
-        } catch (const ClosedError& error) {
-            reason = error.what();
         }
         const auto next = Clock::now() + delay;
         if (next >= end) {
-            throw ConnectError(reason + "; gave up at try " + std::to_string(tries));
+            throw ConnectError(*reason + "; gave up at try " + std::to_string(tries));
         }
         if (sleepUntil(next, options.cancelled) == Waited::Cancelled) {
-            throw CancelledError(reason + "; was cancelled at try " + std::to_string(tries));
+            throw CancelledError(*reason + "; was cancelled at try " + std::to_string(tries));
         }
         delay = std::min(delay * 2, options.backoff.longestDelay);
+    }
+}
+
+std::optional<std::string> Link::tryToConnect() {
+    try {
+        connectAnew(kTriesToDeclare);
+        return std::nullopt;
+    } catch (const ConnectError& error) {
+        return error.what();
+    } catch (const TimeoutError& error) {
+        return error.what();
+    } catch (const ClosedError& error) {
+        return error.what();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -57,6 +58,8 @@ public:
 private:
     void ensureConnected(const std::string& doing);
     void attempt(const std::string& doing, const Work& work);
+    // Returns the reason for another try, if one is needed.
+    std::optional<std::string> tryToConnect();
     void connectAnew(int triesToDeclare);
     std::unique_ptr<Connection> makeDeclared(int tries);
     void drop(const Error& reason);

@@ -49,9 +49,10 @@ std::string responseText(const Message& message) {
     if (!message.responseNs) {
         return {};
     }
-    return fmt::format(
-        " ({:.3f} ms)",
-        static_cast<double>(*message.responseNs / kNsPerMicrosecond) / kMicrosecondsPerMillisecond);
+    // Captures count in microseconds; what is below is of no account.
+    const auto microseconds = *message.responseNs / kNsPerMicrosecond;
+    return fmt::format(" ({:.3f} ms)",
+                       static_cast<double>(microseconds) / kMicrosecondsPerMillisecond);
 }
 
 std::string markText(const Mark& mark) {
