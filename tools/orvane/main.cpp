@@ -29,7 +29,7 @@ constexpr const char* kFooter =
     "Examples:\n"
     "  orvane info\n"
     "  orvane get sim/cockpit2/controls/yoke_pitch_ratio\n"
-    "  orvane watch sim/time/zulu_time_sec --host 192.0.2.7\n"
+    "  orvane watch sim/time/total_running_time_sec --host 192.0.2.7\n"
     "  orvane get --help";
 
 ExitCode complain(ExitCode code, const std::string& line) {

@@ -32,10 +32,10 @@ constexpr const char* kConfigFooter =
     "here.\n"
     "\n"
     "Examples:\n"
-    "  orvane config check                                        in the simulator's folder\n"
-    "  orvane config check ~/X-Plane/Resources/plugins/xplaneorvane_datarefs.cfg\n"
-    "  orvane config check datarefs.cfg | grep ignored:\n"
-    "  orvane config check --json - < datarefs.cfg";
+    "  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg\n"
+    "  echo 'kyr/lamps int_array 8' | orvane config check --json -\n"
+    "  echo 'kyr/lamps int_array 0' | orvane config check - | grep ignored:\n"
+    "  cd build/run && orvane config check";
 
 constexpr const char* kDefaultFile = "./Resources/plugins/xplaneorvane_datarefs.cfg";
 
@@ -81,7 +81,8 @@ ExitCode checkConfig(const std::string& file, Format format) {
 void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* command = app.add_subcommand("config", "Looks after the plugin's configuration file");
     command->require_subcommand(1);
-    command->footer("Example:\n  orvane config check");
+    command->footer(
+        "Example:\n  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg");
     CLI::App* check =
         command->add_subcommand("check", "Says what the plugin would register, line by line");
     const auto file = std::make_shared<std::string>(kDefaultFile);

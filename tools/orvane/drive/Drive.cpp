@@ -73,7 +73,8 @@ constexpr const char* kDriveFooter =
     "  orvane drive --check examples/profiles/yoke.toml\n"
     "  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30\n"
     "  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv\n"
-    "  stick | orvane drive examples/profiles/yoke.toml --input - -o flight.csv";
+    "  printf 'pitch,roll\\n65535,32768\\n' | \\\n"
+    "      orvane drive examples/profiles/yoke.toml --input - -o outputs.csv";
 
 struct DriveOptions {
     std::string profile;

@@ -38,6 +38,7 @@ constexpr const char* kDumpFooter =
     "be read was printed before.\n"
     "\n"
     "Examples:\n"
+    "  timeout 10 tcpdump -i lo -w flight.pcap port 48000\n"
     "  orvane dump flight.pcap\n"
     "  orvane dump --absolute flight.pcap | grep -E '\\[(torn|unknown|odd|ends)'\n"
     "  tcpdump -i lo -U -w - port 48000 | orvane dump\n"

@@ -36,9 +36,10 @@ constexpr const char* kReplayFooter =
     "datarefs are read once, and those that do not have their last values are named.\n"
     "\n"
     "Examples:\n"
+    "  orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv\n"
     "  orvane replay flight.csv\n"
     "  orvane replay flight.csv --speed 4\n"
-    "  orvane replay demo.csv --loop";
+    "  orvane replay flight.csv --loop";
 
 struct ReplayOptions {
     std::string file;
