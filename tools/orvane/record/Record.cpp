@@ -43,7 +43,7 @@ constexpr const char* kRecordFooter =
     "is one field in quotes. \"orvane replay\" writes it all back.\n"
     "\n"
     "Examples:\n"
-    "  orvane record sim/flightmodel/position/theta:float -o pitch.csv\n"
+    "  orvane record sim/flightmodel/position/theta:float -o theta.csv\n"
     "  orvane record 'sim/flightmodel/position/q:float[4]' sim/time/zulu_time_sec:float \\\n"
     "      --rate 50 -T 60 -o minute.csv";
 
