@@ -129,37 +129,34 @@ void Client::Session::note(const std::string& command, wire::Number number) {
     commands[command] = number;
 }
 
-// Without a connection the server has forgotten all names anyway.
 void Client::Session::unregisterDataref(std::string_view name) {
     const DatarefEntry& entry = find(name);
-    const std::string doing = deed("unregistering", name, 1);
-    if (link.isConnected()) {
-        link.carryOut(doing, kAlways, [&](Connection& on) {
-            ByteWriter request = wire::beginRequest();
-            wire::writeUnregisterDataref(request, entry.number);
-            const Bytes answer = on.exchange(request.bytes(), doing, wire::kLongestReply);
-            ByteReader reader(answer);
-            wire::readUnregisterDatarefReply(reader, entry.number);
-            reader.expectEnd();
-        });
-    }
+    unregister(name, entry.number, wire::writeUnregisterDataref, wire::readUnregisterDatarefReply);
     datarefs.erase(datarefs.find(name));
 }
 
 void Client::Session::unregisterCommand(std::string_view name) {
     const Commands::value_type& entry = findCommand(name);
-    const std::string doing = deed("unregistering", name, 1);
-    if (link.isConnected()) {
-        link.carryOut(doing, kAlways, [&](Connection& on) {
-            ByteWriter request = wire::beginRequest();
-            wire::writeUnregisterCommand(request, entry.second);
-            const Bytes answer = on.exchange(request.bytes(), doing, wire::kLongestReply);
-            ByteReader reader(answer);
-            wire::readUnregisterCommandReply(reader, entry.second);
-            reader.expectEnd();
-        });
-    }
+    unregister(name, entry.second, wire::writeUnregisterCommand, wire::readUnregisterCommandReply);
     commands.erase(commands.find(name));
+}
+
+template <typename WriteRequest, typename ReadReply>
+void Client::Session::unregister(std::string_view name, const wire::Number& number,
+                                 WriteRequest writeRequest, ReadReply readReply) {
+    // Without a connection the server has forgotten all names anyway.
+    if (!link.isConnected()) {
+        return;
+    }
+    const std::string doing = deed("unregistering", name, 1);
+    link.carryOut(doing, kAlways, [&](Connection& on) {
+        ByteWriter request = wire::beginRequest();
+        writeRequest(request, number);
+        const Bytes answer = on.exchange(request.bytes(), doing, wire::kLongestReply);
+        ByteReader reader(answer);
+        readReply(reader, number);
+        reader.expectEnd();
+    });
 }
 
 const Client::Session::DatarefEntry& Client::Session::find(std::string_view name) const {

@@ -51,6 +51,10 @@ private:
     void registerAll(std::span<const T> wanted);
     template <typename T>
     std::vector<Numbered<T>> withNumbers(std::span<const T> batch);
+    // The number is read anew for each attempt, since a new connection gives it another.
+    template <typename WriteRequest, typename ReadReply>
+    void unregister(std::string_view name, const wire::Number& number, WriteRequest writeRequest,
+                    ReadReply readReply);
     void note(const Dataref& dataref, wire::Number number);
     void note(const std::string& command, wire::Number number);
     void readBatch(std::span<const DatarefEntry* const> batch, std::vector<Value>& values);
