@@ -12,10 +12,6 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     # A class may keep a collaborator that only its constructor needs.
     target_compile_options(orvane_warnings INTERFACE -Wno-unused-private-field)
 endif()
-if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # A source that is included by another is taken for a header, whose classes outlive it.
-    target_compile_options(orvane_warnings INTERFACE -Wno-subobject-linkage)
-endif()
 if(ORVANE_WARNINGS_AS_ERRORS)
     target_compile_options(orvane_warnings INTERFACE -Werror)
 endif()
@@ -37,14 +33,6 @@ if(ORVANE_COVERAGE)
     target_link_options(orvane_sanitizers INTERFACE -fprofile-instr-generate)
 endif()
 
-# For code that waits for people and for networks: builds that no user gets are done in half the time.
-set(ORVANE_UNHURRIED_OPTIONS "$<$<NOT:$<CONFIG:Release>>:-O0;-g1>")
-
-# Sources whose own names clash with those of their neighbours, in builds that compile several at once.
-function(orvane_compile_alone)
-    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-endfunction()
-
 # orvane_library(NAME [OBJECT] SOURCES... [LINK LIBRARIES...])
 #
 # A library of one folder of src/, static unless OBJECT is given. Headers are included as
@@ -56,8 +44,6 @@ function(orvane_library name)
         set(kind OBJECT)
     endif()
     add_library(${name} ${kind} ${ARG_UNPARSED_ARGUMENTS})
-    # File by file in every build, as users get it.
-    set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     # A unique symbol, which only GCC makes, would pin the plugin in the simulator's process.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
