@@ -3,7 +3,7 @@
 #include <string>
 
 #include "support/TemporaryDirectory.h"
-#include "tools/orvane/Failure.h"
+#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/dump/CaptureDecoder.h"
 #include "tools/orvane/dump/CaptureFile.h"
 #include "tools/orvane/dump/MessageText.h"

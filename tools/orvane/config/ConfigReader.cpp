@@ -1,7 +1,7 @@
 #include "tools/orvane/config/ConfigReader.h"
 
-#include "tools/orvane/PrintableText.h"
 #include "tools/orvane/config/SizeField.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/Output.h"
-#include "tools/orvane/RecordWriter.h"
-#include "tools/orvane/Subcommands.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/config/ConfigReader.h"
 #include "tools/orvane/config/ConfigText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>

@@ -1,12 +1,12 @@
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/InputLines.h"
-#include "tools/orvane/Output.h"
-#include "tools/orvane/Progress.h"
-#include "tools/orvane/Subcommands.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/drive/DriveInput.h"
 #include "tools/orvane/drive/DriveOutput.h"
 #include "tools/orvane/drive/DriveSession.h"
 #include "tools/orvane/drive/ProfileReader.h"
+#include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/Progress.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>

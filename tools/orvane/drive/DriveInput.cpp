@@ -1,9 +1,9 @@
 #include "tools/orvane/drive/DriveInput.h"
 
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/InputLines.h"
+#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/drive/PreparedRows.h"
 #include "tools/orvane/drive/TableSource.h"
+#include "tools/orvane/files/InputLines.h"
 
 #include <optional>
 #include <utility>

@@ -1,9 +1,9 @@
 #include "tools/orvane/drive/DriveOutput.h"
 
-#include "tools/orvane/Output.h"
-#include "tools/orvane/Progress.h"
-#include "tools/orvane/Terminal.h"
-#include "tools/orvane/ValueText.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/Progress.h"
+#include "tools/orvane/terminal/Terminal.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tools/orvane/GlobalOptions.h"
-#include "tools/orvane/LineFile.h"
-#include "tools/orvane/RecordWriter.h"
-#include "tools/orvane/StatusLine.h"
+#include "tools/orvane/cli/GlobalOptions.h"
 #include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/files/LineFile.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/StatusLine.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "tools/orvane/drive/DriveSession.h"
 
-#include "tools/orvane/Interrupt.h"
+#include "tools/orvane/cli/Interrupt.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/orvane/Pace.h"
+#include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/drive/DriveOutput.h"
 #include "tools/orvane/drive/HeldInputs.h"
 #include "tools/orvane/drive/IInputSource.h"

@@ -1,6 +1,6 @@
 #include "tools/orvane/drive/TableSource.h"
 
-#include "tools/orvane/CsvFields.h"
+#include "tools/orvane/files/CsvFields.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/orvane/InputLines.h"
 #include "tools/orvane/drive/IInputSource.h"
 #include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/files/InputLines.h"
 
 #include <memory>
 #include <string>

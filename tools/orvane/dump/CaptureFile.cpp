@@ -1,6 +1,6 @@
 #include "tools/orvane/dump/CaptureFile.h"
 
-#include "tools/orvane/Failure.h"
+#include "tools/orvane/cli/Failure.h"
 
 #include <fmt/format.h>
 #include <pcap/pcap.h>

@@ -1,11 +1,11 @@
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/Interrupt.h"
-#include "tools/orvane/Output.h"
-#include "tools/orvane/RecordWriter.h"
-#include "tools/orvane/Subcommands.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/dump/CaptureDecoder.h"
 #include "tools/orvane/dump/CaptureFile.h"
 #include "tools/orvane/dump/MessageText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,9 +1,9 @@
 #include "tools/orvane/dump/TarnelAnswer.h"
 
-#include "tools/orvane/PrintableText.h"
 #include "tools/orvane/dump/TarnelWire.h"
 #include "tools/orvane/dump/WireReader.h"
 #include "tools/orvane/dump/WireText.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "tools/orvane/dump/VelmarNames.h"
 
-#include "tools/orvane/PrintableText.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 

@@ -1,10 +1,10 @@
 #include "tools/orvane/dump/VelmarRequest.h"
 
-#include "tools/orvane/PrintableText.h"
 #include "tools/orvane/dump/TarnelWire.h"
 #include "tools/orvane/dump/VelmarReplies.h"
 #include "tools/orvane/dump/WireReader.h"
 #include "tools/orvane/dump/WireText.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 

@@ -1,13 +1,13 @@
-#include "tools/orvane/DatarefArgument.h"
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/Interrupt.h"
-#include "tools/orvane/LineFile.h"
-#include "tools/orvane/Pace.h"
-#include "tools/orvane/Progress.h"
-#include "tools/orvane/StatusLine.h"
-#include "tools/orvane/Subcommands.h"
-#include "tools/orvane/live/DatarefReader.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/Pace.h"
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
+#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/files/LineFile.h"
 #include "tools/orvane/record/Recording.h"
+#include "tools/orvane/terminal/Progress.h"
+#include "tools/orvane/terminal/StatusLine.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>

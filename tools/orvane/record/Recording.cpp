@@ -1,10 +1,10 @@
 #include "tools/orvane/record/Recording.h"
 
-#include "tools/orvane/CsvFields.h"
-#include "tools/orvane/DatarefArgument.h"
-#include "tools/orvane/Failure.h"
-#include "tools/orvane/RecordWriter.h"
-#include "tools/orvane/ValueText.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/CsvFields.h"
+#include "tools/orvane/files/RecordWriter.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/orvane/InputLines.h"
 #include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/files/InputLines.h"
 
 #include <string>
 #include <vector>

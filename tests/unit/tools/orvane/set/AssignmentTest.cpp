@@ -1,0 +1,86 @@
+#include "tools/orvane/set/Assignment.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/orvane/cli/Failure.h"
+
+using orvane::tool::Assignment;
+using orvane::tool::ExitCode;
+using orvane::tool::Failure;
+using orvane::tool::makeAssignment;
+using orvane::tool::parseAssignment;
+using orvane::tool::wasTaken;
+using orvane::velmar::Type;
+using orvane::velmar::Value;
+
+namespace {
+
+Assignment assignment(const std::string& text) {
+    return makeAssignment(parseAssignment(text));
+}
+
+std::string refusalOf(const std::string& text) {
+    try {
+        assignment(text);
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Code(), ExitCode::WrongUsage);
+        return failure.what();
+    }
+    return "accepted";
+}
+
+TEST(AssignmentTest, WritesWithTheTypeThatIsGiven) {
+    const Assignment made = assignment("a:int[2]=1,2");
+    ASSERT_EQ(made.ways.size(), 1U);
+    EXPECT_EQ(made.ways[0].dataref.name, "a");
+    EXPECT_EQ(made.ways[0].dataref.type, Type::IntArray);
+    EXPECT_EQ(made.ways[0].dataref.size, 2U);
+    EXPECT_EQ(made.ways[0].value, Value(std::vector<std::int32_t>{1, 2}));
+}
+
+TEST(AssignmentTest, TriesAWholeNumberAsFloatAndInt) {
+    const Assignment made = assignment("a=1");
+    ASSERT_EQ(made.ways.size(), 2U);
+    EXPECT_EQ(made.ways[0].value, Value(1.0F));
+    EXPECT_EQ(made.ways[1].value, Value(std::int32_t{1}));
+}
+
+TEST(AssignmentTest, TriesAFractionAsFloatOnly) {
+    const Assignment made = assignment("a=1.5");
+    ASSERT_EQ(made.ways.size(), 1U);
+    EXPECT_EQ(made.ways[0].value, Value(1.5F));
+}
+
+TEST(AssignmentTest, TakesCommasForAnArray) {
+    const Assignment made = assignment("a=1,2,3");
+    ASSERT_EQ(made.ways.size(), 2U);
+    EXPECT_EQ(made.ways[0].dataref.type, Type::FloatArray);
+    EXPECT_EQ(made.ways[0].dataref.size, 3U);
+    EXPECT_EQ(made.ways[1].value, Value(std::vector<std::int32_t>{1, 2, 3}));
+    EXPECT_EQ(assignment("a=1,2.5").ways.size(), 1U);
+}
+
+TEST(AssignmentTest, SaysWhichValueIsWrong) {
+    EXPECT_EQ(refusalOf("a=on"), "a: \"on\" is not a number that a float can hold");
+    EXPECT_EQ(refusalOf("a:byte=300"), "a:byte: \"300\" is not a whole number from 0 to 255");
+    EXPECT_EQ(refusalOf("a:int[2]=1"), "a:int[2]: 2 elements wanted, 1 given in \"1\"");
+}
+
+TEST(AssignmentTest, IsTakenWhenItReadsSo) {
+    EXPECT_TRUE(wasTaken(Value(1.0F), Value(0.0F), Value(1.0F)));
+    EXPECT_TRUE(wasTaken(Value(1.0F), Value(1.0F), Value(1.0F)));
+}
+
+TEST(AssignmentTest, IsTakenWhenTheDatarefHasMovedOnSince) {
+    EXPECT_TRUE(wasTaken(Value(43200.0F), Value(10.0F), Value(43200.05F)));
+    EXPECT_TRUE(wasTaken(Value(43200.0F), Value(43200.0F), Value(43200.05F)));
+}
+
+TEST(AssignmentTest, IsNotTakenWhenTheDatarefStaysOrMovesByItself) {
+    EXPECT_FALSE(wasTaken(Value(1.0F), Value(0.0F), Value(0.0F)));
+    EXPECT_FALSE(wasTaken(Value(0.0F), Value(100.0F), Value(100.1F)));
+    EXPECT_FALSE(wasTaken(Value(std::vector<float>{1, 2}), Value(std::vector<float>{0, 0}),
+                          Value(std::vector<float>{0, 0})));
+}
+
+} // namespace

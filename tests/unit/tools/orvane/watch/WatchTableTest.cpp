@@ -1,0 +1,155 @@
+#include "tools/orvane/watch/WatchTable.h"
+
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "tools/orvane/watch/WatchedNumber.h"
+
+using orvane::tool::DatarefArgument;
+using orvane::tool::parseDatarefArguments;
+using orvane::tool::Terminal;
+using orvane::tool::WatchedNumber;
+using orvane::tool::WatchTable;
+using orvane::velmar::Value;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class WatchTableTest : public testing::Test {
+protected:
+    WatchTableTest() {
+        for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+            ::unsetenv(name);
+        }
+        ::setenv("TERM", "xterm", 1);
+        ::setenv("NO_COLOR", "1", 1);
+        EXPECT_EQ(::openpty(&ours, &theirs, nullptr, nullptr, nullptr), 0);
+    }
+
+    ~WatchTableTest() override {
+        ::close(ours);
+        ::close(theirs);
+    }
+
+    void see(const std::vector<DatarefArgument>& datarefs, const std::vector<Value>& values) {
+        table.See(datarefs, values, WatchedNumber::TimePoint());
+    }
+
+    Lines lines(std::size_t columns, std::size_t rows = 24) const {
+        winsize size{};
+        size.ws_col = static_cast<unsigned short>(columns);
+        size.ws_row = static_cast<unsigned short>(rows);
+        EXPECT_EQ(::ioctl(ours, TIOCSWINSZ, &size), 0);
+        return table.Lines("title", Terminal(theirs));
+    }
+
+    WatchTable table;
+    int ours = -1;
+    int theirs = -1;
+};
+
+TEST_F(WatchTableTest, ShowsValueUnitExtremesAndCurve) {
+    const auto datarefs = parseDatarefArguments({"sim/speed:float@kt", "sim/gear:int"});
+    see(datarefs, {Value(100.5F), Value(std::int32_t{1})});
+    see(datarefs, {Value(99.0F), Value(std::int32_t{1})});
+    see(datarefs, {Value(120.25F), Value(std::int32_t{1})});
+    EXPECT_EQ(lines(100), (Lines{
+                              "title",
+                              "NAME         VALUE  UNIT  MIN     MAX",
+                              "sim/speed * 120.25  kt     99  120.25  __^",
+                              "sim/gear         1          1       1  ---",
+                          }));
+}
+
+TEST_F(WatchTableTest, ShowsEachElementOfAnArray) {
+    const auto datarefs = parseDatarefArguments({"a:int[2]"});
+    see(datarefs, {Value(std::vector<std::int32_t>{1, 2})});
+    see(datarefs, {Value(std::vector<std::int32_t>{1, -3})});
+    EXPECT_EQ(lines(100), (Lines{
+                              "title",
+                              "NAME   VALUE  UNIT  MIN  MAX",
+                              "a[0]       1          1    1  --",
+                              "a[1] *    -3         -3    2  ^_",
+                          }));
+}
+
+TEST_F(WatchTableTest, EmphasisesWhatHasChanged) {
+    ::setenv("NO_COLOR", "", 1);
+    const auto datarefs = parseDatarefArguments({"name:int"});
+    see(datarefs, {Value(std::int32_t{1})});
+    see(datarefs, {Value(std::int32_t{2})});
+    const Lines shown = lines(100);
+    EXPECT_EQ(shown[1], "\x1b[1mNAME   VALUE  UNIT  MIN  MAX\x1b[0m");
+    EXPECT_EQ(shown[2], "name \x1b[1m*     2\x1b[0m          1    2  _^");
+}
+
+TEST_F(WatchTableTest, CutsNamesAtTheirBeginningToKeepTheCurve) {
+    const auto datarefs = parseDatarefArguments({"sim/a/very/long/way/to/the/name/of/this:int"});
+    for (int i = 0; i < 20; ++i) {
+        see(datarefs, {Value(std::int32_t{i})});
+    }
+    const Lines shown = lines(64);
+    EXPECT_EQ(shown[2], "..ong/way/to/the/name/of/this *    19          0   19  __----^^");
+    for (const std::string& line : shown) {
+        EXPECT_LE(line.size(), 63U) << line;
+    }
+}
+
+TEST_F(WatchTableTest, IsNeverWiderThanTheTerminal) {
+    const auto datarefs = parseDatarefArguments({"sim/a/very/long/way/to/the/name/of/this:float"});
+    see(datarefs, {Value(1.5F)});
+    for (std::size_t columns = 10; columns <= 60; columns += 10) {
+        for (const std::string& line : lines(columns)) {
+            EXPECT_LT(line.size(), columns) << line;
+        }
+    }
+}
+
+TEST_F(WatchTableTest, SaysHowManyRowsDoNotFit) {
+    const auto datarefs = parseDatarefArguments({"a:int[30]"});
+    see(datarefs, {Value(std::vector<std::int32_t>(30))});
+    const Lines shown = lines(80, 10);
+    ASSERT_EQ(shown.size(), 9U);
+    EXPECT_EQ(shown.back(), "and 24 more, for which the terminal is too low");
+    EXPECT_EQ(lines(80, 33).size(), 32U);
+}
+
+using std::chrono::milliseconds;
+
+TEST(WatchedNumberTest, RemembersTheExtremesAndTheLatest) {
+    WatchedNumber number;
+    const WatchedNumber::TimePoint now;
+    number.See(2.0, "2", now);
+    EXPECT_EQ(number.Minimum(), "2");
+    EXPECT_EQ(number.Maximum(), "2");
+    for (int i = 0; i < 25; ++i) {
+        number.See(i, std::to_string(i), now);
+    }
+    EXPECT_EQ(number.Text(), "24");
+    EXPECT_EQ(number.Minimum(), "0");
+    EXPECT_EQ(number.Maximum(), "24");
+    ASSERT_EQ(number.History().size(), 20U);
+    EXPECT_EQ(number.History().front(), 5.0);
+}
+
+TEST(WatchedNumberTest, RemembersAChangeForHalfASecond) {
+    WatchedNumber number;
+    const WatchedNumber::TimePoint start;
+    number.See(1.0, "1", start);
+    EXPECT_FALSE(number.HasChanged());
+    number.See(2.0, "2", start + milliseconds(200));
+    EXPECT_TRUE(number.HasChanged());
+    number.See(2.0, "2", start + milliseconds(699));
+    EXPECT_TRUE(number.HasChanged());
+    number.See(2.0, "2", start + milliseconds(700));
+    EXPECT_FALSE(number.HasChanged());
+}
+
+} // namespace

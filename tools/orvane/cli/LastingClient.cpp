@@ -1,0 +1,66 @@
+#include "tools/orvane/cli/LastingClient.h"
+
+#include "tools/orvane/cli/Interrupt.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "orvane/Errors.h"
+
+namespace orvane::tool {
+
+namespace {
+
+using std::chrono::steady_clock;
+constexpr std::chrono::hours kVeryLong(24 * 365);
+constexpr std::chrono::seconds kBetweenTries(1);
+
+} // namespace
+
+LastingClient::LastingClient(const GlobalOptions& globals, steady_clock::time_point end, Tell tell)
+    : end(end), tell(std::move(tell)), client(optionsOf(globals)) {}
+
+Options LastingClient::optionsOf(const GlobalOptions& globals) const {
+    Options options = globals.ForClient(OnLoss::Throw);
+    options.backoff.longestDelay = std::chrono::seconds(2);
+    options.backoff.within = kVeryLong;
+    options.cancelled = [this] { return IsOver(); };
+    return options;
+}
+
+bool LastingClient::IsOver() const {
+    return isInterrupted() || steady_clock::now() >= end;
+}
+
+bool LastingClient::Try(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const CancelledError&) {
+        return false;
+    } catch (const ClosedError& error) {
+        tell(error.what());
+    } catch (const TimeoutError& error) {
+        tell(error.what());
+    }
+    restore();
+    return false;
+}
+
+// A simulator that has just started may not have all datarefs of its other plugins yet.
+void LastingClient::restore() {
+    while (!IsOver()) {
+        try {
+            client.reconnect();
+            tell("");
+            return;
+        } catch (const CancelledError&) {
+            return;
+        } catch (const Error& error) {
+            tell(error.what());
+            sleepUntil(std::min(end, steady_clock::now() + kBetweenTries));
+        }
+    }
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tools/orvane/cli/GlobalOptions.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+// A client for commands that go on until they are told to end: it outlives the simulator, and comes
+// back with it.
+class LastingClient final {
+public:
+    using Tell = std::function<void(const std::string&)>;
+
+    // Connects. What the interrupt and `end` stop is no failure but the end. `tell` gets a line
+    // when the connection is lost, and an empty one when it is there again.
+    LastingClient(const GlobalOptions& globals, std::chrono::steady_clock::time_point end,
+                  Tell tell);
+
+    velmar::Client& Client() { return client; }
+    bool IsOver() const;
+
+    // Carries out `step`. False when it failed because the connection was lost or an answer did not
+    // come; the connection is there again then, or the end has come.
+    bool Try(const std::function<void()>& step);
+
+private:
+    Options optionsOf(const GlobalOptions& globals) const;
+    void restore();
+
+    const std::chrono::steady_clock::time_point end;
+    const Tell tell;
+    velmar::Client client;
+};
+
+} // namespace orvane::tool

@@ -1,0 +1,171 @@
+#include "tools/orvane/datarefs/DatarefReader.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <span>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "orvane/Errors.h"
+
+namespace orvane::tool {
+
+namespace {
+
+using velmar::Type;
+using velmar::Value;
+
+// What a dataref may be that reads as 0 as a float.
+constexpr std::array<TypeAndSize, 3> kCandidates{
+    {{Type::Int},
+     {Type::FloatArray, DatarefReader::kElementsLookedAt},
+     {Type::IntArray, DatarefReader::kElementsLookedAt}}};
+
+// Up to the last element that is not 0; 0 for what is no array.
+std::uint32_t elementsInUse(const Value& value) {
+    return std::visit(
+        [](const auto& each) -> std::uint32_t {
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
+                return 0;
+            } else {
+                const auto last = std::find_if(each.rbegin(), each.rend(),
+                                               [](auto element) { return element != 0; });
+                return static_cast<std::uint32_t>(each.rend() - last);
+            }
+        },
+        value);
+}
+
+} // namespace
+
+bool isZero(const Value& value) {
+    return std::visit(
+        [&](const auto& each) {
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
+                return each == 0;
+            } else {
+                return elementsInUse(value) == 0;
+            }
+        },
+        value);
+}
+
+std::vector<std::size_t> registerKnown(velmar::Client& client,
+                                       const std::vector<velmar::Dataref>& datarefs) {
+    std::vector<std::size_t> missing;
+    std::size_t begin = 0;
+    while (begin < datarefs.size()) {
+        try {
+            client.registerDatarefs(std::span(datarefs).subspan(begin));
+            break;
+        } catch (const Refused& refused) {
+            const auto refusedOne =
+                std::find_if(datarefs.begin() + static_cast<std::ptrdiff_t>(begin), datarefs.end(),
+                             [&](const auto& each) { return each.name == refused.refusedName(); });
+            if (refusedOne == datarefs.end()) {
+                throw;
+            }
+            begin = static_cast<std::size_t>(refusedOne - datarefs.begin());
+            missing.push_back(begin);
+            ++begin;
+        }
+    }
+    return missing;
+}
+
+DatarefReader::DatarefReader(velmar::Client& client, std::vector<DatarefArgument> arguments)
+    : client(client) {
+    std::vector<velmar::Dataref> datarefs;
+    std::transform(arguments.begin(), arguments.end(), std::back_inserter(datarefs),
+                   [](const DatarefArgument& argument) { return argument.Dataref(); });
+    const std::vector<std::size_t> missing = registerKnown(client, datarefs);
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (std::binary_search(missing.begin(), missing.end(), i)) {
+            unknown.push_back(arguments[i].name);
+            continue;
+        }
+        isOpen.push_back(!arguments[i].type);
+        arguments[i].type = datarefs[i].type;
+        names.push_back(arguments[i].name);
+        known.push_back(std::move(arguments[i]));
+    }
+    wasOpen = isOpen;
+}
+
+std::vector<Value> DatarefReader::Read() {
+    return names.empty() ? std::vector<Value>() : client.read(names);
+}
+
+void DatarefReader::FindTypes() {
+    for (std::size_t candidate = 0; candidate < kCandidates.size(); ++candidate) {
+        look(candidate);
+    }
+    readOpenAsFloats();
+}
+
+void DatarefReader::TryAnotherType() {
+    look(nextCandidate);
+    readOpenAsFloats();
+    nextCandidate = (nextCandidate + 1) % kCandidates.size();
+}
+
+void DatarefReader::look(std::size_t candidate) {
+    const std::vector<std::size_t> places = openAndZero();
+    if (places.empty()) {
+        return;
+    }
+    const TypeAndSize& type = kCandidates[candidate];
+    registerAs(places, type);
+    const std::vector<Value> values = Read();
+    for (const std::size_t place : places) {
+        if (isZero(values[place])) {
+            continue;
+        }
+        isOpen[place] = false;
+        if (type.size > 0) {
+            registerAs({place}, {type.type, elementsInUse(values[place])});
+        }
+    }
+}
+
+void DatarefReader::readOpenAsFloats() {
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0; i < known.size(); ++i) {
+        if (isOpen[i] && known[i].type != Type::Float) {
+            places.push_back(i);
+        }
+    }
+    registerAs(places, {Type::Float});
+}
+
+std::vector<std::size_t> DatarefReader::openAndZero() {
+    std::vector<std::size_t> places;
+    if (std::find(isOpen.begin(), isOpen.end(), true) == isOpen.end()) {
+        return places;
+    }
+    const std::vector<Value> values = Read();
+    for (std::size_t i = 0; i < known.size(); ++i) {
+        if (isOpen[i] && isZero(values[i])) {
+            places.push_back(i);
+        } else {
+            isOpen[i] = false;
+        }
+    }
+    return places;
+}
+
+void DatarefReader::registerAs(const std::vector<std::size_t>& places, const TypeAndSize& type) {
+    std::vector<velmar::Dataref> datarefs;
+    for (const std::size_t place : places) {
+        known[place].type = type.type;
+        known[place].size = type.size;
+        datarefs.push_back(known[place].Dataref());
+    }
+    if (!datarefs.empty()) {
+        client.registerDatarefs(datarefs);
+    }
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,55 @@
+#include "tools/orvane/files/LineFile.h"
+
+#include "tools/orvane/cli/Failure.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr mode_t kUsualMode = 0666;
+
+ssize_t writeOnce(int file, std::string_view text) {
+    ssize_t written = 0;
+    do {
+        written = ::write(file, text.data(), text.size());
+    } while (written == -1 && errno == EINTR);
+    return written;
+}
+
+} // namespace
+
+LineFile::LineFile(const std::string& filePath, Existing existing) : path(filePath) {
+    const int whenThere = existing == Existing::Keep ? O_EXCL : O_TRUNC;
+    file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | whenThere, kUsualMode);
+    if (file == -1) {
+        const char* const advice = errno == EEXIST ? " (--force overwrites it)" : "";
+        throw Failure(ExitCode::WrongUsage,
+                      fmt::format("{}: {}{}", path, std::strerror(errno), advice));
+    }
+}
+
+LineFile::~LineFile() {
+    ::close(file);
+}
+
+void LineFile::Append(std::string_view line) {
+    const std::string whole = std::string(line) + '\n';
+    const ssize_t written = writeOnce(file, whole);
+    if (written != static_cast<ssize_t>(whole.size())) {
+        const int error = written == -1 ? errno : ENOSPC;
+        if (written > 0) {
+            [[maybe_unused]] const int cut = ::ftruncate(file, static_cast<off_t>(bytes));
+        }
+        throw Failure(ExitCode::WrongUsage, fmt::format("{}: {}", path, std::strerror(error)));
+    }
+    bytes += whole.size();
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,82 @@
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr const char* kGetFooter =
+    "A dataref is NAME, NAME:TYPE or NAME:TYPE@UNIT. The types are int, float, byte, int[N] and\n"
+    "float[N], which is the first N elements. The server does not tell a dataref's type, and what\n"
+    "is read as another type than its own is 0: without a type, the first one is taken of float,\n"
+    "int, float[64] and int[64] that is not 0, and of an array the elements up to the last one\n"
+    "that is not 0. Give the type where 0 matters.\n"
+    "\n"
+    "One NAME prints its value alone; several print a line NAME=VALUE each, as \"set\" takes it.\n"
+    "A name that the simulator does not have makes the exit status 3; the others are printed.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane get sim/cockpit2/controls/yoke_pitch_ratio\n"
+    "  orvane get sim/time/paused:int 'sim/flightmodel/position/q:float[4]'\n"
+    "  orvane get --json sim/flightmodel/position/indicated_airspeed:float@kt";
+
+void print(const DatarefArgument& dataref, const velmar::Value& value, bool isAlone,
+           RecordWriter& records) {
+    if (records.IsWanted()) {
+        Record record{{"name", dataref.name},
+                      {"type", typeText(*dataref.type, dataref.size)},
+                      {"value", valueJson(value)}};
+        if (!dataref.unit.empty()) {
+            record["unit"] = dataref.unit;
+        }
+        records.Write(record);
+        return;
+    }
+    const std::string label = isAlone ? "" : dataref.text + "=";
+    writeOut(label + valueText(value) + "\n");
+}
+
+ExitCode get(const GlobalOptions& globals, const std::vector<std::string>& texts) {
+    const std::vector<DatarefArgument> arguments = parseDatarefArguments(texts);
+    velmar::Client client(globals.ForClient());
+    DatarefReader reader(client, arguments);
+    reader.FindTypes();
+    const std::vector<velmar::Value> values = reader.Read();
+    RecordWriter records(globals.OutputFormat(), {"name", "type", "value", "unit"});
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const DatarefArgument& dataref = reader.Known()[i];
+        print(dataref, values[i], arguments.size() == 1, records);
+        if (dataref.size > 0 && reader.IsGuessed(i)) {
+            tell(fmt::format("{}: an array; {}:{} are its elements up to the last that is not 0",
+                             dataref.name, dataref.name, typeText(*dataref.type, dataref.size)));
+        }
+    }
+    for (const std::string& name : reader.Unknown()) {
+        tell(fmt::format("{}: the simulator has no such dataref", name));
+    }
+    return reader.Unknown().empty() ? ExitCode::Done : ExitCode::NotFoundOrRefused;
+}
+
+} // namespace
+
+void addGet(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* command = app.add_subcommand("get", "Prints the values of datarefs");
+    const auto names = std::make_shared<std::vector<std::string>>();
+    command->add_option("NAME", *names, "NAME[:TYPE][@UNIT]")->required();
+    command->footer(kGetFooter);
+    command->callback([&, names] { work = [&, names] { return get(globals, *names); }; });
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,97 @@
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/latency/RoundTrips.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "orvane/tarnel/Client.h"
+
+namespace orvane::tool {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr int kRoundTrips = 5;
+
+constexpr const char* kInfoFooter =
+    "The version is that of the Tarnel protocol. The id is a hash of the aircraft's description;\n"
+    "there is none while no aircraft is loaded. Exit status 2: nobody listens there; 4: the\n"
+    "simulator does not answer, as when it loads scenery.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane info\n"
+    "  orvane info --host 192.0.2.7 --timeout 10\n"
+    "  orvane info --json | jq .aircraftId";
+
+struct ServerInfo {
+    tarnel::Version version;
+    std::uint32_t aircraftId = 0;
+    double roundTripMs = 0.0;
+};
+
+ServerInfo ask(const GlobalOptions& globals) {
+    ServerInfo info;
+    tarnel::Client client(globals.ForClient());
+    info.version = client.version();
+    info.aircraftId = client.define({}).aircraftId;
+    std::vector<double> times;
+    for (int i = 0; i < kRoundTrips; ++i) {
+        const auto asked = steady_clock::now();
+        client.version();
+        times.push_back(Milliseconds(steady_clock::now() - asked).count());
+    }
+    info.roundTripMs = percentile(times, 50.0);
+    return info;
+}
+
+Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
+    const bool isLoaded = info.aircraftId != 0;
+    return {{"host", globals.host},
+            {"port", globals.port},
+            {"version", fmt::format("{}", fmt::join(info.version.parts, "."))},
+            {"revision", info.version.revision},
+            {"aircraftLoaded", isLoaded},
+            {"aircraftId", isLoaded ? Record(info.aircraftId) : Record()},
+            {"roundTripMs", std::round(info.roundTripMs * 1000.0) / 1000.0}};
+}
+
+std::string textOf(const GlobalOptions& globals, const ServerInfo& info) {
+    const std::string aircraft =
+        info.aircraftId != 0 ? fmt::format("loaded, id 0x{:08X}", info.aircraftId) : "none loaded";
+    return fmt::format("{:<12}{}:{}\n", "server", globals.host, globals.port) +
+           fmt::format("{:<12}{}, revision {}\n", "version", fmt::join(info.version.parts, "."),
+                       info.version.revision) +
+           fmt::format("{:<12}{}\n", "aircraft", aircraft) +
+           fmt::format("{:<12}{:.1f} ms, the median of {}\n", "round trip", info.roundTripMs,
+                       kRoundTrips);
+}
+
+ExitCode info(const GlobalOptions& globals) {
+    const ServerInfo info = ask(globals);
+    RecordWriter records(globals.OutputFormat(), {"host", "port", "version", "revision",
+                                                  "aircraftLoaded", "aircraftId", "roundTripMs"});
+    if (records.IsWanted()) {
+        records.Write(recordOf(globals, info));
+    } else {
+        writeOut(textOf(globals, info));
+    }
+    return ExitCode::Done;
+}
+
+} // namespace
+
+void addInfo(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* command = app.add_subcommand("info", "Tells whether the plugin is there, and of it");
+    command->footer(kInfoFooter);
+    command->callback([&] { work = [&] { return info(globals); }; });
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,175 @@
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/Pace.h"
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/record/Recording.h"
+#include "tools/orvane/terminal/Progress.h"
+#include "tools/orvane/terminal/StatusLine.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kSlowest = 0.01;
+constexpr double kFastest = 1000;
+
+constexpr const char* kReplayFooter =
+    "The file is one of \"orvane record\". It is read to its end before anything is written, and\n"
+    "refused with exit status 5 when any line is wrong; a last line that was cut off is left out,\n"
+    "with a note. Ctrl-C ends a replay; the values stay as they are then.\n"
+    "\n"
+    "The simulator drops what it cannot write, and moves on what it moves by itself: at the end "
+    "the\n"
+    "datarefs are read once, and those that do not have their last values are named.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv\n"
+    "  orvane replay flight.csv\n"
+    "  orvane replay flight.csv --speed 4\n"
+    "  orvane replay flight.csv --loop";
+
+struct ReplayOptions {
+    std::string file;
+    double speed = 1;
+    bool loop = false;
+};
+
+// One run of the command.
+class Replayer final {
+public:
+    Replayer(const ReplayOptions& replayOptions, Recording readRecording,
+             const GlobalOptions& globals)
+        : options(replayOptions),
+          recording(std::move(readRecording)),
+          client(clientOptions(globals)) {
+        client.registerDatarefs(recording.datarefs);
+        for (const velmar::Dataref& dataref : recording.datarefs) {
+            names.push_back(dataref.name);
+        }
+    }
+
+    ExitCode Run() {
+        isPlaying = true;
+        try {
+            do {
+                play();
+            } while (options.loop && written > 0 && !isInterrupted());
+            if (!isInterrupted() && written > 0) {
+                noteUnwritten();
+            }
+        } catch (...) {
+            summarize();
+            throw;
+        }
+        summarize();
+        return ExitCode::Done;
+    }
+
+private:
+    Options clientOptions(const GlobalOptions& globals) const {
+        Options result = globals.ForClient();
+        // A row that is underway is written to its end.
+        result.cancelled = [this] { return !isPlaying && isInterrupted(); };
+        return result;
+    }
+
+    void play() {
+        const Pace pace(options.speed);
+        for (const RecordedRow& row : recording.rows) {
+            const double sinceFirst = row.seconds - recording.rows.front().seconds;
+            if (!pace.WaitUntil(sinceFirst / options.speed)) {
+                return;
+            }
+            write(row);
+            if (status.IsDue()) {
+                status.Show(fmt::format("{:.1f} s, {} of {}", pace.Elapsed(), written,
+                                        rowsText(recording.rows.size())));
+            }
+        }
+    }
+
+    void write(const RecordedRow& row) {
+        std::vector<std::pair<std::string, velmar::Value>> values;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            values.emplace_back(names[i], row.values[i]);
+        }
+        client.write(values);
+        ++written;
+    }
+
+    void noteUnwritten() {
+        const std::vector<velmar::Value> values = client.read(names);
+        status.Clear();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const std::string wanted = valueText(recording.rows.back().values[i]);
+            if (valueText(values[i]) != wanted) {
+                fmt::print(stderr, "orvane: {} did not take or keep {}; it is {}\n", names[i],
+                           wanted, valueText(values[i]));
+            }
+        }
+    }
+
+    void summarize() {
+        status.Clear();
+        fmt::print(stderr, "{}: {} written\n", options.file, rowsText(written));
+    }
+
+    const ReplayOptions& options;
+    const Recording recording;
+    bool isPlaying = false;
+    velmar::Client client;
+    std::vector<std::string> names;
+    StatusLine status;
+    std::size_t written = 0;
+};
+
+ExitCode replay(const ReplayOptions& options, const GlobalOptions& globals) {
+    InputLines lines(options.file);
+    Problems problems;
+    Recording recording = readRecording(lines, problems);
+    if (!problems.empty()) {
+        fmt::print(stderr, "{}", problemLines(options.file, problems));
+        return ExitCode::Nonsense;
+    }
+    if (recording.cutLine > 0) {
+        fmt::print(stderr, "{}:{}: the line was cut off, and is left out\n", options.file,
+                   recording.cutLine);
+    }
+    return Replayer(options, std::move(recording), globals).Run();
+}
+
+} // namespace
+
+void addReplay(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* const command =
+        app.add_subcommand("replay", "Writes recorded values back at the pace of their recording");
+    command->footer(kReplayFooter);
+    const auto options = std::make_shared<ReplayOptions>();
+    command
+        ->add_option("FILE", options->file,
+                     "What \"orvane record\" wrote; - reads it from "
+                     "standard input")
+        ->required();
+    command->add_option("--speed", options->speed, "How many times as fast")
+        ->check(CLI::Range(kSlowest, kFastest))
+        ->capture_default_str();
+    command->add_flag("--loop", options->loop, "Begin again at the end, until Ctrl-C");
+    command->callback([options, &globals, &work] {
+        work = [options, &globals] { return replay(*options, globals); };
+    });
+}
+
+} // namespace orvane::tool

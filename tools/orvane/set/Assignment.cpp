@@ -1,0 +1,76 @@
+#include "tools/orvane/set/Assignment.h"
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <type_traits>
+#include <variant>
+
+namespace orvane::tool {
+
+namespace {
+
+using velmar::Type;
+using velmar::Value;
+
+Assignment::Way wayOf(const DatarefArgument& argument, const TypeAndSize& type) {
+    return {{argument.name, type.type, type.size},
+            parseValue(*argument.value, type.type, type.size)};
+}
+
+std::vector<double> numbersOf(const Value& value) {
+    return std::visit(
+        [](const auto& each) {
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
+                return std::vector<double>{static_cast<double>(each)};
+            } else {
+                return std::vector<double>(each.begin(), each.end());
+            }
+        },
+        value);
+}
+
+double distance(const Value& one, const Value& other) {
+    const std::vector<double> left = numbersOf(one);
+    const std::vector<double> right = numbersOf(other);
+    double sum = 0.0;
+    for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
+        sum += std::abs(left[i] - right[i]);
+    }
+    return sum;
+}
+
+} // namespace
+
+Assignment makeAssignment(const DatarefArgument& argument) {
+    try {
+        if (argument.type) {
+            return {argument, {wayOf(argument, {*argument.type, argument.size})}};
+        }
+        const auto commas = std::count(argument.value->begin(), argument.value->end(), ',');
+        const auto size = commas > 0 ? static_cast<std::uint32_t>(commas + 1) : 0;
+        Assignment assignment{argument,
+                              {wayOf(argument, {size > 0 ? Type::FloatArray : Type::Float, size})}};
+        try {
+            assignment.ways.push_back(
+                wayOf(argument, {size > 0 ? Type::IntArray : Type::Int, size}));
+        } catch (const Failure&) {
+            // Not whole numbers: there is only the one way.
+        }
+        return assignment;
+    } catch (const Failure& failure) {
+        throw Failure(failure.Code(), fmt::format("{}: {}", argument.text, failure.what()));
+    }
+}
+
+bool wasTaken(const Value& written, const Value& before, const Value& after) {
+    return after == written || before == written ||
+           distance(after, written) < distance(after, before);
+}
+
+} // namespace orvane::tool

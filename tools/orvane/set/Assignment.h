@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tools/orvane/datarefs/DatarefArgument.h"
+
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+// A value for a dataref, and the ways to write it: one if the user gave a type, else those that the
+// value's text allows, a float first.
+struct Assignment {
+    struct Way {
+        velmar::Dataref dataref;
+        velmar::Value value;
+    };
+
+    DatarefArgument argument;
+    std::vector<Way> ways;
+};
+
+// Failure: the value is not of its type, or of none.
+Assignment makeAssignment(const DatarefArgument& argument);
+
+// Whether a dataref has taken `written`. It has when it reads so afterwards; or when it reads
+// nearer to it than to what it was before, since some datarefs move on by themselves.
+bool wasTaken(const velmar::Value& written, const velmar::Value& before,
+              const velmar::Value& after);
+
+} // namespace orvane::tool

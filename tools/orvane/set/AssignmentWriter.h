@@ -1,0 +1,38 @@
+#pragma once
+
+#include "tools/orvane/set/Assignment.h"
+
+#include <cstddef>
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+// Writes a number of assignments, each in one of its ways after the other until the dataref has the
+// value, and reads each back. Borrows the client, which must know the datarefs' names, and the
+// assignments.
+class AssignmentWriter final {
+public:
+    // What became of an assignment.
+    struct Outcome {
+        bool isTaken = false;
+        velmar::Dataref dataref;
+        velmar::Value written;
+        velmar::Value reads;
+    };
+
+    AssignmentWriter(velmar::Client& client, const std::vector<Assignment>& assignments);
+
+    std::vector<Outcome> Write();
+
+private:
+    bool wants(std::size_t index, std::size_t way) const;
+    bool write(std::size_t way);
+
+    velmar::Client& client;
+    const std::vector<Assignment>& assignments;
+    std::vector<Outcome> outcomes;
+};
+
+} // namespace orvane::tool

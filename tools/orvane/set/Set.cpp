@@ -1,0 +1,99 @@
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/set/Assignment.h"
+#include "tools/orvane/set/AssignmentWriter.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orvane/velmar/Client.h"
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr const char* kSetFooter =
+    "A dataref is NAME or NAME:TYPE. The types are int, float, byte, int[N] and float[N], which "
+    "is\n"
+    "the first N elements; the elements of an array are given with commas between them. Without a\n"
+    "type, a value is written as a float and, if it is whole, as an int until the dataref has it.\n"
+    "\n"
+    "Each value is read back. One that the simulator did not take - because the dataref cannot be\n"
+    "written, is of another type, or is set by the simulator itself - makes the exit status 3.\n"
+    "Where the simulator lacks one of the datarefs, nothing is written at all.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane set sim/time/zulu_time_sec=43200\n"
+    "  orvane set sim/operation/override/override_joystick:int=1 \\\n"
+    "      sim/joystick/yoke_pitch_ratio:float=0.25\n"
+    "  orvane set 'kyr/external_forcescalefactor_value:int[3]=100,100,80'";
+
+constexpr const char* kOwnArrays =
+    "; the plugin's own arrays refuse a write that reaches their last element";
+
+void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assignments) {
+    std::vector<velmar::Dataref> datarefs;
+    std::transform(assignments.begin(), assignments.end(), std::back_inserter(datarefs),
+                   [](const Assignment& each) { return each.ways.front().dataref; });
+    const std::vector<std::size_t> missing = registerKnown(client, datarefs);
+    for (const std::size_t place : missing) {
+        tell(fmt::format("{}: the simulator has no such dataref", datarefs[place].name));
+    }
+    if (!missing.empty()) {
+        throw Failure(ExitCode::NotFoundOrRefused, "nothing was written");
+    }
+}
+
+void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
+    const velmar::Dataref& dataref = outcome.dataref;
+    records.Write({{"name", dataref.name},
+                   {"type", typeText(dataref.type, dataref.size)},
+                   {"value", valueJson(outcome.written)},
+                   {"reads", valueJson(outcome.reads)},
+                   {"taken", outcome.isTaken}});
+    if (outcome.isTaken) {
+        return;
+    }
+    const bool isOwnArray = dataref.size > 0 && dataref.name.starts_with("kyr/");
+    tell(fmt::format("{}: {} was not taken, it reads {}{}", dataref.name,
+                     valueText(outcome.written), valueText(outcome.reads),
+                     isOwnArray ? kOwnArrays : ""));
+}
+
+ExitCode set(const GlobalOptions& globals, const std::vector<std::string>& texts) {
+    std::vector<Assignment> assignments;
+    for (const DatarefArgument& argument : parseAssignments(texts)) {
+        assignments.push_back(makeAssignment(argument));
+    }
+    velmar::Client client(globals.ForClient());
+    refuseUnknown(client, assignments);
+    RecordWriter records(globals.OutputFormat(), {"name", "type", "value", "reads", "taken"});
+    ExitCode code = ExitCode::Done;
+    for (const AssignmentWriter::Outcome& outcome : AssignmentWriter(client, assignments).Write()) {
+        report(outcome, records);
+        code = outcome.isTaken ? code : ExitCode::NotFoundOrRefused;
+    }
+    return code;
+}
+
+} // namespace
+
+void addSet(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* command = app.add_subcommand("set", "Writes datarefs");
+    const auto texts = std::make_shared<std::vector<std::string>>();
+    command->add_option("ASSIGNMENT", *texts, "NAME=VALUE or NAME:TYPE=VALUE")->required();
+    command->footer(kSetFooter);
+    command->callback([&, texts] { work = [&, texts] { return set(globals, *texts); }; });
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,45 @@
+#include "tools/orvane/terminal/StatusLine.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace orvane::tool {
+
+namespace {
+
+using std::chrono::steady_clock;
+constexpr std::chrono::milliseconds kInterval(100);
+constexpr const char* kToBeginAndClear = "\r\x1b[K";
+
+} // namespace
+
+StatusLine::StatusLine() : terminal(STDERR_FILENO), shownAt(steady_clock::now() - kInterval) {}
+
+StatusLine::~StatusLine() {
+    Clear();
+}
+
+bool StatusLine::IsDue() const {
+    return terminal.IsTerminal() && steady_clock::now() - shownAt >= kInterval;
+}
+
+void StatusLine::Show(const std::string& text) {
+    if (!terminal.IsTerminal()) {
+        return;
+    }
+    // The last column stays free: some terminals begin a new line behind it.
+    std::fputs((kToBeginAndClear + text.substr(0, terminal.Columns() - 1)).c_str(), stderr);
+    shownAt = steady_clock::now();
+    isShown = true;
+}
+
+void StatusLine::Clear() {
+    if (isShown) {
+        std::fputs(kToBeginAndClear, stderr);
+        isShown = false;
+    }
+}
+
+} // namespace orvane::tool

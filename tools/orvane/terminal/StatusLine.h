@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tools/orvane/terminal/Terminal.h"
+
+#include <chrono>
+#include <string>
+
+namespace orvane::tool {
+
+// A line on standard error that shows how something goes, and is redrawn in place. Nothing at all
+// where standard error is no terminal.
+class StatusLine final {
+public:
+    StatusLine();
+    // Takes the line away.
+    ~StatusLine();
+    StatusLine(const StatusLine&) = delete;
+    StatusLine& operator=(const StatusLine&) = delete;
+
+    // Whether it is time for another text; they change a few times a second.
+    bool IsDue() const;
+    void Show(const std::string& text);
+    void Clear();
+
+private:
+    Terminal terminal;
+    std::chrono::steady_clock::time_point shownAt;
+    bool isShown = false;
+};
+
+} // namespace orvane::tool

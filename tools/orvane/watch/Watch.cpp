@@ -1,0 +1,191 @@
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/LastingClient.h"
+#include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/LiveScreen.h"
+#include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/watch/WatchTable.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane::tool {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr double kUsualWatchInterval = 0.2;
+constexpr std::chrono::milliseconds kRedrawInterval(50);
+constexpr std::chrono::seconds kBetweenGuesses(1);
+
+constexpr const char* kWatchFooter =
+    "On a terminal a table is redrawn in place: value, unit as given with @UNIT, the least and "
+    "the\n"
+    "greatest seen, and the latest values as a small curve; * marks what has changed. Elsewhere,\n"
+    "and with --json or --csv, each reading is a line with the seconds since the start. For the\n"
+    "types, and what happens without one, see \"orvane get --help\"; a dataref without a type "
+    "that\n"
+    "is 0 is looked at once a second as another type.\n"
+    "\n"
+    "When the simulator goes away, watch says so and waits for it to come back. A name that the\n"
+    "simulator does not have at the start ends it with exit status 3.\n"
+    "\n"
+    "Examples:\n"
+    "  orvane watch sim/flightmodel/position/indicated_airspeed:float@kt\n"
+    "  orvane watch -T 10 -i 0.05 --csv sim/joystick/yoke_pitch_ratio > pitch.csv\n"
+    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .";
+
+struct WatchOptions {
+    std::vector<std::string> names;
+    Limits limits{.count = {}, .seconds = {}, .interval = kUsualWatchInterval};
+};
+
+// One run of the command.
+class Watch final {
+public:
+    Watch(const GlobalOptions& globalOptions, const WatchOptions& watchOptions)
+        : globals(globalOptions),
+          options(watchOptions),
+          arguments(parseDatarefArguments(options.names)),
+          records(globals.OutputFormat(), columns()),
+          terminal(STDOUT_FILENO),
+          client(globals, endOf(options.limits), [this](const std::string& line) { lost(line); }),
+          reader(client.Client(), arguments) {
+        for (const std::string& name : reader.Unknown()) {
+            tell(fmt::format("{}: the simulator has no such dataref", name));
+        }
+        if (!records.IsWanted() && terminal.IsTerminal()) {
+            screen.emplace(terminal);
+        }
+    }
+
+    ExitCode Run() {
+        if (!reader.Unknown().empty()) {
+            return ExitCode::NotFoundOrRefused;
+        }
+        client.Try([this] { reader.FindTypes(); });
+        auto next = steady_clock::now();
+        while (!client.IsOver() && readings < options.limits.count.value_or(~std::uint64_t{0})) {
+            if (client.Try([this] { read(); })) {
+                show();
+            }
+            // A pace that the simulator cannot keep is not caught up with.
+            next = std::max(next + secondsOf(options.limits.interval), steady_clock::now());
+            sleepUntil(std::min(next, end));
+        }
+        if (screen && readings > 0) {
+            draw();
+        }
+        return ExitCode::Done;
+    }
+
+private:
+    std::vector<std::string> columns() const {
+        std::vector<std::string> result{"time"};
+        std::transform(arguments.begin(), arguments.end(), std::back_inserter(result),
+                       [](const DatarefArgument& argument) { return argument.name; });
+        return result;
+    }
+
+    void read() {
+        if (steady_clock::now() - guessedAt >= kBetweenGuesses) {
+            reader.TryAnotherType();
+            guessedAt = steady_clock::now();
+        }
+        values = reader.Read();
+        ++readings;
+    }
+
+    void show() {
+        if (screen) {
+            table.See(reader.Known(), values, steady_clock::now());
+            if (steady_clock::now() - drawnAt >= kRedrawInterval) {
+                draw();
+            }
+        } else if (records.IsWanted()) {
+            Record record{{"time", rounded(seconds())}};
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                record[reader.Known()[i].name] = valueJson(values[i]);
+            }
+            records.Write(record);
+        } else {
+            std::string line = fmt::format("{:.3f}", seconds());
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
+            }
+            writeOut(line + "\n");
+        }
+    }
+
+    void draw() {
+        const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
+        screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", globals.host,
+                                             globals.port, seconds(), readings, state),
+                                 terminal));
+        drawnAt = steady_clock::now();
+    }
+
+    void lost(const std::string& reason) {
+        const std::string line = reason.empty() ? "the simulator is back" : reason;
+        if (screen && readings > 0) {
+            lostBecause = reason.empty() ? "" : "waiting for the simulator";
+            draw();
+        } else if (line != lastTold) {
+            tell(line);
+        }
+        lastTold = line;
+    }
+
+    double seconds() const {
+        return std::chrono::duration<double>(steady_clock::now() - begin).count();
+    }
+    static double rounded(double number) { return std::round(number * 1000.0) / 1000.0; }
+
+    const GlobalOptions& globals;
+    const WatchOptions& options;
+    const std::vector<DatarefArgument> arguments;
+    RecordWriter records;
+    const Terminal terminal;
+    const steady_clock::time_point begin = steady_clock::now();
+    const steady_clock::time_point end = endOf(options.limits);
+    LastingClient client;
+    DatarefReader reader;
+    WatchTable table;
+    std::vector<velmar::Value> values;
+    std::uint64_t readings = 0;
+    steady_clock::time_point guessedAt = begin;
+    steady_clock::time_point drawnAt;
+    std::string lostBecause;
+    std::string lastTold;
+    std::optional<LiveScreen> screen;
+};
+
+} // namespace
+
+void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work) {
+    CLI::App* command = app.add_subcommand("watch", "Shows datarefs as they change");
+    const auto options = std::make_shared<WatchOptions>();
+    command->add_option("NAME", options->names, "NAME[:TYPE][@UNIT]")->required();
+    declareLimits(*command, options->limits, "readings");
+    command->footer(kWatchFooter);
+    command->callback(
+        [&, options] { work = [&, options] { return Watch(globals, *options).Run(); }; });
+}
+
+} // namespace orvane::tool

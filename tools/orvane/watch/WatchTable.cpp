@@ -1,0 +1,149 @@
+#include "tools/orvane/watch/WatchTable.h"
+
+#include "tools/orvane/terminal/Sparkline.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <type_traits>
+#include <variant>
+
+namespace orvane::tool {
+
+namespace {
+
+struct Element {
+    double number = 0.0;
+    std::string text;
+};
+
+// Fewer digits than a float has: they are easier to follow while they move.
+Element elementOf(float number) {
+    return {static_cast<double>(number), fmt::format("{:.6g}", number)};
+}
+
+template <typename Number>
+Element elementOf(Number number) {
+    return {static_cast<double>(number), fmt::format("{}", number)};
+}
+
+std::vector<Element> elementsOf(const velmar::Value& value) {
+    return std::visit(
+        [](const auto& each) {
+            std::vector<Element> elements;
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
+                elements.push_back(elementOf(each));
+            } else {
+                for (const auto element : each) {
+                    elements.push_back(elementOf(element));
+                }
+            }
+            return elements;
+        },
+        value);
+}
+
+// Names are told apart by their ends.
+std::string lastPart(const std::string& text, std::size_t width) {
+    return text.size() <= width ? text : ".." + text.substr(text.size() - width + 2);
+}
+
+} // namespace
+
+struct WatchTable::Widths {
+    std::size_t label = 4;
+    std::size_t value = 5;
+    std::size_t unit = 4;
+    std::size_t minimum = 3;
+    std::size_t maximum = 3;
+    // What is left for the curve.
+    std::size_t history = 0;
+    std::size_t columns = 0;
+};
+
+void WatchTable::See(const std::vector<DatarefArgument>& datarefs,
+                     const std::vector<velmar::Value>& values, WatchedNumber::TimePoint now) {
+    rows.clear();
+    for (std::size_t i = 0; i < datarefs.size(); ++i) {
+        const DatarefArgument& dataref = datarefs[i];
+        const std::vector<Element> elements = elementsOf(values[i]);
+        for (std::size_t place = 0; place < elements.size(); ++place) {
+            WatchedNumber& number = numbers[{dataref.name, place}];
+            number.See(elements[place].number, elements[place].text, now);
+            const bool isArray = dataref.size > 0;
+            rows.push_back({isArray ? fmt::format("{}[{}]", dataref.name, place) : dataref.name,
+                            dataref.unit, number});
+        }
+    }
+}
+
+std::vector<std::string> WatchTable::Lines(const std::string& title,
+                                           const Terminal& terminal) const {
+    // One column stays free, as a full line makes some terminals begin a new one; so does one row.
+    const Widths used = widths(terminal.Columns() - 1);
+    const std::size_t room = std::max<std::size_t>(terminal.Rows(), 5) - 3;
+    const bool isCut = rows.size() > room;
+    const std::size_t shown = isCut ? room - 1 : rows.size();
+    std::vector<std::string> lines{title.substr(0, used.columns),
+                                   terminal.Bold(header(used).substr(0, used.columns))};
+    for (std::size_t i = 0; i < shown; ++i) {
+        lines.push_back(line(rows[i], used, terminal));
+    }
+    if (isCut) {
+        lines.push_back(
+            fmt::format("and {} more, for which the terminal is too low", rows.size() - shown)
+                .substr(0, used.columns));
+    }
+    return lines;
+}
+
+WatchTable::Widths WatchTable::widths(std::size_t columns) const {
+    constexpr std::size_t kNarrowestLabel = 24;
+    constexpr std::size_t kShortestCurve = 8;
+    constexpr std::size_t kGapsAndMark = 11;
+    Widths result;
+    for (const Row& row : rows) {
+        result.label = std::max(result.label, row.label.size());
+        result.value = std::max(result.value, row.number.Text().size());
+        result.unit = std::max(result.unit, row.unit.size());
+        result.minimum = std::max(result.minimum, row.number.Minimum().size());
+        result.maximum = std::max(result.maximum, row.number.Maximum().size());
+    }
+    const std::size_t others =
+        result.value + result.unit + result.minimum + result.maximum + kGapsAndMark;
+    // The names give way to the curve, but not all of it.
+    const std::size_t rest = columns > others ? columns - others : 0;
+    const std::size_t most = rest > kShortestCurve ? rest - kShortestCurve : 0;
+    result.label = std::min(result.label, std::max(most, kNarrowestLabel));
+    const std::size_t used = others + result.label;
+    result.history = columns > used ? std::min(columns - used, WatchedNumber::kHistory) : 0;
+    result.columns = columns;
+    return result;
+}
+
+std::string WatchTable::header(const Widths& used) const {
+    return fmt::format("{:<{}}   {:>{}}  {:<{}}  {:>{}}  {:>{}}", "NAME", used.label, "VALUE",
+                       used.value, "UNIT", used.unit, "MIN", used.minimum, "MAX", used.maximum);
+}
+
+std::string WatchTable::line(const Row& row, const Widths& used, const Terminal& terminal) const {
+    const WatchedNumber& number = row.number;
+    const std::string name = fmt::format("{:<{}}", lastPart(row.label, used.label), used.label);
+    const std::string value =
+        fmt::format("{} {:>{}}", number.HasChanged() ? "*" : " ", number.Text(), used.value);
+    const std::string rest =
+        fmt::format("  {:<{}}  {:>{}}  {:>{}}", row.unit, used.unit, number.Minimum(), used.minimum,
+                    number.Maximum(), used.maximum);
+    const std::string plain = fmt::format("{} {}{}", name, value, rest);
+    if (used.history == 0) {
+        return plain.substr(0, used.columns);
+    }
+    const std::vector<double> latest(
+        number.History().end() -
+            static_cast<std::ptrdiff_t>(std::min(used.history, number.History().size())),
+        number.History().end());
+    return fmt::format("{} {}{}  {}", name, number.HasChanged() ? terminal.Bold(value) : value,
+                       rest, sparkline(latest, terminal.KnowsUnicode()));
+}
+
+} // namespace orvane::tool
