@@ -9,7 +9,7 @@
 #include "common/SimStateInformation.h"
 #include "common/Utilities.h"
 #include "datarefs/DatarefProvider.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/ProtocolFactory.h"
 #include "network/RingBuffer.h"

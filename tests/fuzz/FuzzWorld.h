@@ -5,7 +5,7 @@
 #include "datarefs/DatarefProvider.h"
 #include "fuzz/EndingLogger.h"
 #include "fuzz/Script.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/FakeUtilities.h"
 
 // A small simulator and the plugin's real services in it, new for every input. Its names are those

@@ -7,7 +7,7 @@
 #include "commands/CommandObserver.h"
 #include "common/SimStateInformation.h"
 #include "common/Utilities.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "steady/AllocationCounter.h"
 #include "steady/ListingLogger.h"

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/IProtocol.h"
 #include "support/FakeProtocol.h"
 

@@ -10,7 +10,7 @@
 #include <locale>
 #include <string>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/FakeWallClock.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "datarefs/DatarefProvider.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/RecordingLogger.h"
 #include "support/TemporaryDirectory.h"
 

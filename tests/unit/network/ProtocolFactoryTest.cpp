@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "protocols/velmar/VelmarProtocol.h"

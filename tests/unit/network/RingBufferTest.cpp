@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "common/LoggingService.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"
 

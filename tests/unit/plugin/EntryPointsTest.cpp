@@ -16,7 +16,7 @@
 #include "commands/ICommandObserver.h"
 #include "common/SimStateInformation.h"
 #include "common/Utilities.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/TcpServer.h"
 #include "plugin/PluginCallbacks.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "XPLMDefs.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/Bytes.h"
 #include "support/Deadline.h"
 #include "support/TarnelMessages.h"

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {

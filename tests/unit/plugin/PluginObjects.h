@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/TcpServer.h"
 #include "plugin/PluginGlobals.h"

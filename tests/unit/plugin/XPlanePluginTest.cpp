@@ -11,7 +11,7 @@
 
 #include "LoopbackSocket.h"
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/TcpServer.h"
 #include "support/FakeCommandObserver.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "protocols/tarnel/TarnelRecords.h"
 #include "support/TarnelMessages.h"
 

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "datarefs/DatarefProvider.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "support/Bytes.h"
 #include "support/FakeCommandObserver.h"

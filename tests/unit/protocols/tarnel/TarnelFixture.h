@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "support/Bytes.h"

@@ -9,7 +9,7 @@
 
 #include "WiredCommandObserver.h"
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/ProtocolFactory.h"
 #include "network/TcpConnection.h"
 #include "support/Bytes.h"

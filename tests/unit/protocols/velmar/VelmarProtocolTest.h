@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "protocols/velmar/VelmarProtocol.h"
 #include "support/Bytes.h"

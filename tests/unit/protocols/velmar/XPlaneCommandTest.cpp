@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"

@@ -1,0 +1,121 @@
+#include "headless/host/DatarefText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <stdexcept>
+#include <vector>
+
+namespace headless {
+
+namespace {
+
+constexpr std::size_t kLongestNumber = 64;
+
+template <class Number>
+std::string format(Number value) {
+    std::array<char, kLongestNumber> text{};
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
+    return {text.data(), result.ptr};
+}
+
+template <class Number>
+std::string formatAll(const std::vector<Number>& values) {
+    std::string text;
+    for (const Number value : values) {
+        text += text.empty() ? "" : ",";
+        text += format(value);
+    }
+    return text;
+}
+
+template <class Number>
+Number parse(std::string_view text) {
+    Number value{};
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end) {
+        throw std::invalid_argument("\"" + std::string(text) + "\" is no value of this dataref");
+    }
+    return value;
+}
+
+template <class Number>
+std::vector<Number> parseAll(std::string_view text) {
+    std::vector<Number> values;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        values.push_back(parse<Number>(text.substr(0, comma)));
+        if (comma == std::string_view::npos) {
+            return values;
+        }
+        text.remove_prefix(comma + 1);
+    }
+}
+
+template <class Element>
+std::vector<Element> room(int size) {
+    return std::vector<Element>(static_cast<std::size_t>(std::max(0, size)));
+}
+
+std::string formatBytes(IDatarefValue& value) {
+    auto bytes = room<char>(value.GetBytes(nullptr, 0, 0));
+    value.GetBytes(bytes.data(), 0, static_cast<int>(bytes.size()));
+    return {bytes.begin(), std::find(bytes.begin(), bytes.end(), '\0')};
+}
+
+void parseBytes(IDatarefValue& value, std::string_view text) {
+    auto bytes = room<char>(value.GetBytes(nullptr, 0, 0));
+    if (text.size() > bytes.size()) {
+        throw std::invalid_argument("the text is longer than the dataref");
+    }
+    std::copy(text.begin(), text.end(), bytes.begin());
+    value.SetBytes(bytes.data(), 0, static_cast<int>(bytes.size()));
+}
+
+} // namespace
+
+std::string DatarefText::Format(const Dataref& dataref) {
+    IDatarefValue& value = dataref.Value();
+    if (dataref.Offers(xplmType_Double)) {
+        return format(value.GetDouble());
+    }
+    if (dataref.Offers(xplmType_Float)) {
+        return format(value.GetFloat());
+    }
+    if (dataref.Offers(xplmType_Int)) {
+        return format(value.GetInt());
+    }
+    if (dataref.Offers(xplmType_FloatArray)) {
+        auto floats = room<float>(value.GetFloats(nullptr, 0, 0));
+        value.GetFloats(floats.data(), 0, static_cast<int>(floats.size()));
+        return formatAll(floats);
+    }
+    if (dataref.Offers(xplmType_IntArray)) {
+        auto ints = room<int>(value.GetInts(nullptr, 0, 0));
+        value.GetInts(ints.data(), 0, static_cast<int>(ints.size()));
+        return formatAll(ints);
+    }
+    return formatBytes(value);
+}
+
+void DatarefText::Parse(const Dataref& dataref, std::string_view text) {
+    IDatarefValue& value = dataref.Value();
+    if (dataref.Offers(xplmType_Double)) {
+        value.SetDouble(parse<double>(text));
+    } else if (dataref.Offers(xplmType_Float)) {
+        value.SetFloat(parse<float>(text));
+    } else if (dataref.Offers(xplmType_Int)) {
+        value.SetInt(parse<int>(text));
+    } else if (dataref.Offers(xplmType_FloatArray)) {
+        auto floats = parseAll<float>(text);
+        value.SetFloats(floats.data(), 0, static_cast<int>(floats.size()));
+    } else if (dataref.Offers(xplmType_IntArray)) {
+        auto ints = parseAll<int>(text);
+        value.SetInts(ints.data(), 0, static_cast<int>(ints.size()));
+    } else {
+        parseBytes(value, text);
+    }
+}
+
+} // namespace headless

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "headless/xplm/data/Dataref.h"
+
+#include <string>
+#include <string_view>
+
+namespace headless {
+
+// A dataref's value as text, for people and scripts: a number, numbers separated by commas, or the
+// text of a byte dataref up to its first zero. Numbers are the shortest text that reads back the
+// same. Of several types the most precise counts.
+class DatarefText final {
+public:
+    static std::string Format(const Dataref& dataref);
+
+    // Writes what Format() would print; fewer elements than the dataref has set the first ones, a
+    // shorter text is followed by zeros. Throws std::invalid_argument for text of another shape.
+    static void Parse(const Dataref& dataref, std::string_view text);
+};
+
+} // namespace headless

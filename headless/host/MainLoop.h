@@ -1,0 +1,37 @@
+#pragma once
+
+#include "headless/host/Console.h"
+#include "headless/host/FramePacer.h"
+#include "headless/host/LineReader.h"
+#include "headless/host/Session.h"
+#include "headless/host/StopSignal.h"
+
+namespace headless {
+
+// Runs a session in real time until a signal, the end of its duration, or the console ends it.
+//
+// With a console, lines come from standard input and replies go to standard output between frames;
+// while the session is paused nothing runs but what the console asks for. The end of the input ends
+// the run.
+class MainLoop final {
+public:
+    // Signals are handled from here on.
+    MainLoop(Session& runSession, const SessionOptions& sessionOptions);
+
+    void Run();
+
+private:
+    bool isOver() const;
+    void answerConsole();
+    // Sleeps until the console or a signal has something to say.
+    void waitForInput() const;
+
+    Session& session;
+    const SessionOptions& options;
+    StopSignal stopSignal;
+    Console console;
+    LineReader input;
+    FramePacer pacer;
+};
+
+} // namespace headless

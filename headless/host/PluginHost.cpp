@@ -1,0 +1,159 @@
+#include "headless/host/PluginHost.h"
+
+#include <dlfcn.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+
+namespace headless {
+
+namespace {
+
+// The SDK promises the plugin 256 bytes for each text.
+using StartText = std::array<char, 256>;
+
+std::string absolutePath(const std::string& path) {
+    // With a slash in it, dlopen takes the path as it is and does not search library folders.
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
+                                                               &std::free);
+    if (resolved == nullptr) {
+        throw PluginError(path + ": there is no such plugin");
+    }
+    return resolved.get();
+}
+
+std::string lastDlError() {
+    const char* text = ::dlerror();
+    return text == nullptr ? "unknown reason" : text;
+}
+
+template <class Function>
+void resolve(void* library, const std::string& file, const char* symbol, Function& target) {
+    target = reinterpret_cast<Function>(::dlsym(library, symbol));
+    if (target == nullptr) {
+        throw PluginError(file + ": not a plugin: it has no " + symbol);
+    }
+}
+
+bool isMapped(const std::string& file) {
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find(file) != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string upToZero(const StartText& text) {
+    const std::string all(text.data(), text.size());
+    return all.substr(0, all.find('\0'));
+}
+
+} // namespace
+
+PluginHost::PluginHost(Simulator& hostingSimulator, const std::string& path)
+    : simulator(hostingSimulator), file(absolutePath(path)) {
+    load();
+}
+
+PluginHost::~PluginHost() {
+    Unload();
+}
+
+void PluginHost::Start() {
+    requireLoaded();
+    if (started) {
+        throw PluginError(file + ": the plugin is started already");
+    }
+    StartText outName{};
+    StartText outSignature{};
+    StartText outDescription{};
+    if (entryPoints.start(outName.data(), outSignature.data(), outDescription.data()) != 1) {
+        simulator.DropRegistrations();
+        throw PluginError(file + ": the plugin refused to start");
+    }
+    name = upToZero(outName);
+    signature = upToZero(outSignature);
+    description = upToZero(outDescription);
+    started = true;
+    const auto receive = entryPoints.receiveMessage;
+    id = simulator.Plugins().AddPlugin(signature, [receive](int message, void* parameter) {
+        receive(XPLM_PLUGIN_XPLANE, message, parameter);
+    });
+}
+
+void PluginHost::Enable() {
+    if (!started || enabled) {
+        throw PluginError(
+            file + (started ? ": the plugin is enabled already" : ": the plugin is not started"));
+    }
+    if (entryPoints.enable() != 1) {
+        throw PluginError(file + ": the plugin refused to be enabled");
+    }
+    enabled = true;
+}
+
+void PluginHost::Disable() {
+    if (enabled) {
+        enabled = false;
+        entryPoints.disable();
+    }
+}
+
+void PluginHost::Stop() {
+    if (started) {
+        Disable();
+        started = false;
+        entryPoints.stop();
+        simulator.Plugins().RemovePlugin(id);
+        simulator.DropRegistrations();
+    }
+}
+
+void PluginHost::SendMessage(int message, void* parameter) {
+    if (started) {
+        entryPoints.receiveMessage(XPLM_PLUGIN_XPLANE, message, parameter);
+    }
+}
+
+bool PluginHost::Unload() {
+    if (library == nullptr) {
+        return true;
+    }
+    Stop();
+    ::dlclose(library);
+    library = nullptr;
+    return !isMapped(file);
+}
+
+void PluginHost::load() {
+    library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        throw PluginError(lastDlError());
+    }
+    try {
+        resolveEntryPoints();
+    } catch (const PluginError&) {
+        ::dlclose(library);
+        throw;
+    }
+}
+
+void PluginHost::resolveEntryPoints() {
+    resolve(library, file, "XPluginStart", entryPoints.start);
+    resolve(library, file, "XPluginStop", entryPoints.stop);
+    resolve(library, file, "XPluginEnable", entryPoints.enable);
+    resolve(library, file, "XPluginDisable", entryPoints.disable);
+    resolve(library, file, "XPluginReceiveMessage", entryPoints.receiveMessage);
+}
+
+void PluginHost::requireLoaded() const {
+    if (library == nullptr) {
+        throw PluginError(file + ": the plugin is not loaded");
+    }
+}
+
+} // namespace headless

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "XPLMPlugin.h"
+#include "headless/xplm/Simulator.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace headless {
+
+// A plugin that cannot be loaded or that refuses to start; what() is one line.
+class PluginError final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Loads one plugin and takes it through its life, as the simulator does.
+//
+// Load on construction, then Start, Enable, messages and flight loops, Disable, Stop, Unload; a
+// stopped plugin may be started again. What the plugin left registered is dropped at Stop. The
+// destructor takes the steps that are missing. The simulator outlives the host.
+class PluginHost final {
+public:
+    // Throws PluginError when the file cannot be loaded or lacks an entry point.
+    PluginHost(Simulator& hostingSimulator, const std::string& path);
+    ~PluginHost();
+    PluginHost(const PluginHost&) = delete;
+    PluginHost& operator=(const PluginHost&) = delete;
+
+    // Throw PluginError when the plugin refuses or it is not the time for the step.
+    void Start();
+    void Enable();
+    // Ignored when it is not the time for the step.
+    void Disable();
+    void Stop();
+
+    // From the simulator to the plugin, at any time between Start and Stop.
+    void SendMessage(int message, void* parameter);
+
+    // Disables and stops if needed, then unloads. Returns false when the library stays mapped in
+    // the process all the same.
+    bool Unload();
+
+    bool IsStarted() const { return started; }
+    bool IsEnabled() const { return enabled; }
+
+    // As the plugin gave them at its last start.
+    const std::string& Name() const { return name; }
+    const std::string& Signature() const { return signature; }
+    const std::string& Description() const { return description; }
+
+private:
+    struct EntryPoints {
+        int (*start)(char*, char*, char*) = nullptr;
+        void (*stop)() = nullptr;
+        int (*enable)() = nullptr;
+        void (*disable)() = nullptr;
+        void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
+    };
+
+    void load();
+    void resolveEntryPoints();
+    void requireLoaded() const;
+
+    Simulator& simulator;
+    std::string file;
+    void* library = nullptr;
+    EntryPoints entryPoints;
+    bool started = false;
+    bool enabled = false;
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    std::string name;
+    std::string signature;
+    std::string description;
+};
+
+} // namespace headless

@@ -1,0 +1,90 @@
+#include "headless/host/Session.h"
+
+#include "headless/world/CommandsFile.h"
+#include "headless/world/DatarefsFile.h"
+#include "headless/world/DefaultWorld.h"
+
+#include <chrono>
+
+namespace headless {
+
+Session::Session(const SessionOptions& sessionOptions)
+    : options(sessionOptions), paused(sessionOptions.paused) {
+    buildWorld();
+    simulator.Log().OpenFile(options.logFile);
+    // The file has it all; a long run must not grow by its log.
+    simulator.Log().KeepInMemory(false);
+    flightModel = std::make_unique<FlightModel>(simulator);
+}
+
+void Session::StartPlugin() {
+    plugin.reset();
+    plugin = std::make_unique<PluginHost>(simulator, options.plugin);
+    plugin->Start();
+    plugin->Enable();
+    LoadAircraft(kDefaultAircraft);
+}
+
+void Session::ReloadPlugin() {
+    if (!UnloadPlugin()) {
+        throw PluginError(options.plugin +
+                          ": the plugin stays in the process, so it cannot be "
+                          "loaded afresh");
+    }
+    StartPlugin();
+}
+
+bool Session::UnloadPlugin() {
+    const bool gone = plugin == nullptr || plugin->Unload();
+    plugin.reset();
+    return gone;
+}
+
+PluginHost& Session::Plugin() {
+    if (plugin == nullptr) {
+        throw PluginError(options.plugin + ": the plugin is not loaded");
+    }
+    return *plugin;
+}
+
+void Session::LoadAircraft(const std::string& description) {
+    const Dataref* dataref = simulator.Datarefs().Lookup(DefaultWorld::kAircraftDescription);
+    if (dataref->Offers(xplmType_Data)) {
+        simulator.Datarefs().SetBytes(DefaultWorld::kAircraftDescription, description);
+    }
+    Plugin().SendMessage(XPLM_MSG_PLANE_LOADED, nullptr);
+}
+
+void Session::UnloadAircraft() {
+    Plugin().SendMessage(XPLM_MSG_PLANE_UNLOADED, nullptr);
+}
+
+void Session::RunFrame() {
+    const double seconds = 1.0 / options.framesPerSecond;
+    flightModel->Advance(seconds);
+    DatarefNumber(simulator.Datarefs().Lookup("sim/time/total_running_time_sec"))
+        .Set(simulator.Clock().Now() + seconds);
+    const auto before = std::chrono::steady_clock::now();
+    simulator.RunFrame(seconds);
+    statistics.Add(std::chrono::steady_clock::now() - before);
+}
+
+void Session::buildWorld() {
+    if (!options.datarefsFile.empty()) {
+        for (const DatarefDefinition& definition : DatarefsFile::Read(options.datarefsFile)) {
+            // The simulator's own list names some datarefs twice; the first one counts.
+            if (simulator.Datarefs().Lookup(definition.name) == nullptr) {
+                simulator.Datarefs().Define(definition);
+            }
+        }
+    }
+    if (!options.commandsFile.empty()) {
+        for (const CommandDefinition& definition : CommandsFile::Read(options.commandsFile)) {
+            simulator.Commands().Define(definition.name, definition.description);
+        }
+    }
+    DefaultWorld::Install(simulator);
+    CommandEffects::Install(simulator);
+}
+
+} // namespace headless

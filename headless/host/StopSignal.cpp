@@ -1,0 +1,53 @@
+#include "headless/host/StopSignal.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <system_error>
+
+namespace headless {
+
+namespace {
+
+// All that a signal handler can reach.
+volatile std::sig_atomic_t received = 0;
+volatile std::sig_atomic_t wakeDescriptor = -1;
+
+extern "C" void onStopSignal(int /*number*/) {
+    const int interrupted = errno;
+    received = 1;
+    const std::uint64_t one = 1;
+    // The counter cannot be full after one signal or a few; nothing to do if it were.
+    [[maybe_unused]] const ssize_t written = ::write(wakeDescriptor, &one, sizeof one);
+    errno = interrupted;
+}
+
+} // namespace
+
+StopSignal::StopSignal() : descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    if (descriptor < 0) {
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
+    received = 0;
+    wakeDescriptor = descriptor;
+    struct sigaction action {};
+    action.sa_handler = &onStopSignal;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, &formerInterrupt);
+    ::sigaction(SIGTERM, &action, &formerTerminate);
+}
+
+StopSignal::~StopSignal() {
+    ::sigaction(SIGINT, &formerInterrupt, nullptr);
+    ::sigaction(SIGTERM, &formerTerminate, nullptr);
+    wakeDescriptor = -1;
+    ::close(descriptor);
+}
+
+bool StopSignal::Received() const {
+    return received != 0;
+}
+
+} // namespace headless

@@ -1,0 +1,93 @@
+// headless-sim: loads a plugin and flies, without a screen.
+
+#include "headless/host/MainLoop.h"
+#include "headless/world/TextLines.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+namespace {
+
+constexpr int kExitOk = 0;
+constexpr int kExitPlugin = 1;
+constexpr int kExitUsage = 2;
+
+constexpr double kMaxFramesPerSecond = 100'000.0;
+constexpr double kMaxDurationSeconds = 1e9;
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  headless-sim lin.xpl                         fly until Ctrl-C\n"
+    "  headless-sim lin.xpl --duration 10 --hz 120  fly 10 seconds at 120 frames per second\n"
+    "  headless-sim lin.xpl --console --paused      step frames by hand; type help";
+
+void declareOptions(CLI::App& app, headless::SessionOptions& options) {
+    app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)")->required();
+    app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
+    app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
+    app.add_option("--hz", options.framesPerSecond, "Frames per second")
+        ->check(CLI::Range(0.1, kMaxFramesPerSecond))
+        ->capture_default_str();
+    app.add_option("--duration", options.durationSeconds, "Simulated seconds to fly")
+        ->check(CLI::Range(0.0, kMaxDurationSeconds));
+    app.add_option("--log", options.logFile, "Where the simulator's log is written")
+        ->capture_default_str();
+    app.add_flag("--console", options.console, "Take commands from standard input");
+    app.add_flag("--paused", options.paused, "Stand still at first");
+    app.footer(kFooter);
+}
+
+int complain(const std::exception& error, int status) {
+    std::cerr << "headless-sim: " << error.what() << '\n';
+    return status;
+}
+
+int fly(headless::Session& session, const headless::SessionOptions& options) {
+    // Before the plugin starts, so that no signal can end the process with the plugin in it.
+    headless::MainLoop loop(session, options);
+    session.StartPlugin();
+    loop.Run();
+    const bool gone = session.UnloadPlugin();
+    std::cout << session.Statistics().Summary() << std::endl;
+    if (!gone) {
+        std::cerr << "headless-sim: warning: " << options.plugin
+                  << ": the plugin is still in the process after it was unloaded\n";
+    }
+    return kExitOk;
+}
+
+int runSession(const headless::SessionOptions& options) {
+    try {
+        headless::Session session(options);
+        return fly(session, options);
+    } catch (const headless::PluginError& error) {
+        return complain(error, kExitPlugin);
+    } catch (const std::exception& error) {
+        return complain(error, kExitUsage);
+    }
+}
+
+int parseAndRun(int argc, char** argv) {
+    CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
+    headless::SessionOptions options;
+    declareOptions(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& request) {
+        return app.exit(request);
+    }
+    return runSession(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return parseAndRun(argc, argv);
+    } catch (const std::exception& error) {
+        return complain(error, kExitUsage);
+    }
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "headless/world/DatarefNumber.h"
+#include "headless/xplm/Simulator.h"
+
+namespace headless {
+
+// A point of mass that answers to yoke, pedals, trim and throttle. It is scenery: it makes the
+// instruments move plausibly and inputs visible, and is no model of any aircraft.
+//
+// Its whole state is in the simulator's datarefs, so whoever writes one there is flown from that.
+// It stands still while sim/time/paused is not 0. Borrows the datarefs; the simulator outlives it.
+class FlightModel final {
+public:
+    explicit FlightModel(Simulator& simulator);
+
+    void Advance(double seconds) const;
+
+private:
+    void turn(double seconds) const;
+    void accelerate(double seconds) const;
+    void travel(double seconds) const;
+    void showInstruments() const;
+
+    // Controls.
+    DatarefNumber yokePitch;
+    DatarefNumber yokeRoll;
+    DatarefNumber pedals;
+    DatarefNumber pitchTrim;
+    DatarefNumber throttle;
+    DatarefNumber flaps;
+    DatarefNumber gearDown;
+
+    // State: degrees, degrees per second, metres, metres per second.
+    DatarefNumber pitch;
+    DatarefNumber roll;
+    DatarefNumber heading;
+    DatarefNumber rollRate;
+    DatarefNumber pitchRate;
+    DatarefNumber yawRate;
+    DatarefNumber speed;
+    DatarefNumber latitude;
+    DatarefNumber longitude;
+    DatarefNumber elevation;
+    DatarefNumber east;
+    DatarefNumber up;
+    DatarefNumber south;
+
+    // What follows from the state.
+    DatarefNumber groundSpeed;
+    DatarefNumber climb;
+    DatarefNumber height;
+    DatarefNumber indicatedSpeed;
+    DatarefNumber gaugeSpeed;
+    DatarefNumber gaugeAltitude;
+    DatarefNumber gaugePitch;
+    DatarefNumber gaugeRoll;
+    DatarefNumber gaugeHeading;
+    DatarefNumber gaugeClimb;
+    DatarefNumber loadFactor;
+    DatarefNumber rollMoment;
+    DatarefNumber pitchMoment;
+    DatarefNumber yawMoment;
+    DatarefNumber paused;
+};
+
+} // namespace headless

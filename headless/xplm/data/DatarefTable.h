@@ -1,0 +1,85 @@
+#pragma once
+
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/data/AccessorValue.h"
+#include "headless/xplm/data/Dataref.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace headless {
+
+// All datarefs by name: the simulator's own and those that plugins publish.
+//
+// Two sides meet here. The host (tests, headless-sim) defines datarefs and reads and writes them by
+// name, also read-only ones: it is the simulator. Plugins find, publish and take back; what they do
+// with a handle is in DatarefAccess. Handles stay valid addresses for the table's life.
+//
+// Host access throws std::out_of_range for an unknown name and std::invalid_argument for a type
+// that the dataref does not offer.
+class DatarefTable final {
+public:
+    explicit DatarefTable(CallRecorder& callRecorder) : recorder(callRecorder) {}
+    DatarefTable(const DatarefTable&) = delete;
+    DatarefTable& operator=(const DatarefTable&) = delete;
+
+    // Host side. A name that is defined already is refused with std::invalid_argument.
+    Dataref& Define(const DatarefDefinition& definition);
+    // Null for an unknown name.
+    Dataref* Lookup(std::string_view name) const;
+    // The names in ascending order.
+    std::vector<std::string> Names() const;
+
+    int GetInt(std::string_view name) const;
+    void SetInt(std::string_view name, int value);
+    float GetFloat(std::string_view name) const;
+    void SetFloat(std::string_view name, float value);
+    double GetDouble(std::string_view name) const;
+    void SetDouble(std::string_view name, double value);
+    // Arrays: all elements are read; a write starts at element 0 and may be shorter or longer.
+    std::vector<int> GetIntArray(std::string_view name) const;
+    void SetIntArray(std::string_view name, std::vector<int> values);
+    std::vector<float> GetFloatArray(std::string_view name) const;
+    void SetFloatArray(std::string_view name, std::vector<float> values);
+    // All bytes. A write fills the rest of the dataref with zeros.
+    std::string GetBytes(std::string_view name) const;
+    void SetBytes(std::string_view name, std::string bytes);
+    // The bytes before the first zero.
+    std::string GetText(std::string_view name) const;
+
+    // From now on plugins cannot register this name, or any name.
+    void RefuseRegistration(const std::string& name) { refusedNames.insert(name); }
+    void RefuseAllRegistrations(bool refuse) { refuseAll = refuse; }
+    // Drops every dataref that a plugin registered, as the simulator does when the plugin is gone.
+    void DropPluginDatarefs();
+
+    // Plugin side.
+    XPLMDataRef Find(const char* name);
+    XPLMDataRef Register(const char* name, XPLMDataTypeID types, bool writable,
+                         const DatarefAccessors& accessors);
+    void Unregister(XPLMDataRef handle);
+    // The live dataref of a handle. Null, and the refusal recorded, for any other handle.
+    Dataref* Resolve(XPLMDataRef handle, const char* function);
+    // For records: also of a stale handle; "(none)" for a handle that was never given out.
+    const char* NameOf(XPLMDataRef handle) const;
+
+private:
+    Dataref& add(const DatarefDefinition& definition, Dataref::Owner owner,
+                 std::unique_ptr<IDatarefValue> value);
+    void retire(Dataref& dataref);
+    IDatarefValue& valueOf(std::string_view name, XPLMDataTypeID type) const;
+
+    CallRecorder& recorder;
+    std::vector<std::unique_ptr<Dataref>> datarefs;
+    std::unordered_set<const void*> handles;
+    std::map<std::string, Dataref*, std::less<>> byName;
+    std::set<std::string> refusedNames;
+    bool refuseAll = false;
+};
+
+} // namespace headless

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "headless/xplm/data/DatarefDefinition.h"
+#include "headless/xplm/data/IDatarefValue.h"
+
+#include <vector>
+
+namespace headless {
+
+// The value of one of the simulator's own datarefs, zero at first.
+//
+// A dataref of several scalar types has one number, which each type shows as it can. Access beyond
+// an array's end is cut short; a negative offset or count copies nothing.
+class StoredValue final : public IDatarefValue {
+public:
+    explicit StoredValue(const DatarefDefinition& definition);
+
+    int GetInt() override;
+    void SetInt(int value) override;
+    float GetFloat() override;
+    void SetFloat(float value) override;
+    double GetDouble() override;
+    void SetDouble(double value) override;
+    int GetInts(int* values, int offset, int max) override;
+    void SetInts(int* values, int offset, int count) override;
+    int GetFloats(float* values, int offset, int max) override;
+    void SetFloats(float* values, int offset, int count) override;
+    int GetBytes(void* values, int offset, int max) override;
+    void SetBytes(void* values, int offset, int count) override;
+
+private:
+    // Holds every int and every float exactly.
+    double number = 0.0;
+    std::vector<int> ints;
+    std::vector<float> floats;
+    std::vector<char> bytes;
+};
+
+} // namespace headless

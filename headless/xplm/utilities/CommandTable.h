@@ -1,0 +1,96 @@
+#pragma once
+
+#include "XPLMUtilities.h"
+#include "headless/xplm/CallRecorder.h"
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace headless {
+
+// How often each phase of a command came by, by phase number.
+using PhaseCounts = std::array<std::size_t, 3>;
+
+struct CommandHandler {
+    XPLMCommandCallback_f callback = nullptr;
+    bool before = false;
+    void* refcon = nullptr;
+
+    bool operator==(const CommandHandler&) const = default;
+};
+
+// One command; its address is the handle that plugins hold.
+struct Command {
+    std::string name;
+    std::string description;
+    std::vector<CommandHandler> handlers;
+    // The simulator's own effect, between the handlers before and after it; may be empty.
+    std::function<void(XPLMCommandPhase)> action;
+    int held = 0;
+    // Every phase that was raised, and those that no handler before the simulator swallowed.
+    PhaseCounts pressed{};
+    PhaseCounts passedOn{};
+};
+
+struct CommandEvent {
+    std::string name;
+    XPLMCommandPhase phase = xplm_CommandBegin;
+    bool passedOn = false;
+};
+
+// All commands by name. Handles stay valid for the table's life.
+//
+// Handlers run in the order of their registration, those before the simulator first; the first
+// that returns 0 swallows the phase. Every Begin and End raises its phase, nested ones too;
+// a command is held until as many Ends as Begins came. Handlers may come and go during dispatch.
+class CommandTable final {
+public:
+    static constexpr std::size_t kMaxEvents = 4096;
+
+    explicit CommandTable(CallRecorder& callRecorder) : recorder(callRecorder) {}
+    CommandTable(const CommandTable&) = delete;
+    CommandTable& operator=(const CommandTable&) = delete;
+
+    // Host side. A name that is defined already keeps its handle and gets the description.
+    Command& Define(const std::string& name, const std::string& description);
+    // Null for an unknown name.
+    Command* Lookup(std::string_view name) const;
+    std::vector<std::string> Names() const;
+    // The phases raised, the last kMaxEvents of them, in order.
+    const std::deque<CommandEvent>& Events() const { return events; }
+    void ClearEvents() { events.clear(); }
+    // Raises the continue phase of every held command; once per frame.
+    void ContinueHeld();
+    // Drops the handlers of all commands, as the simulator does when the plugin is gone.
+    void DropHandlers();
+
+    // Plugin side. Null or foreign handles are recorded and ignored.
+    XPLMCommandRef Find(const char* name);
+    XPLMCommandRef Create(const char* name, const char* description);
+    void RegisterHandler(XPLMCommandRef handle, XPLMCommandCallback_f callback, bool before,
+                         void* refcon);
+    void UnregisterHandler(XPLMCommandRef handle, XPLMCommandCallback_f callback, bool before,
+                           void* refcon);
+    void Begin(XPLMCommandRef handle);
+    void End(XPLMCommandRef handle);
+    void Once(XPLMCommandRef handle);
+
+private:
+    Command* resolve(XPLMCommandRef handle, const char* function);
+    void raise(Command& command, XPLMCommandPhase phase);
+    bool runHandlers(Command& command, XPLMCommandPhase phase, bool before);
+
+    CallRecorder& recorder;
+    std::map<std::string, std::unique_ptr<Command>, std::less<>> commands;
+    std::map<const void*, Command*> byHandle;
+    std::deque<CommandEvent> events;
+};
+
+} // namespace headless

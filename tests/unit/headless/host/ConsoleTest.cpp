@@ -1,0 +1,164 @@
+#include "headless/host/Console.h"
+
+#include "TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+using headless::Console;
+using headless::Session;
+using headless::SessionOptions;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+class ConsoleTest : public ::testing::Test {
+protected:
+    ConsoleTest() {
+        SessionOptions options;
+        options.plugin = FAKE_PLUGIN;
+        options.logFile = folder.Path("Log.txt");
+        options.paused = true;
+        session = std::make_unique<Session>(options);
+        session->StartPlugin();
+        console = std::make_unique<Console>(*session, [this] { return interrupted; });
+    }
+
+    std::string say(const std::string& line) { return console->Execute(line); }
+
+    TemporaryFolder folder;
+    std::unique_ptr<Session> session;
+    std::unique_ptr<Console> console;
+    bool interrupted = false;
+};
+
+TEST_F(ConsoleTest, GetsAndSetsScalarsArraysAndText) {
+    EXPECT_EQ(say("set sim/cockpit2/controls/yoke_pitch_ratio -0.25"), "ok");
+    EXPECT_EQ(say("get sim/cockpit2/controls/yoke_pitch_ratio"),
+              "sim/cockpit2/controls/yoke_pitch_ratio = -0.25");
+    EXPECT_EQ(say("set sim/flightmodel/position/q 1,0.5"), "ok");
+    EXPECT_EQ(say("get sim/flightmodel/position/q"), "sim/flightmodel/position/q = 1,0.5,0,0");
+    EXPECT_EQ(say("set sim/aircraft/view/acf_tailnum OE ABC"), "ok");
+    EXPECT_EQ(say("get sim/aircraft/view/acf_tailnum"), "sim/aircraft/view/acf_tailnum = OE ABC");
+}
+
+TEST_F(ConsoleTest, GetsWhatThePluginPublishes) {
+    EXPECT_EQ(say("get fake/counter"), "fake/counter = 0");
+    say("step 3");
+    EXPECT_EQ(say("get fake/counter"), "fake/counter = 3");
+}
+
+TEST_F(ConsoleTest, UnknownNamesAndBadValuesAreErrors) {
+    EXPECT_EQ(say("get sim/none"), "error: no such dataref: sim/none");
+    EXPECT_EQ(say("set sim/none 1"), "error: no such dataref: sim/none");
+    EXPECT_EQ(say("set sim/time/paused x"), "error: \"x\" is no value of this dataref");
+    EXPECT_EQ(say("events sim/none"), "error: no such command: sim/none");
+    EXPECT_EQ(say("command once sim/none"), "error: no such command: sim/none");
+    EXPECT_EQ(say("command twice fake/command"),
+              "error: a command is run once, begun or ended, not \"twice\"");
+}
+
+TEST_F(ConsoleTest, UnknownCommandsAreErrors) {
+    EXPECT_EQ(say("fly"), "error: unknown command \"fly\"; try help");
+    EXPECT_EQ(say(""), "error: unknown command \"\"; try help");
+}
+
+TEST_F(ConsoleTest, RunsCommandsAndCountsWhatTheSimulatorSaw) {
+    const std::string name = "sim/flight_controls/flaps_down";
+    EXPECT_EQ(say("command once " + name), "ok");
+    EXPECT_EQ(say("command begin " + name), "ok");
+    EXPECT_EQ(say("step 2"), "frame 2");
+    EXPECT_EQ(say("command end " + name), "ok");
+    EXPECT_EQ(say("events " + name),
+              name + " begin=2 continue=2 end=2 pressed-begin=2 pressed-continue=2 pressed-end=2");
+}
+
+TEST_F(ConsoleTest, ASwallowedCommandIsPressedButNotPassedOn) {
+    say("command once fake/command");
+    EXPECT_EQ(say("events fake/command"),
+              "fake/command begin=0 continue=0 end=0 "
+              "pressed-begin=1 pressed-continue=0 pressed-end=1");
+}
+
+TEST_F(ConsoleTest, StepsOnlyWhilePaused) {
+    EXPECT_EQ(say("step 0"), "frame 0");
+    EXPECT_EQ(say("step 100"), "frame 100");
+    EXPECT_EQ(say("frames"), "frames 100");
+    EXPECT_EQ(say("run"), "ok");
+    EXPECT_FALSE(session->IsPaused());
+    EXPECT_EQ(say("step 1"), "error: frames are stepped while paused");
+    EXPECT_EQ(say("pause"), "ok");
+    EXPECT_TRUE(session->IsPaused());
+    EXPECT_EQ(say("step -1"), "error: frames cannot be taken back");
+    EXPECT_EQ(say("step some"), "error: \"some\" is no number that fits here");
+}
+
+TEST_F(ConsoleTest, AnInterruptEndsALongStep) {
+    interrupted = true;
+    EXPECT_EQ(say("step 1000000000000"), "frame 0");
+}
+
+TEST_F(ConsoleTest, LoadsAndUnloadsAircraftAndSendsMessages) {
+    EXPECT_EQ(say("aircraft load My Own, twin"), "ok");
+    EXPECT_EQ(say("get sim/aircraft/view/acf_descrip"),
+              "sim/aircraft/view/acf_descrip = My Own, twin");
+    EXPECT_EQ(say("aircraft unload"), "ok");
+    EXPECT_EQ(say("message 103 7"), "ok");
+    EXPECT_THAT(folder.Read("Log.txt"),
+                HasSubstr("message 102 0 from 0\nmessage 106 0 from 0\nmessage 103 7 from 0\n"));
+    EXPECT_EQ(say("aircraft crash"), "error: an aircraft is loaded or unloaded, not \"crash\"");
+    EXPECT_EQ(say("message 103"), "error: \"\" is no number that fits here");
+}
+
+TEST_F(ConsoleTest, TakesThePluginThroughItsLife) {
+    EXPECT_EQ(say("disable"), "ok");
+    EXPECT_EQ(say("enable"), "ok");
+    EXPECT_THAT(say("enable"), StartsWith("error: "));
+    EXPECT_EQ(say("stop"), "ok");
+    EXPECT_EQ(say("get fake/counter"), "error: no such dataref: fake/counter");
+    EXPECT_EQ(say("step 5"), "frame 5");
+    EXPECT_EQ(say("start"), "ok");
+    EXPECT_THAT(say("start"), StartsWith("error: "));
+    EXPECT_EQ(say("reload"), "ok");
+    EXPECT_EQ(say("get fake/counter"), "fake/counter = 0");
+}
+
+TEST_F(ConsoleTest, TellsMemoryAndDescriptors) {
+    EXPECT_THAT(say("rss"), MatchesRegex("rss [1-9][0-9]+"));
+    const std::string before = say("fds");
+    EXPECT_THAT(before, MatchesRegex("fds [1-9][0-9]*"));
+    EXPECT_EQ(say("fds"), before);
+}
+
+TEST_F(ConsoleTest, TellsTheWorstFrameInWholeMicroseconds) {
+    EXPECT_EQ(say("worst"), "worst 0");
+    say("step 100");
+    const auto worst = session->Statistics().Worst();
+    ASSERT_GT(worst.count(), 0);
+    EXPECT_EQ(say("worst"), "worst " + std::to_string(worst.count() / 1000));
+}
+
+TEST_F(ConsoleTest, CountsTheCommandHandlersOfThePlugin) {
+    const std::string before = say("handlers");
+    EXPECT_THAT(before, MatchesRegex("handlers [1-9][0-9]*"));
+    EXPECT_EQ(say("reload"), "ok");
+    EXPECT_EQ(say("handlers"), before);
+    EXPECT_EQ(say("stop"), "ok");
+    EXPECT_NE(say("handlers"), before);
+}
+
+TEST_F(ConsoleTest, HelpIsOneLineWithEveryCommand) {
+    const std::string help = say("help");
+    EXPECT_THAT(help, StartsWith("ok: get NAME; set NAME VALUE"));
+    EXPECT_THAT(help, HasSubstr("; quit"));
+    EXPECT_EQ(help.find('\n'), std::string::npos);
+}
+
+TEST_F(ConsoleTest, QuitIsAskedFor) {
+    EXPECT_FALSE(console->QuitRequested());
+    EXPECT_EQ(say("quit"), "ok");
+    EXPECT_TRUE(console->QuitRequested());
+}

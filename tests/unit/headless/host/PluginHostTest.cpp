@@ -1,0 +1,147 @@
+#include "headless/host/PluginHost.h"
+
+#include "TemporaryFolder.h"
+#include "XPLMDataAccess.h"
+#include "XPLMUtilities.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using headless::PluginError;
+using headless::PluginHost;
+using headless::Simulator;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+template <class Action>
+std::string pluginErrorOf(Action action) {
+    try {
+        action();
+    } catch (const PluginError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+} // namespace
+
+class PluginHostTest : public ::testing::Test {
+protected:
+    Simulator sim;
+};
+
+TEST_F(PluginHostTest, TakesAPluginThroughItsLife) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    host.Start();
+    host.Enable();
+    host.SendMessage(XPLM_MSG_PLANE_LOADED, nullptr);
+    host.SendMessage(103, &sim);
+    host.Disable();
+    host.Stop();
+    const auto lines = sim.Log().Lines();
+    ASSERT_EQ(lines.size(), 6U);
+    EXPECT_EQ(lines[0], "start");
+    EXPECT_EQ(lines[1], "enable");
+    EXPECT_EQ(lines[2], "message 102 0 from 0");
+    EXPECT_THAT(lines[3], HasSubstr("message 103 "));
+    EXPECT_EQ(lines[4], "disable");
+    EXPECT_EQ(lines[5], "stop");
+    EXPECT_TRUE(host.Unload());
+}
+
+TEST_F(PluginHostTest, KnowsThePluginsTextsAndSignature) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    host.Start();
+    EXPECT_EQ(host.Name(), "Fake");
+    EXPECT_EQ(host.Signature(), "headless.tests.fake");
+    EXPECT_EQ(host.Description(), "A plugin for tests.");
+    EXPECT_NE(XPLMFindPluginBySignature("headless.tests.fake"), XPLM_NO_PLUGIN_ID);
+    host.Stop();
+    EXPECT_EQ(XPLMFindPluginBySignature("headless.tests.fake"), XPLM_NO_PLUGIN_ID);
+}
+
+TEST_F(PluginHostTest, WhatThePluginRegisteredWorksUntilItIsStopped) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    host.Start();
+    host.Enable();
+    sim.RunFrame(0.1);
+    sim.RunFrame(0.1);
+    EXPECT_EQ(sim.Datarefs().GetInt("fake/counter"), 2);
+    XPLMCommandOnce(XPLMFindCommand("fake/command"));
+    EXPECT_EQ(sim.Log().Lines().back(), "command phase 2");
+    host.Stop();
+    EXPECT_EQ(XPLMFindDataRef("fake/counter"), nullptr);
+    EXPECT_EQ(sim.Loops().Count(), 0U);
+    XPLMCommandOnce(XPLMFindCommand("fake/command"));
+    EXPECT_EQ(sim.Log().Lines().back(), "stop");
+}
+
+TEST_F(PluginHostTest, AStoppedPluginCanBeStartedAgain) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    host.Start();
+    host.Enable();
+    host.Stop();
+    host.Start();
+    host.Enable();
+    EXPECT_NE(XPLMFindDataRef("fake/counter"), nullptr);
+}
+
+TEST_F(PluginHostTest, UnloadTakesTheStepsThatAreMissing) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    host.Start();
+    host.Enable();
+    EXPECT_TRUE(host.Unload());
+    EXPECT_EQ(sim.Log().Lines(), (std::vector<std::string>{"start", "enable", "disable", "stop"}));
+    EXPECT_TRUE(host.Unload());
+    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin is not loaded"));
+}
+
+TEST_F(PluginHostTest, TellsWhenAPluginStaysInTheProcess) {
+    PluginHost host(sim, STICKY_PLUGIN);
+    host.Start();
+    EXPECT_FALSE(host.Unload());
+}
+
+TEST_F(PluginHostTest, StepsAtTheWrongTimeAreRefused) {
+    PluginHost host(sim, FAKE_PLUGIN);
+    EXPECT_THAT(pluginErrorOf([&] { host.Enable(); }), EndsWith(": the plugin is not started"));
+    host.Disable();
+    host.Stop();
+    host.SendMessage(102, nullptr);
+    EXPECT_TRUE(sim.Log().Lines().empty());
+    host.Start();
+    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin is started already"));
+    host.Enable();
+    EXPECT_THAT(pluginErrorOf([&] { host.Enable(); }), EndsWith(": the plugin is enabled already"));
+}
+
+TEST_F(PluginHostTest, APluginThatRefusesToStartLeavesNothingRegistered) {
+    PluginHost host(sim, REFUSING_PLUGIN);
+    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin refused to start"));
+    EXPECT_FALSE(host.IsStarted());
+    EXPECT_EQ(sim.Loops().Count(), 0U);
+}
+
+TEST_F(PluginHostTest, ALibraryWithoutAnEntryPointIsNoPlugin) {
+    EXPECT_THAT(pluginErrorOf([&] { PluginHost(sim, INCOMPLETE_PLUGIN); }),
+                EndsWith(": not a plugin: it has no XPluginDisable"));
+}
+
+TEST_F(PluginHostTest, AMissingFileIsNoPlugin) {
+    EXPECT_EQ(pluginErrorOf([&] { PluginHost(sim, "none.xpl"); }),
+              "none.xpl: there is no such plugin");
+}
+
+TEST_F(PluginHostTest, AFileThatIsNoLibraryIsReportedInOneLine) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("text.xpl", "not a library at all, just some text\n");
+    const std::string error = pluginErrorOf([&] { PluginHost(sim, path); });
+    EXPECT_THAT(error, HasSubstr(path));
+    EXPECT_THAT(error, Not(HasSubstr("\n")));
+}

@@ -1,0 +1,112 @@
+#include "headless/host/Session.h"
+
+#include "TemporaryFolder.h"
+#include "headless/world/TextLines.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using headless::PluginError;
+using headless::Session;
+using headless::SessionOptions;
+using headless::TextFileError;
+
+class SessionTest : public ::testing::Test {
+protected:
+    SessionOptions options() const {
+        SessionOptions options;
+        options.plugin = FAKE_PLUGIN;
+        options.logFile = folder.Path("Log.txt");
+        return options;
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {
+    Session session(options());
+    session.StartPlugin();
+    EXPECT_EQ(folder.Read("Log.txt"), "start\nenable\nmessage 102 0 from 0\n");
+    EXPECT_EQ(session.Simulator().Datarefs().GetText("sim/aircraft/view/acf_descrip"),
+              "Orvane Trainer, light single");
+}
+
+TEST_F(SessionTest, LoadsAndUnloadsAircraft) {
+    Session session(options());
+    session.StartPlugin();
+    session.LoadAircraft("Another");
+    session.UnloadAircraft();
+    EXPECT_EQ(session.Simulator().Datarefs().GetText("sim/aircraft/view/acf_descrip"), "Another");
+    EXPECT_EQ(folder.Read("Log.txt"),
+              "start\nenable\nmessage 102 0 from 0\nmessage 102 0 from 0\nmessage 106 0 from 0\n");
+}
+
+TEST_F(SessionTest, AFrameMovesTheAircraftAndRunsThePlugin) {
+    Session session(options());
+    session.StartPlugin();
+    const double start =
+        session.Simulator().Datarefs().GetDouble("sim/flightmodel/position/latitude");
+    session.RunFrame();
+    session.RunFrame();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 2);
+    EXPECT_EQ(session.Statistics().Frames(), 2);
+    EXPECT_GT(session.Simulator().Datarefs().GetDouble("sim/flightmodel/position/latitude"), start);
+    EXPECT_NEAR(session.Simulator().Datarefs().GetFloat("sim/time/total_running_time_sec"),
+                2.0F / 60, 1e-6F);
+}
+
+TEST_F(SessionTest, ReloadingStartsThePluginAfresh) {
+    Session session(options());
+    session.StartPlugin();
+    session.RunFrame();
+    session.ReloadPlugin();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0);
+    EXPECT_EQ(folder.Read("Log.txt"),
+              "start\nenable\nmessage 102 0 from 0\ndisable\nstop\n"
+              "start\nenable\nmessage 102 0 from 0\n");
+}
+
+TEST_F(SessionTest, APluginThatCannotBeUnloadedCannotBeReloaded) {
+    SessionOptions sticky = options();
+    sticky.plugin = STICKY_PLUGIN;
+    Session session(sticky);
+    session.StartPlugin();
+    EXPECT_THROW(session.ReloadPlugin(), PluginError);
+}
+
+TEST_F(SessionTest, AfterUnloadingThereIsNoPlugin) {
+    Session session(options());
+    session.StartPlugin();
+    EXPECT_TRUE(session.UnloadPlugin());
+    EXPECT_THROW(session.Plugin(), PluginError);
+    session.RunFrame();
+    EXPECT_TRUE(session.UnloadPlugin());
+}
+
+TEST_F(SessionTest, ListsFromFilesComeBeforeTheBuiltInOnesAndTheFirstOfTwoCounts) {
+    SessionOptions withFiles = options();
+    withFiles.datarefsFile = folder.Write("DataRefs.txt",
+                                          "sim/time/paused\tdouble\ty\n"
+                                          "my/one\tint[3]\tn\n"
+                                          "my/one\tfloat\ty\n");
+    withFiles.commandsFile = folder.Write("Commands.txt", "my/command  Does it.\n");
+    Session session(withFiles);
+    auto& datarefs = session.Simulator().Datarefs();
+    EXPECT_EQ(datarefs.Lookup("sim/time/paused")->Definition().types, xplmType_Double);
+    EXPECT_EQ(datarefs.GetIntArray("my/one").size(), 3U);
+    EXPECT_NE(datarefs.Lookup("sim/flightmodel/position/latitude"), nullptr);
+    EXPECT_EQ(session.Simulator().Commands().Lookup("my/command")->description, "Does it.");
+}
+
+TEST_F(SessionTest, BadFilesAreReported) {
+    SessionOptions missing = options();
+    missing.datarefsFile = folder.Path("none.txt");
+    EXPECT_THROW(Session{missing}, TextFileError);
+    SessionOptions malformed = options();
+    malformed.commandsFile = folder.Write("Commands.txt", "word\n");
+    EXPECT_THROW(Session{malformed}, TextFileError);
+    SessionOptions noLog = options();
+    noLog.logFile = folder.Path("none/Log.txt");
+    EXPECT_THROW(Session{noLog}, std::runtime_error);
+}

@@ -1,0 +1,65 @@
+#include "headless/world/CommandsFile.h"
+
+#include "TemporaryFolder.h"
+#include "headless/world/TextLines.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+using headless::CommandDefinition;
+using headless::CommandsFile;
+using headless::TextFileError;
+
+namespace {
+
+std::vector<CommandDefinition> parse(const std::string& text) {
+    std::istringstream stream(text);
+    return CommandsFile::Parse(stream, "Commands.txt");
+}
+
+std::string errorOf(const std::string& text) {
+    try {
+        parse(text);
+    } catch (const TextFileError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+} // namespace
+
+TEST(CommandsFileTest, ReadsNameAndDescription) {
+    const auto commands = parse(
+        "sim/none/none              Do nothing.\n"
+        "\n"
+        "sim/operation/quit\tQuit the simulator.  \r\n"
+        "sim/bare\n");
+    ASSERT_EQ(commands.size(), 3U);
+    EXPECT_EQ(commands[0].name, "sim/none/none");
+    EXPECT_EQ(commands[0].description, "Do nothing.");
+    EXPECT_EQ(commands[1].name, "sim/operation/quit");
+    EXPECT_EQ(commands[1].description, "Quit the simulator.");
+    EXPECT_EQ(commands[2].description, "");
+}
+
+TEST(CommandsFileTest, AWordThatIsNoCommandNameIsMalformed) {
+    EXPECT_EQ(errorOf("sim/a A\nhello world\n"), "Commands.txt:2: \"hello\" is no command name");
+}
+
+TEST(CommandsFileTest, ALineThatBeginsWithABlankIsMalformed) {
+    EXPECT_EQ(errorOf("  sim/a A\n"), "Commands.txt:1: the line begins with a blank");
+}
+
+TEST(CommandsFileTest, AMissingFileIsReportedInOneLine) {
+    const TemporaryFolder folder;
+    try {
+        CommandsFile::Read(folder.Path("none.txt"));
+        FAIL() << "nothing was thrown";
+    } catch (const TextFileError& error) {
+        EXPECT_EQ(error.what(),
+                  folder.Path("none.txt") + ": cannot be opened: No such file or directory");
+    }
+}

@@ -1,0 +1,74 @@
+#include "headless/xplm/utilities/Log.h"
+
+#include "TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using headless::Log;
+
+TEST(LogTest, KeepsTextAsItStands) {
+    Log log;
+    log.Write("one");
+    log.Write(" line\ntwo\n");
+    EXPECT_EQ(log.Text(), "one line\ntwo\n");
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"one line", "two"}));
+}
+
+TEST(LogTest, ALineWithoutItsNewlineCounts) {
+    Log log;
+    log.Write("one\n\ntw");
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"one", "", "tw"}));
+}
+
+TEST(LogTest, TheFileHasEachTextAtOnce) {
+    const TemporaryFolder folder;
+    Log log;
+    log.OpenFile(folder.Path("Log.txt"));
+    log.Write("one\n");
+    EXPECT_EQ(folder.Read("Log.txt"), "one\n");
+    log.Write("two\n");
+    EXPECT_EQ(folder.Read("Log.txt"), "one\ntwo\n");
+}
+
+TEST(LogTest, AnOldFileIsEmptied) {
+    const TemporaryFolder folder;
+    folder.Write("Log.txt", "from the last flight\n");
+    Log log;
+    log.OpenFile(folder.Path("Log.txt"));
+    EXPECT_EQ(folder.Read("Log.txt"), "");
+}
+
+TEST(LogTest, AFileThatCannotBeWrittenIsReportedInOneLine) {
+    const TemporaryFolder folder;
+    Log log;
+    try {
+        log.OpenFile(folder.Path("none/Log.txt"));
+        FAIL() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+        EXPECT_EQ(error.what(), folder.Path("none/Log.txt") +
+                                    ": cannot write the log: No such file or directory");
+    }
+}
+
+TEST(LogTest, TextIsNotKeptInMemoryWhenToldSo) {
+    const TemporaryFolder folder;
+    Log log;
+    log.OpenFile(folder.Path("Log.txt"));
+    log.KeepInMemory(false);
+    log.Write("one\n");
+    EXPECT_EQ(log.Text(), "");
+    EXPECT_EQ(folder.Read("Log.txt"), "one\n");
+}
+
+TEST(LogTest, EchoesToStandardErrorWhenToldSo) {
+    Log log;
+    ::testing::internal::CaptureStderr();
+    log.Write("quiet\n");
+    log.EchoToStderr(true);
+    log.Write("loud\n");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "loud\n");
+}
