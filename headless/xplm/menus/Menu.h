@@ -25,7 +25,6 @@ public:
     int Append(XPLMMenuID menu, const char* text, void* reference);
 
     const std::vector<MenuItem>& Items() const { return items; }
-    void Clear() { items.clear(); }
 
 private:
     CallRecorder& recorder;

@@ -42,7 +42,6 @@ public:
     void SendMessage(XPLMPluginID plugin, int message, void* parameter);
 
     const std::vector<PluginMessage>& Messages() const { return messages; }
-    void ClearMessages() { messages.clear(); }
 
 private:
     struct Plugin {
