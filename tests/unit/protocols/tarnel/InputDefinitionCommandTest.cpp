@@ -3,296 +3,185 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "InputDefinitionTest.h"
 
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Commands that run once.
+using Effects = std::vector<std::string>;
 
-const std::string kOnce = "XPLMCommandOnce(sim/command)";
+const Effects kNothing{};
+const Effects kOnce{"XPLMCommandOnce(sim/command)"};
+const Effects kTwice{kOnce[0], kOnce[0]};
+const Effects kBegin{"XPLMCommandBegin(sim/command)"};
+const Effects kEnd{"XPLMCommandEnd(sim/command)"};
 
-InputRecord command() {
-    return {.targetType = 6, .target = "sim/command"};
+// A value that a client sends, and what it does to the simulator.
+struct Step {
+    std::int32_t value;
+    Effects effects;
+    unsigned long nowMs = 1'000'000;
+};
+
+struct CommandRow {
+    std::string name;
+    InputRecord record;
+    std::vector<Step> steps;
+};
+
+void PrintTo(const CommandRow& row, std::ostream* out) {
+    *out << row.name;
 }
 
-TEST_F(InputDefinitionTest, RunsACommandWhenTheValueIsExactlyOne) {
-    define(command());
-    for (const std::int32_t value : {0, 2, -1, 65535, 257, -2147483647}) {
-        execute(value);
-        EXPECT_THAT(effects(), IsEmpty()) << value;
-    }
-    execute(1);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-}
+class InputDefinitionCommandTest : public InputDefinitionTest,
+                                   public testing::WithParamInterface<CommandRow> {};
 
-TEST_F(InputDefinitionTest, RunsAnUnthrottledCommandForEveryPress) {
-    define(command());
-    execute(1, 5);
-    execute(1, 5);
-    execute(1, 0);
-    EXPECT_THAT(effects(), ElementsAre(kOnce, kOnce, kOnce));
-}
-
-TEST_F(InputDefinitionTest, RunsACommandForAFixedValueOfOneWhateverIsReceived) {
-    InputRecord record = command();
-    record.fixedInt = 1;
-    record.useFixed = 1;
-    define(record);
-    execute(0);
-    execute(65535);
-    EXPECT_THAT(effects(), ElementsAre(kOnce, kOnce));
-}
-
-TEST_F(InputDefinitionTest, NeverRunsACommandForAnotherFixedValue) {
-    InputRecord record = command();
-    record.fixedInt = 2;
-    record.useFixed = 1;
-    define(record);
-    execute(1);
-    EXPECT_THAT(effects(), IsEmpty());
-}
-
-class InputDefinitionDoubleRunTest
-    : public InputDefinitionTest,
-      public testing::WithParamInterface<std::pair<std::int32_t, std::size_t>> {};
-
-TEST_P(InputDefinitionDoubleRunTest, RunsTheCommandThisOftenPerPress) {
-    const auto [action, runs] = GetParam();
-    InputRecord record = command();
-    record.action = action;
-    define(record);
-    execute(1);
-    EXPECT_EQ(effects(), std::vector<std::string>(runs, kOnce));
-    execute(0);
-    EXPECT_THAT(effects(), IsEmpty());
-    execute(1);
-    EXPECT_EQ(effects(), std::vector<std::string>(runs, kOnce));
-}
-
-INSTANTIATE_TEST_SUITE_P(Actions, InputDefinitionDoubleRunTest,
-                         testing::Values(std::pair(0, 1U), std::pair(1001, 1U), std::pair(1002, 2U),
-                                         std::pair(1003, 2U), std::pair(1004, 2U),
-                                         std::pair(1005, 2U), std::pair(1006, 1U)),
-                         [](const auto& row) {
-                             return "Action" + std::to_string(row.param.first);
-                         });
-
-TEST_F(InputDefinitionTest, RunsAThrottledCommandOfActions1002To1005Once) {
-    for (const int action : {1002, 1003, 1004, 1005}) {
-        SCOPED_TRACE(action);
-        InputRecord record = command();
-        record.action = action;
-        record.repeatInterval = 1;
-        define(record);
-        execute(1);
-        EXPECT_THAT(effects(), ElementsAre(kOnce));
+TEST_P(InputDefinitionCommandTest, DoesStepByStep) {
+    const CommandRow& row = GetParam();
+    define(row.record);
+    for (std::size_t i = 0; i < row.steps.size(); ++i) {
+        SCOPED_TRACE(testing::Message() << "step " << i);
+        execute(row.steps[i].value, row.steps[i].nowMs);
+        EXPECT_EQ(effects(), row.steps[i].effects);
     }
 }
 
-TEST_F(InputDefinitionTest, BeginsAHeldCommandOfActions1002To1005Once) {
-    InputRecord record = command();
-    record.action = 1003;
-    record.hold = 1;
-    define(record);
-    execute(1);
-    EXPECT_THAT(effects(), ElementsAre("XPLMCommandBegin(sim/command)"));
+std::string nameOf(const testing::TestParamInfo<CommandRow>& row) {
+    return row.param.name;
 }
 
-// Throttled commands.
-
-TEST_F(InputDefinitionTest, RunsAThrottledCommandForTheFirstTimeWhenTheTimeExceedsTheInterval) {
-    InputRecord record = command();
-    record.repeatInterval = 200;
-    define(record);
-    execute(1, 0);
-    execute(1, 199);
-    execute(1, 200);
-    EXPECT_THAT(effects(), IsEmpty());
-    execute(1, 201);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
+// A record for the command; a field that a row does not set is zero.
+InputRecord command(InputRecord record = {}) {
+    record.targetType = 6;
+    record.target = "sim/command";
+    return record;
 }
+
+const InputRecord kPlain = command();
+
+INSTANTIATE_TEST_SUITE_P(
+    Run, InputDefinitionCommandTest,
+    testing::ValuesIn(std::vector<CommandRow>{
+        {"WhenTheValueIsExactlyOne",
+         kPlain,
+         {{0, kNothing},
+          {2, kNothing},
+          {-1, kNothing},
+          {65535, kNothing},
+          {257, kNothing},
+          {-2147483647, kNothing},
+          {1, kOnce}}},
+        {"ForEveryPressUnthrottled", kPlain, {{1, kOnce, 5}, {1, kOnce, 5}, {1, kOnce, 0}}},
+        {"ForAFixedValueOfOneWhateverIsReceived",
+         command({.fixedInt = 1, .useFixed = 1}),
+         {{0, kOnce}, {65535, kOnce}}},
+        {"NeverForAnotherFixedValue", command({.fixedInt = 2, .useFixed = 1}), {{1, kNothing}}},
+    }),
+    nameOf);
+
+CommandRow pressed(std::int32_t action, const Effects& effects) {
+    return {"Action" + std::to_string(action),
+            command({.action = action}),
+            {{1, effects}, {0, kNothing}, {1, effects}}};
+}
+
+INSTANTIATE_TEST_SUITE_P(RunTwice, InputDefinitionCommandTest,
+                         testing::Values(pressed(0, kOnce), pressed(1001, kOnce),
+                                         pressed(1002, kTwice), pressed(1003, kTwice),
+                                         pressed(1004, kTwice), pressed(1005, kTwice),
+                                         pressed(1006, kOnce)),
+                         nameOf);
+
+CommandRow throttledPress(std::int32_t action) {
+    return {"Action" + std::to_string(action),
+            command({.action = action, .repeatInterval = 1}),
+            {{1, kOnce}}};
+}
+
+INSTANTIATE_TEST_SUITE_P(RunOnceWhenThrottled, InputDefinitionCommandTest,
+                         testing::Values(throttledPress(1002), throttledPress(1003),
+                                         throttledPress(1004), throttledPress(1005)),
+                         nameOf);
+
+const InputRecord kThrottled = command({.repeatInterval = 200});
+constexpr unsigned long kBeyond32Bits = 1'700'000'000'000;
+
+INSTANTIATE_TEST_SUITE_P(
+    Throttled, InputDefinitionCommandTest,
+    testing::ValuesIn(std::vector<CommandRow>{
+        {"RunsForTheFirstTimeWhenTheTimeExceedsTheInterval",
+         kThrottled,
+         {{1, kNothing, 0}, {1, kNothing, 199}, {1, kNothing, 200}, {1, kOnce, 201}}},
+        {"DoesNotCountAReleaseAsARun",
+         kThrottled,
+         // The second release does not make it ready again either.
+         {{0, kNothing, 1'000}, {1, kOnce, 1'001}, {0, kNothing, 1'100}, {1, kNothing, 1'150}}},
+        {"BeginsAtAnIntervalOfOneMillisecond",
+         command({.repeatInterval = 1}),
+         {{1, kOnce, 1'000}, {1, kNothing, 1'000}, {1, kNothing, 1'001}, {1, kOnce, 1'002}}},
+        {"IsNotForANegativeInterval",
+         command({.repeatInterval = -200}),
+         {{1, kOnce, 0}, {1, kOnce, 0}}},
+        // The difference is unsigned: it is huge then.
+        {"RunsAgainWhenTheClockWasSetBack",
+         kThrottled,
+         {{1, kOnce, 1'000'000}, {1, kOnce, 999'999}}},
+        {"CountsWithTimesBeyond32Bits",
+         kThrottled,
+         {{1, kOnce, kBeyond32Bits},
+          {1, kNothing, kBeyond32Bits + 200},
+          {1, kOnce, kBeyond32Bits + 201}}},
+    }),
+    nameOf);
 
 TEST_F(InputDefinitionTest, RunsAThrottledCommandAtMostOncePerInterval) {
-    InputRecord record = command();
-    record.repeatInterval = 200;
-    define(record);
+    define(kThrottled);
     for (unsigned long nowMs = 1'000; nowMs <= 1'200; ++nowMs) {
         execute(1, nowMs);
     }
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
+    EXPECT_EQ(effects(), kOnce);
     execute(1, 1'201);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
+    EXPECT_EQ(effects(), kOnce);
     execute(1, 1'401);
     EXPECT_THAT(effects(), IsEmpty());
     execute(1, 1'402);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
+    EXPECT_EQ(effects(), kOnce);
 }
 
-TEST_F(InputDefinitionTest, DoesNotCountAReleaseAsARunOfAThrottledCommand) {
-    InputRecord record = command();
-    record.repeatInterval = 200;
-    define(record);
-    execute(0, 1'000);
-    execute(1, 1'001);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-    execute(0, 1'100);
-    execute(1, 1'150);
-    EXPECT_THAT(effects(), IsEmpty()) << "a release does not make it ready again either";
-}
+const InputRecord kHeld = command({.hold = 1});
 
-TEST_F(InputDefinitionTest, ThrottlesFromAnIntervalOfOneMillisecondOn) {
-    InputRecord record = command();
-    record.repeatInterval = 1;
-    define(record);
-    execute(1, 1'000);
-    execute(1, 1'000);
-    execute(1, 1'001);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-    execute(1, 1'002);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-}
-
-TEST_F(InputDefinitionTest, DoesNotThrottleForANegativeInterval) {
-    InputRecord record = command();
-    record.repeatInterval = -200;
-    define(record);
-    execute(1, 0);
-    execute(1, 0);
-    EXPECT_THAT(effects(), ElementsAre(kOnce, kOnce));
-}
-
-// The difference is unsigned: it is huge then.
-TEST_F(InputDefinitionTest, RunsAThrottledCommandAgainWhenTheClockWasSetBack) {
-    InputRecord record = command();
-    record.repeatInterval = 200;
-    define(record);
-    execute(1, 1'000'000);
-    execute(1, 999'999);
-    EXPECT_THAT(effects(), ElementsAre(kOnce, kOnce));
-}
-
-TEST_F(InputDefinitionTest, ThrottlesWithTimesBeyond32Bits) {
-    InputRecord record = command();
-    record.repeatInterval = 200;
-    define(record);
-    constexpr unsigned long kNow = 1'700'000'000'000;
-    execute(1, kNow);
-    execute(1, kNow + 200);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-    execute(1, kNow + 201);
-    EXPECT_THAT(effects(), ElementsAre(kOnce));
-}
-
-// Held commands.
-
-InputRecord heldCommand() {
-    return {.targetType = 6, .hold = 1, .target = "sim/command"};
-}
-
-const std::string kBegin = "XPLMCommandBegin(sim/command)";
-const std::string kEnd = "XPLMCommandEnd(sim/command)";
-
-TEST_F(InputDefinitionTest, BeginsAndEndsAHeldCommandOnceFor1100) {
-    define(heldCommand());
-    execute(1);
-    EXPECT_THAT(effects(), ElementsAre(kBegin));
-    execute(1);
-    EXPECT_THAT(effects(), IsEmpty());
-    execute(0);
-    EXPECT_THAT(effects(), ElementsAre(kEnd));
-    execute(0);
-    EXPECT_THAT(effects(), IsEmpty());
-}
-
-TEST_F(InputDefinitionTest, HoldsACommandAnewAfterItHasEnded) {
-    define(heldCommand());
-    for (const std::int32_t value : {1, 0, 1, 0}) {
-        execute(value);
-    }
-    EXPECT_THAT(effects(), ElementsAre(kBegin, kEnd, kBegin, kEnd));
-}
-
-TEST_F(InputDefinitionTest, EndsAHeldCommandForAnyValueButOne) {
-    for (const std::int32_t value : {0, 2, -1, 65535}) {
-        SCOPED_TRACE(value);
-        define(heldCommand());
-        execute(1);
-        execute(value);
-        EXPECT_THAT(effects(), ElementsAre(kBegin, kEnd));
-    }
-}
-
-TEST_F(InputDefinitionTest, DoesNotEndACommandThatWasNotHeld) {
-    define(heldCommand());
-    execute(0);
-    EXPECT_THAT(effects(), IsEmpty());
-}
-
-TEST_F(InputDefinitionTest, DoesNotThrottleAHeldCommand) {
-    InputRecord record = heldCommand();
-    record.repeatInterval = 200;
-    define(record);
-    for (const std::int32_t value : {1, 0, 1, 0}) {
-        execute(value, 100);
-    }
-    EXPECT_THAT(effects(), ElementsAre(kBegin, kEnd, kBegin, kEnd));
-}
-
-TEST_F(InputDefinitionTest, HoldsACommandForAnyFlagButZero) {
-    InputRecord record = heldCommand();
-    record.hold = -5;
-    define(record);
-    execute(1);
-    EXPECT_THAT(effects(), ElementsAre(kBegin));
-}
-
-TEST_F(InputDefinitionTest, HoldsACommandByItsFixedValue) {
-    InputRecord record = heldCommand();
-    record.fixedInt = 1;
-    record.useFixed = 1;
-    define(record);
-    execute(0);
-    execute(0);
-    EXPECT_THAT(effects(), ElementsAre(kBegin));
-}
-
-TEST_F(InputDefinitionTest, StartsInTheHeldStateThatTheClientSent) {
-    InputRecord record = heldCommand();
-    record.held = 1;
-    define(record);
-    execute(1);
-    EXPECT_THAT(effects(), IsEmpty());
-    execute(0);
-    EXPECT_THAT(effects(), ElementsAre(kEnd));
-    execute(1);
-    EXPECT_THAT(effects(), ElementsAre(kBegin));
-}
-
-TEST_F(InputDefinitionTest, DoesNothingInAHeldStateThatIsNeitherZeroNorOne) {
-    InputRecord record = heldCommand();
-    record.held = 2;
-    define(record);
-    execute(1);
-    execute(0);
-    EXPECT_THAT(effects(), IsEmpty());
-}
-
-TEST_F(InputDefinitionTest, LeavesAHeldCommandAsItIsWhileItsConditionSkips) {
-    InputRecord record = heldCommand();
-    record.condition = 2;
-    define(record);
-    execute(1);
-    execute(0);
-    EXPECT_THAT(effects(), ElementsAre(kBegin));
-    execute(2);
-    EXPECT_THAT(effects(), ElementsAre(kEnd));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Held, InputDefinitionCommandTest,
+    testing::ValuesIn(std::vector<CommandRow>{
+        {"BeginsAndEndsOnceFor1100", kHeld, {{1, kBegin}, {1, kNothing}, {0, kEnd}, {0, kNothing}}},
+        {"BeginsAgainAfterItHasEnded", kHeld, {{1, kBegin}, {0, kEnd}, {1, kBegin}, {0, kEnd}}},
+        {"EndsForTwo", kHeld, {{1, kBegin}, {2, kEnd}}},
+        {"EndsForMinusOne", kHeld, {{1, kBegin}, {-1, kEnd}}},
+        {"EndsForFullScale", kHeld, {{1, kBegin}, {65535, kEnd}}},
+        {"DoesNotEndWhenItWasNotHeld", kHeld, {{0, kNothing}}},
+        {"IsNotThrottled",
+         command({.repeatInterval = 200, .hold = 1}),
+         {{1, kBegin, 100}, {0, kEnd, 100}, {1, kBegin, 100}, {0, kEnd, 100}}},
+        {"IsHeldForAnyFlagButZero", command({.hold = -5}), {{1, kBegin}}},
+        {"IsHeldByItsFixedValue",
+         command({.fixedInt = 1, .useFixed = 1, .hold = 1}),
+         {{0, kBegin}, {0, kNothing}}},
+        {"StartsInTheStateThatTheClientSent",
+         command({.hold = 1, .held = 1}),
+         {{1, kNothing}, {0, kEnd}, {1, kBegin}}},
+        {"DoesNothingInAStateThatIsNeitherZeroNorOne",
+         command({.hold = 1, .held = 2}),
+         {{1, kNothing}, {0, kNothing}}},
+        {"StaysAsItIsWhileItsConditionSkips",
+         command({.condition = 2, .hold = 1}),
+         {{1, kBegin}, {0, kNothing}, {2, kEnd}}},
+        {"BeginsOnceForActionsThatRunTwice", command({.action = 1003, .hold = 1}), {{1, kBegin}}},
+    }),
+    nameOf);
 
 } // namespace

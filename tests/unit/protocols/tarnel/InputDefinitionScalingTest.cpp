@@ -26,6 +26,12 @@ void PrintTo(const Scaled& row, std::ostream* out) {
     *out << row.name;
 }
 
+InputRecord toFloat(InputRecord record) {
+    record.targetType = 2;
+    record.target = "sim/float";
+    return record;
+}
+
 class InputDefinitionScalingTest : public InputDefinitionTest,
                                    public testing::WithParamInterface<Scaled> {
 protected:
@@ -37,10 +43,7 @@ protected:
 };
 
 TEST_P(InputDefinitionScalingTest, SetsAFloatToExactlyTheseBits) {
-    InputRecord record = GetParam().record;
-    record.targetType = 2;
-    record.target = "sim/float";
-    define(record);
+    define(toFloat(GetParam().record));
     execute(GetParam().raw);
     EXPECT_EQ(floatBits(), GetParam().bits);
 }
@@ -158,10 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(InputDefinitionTest, ScalesSymmetricallyWhenBothRangeDatarefsAreEqual) {
     setRange(5.0F, 5.0F);
-    InputRecord record = datarefRange(2);
-    record.targetType = 2;
-    record.target = "sim/float";
-    define(record);
+    define(toFloat(datarefRange(2)));
     execute(0);
     EXPECT_EQ(floatBits(), 0xC0A00000U);
     execute(12345);
@@ -172,10 +172,7 @@ TEST_F(InputDefinitionTest, ScalesSymmetricallyWhenBothRangeDatarefsAreEqual) {
 
 TEST_F(InputDefinitionTest, ScalesInReverseWhenBothRangeDatarefsAreTheSameNegativeNumber) {
     setRange(-5.0F, -5.0F);
-    InputRecord record = datarefRange(2);
-    record.targetType = 2;
-    record.target = "sim/float";
-    define(record);
+    define(toFloat(datarefRange(2)));
     execute(0);
     EXPECT_EQ(floatBits(), 0x40A00000U);
     execute(65535);
@@ -183,10 +180,7 @@ TEST_F(InputDefinitionTest, ScalesInReverseWhenBothRangeDatarefsAreTheSameNegati
 }
 
 TEST_F(InputDefinitionTest, ScalesEveryValueToZeroWhenBothRangeDatarefsAreZero) {
-    InputRecord record = datarefRange(2);
-    record.targetType = 2;
-    record.target = "sim/float";
-    define(record);
+    define(toFloat(datarefRange(2)));
     for (const std::int32_t value : {0, 1, 12345, 65535}) {
         simulator.Datarefs().SetFloat("sim/float", 9.0F);
         execute(value);
@@ -196,10 +190,7 @@ TEST_F(InputDefinitionTest, ScalesEveryValueToZeroWhenBothRangeDatarefsAreZero) 
 
 TEST_F(InputDefinitionTest, ScalesFromAZeroMinimumToTheMaximumDataref) {
     setRange(0.0F, 5.0F);
-    InputRecord record = datarefRange(2);
-    record.targetType = 2;
-    record.target = "sim/float";
-    define(record);
+    define(toFloat(datarefRange(2)));
     execute(12345);
     EXPECT_EQ(floatBits(), 0x3F711DF1U);
     setRange(5.0F, 0.0F);
