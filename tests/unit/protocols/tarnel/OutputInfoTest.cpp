@@ -1,86 +1,15 @@
-#include "protocols/tarnel/OutputInfo.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <string>
 
-#include "datarefs/DatarefProvider.h"
-#include "headless/xplm/Simulator.h"
-#include "network/RingBuffer.h"
-#include "support/Bytes.h"
-#include "support/FakeCommandObserver.h"
-#include "support/FakeDatarefProvider.h"
-#include "support/FakeProtocol.h"
-#include "support/RecordingLogger.h"
-#include "support/TarnelMessages.h"
-#include "support/TemporaryDirectory.h"
+#include "OutputInfoTest.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class OutputInfoTest : public testing::Test {
-protected:
-    OutputInfoTest() {
-        define("sim/int", xplmType_Int);
-        define("sim/float", xplmType_Float);
-        define("sim/ints", xplmType_IntArray, 6);
-        define("sim/floats", xplmType_FloatArray, 6);
-        define("sim/several", xplmType_Int | xplmType_Float | xplmType_Double);
-        simulator.Datarefs().SetInt("sim/int", -2);
-        simulator.Datarefs().SetFloat("sim/float", 0.1F);
-        simulator.Datarefs().SetIntArray("sim/ints", {1, 2, 3, 4, 5, 6});
-        simulator.Datarefs().SetFloatArray("sim/floats", {1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F});
-        simulator.Recorder().Enable();
-    }
-
-    void define(const std::string& name, XPLMDataTypeID types, int elements = 0) {
-        simulator.Datarefs().Define({.name = name, .types = types, .elements = elements});
-    }
-
-    std::unique_ptr<OutputInfo> make(const OutputRecord& fields) { return make(fields, provider); }
-
-    std::unique_ptr<OutputInfo> make(const OutputRecord& fields, IDatarefProvider& from) {
-        const Bytes bytes = toBytes(fields);
-        OutputDefinitionStruct record{};
-        std::memcpy(&record, bytes.data(), bytes.size());
-        return std::make_unique<OutputInfo>(&protocol, record, &from, &observer);
-    }
-
-    std::string data(OutputInfo& output) {
-        output.GetData(&out);
-        return toHex(drain(out));
-    }
-    std::string data(const OutputRecord& fields) { return data(*make(fields)); }
-
-    std::string dummy(OutputInfo& output) {
-        output.GetDummyData(&out);
-        return toHex(drain(out));
-    }
-    std::string dummy(const OutputRecord& fields) { return dummy(*make(fields)); }
-
-    std::vector<std::string> found() {
-        std::vector<std::string> names;
-        for (const auto& call : simulator.Recorder().CallsOf("XPLMFindDataRef")) {
-            names.push_back(call.arguments);
-        }
-        return names;
-    }
-
-    headless::Simulator simulator;
-    RecordingLogger logger;
-    RingBuffer out{10'000, &logger};
-    FakeProtocol protocol;
-    FakeDatarefProvider provider;
-    FakeCommandObserver observer;
-};
 
 // Resolution of the name.
 
@@ -167,136 +96,6 @@ TEST_F(OutputInfoTest, DoesNotLookAgainForADatarefThatAppearsLater) {
     EXPECT_EQ(data(*output), "05 00 00 00 04 00 00 00 00 00 00 00");
 }
 
-// Values.
-
-TEST_F(OutputInfoTest, WritesAnInt) {
-    EXPECT_EQ(data({.id = 0x12345678, .name = "sim/int", .type = 1}),
-              "78 56 34 12 04 00 00 00 FE FF FF FF");
-}
-
-TEST_F(OutputInfoTest, WritesAFloat) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/float", .type = 2}),
-              "05 00 00 00 04 00 00 00 CD CC CC 3D");
-}
-
-TEST_F(OutputInfoTest, ReadsTheValueAnewForEveryReport) {
-    const auto output = make({.id = 5, .name = "sim/int", .type = 1});
-    data(*output);
-    simulator.Datarefs().SetInt("sim/int", 3);
-    EXPECT_EQ(data(*output), "05 00 00 00 04 00 00 00 03 00 00 00");
-}
-
-TEST_F(OutputInfoTest, ReadsADatarefOfSeveralTypesInTheTypeOfTheRecord) {
-    simulator.Datarefs().SetInt("sim/several", 2);
-    EXPECT_EQ(data({.id = 5, .name = "sim/several", .type = 1}),
-              "05 00 00 00 04 00 00 00 02 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/several", .type = 2}),
-              "05 00 00 00 04 00 00 00 00 00 00 40");
-}
-
-TEST_F(OutputInfoTest, WritesElements2To4OfAnIntArray) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/ints", .type = 3, .first = 2, .count = 3}),
-              "05 00 00 00 0C 00 00 00 03 00 00 00 04 00 00 00 05 00 00 00");
-}
-
-TEST_F(OutputInfoTest, WritesElements2To4OfAFloatArray) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/floats", .type = 4, .first = 2, .count = 3}),
-              "05 00 00 00 0C 00 00 00 00 00 40 40 00 00 80 40 00 00 A0 40");
-}
-
-TEST_F(OutputInfoTest, WritesZerosForElementsThatTheDatarefDoesNotHave) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/ints", .type = 3, .first = 5, .count = 3}),
-              "05 00 00 00 0C 00 00 00 06 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/floats", .type = 4, .first = 4, .count = 3}),
-              "05 00 00 00 0C 00 00 00 00 00 A0 40 00 00 C0 40 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/ints", .type = 3, .first = 6, .count = 1}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/ints", .type = 3, .first = -1, .count = 1}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-}
-
-int fillWithNines(void* /*refcon*/, int* values, int /*offset*/, int max) {
-    std::fill_n(values, max, 9);
-    return max;
-}
-
-// A dataref of another plugin that was taken back no longer fills anything.
-TEST_F(OutputInfoTest, NeverSendsTheElementsOfAnEarlierReport) {
-    const XPLMDataRef handle = simulator.Datarefs().Register("other/ints", xplmType_IntArray, true,
-                                                             {.readInts = fillWithNines});
-    const auto output = make({.id = 6, .name = "other/ints", .type = 3, .count = 2});
-    EXPECT_EQ(data(*output), "06 00 00 00 08 00 00 00 09 00 00 00 09 00 00 00");
-    simulator.Datarefs().Unregister(handle);
-    EXPECT_EQ(data(*output), "06 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00");
-}
-
-TEST_F(OutputInfoTest, WritesTheLengthOfAnEmptyArrayWithoutAskingTheSimulator) {
-    const auto ints = make({.id = 5, .name = "sim/ints", .type = 3, .count = 0});
-    const auto floats = make({.id = 6, .name = "sim/floats", .type = 4, .count = 0});
-    simulator.Recorder().Clear();
-    EXPECT_EQ(data(*ints), "05 00 00 00 00 00 00 00");
-    EXPECT_EQ(data(*floats), "06 00 00 00 00 00 00 00");
-    EXPECT_THAT(simulator.Recorder().Calls(), IsEmpty());
-}
-
-TEST_F(OutputInfoTest, WritesTheLengthOfANegativeCountWithoutAskingTheSimulator) {
-    const auto ints = make({.id = 5, .name = "sim/ints", .type = 3, .count = -1});
-    const auto floats = make({.id = 6, .name = "sim/floats", .type = 4, .count = -2147483647});
-    simulator.Recorder().Clear();
-    EXPECT_EQ(data(*ints), "05 00 00 00 FC FF FF FF");
-    EXPECT_EQ(data(*floats), "06 00 00 00 04 00 00 00");
-    EXPECT_THAT(simulator.Recorder().Calls(), IsEmpty());
-}
-
-TEST_F(OutputInfoTest, WritesOnlyTheIdentifierForAnotherTypeWhetherItsDatarefResolvesOrNot) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/int", .type = 5, .count = 4}), "05 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/unknown", .type = 5, .count = 4}), "05 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/int", .type = 0}), "05 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/int", .type = 7}), "05 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/int", .type = -1}), "05 00 00 00");
-}
-
-TEST_F(OutputInfoTest, WritesTheDummyOfADatarefThatIsNotFound) {
-    EXPECT_EQ(data({.id = 5, .name = "sim/unknown", .type = 1}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/unknown", .type = 2}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/unknown", .type = 3, .count = 2}),
-              "05 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_EQ(data({.id = 5, .name = "sim/unknown", .type = 4, .count = 1}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(simulator.Recorder().NullHandleCalls(), 0U);
-}
-
-// Dummies.
-
-TEST_F(OutputInfoTest, WritesADummyOfTheShapeOfEachType) {
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/int", .type = 1}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/float", .type = 2}),
-              "05 00 00 00 04 00 00 00 00 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/ints", .type = 3, .first = 2, .count = 2}),
-              "05 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/floats", .type = 4, .count = 3}),
-              "05 00 00 00 0C 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/int", .type = 5}), "05 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/int", .type = 6}), "05 00 00 00");
-}
-
-TEST_F(OutputInfoTest, WritesTheIdentifierOfACommandTwiceInItsDummy) {
-    EXPECT_EQ(dummy({.id = 5, .name = "kyr/command", .type = 6}),
-              "05 00 00 00 05 00 00 00 01 00 00 00 00");
-}
-
-TEST_F(OutputInfoTest, WritesNoElementsIntoTheDummyOfACountOfZeroOrLess) {
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/ints", .type = 3, .count = 0}),
-              "05 00 00 00 00 00 00 00");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/ints", .type = 3, .count = -1}),
-              "05 00 00 00 FC FF FF FF");
-    EXPECT_EQ(dummy({.id = 5, .name = "sim/floats", .type = 4, .count = -2}),
-              "05 00 00 00 F8 FF FF FF");
-}
-
 // Commands.
 
 class OutputInfoCommandTest : public OutputInfoTest {
@@ -350,56 +149,6 @@ TEST_F(OutputInfoCommandTest, KeepsAPressOverADummy) {
     output->SetCommandState(false);
     EXPECT_EQ(dummy(*output), "05 00 00 00 05 00 00 00 01 00 00 00 00");
     EXPECT_EQ(data(*output), kDown);
-}
-
-// Counts that cannot be stored.
-
-TEST_F(OutputInfoTest, LeavesNoTraceOfAnOwnArrayWithANegativeCount) {
-    const TemporaryDirectory directory;
-    directory.MakePluginsFolder();
-    DatarefProvider realProvider(&logger, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                 nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_THROW(make({.name = "kyr/ints", .type = 3, .count = -1}, realProvider),
-                 std::length_error);
-    EXPECT_THROW(make({.name = "kyr/floats", .type = 4, .count = -2147483647}, realProvider),
-                 std::length_error);
-    EXPECT_THAT(simulator.Recorder().Calls(), IsEmpty());
-    EXPECT_FALSE(directory.Has("Resources/plugins/xplaneorvane_datarefs.cfg"));
-}
-
-TEST_F(OutputInfoTest, NamesTheElementTypeOfADummyForWhichThereIsNoRoom) {
-    const auto fatalLineOf = [&](std::int32_t type) -> std::string {
-        RingBuffer narrow(64, &logger);
-        try {
-            make({.name = "no/such", .type = type, .count = 100})->GetDummyData(&narrow);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
-    };
-    EXPECT_EQ(fatalLineOf(3), "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
-    EXPECT_EQ(fatalLineOf(4), "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
-}
-
-TEST_F(OutputInfoTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) {
-    const auto fatalLineOf = [&](const OutputRecord& fields) -> std::string {
-        RingBuffer narrow(64, &logger);
-        try {
-            make(fields)->GetData(&narrow);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
-    };
-    EXPECT_EQ(fatalLineOf({.name = "sim/ints", .type = 3, .count = 2147483647}),
-              "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
-    EXPECT_EQ(fatalLineOf({.name = "sim/floats", .type = 4, .count = 2147483647}),
-              "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
-}
-
-TEST_F(OutputInfoTest, LetsAnExceptionOfTheProviderOut) {
-    provider.onCall = [] { throw std::bad_alloc(); };
-    EXPECT_THROW(make({.name = "kyr/ints", .type = 3, .count = 2147483647}), std::bad_alloc);
 }
 
 } // namespace
