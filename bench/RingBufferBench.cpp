@@ -1,17 +1,15 @@
 // The ring buffer: typed values and blocks, against memcpy of the same sizes.
 
 #include <cstring>
-#include <memory>
 #include <numeric>
 #include <utility>
 
-#include "bench/BareBuffer.h"
 #include "bench/BenchWorld.h"
 #include "bench/Figure.h"
 
 namespace {
 
-// As the protocols see it: through its interface, without knowing the class behind.
+// As the protocols see it: through its interface, without knowing its class.
 IRingBuffer& behindInterface(RingBuffer& buffer) {
     IRingBuffer* hidden = &buffer;
     benchmark::DoNotOptimize(hidden);
@@ -142,33 +140,6 @@ public:
     void Floor() { std::memcpy(target.data(), source.data(), source.size()); }
 };
 
-// Not the plugin's: it shows what part of a typed write no ring buffer could save.
-class BareWrite final : public RingBufferCase {
-public:
-    explicit BareWrite(std::int64_t count)
-        : RingBufferCase(static_cast<std::size_t>(count) * sizeof(std::uint32_t)),
-          bare(makeBareBuffer(source.size())) {}
-
-    void Check() {
-        Floor();
-        requireSameBytes(source, target);
-    }
-
-    void Ours() {
-        bare->Rewind();
-        for (std::size_t at = 0; at < source.size(); at += sizeof(std::uint32_t)) {
-            std::uint32_t value = 0;
-            std::memcpy(&value, source.data() + at, sizeof(value));
-            bare->Write(value);
-        }
-    }
-
-    void Floor() { copyOneByOne<std::uint32_t>(source, target); }
-
-private:
-    std::unique_ptr<IBareBuffer> bare;
-};
-
 template <typename Case>
 void addFigureOf(const std::string& name) {
     addFigure("RingBuffer/" + name, {1, 10, 100, 1000, 10000},
@@ -192,7 +163,6 @@ void addFigures() {
     addFigureOf<TypedRead<std::uint16_t, &IRingBuffer::ReadUInt16>>("read_uint16");
     addFigureOf<TypedRead<std::int8_t, &IRingBuffer::ReadInt8>>("read_int8");
     addFigureOf<TypedRead<std::uint8_t, &IRingBuffer::ReadUInt8>>("read_uint8");
-    addFigureOf<BareWrite>("bare_interface");
     addFigureOf<BlockWrite>("write_block");
     addFigureOf<BlockRead>("read_block");
 }
