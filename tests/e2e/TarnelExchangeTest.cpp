@@ -39,23 +39,26 @@ TEST_F(TarnelExchangeTest, AnswersABareIdentificationWithTheAircraft) {
               "0C 00 00 00 FF FF 00 00 04 00 00 00 B1 2E 85 B9");
 }
 
+const std::vector<InputRecord> kInputs{
+    {.action = 1, .targetType = kInt, .target = "test/int"},
+    {.action = 2,
+     .targetType = kFloat,
+     .scaling = kFloatRange,
+     .floatMinimum = -1.0F,
+     .floatMaximum = 1.0F,
+     .target = "test/float"},
+    {.action = 3, .targetIndex = 2, .targetType = kIntArray, .target = "test/ints"}};
+
+const std::vector<OutputRecord> kOutputs{
+    {.id = 10, .name = "test/int", .type = kInt},
+    {.id = 11, .name = "test/float", .type = kFloat},
+    {.id = 12, .name = "test/ints", .type = kIntArray, .first = 1, .count = 3},
+    {.id = 13, .name = "no/such", .type = kFloatArray, .count = 1},
+    {.id = 14, .name = "test/int", .type = 5}};
+
 TEST_F(TarnelExchangeTest, DrivesInputsAndReportsOutputsByteByByte) {
     TestClient client;
-    const Bytes defined =
-        define(client,
-               {{.action = 1, .targetType = kInt, .target = "test/int"},
-                {.action = 2,
-                 .targetType = kFloat,
-                 .scaling = kFloatRange,
-                 .floatMinimum = -1.0F,
-                 .floatMaximum = 1.0F,
-                 .target = "test/float"},
-                {.action = 3, .targetIndex = 2, .targetType = kIntArray, .target = "test/ints"}},
-               {{.id = 10, .name = "test/int", .type = kInt},
-                {.id = 11, .name = "test/float", .type = kFloat},
-                {.id = 12, .name = "test/ints", .type = kIntArray, .first = 1, .count = 3},
-                {.id = 13, .name = "no/such", .type = kFloatArray, .count = 1},
-                {.id = 14, .name = "test/int", .type = 5}});
+    const Bytes defined = define(client, kInputs, kOutputs);
     EXPECT_EQ(toHex(defined),
               "0A 00 00 00 04 00 00 00 00 00 00 00 "
               "0B 00 00 00 04 00 00 00 00 00 00 00 "

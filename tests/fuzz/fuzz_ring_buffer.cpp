@@ -26,7 +26,24 @@ public:
         : buffer(size, &logger), room(static_cast<std::size_t>(size) - 1) {}
 
     void Perform(std::uint8_t operation, std::uint32_t value) {
-        switch (operation % 16) {
+        performWrite(operation % 16, value);
+        performRead(operation % 16, value);
+        if (operation % 16 == 15) {
+            performOther(value);
+        }
+        // A block that ends exactly at the end of the storage leaves the write position there; read
+        // to its last byte it counts as a whole storage until the next block. That rule is kept,
+        // so there is nothing to compare.
+        if (queue.empty() && buffer.GetNumReadBytesAvailable() == room + 1) {
+            throw DocumentedEnd{};
+        }
+        require(buffer.GetNumReadBytesAvailable() == queue.size());
+        require(buffer.GetNumWriteBytesAvailable() == room - queue.size());
+    }
+
+private:
+    void performWrite(int operation, std::uint32_t value) {
+        switch (operation) {
         case 0:
             write(4, value, [&] { buffer.WriteUInt32(value); });
             break;
@@ -51,6 +68,13 @@ public:
         case 7:
             writeBlock(value % 64);
             break;
+        default:
+            break;
+        }
+    }
+
+    void performRead(int operation, std::uint32_t value) {
+        switch (operation) {
         case 8:
             require(read(4) == buffer.ReadUInt32());
             break;
@@ -73,20 +97,10 @@ public:
             readBlock(value % 64);
             break;
         default:
-            performOther(value);
             break;
         }
-        // A block that ends exactly at the end of the storage leaves the write position there; read
-        // to its last byte it counts as a whole storage until the next block. That rule is kept,
-        // so there is nothing to compare.
-        if (queue.empty() && buffer.GetNumReadBytesAvailable() == room + 1) {
-            throw DocumentedEnd{};
-        }
-        require(buffer.GetNumReadBytesAvailable() == queue.size());
-        require(buffer.GetNumWriteBytesAvailable() == room - queue.size());
     }
 
-private:
     template <class Write>
     void write(std::size_t size, std::uint32_t value, Write write) {
         if (queue.size() + size > room) {

@@ -151,33 +151,35 @@ TEST_F(TarnelDefinitionsTest, RunsIntoTheBuffersOwnCheckWhenTheRecordsAreNotTher
 
 // Records.
 
+const InputRecord kEveryField{.action = 101,
+                              .reserved4 = 102,
+                              .reserved8 = 103,
+                              .targetIndex = 104,
+                              .fixedInt = 105,
+                              .repeatInterval = 106,
+                              .intMinimum = -107,
+                              .intMaximum = 108,
+                              .targetType = 109,
+                              .scaling = 110,
+                              .rangeType = 111,
+                              .rangeIndex = 112,
+                              .condition = 113,
+                              .fixedFloat = 1.5F,
+                              .floatMinimum = -2.5F,
+                              .floatMaximum = 3.5F,
+                              .useFixed = 114,
+                              .hold = 115,
+                              .reserved72 = 116,
+                              .held = 117,
+                              .rangeMinimumName = "minimum",
+                              .rangeMaximumName = "maximum",
+                              .target = "target",
+                              .conditionName = "condition",
+                              .conditionType = 118,
+                              .conditionIndex = -119};
+
 TEST_F(TarnelDefinitionsTest, ReadsEveryFieldOfAnInputRecordFromItsOffset) {
-    fill(in, toBytes({.action = 101,
-                      .reserved4 = 102,
-                      .reserved8 = 103,
-                      .targetIndex = 104,
-                      .fixedInt = 105,
-                      .repeatInterval = 106,
-                      .intMinimum = -107,
-                      .intMaximum = 108,
-                      .targetType = 109,
-                      .scaling = 110,
-                      .rangeType = 111,
-                      .rangeIndex = 112,
-                      .condition = 113,
-                      .fixedFloat = 1.5F,
-                      .floatMinimum = -2.5F,
-                      .floatMaximum = 3.5F,
-                      .useFixed = 114,
-                      .hold = 115,
-                      .reserved72 = 116,
-                      .held = 117,
-                      .rangeMinimumName = "minimum",
-                      .rangeMaximumName = "maximum",
-                      .target = "target",
-                      .conditionName = "condition",
-                      .conditionType = 118,
-                      .conditionIndex = -119}));
+    fill(in, toBytes(kEveryField));
     InputDefinitionStruct record;
     std::memset(&record, 0xEE, sizeof(record));
     protocol.extractInputStruct(&in, &record);

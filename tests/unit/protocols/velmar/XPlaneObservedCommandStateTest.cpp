@@ -47,46 +47,48 @@ TEST(XPlaneObservedCommandStateTest, DoesNotQueryByBeingSet) {
 }
 
 // The flags allow six states; every operation is tried in each of them.
+struct Row {
+    std::string_view history;
+    char operation;
+    bool current;
+    bool lastQueried;
+    bool changed;
+};
+
+constexpr std::array kRows{
+    // Up at the reset, unchanged.
+    Row{"", 'd', true, false, true},
+    Row{"", 'u', false, false, false},
+    Row{"", 'r', false, false, false},
+    // Up at the reset, changed, down.
+    Row{"d", 'd', true, false, true},
+    Row{"d", 'u', false, false, true},
+    Row{"d", 'r', true, true, false},
+    // Up at the reset, changed, up again.
+    Row{"du", 'd', true, false, true},
+    Row{"du", 'u', false, false, true},
+    Row{"du", 'r', false, false, false},
+    // Down at the reset, unchanged.
+    Row{"dr", 'd', true, true, false},
+    Row{"dr", 'u', false, true, true},
+    Row{"dr", 'r', true, true, false},
+    // Down at the reset, changed, up.
+    Row{"dru", 'd', true, true, true},
+    Row{"dru", 'u', false, true, true},
+    Row{"dru", 'r', false, false, false},
+    // Down at the reset, changed, down again.
+    Row{"drud", 'd', true, true, true},
+    Row{"drud", 'u', false, true, true},
+    Row{"drud", 'r', true, true, false},
+    // The state at the reset shows only in what follows it.
+    Row{"dur", 'd', true, false, true},
+    Row{"drur", 'd', true, false, true},
+    Row{"drur", 'u', false, false, false},
+    Row{"drudr", 'd', true, true, false},
+    Row{"drudr", 'u', false, true, true},
+};
+
 TEST(XPlaneObservedCommandStateTest, FollowsTheWholeTruthTable) {
-    struct Row {
-        std::string_view history;
-        char operation;
-        bool current;
-        bool lastQueried;
-        bool changed;
-    };
-    constexpr std::array kRows{
-        // Up at the reset, unchanged.
-        Row{"", 'd', true, false, true},
-        Row{"", 'u', false, false, false},
-        Row{"", 'r', false, false, false},
-        // Up at the reset, changed, down.
-        Row{"d", 'd', true, false, true},
-        Row{"d", 'u', false, false, true},
-        Row{"d", 'r', true, true, false},
-        // Up at the reset, changed, up again.
-        Row{"du", 'd', true, false, true},
-        Row{"du", 'u', false, false, true},
-        Row{"du", 'r', false, false, false},
-        // Down at the reset, unchanged.
-        Row{"dr", 'd', true, true, false},
-        Row{"dr", 'u', false, true, true},
-        Row{"dr", 'r', true, true, false},
-        // Down at the reset, changed, up.
-        Row{"dru", 'd', true, true, true},
-        Row{"dru", 'u', false, true, true},
-        Row{"dru", 'r', false, false, false},
-        // Down at the reset, changed, down again.
-        Row{"drud", 'd', true, true, true},
-        Row{"drud", 'u', false, true, true},
-        Row{"drud", 'r', true, true, false},
-        // The state at the reset shows only in what follows it.
-        Row{"dur", 'd', true, false, true},
-        Row{"drur", 'd', true, false, true},
-        Row{"drur", 'u', false, false, false},
-        Row{"drudr", 'd', true, true, false},
-        Row{"drudr", 'u', false, true, true},
-    };
     for (const Row& row : kRows) {
         SCOPED_TRACE(testing::Message() << '"' << row.history << "\" then " << row.operation);
         XPlaneObservedCommandState state = after(row.history);
