@@ -85,11 +85,10 @@ TEST_F(DataRefEditorTest, HearsNothingOnTheSecondAndLaterFlightLoops) {
     loadEditor();
     provider->RegisterInt("kyr/a");
     provider->ProcessFlightLoop();
-    simulator.Plugins().ClearMessages();
     simulator.Recorder().Clear();
     provider->ProcessFlightLoop();
     provider->ProcessFlightLoop();
-    EXPECT_THAT(announced(), IsEmpty());
+    EXPECT_THAT(announced(), ElementsAre("kyr/a")) << "on the first";
     EXPECT_THAT(lookUps(), IsEmpty());
 }
 
