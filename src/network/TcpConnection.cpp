@@ -202,6 +202,14 @@ void TcpConnection::handleSendError(int error) {
     case ECONNRESET:
     case ENOTCONN:
     case ECONNREFUSED:
+    // What a client, or the network between, can bring about at any time.
+    case EPIPE:
+    case ETIMEDOUT:
+    case EHOSTUNREACH:
+    case EHOSTDOWN:
+    case ENETUNREACH:
+    case ENETDOWN:
+    case ECONNABORTED:
         closeSocket();
         return;
     // Users know this line by the name of the receive call.

@@ -1,0 +1,75 @@
+#include <sys/socket.h>
+
+#include <fstream>
+#include <memory>
+#include <system_error>
+#include <vector>
+
+#include "e2e/EndToEndTest.h"
+#include "e2e/OtherMachine.h"
+#include "support/Deadline.h"
+
+namespace {
+
+enum Type { kFloatArray = 4 };
+
+// A panel on another machine, which loses its network in the middle of an answer. The kernel tells
+// the plugin some time later, in the result of a send.
+class LostNetworkTest : public EndToEndTest {
+protected:
+    void SetUp() override {
+        try {
+            machine = std::make_unique<OtherMachine>();
+        } catch (const std::system_error& error) {
+            GTEST_SKIP() << "needs network namespaces and TUN devices, which this system does not "
+                            "permit: "
+                         << error.what();
+        }
+        // The kernel gives up after a second instead of a quarter of an hour.
+        ASSERT_TRUE(std::ofstream("/proc/sys/net/ipv4/tcp_retries2") << 1 << std::flush);
+        startSimulator();
+        bystander = std::make_unique<TestClient>();
+        ASSERT_EQ(bystander->Exchange(*simulator, version), versionAnswer);
+        filesBefore = simulator->AskNumber("fds");
+    }
+
+    void receiveTheFirstPartOfAnAnswer() {
+        const int client = machine->Connect();
+        const Bytes request = tarnel(definitionsMessage(
+            {}, {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 4'000'000}}));
+        ASSERT_EQ(::send(client, request.data(), request.size(), 0),
+                  static_cast<ssize_t>(request.size()));
+        std::vector<unsigned char> part(10'000);
+        ASSERT_TRUE(
+            driveUntil([&] { simulator->Step(); },
+                       [&] { return ::recv(client, part.data(), part.size(), MSG_DONTWAIT) > 0; }));
+        ASSERT_GT(simulator->AskNumber("fds"), filesBefore);
+    }
+
+    void expectQuietEnd() {
+        EXPECT_TRUE(driveUntil([&] { simulator->Step(); },
+                               [&] { return simulator->AskNumber("fds") == filesBefore; }));
+        EXPECT_EQ(bystander->Exchange(*simulator, version), versionAnswer);
+        EXPECT_EQ(simulator->LogText(), "");
+    }
+
+    const Bytes version = tarnel(versionMessage());
+    const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    std::unique_ptr<OtherMachine> machine;
+    std::unique_ptr<TestClient> bystander;
+    long filesBefore = 0;
+};
+
+TEST_F(LostNetworkTest, ClosesTheConnectionWhenNothingArrivesAnyMore) {
+    receiveTheFirstPartOfAnAnswer();
+    machine->LoseLink();
+    expectQuietEnd();
+}
+
+TEST_F(LostNetworkTest, ClosesTheConnectionWhenThereIsNoWayToTheClientAnyMore) {
+    receiveTheFirstPartOfAnAnswer();
+    machine->TakeInterfaceDown();
+    expectQuietEnd();
+}
+
+} // namespace

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <thread>
+
+// A machine beside the simulator's: a network of its own, and a link between the two that a test
+// can break. The link is a TUN device at either end, and a thread that carries the packets.
+//
+// Needs a private network for itself, where nothing else has its addresses.
+class OtherMachine final {
+public:
+    // Throws std::system_error where the system does not permit it.
+    OtherMachine();
+    ~OtherMachine();
+    OtherMachine(const OtherMachine&) = delete;
+    OtherMachine& operator=(const OtherMachine&) = delete;
+
+    // Connects to the simulator's port. The socket has a small receive buffer, so that a large
+    // answer arrives in parts, and stays this object's.
+    int Connect() const;
+
+    // From now on packets vanish on their way, in both directions.
+    void LoseLink();
+    // The simulator's machine loses its interface, and with it the way to this one.
+    void TakeInterfaceDown() const;
+
+private:
+    void openOwnEnd();
+    void carryPackets() const;
+
+    int stop;
+    int ownEnd = -1;
+    int client = -1;
+    int simulatorsEnd = -1;
+    std::thread carrier;
+};
