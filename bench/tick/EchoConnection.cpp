@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "common/SimStateInformation.h"
+#include "network/SigpipeBlock.h"
 
 // Words are copied as they are.
 static_assert(std::endian::native == std::endian::little);
@@ -126,13 +127,8 @@ void EchoConnection::applyItems() const {
 }
 
 void EchoConnection::sendAnswer() {
-    int error = 0;
-    socklen_t length = sizeof(error);
-    if (::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length) == -1 || error != 0) {
-        close();
-        return;
-    }
     const auto size = static_cast<std::size_t>(frameEnd - frame.Get());
+    const SigpipeBlock block;
     const ssize_t sent = ::send(socket, frame.Get(), size, 0);
     if (sent == static_cast<ssize_t>(size)) {
         sending = false;

@@ -16,6 +16,7 @@
 #include "network/IProtocolFactory.h"
 #include "network/ReservedBytes.h"
 #include "network/RingBuffer.h"
+#include "network/SigpipeBlock.h"
 
 namespace {
 
@@ -31,6 +32,17 @@ void writeAnswerHeader(unsigned char* frame, unsigned long payloadLength) {
     for (unsigned long i = 0; i < kAnswerHeaderSize; ++i) {
         frame[i] = static_cast<unsigned char>(payloadLength >> (8 * i));
     }
+}
+
+// A client may close and reset between any two calls, and a send then raises SIGPIPE, which by
+// default ends the simulator's process.
+ssize_t sendWithoutSignal(int socket, const unsigned char* bytes, std::size_t size) {
+    const SigpipeBlock block;
+    const ssize_t result = ::send(socket, bytes, size, 0);
+    if (result == -1 && errno == EPIPE) {
+        block.TakeSignal();
+    }
+    return result;
 }
 
 } // namespace
@@ -169,12 +181,7 @@ void TcpConnection::frameAnswer() {
 }
 
 void TcpConnection::sendAnswer() {
-    // A client that reset its closed connection would raise SIGPIPE in the simulator's process.
-    if (hasPendingSocketError()) {
-        closeSocket();
-        return;
-    }
-    const ssize_t result = ::send(socket, sendBuffer->Get(), numBytesToWrite, 0);
+    const ssize_t result = sendWithoutSignal(socket, sendBuffer->Get(), numBytesToWrite);
     if (result == -1) {
         handleSendError(errno);
     } else if (result < 0) {
@@ -238,12 +245,6 @@ void TcpConnection::handleSentBytes(std::uint64_t sent) {
             "Error@TcpConnection::ProcessEvents : send() : result > numBytesToWrite : result:" +
                 std::to_string(sent) + " numBytesToWrite:" + std::to_string(numBytesToWrite));
     }
-}
-
-bool TcpConnection::hasPendingSocketError() const {
-    int error = 0;
-    socklen_t length = sizeof(error);
-    return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error != 0;
 }
 
 void TcpConnection::closeSocket() {

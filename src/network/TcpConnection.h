@@ -54,7 +54,6 @@ private:
     void sendAnswer();
     void handleSendError(int error);
     void handleSentBytes(std::uint64_t sent);
-    bool hasPendingSocketError() const;
 
     void closeSocket();
     void logVerbose(const char* detail) const;

@@ -19,6 +19,9 @@ Function* systemCall(const char* name) {
 template <class Make>
 long planned(SocketCall call, Make make) {
     const SocketFaults::Plan plan = current != nullptr ? current->Take(call) : SocketFaults::Plan{};
+    if (plan.event) {
+        plan.event();
+    }
     if (!plan.result) {
         return make(plan);
     }

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 enum class SocketCall { Socket, SetOption, Bind, Listen, Accept, Receive, Send, Close };
@@ -21,12 +23,16 @@ public:
     SocketFaults(const SocketFaults&) = delete;
     SocketFaults& operator=(const SocketFaults&) = delete;
 
-    void Fail(SocketCall call, int error) { plans[call].push_back({-1, error, {}}); }
-    void Return(SocketCall call, long result) { plans[call].push_back({result, 0, {}}); }
+    void Fail(SocketCall call, int error) { plans[call].push_back({-1, error, {}, {}}); }
+    void Return(SocketCall call, long result) { plans[call].push_back({result, 0, {}, {}}); }
     // The call is made.
-    void Pass(SocketCall call) { plans[call].push_back({{}, 0, {}}); }
+    void Pass(SocketCall call) { plans[call].push_back({{}, 0, {}, {}}); }
+    // The call is made after `event`: what may happen between any two calls happens here.
+    void PassAfter(SocketCall call, std::function<void()> event) {
+        plans[call].push_back({{}, 0, {}, std::move(event)});
+    }
     // A send that is made with its first `bytes` bytes only.
-    void ShortenSend(std::size_t bytes) { plans[SocketCall::Send].push_back({{}, 0, bytes}); }
+    void ShortenSend(std::size_t bytes) { plans[SocketCall::Send].push_back({{}, 0, bytes, {}}); }
 
     std::size_t Count(SocketCall call) const;
     // What the sends returned, in order.
@@ -36,6 +42,7 @@ public:
         std::optional<long> result;
         int error = 0;
         std::optional<std::size_t> sendLimit;
+        std::function<void()> event;
     };
     // For the calls themselves.
     Plan Take(SocketCall call);

@@ -468,6 +468,21 @@ TEST_F(TcpConnectionTest, OutlivesAClientThatSendsTwoRequestsAndVanishes) {
     EXPECT_THAT(logger.At(LogLevelError), IsEmpty());
 }
 
+// The reset falls right before the send, after all that could be asked of the socket first.
+TEST_F(TcpConnectionTest, OutlivesAClientThatResetsBetweenTwoSystemCalls) {
+    prepareAnswer("abc");
+    faults.PassAfter(SocketCall::Send, [this] {
+        peer.HalfClose();
+        ASSERT_TRUE(waitReadable(accepted));
+        peer.CloseWithReset();
+        ASSERT_TRUE(waitBroken(accepted));
+    });
+    tick();
+    EXPECT_THAT(faults.SendResults(), ElementsAre(-1));
+    EXPECT_TRUE(connection->IsReadyForCleanup());
+    EXPECT_THAT(logger.messages, IsEmpty());
+}
+
 TEST_F(TcpConnectionTest, WarnsWhenItsSocketCannotBeClosed) {
     faults.Return(SocketCall::Receive, 0);
     faults.Fail(SocketCall::Close, EIO);

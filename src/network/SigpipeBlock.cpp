@@ -1,0 +1,47 @@
+#include "network/SigpipeBlock.h"
+
+#include <cerrno>
+#include <ctime>
+
+namespace {
+
+sigset_t sigpipeAlone() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, SIGPIPE);
+    return signals;
+}
+
+bool isSigpipePending() {
+    sigset_t pending;
+    ::sigpending(&pending);
+    return ::sigismember(&pending, SIGPIPE) == 1;
+}
+
+} // namespace
+
+// The mask of sigprocmask is the calling thread's, too. pthread_sigmask is the name to use, but
+// binds to a symbol that older systems do not have.
+SigpipeBlock::SigpipeBlock() {
+    const sigset_t sigpipe = sigpipeAlone();
+    ::sigprocmask(SIG_BLOCK, &sigpipe, &formerMask);
+    // Unless it was blocked before, it has been delivered long since.
+    wasPending = ::sigismember(&formerMask, SIGPIPE) == 1 && isSigpipePending();
+}
+
+SigpipeBlock::~SigpipeBlock() {
+    const int error = errno;
+    ::sigprocmask(SIG_SETMASK, &formerMask, nullptr);
+    errno = error;
+}
+
+void SigpipeBlock::TakeSignal() const {
+    if (wasPending) {
+        return;
+    }
+    const int error = errno;
+    const sigset_t sigpipe = sigpipeAlone();
+    const timespec noWait{0, 0};
+    ::sigtimedwait(&sigpipe, nullptr, &noWait);
+    errno = error;
+}
