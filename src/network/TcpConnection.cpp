@@ -219,11 +219,24 @@ void TcpConnection::handleSendError(int error) {
     case ECONNABORTED:
         closeSocket();
         return;
-    // Users know this line by the name of the receive call.
     default:
+        if (hasEnded()) {
+            closeSocket();
+            return;
+        }
+        // Users know this line by the name of the receive call.
         loggingService->Log(LogLevelError, "Error@TcpConnection::ProcessEvents : recv() : " +
                                                utilities->GetSocketErrorMsg(error));
     }
+}
+
+// A connection that the network has ended bears the error of the last message about it, which is
+// anybody's to send.
+bool TcpConnection::hasEnded() const {
+    tcp_info info{};
+    socklen_t length = sizeof(info);
+    return ::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &length) == 0 &&
+           info.tcpi_state == TCP_CLOSE;
 }
 
 void TcpConnection::handleSentBytes(std::uint64_t sent) {

@@ -54,6 +54,7 @@ private:
     void sendAnswer();
     void handleSendError(int error);
     void handleSentBytes(std::uint64_t sent);
+    bool hasEnded() const;
 
     void closeSocket();
     void logVerbose(const char* detail) const;

@@ -2,7 +2,9 @@
 
 #include <fstream>
 #include <memory>
+#include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
@@ -71,5 +73,26 @@ TEST_F(LostNetworkTest, ClosesTheConnectionWhenThereIsNoWayToTheClientAnyMore) {
     machine->TakeInterfaceDown();
     expectQuietEnd();
 }
+
+// Messages that a router, or whoever is on the way, sends of itself. The kernel keeps the last one
+// and makes it the connection's error when it gives up.
+class DiscardedPacketsTest : public LostNetworkTest,
+                             public testing::WithParamInterface<std::pair<int, int>> {};
+
+TEST_P(DiscardedPacketsTest, CloseTheConnectionWhateverIsSaidOfThem) {
+    const auto [type, code] = GetParam();
+    receiveTheFirstPartOfAnAnswer();
+    machine->DiscardPackets(static_cast<unsigned char>(type), static_cast<unsigned char>(code));
+    expectQuietEnd();
+}
+
+INSTANTIATE_TEST_SUITE_P(Icmp, DiscardedPacketsTest,
+                         testing::Values(std::pair(3, 1),   // host unreachable
+                                         std::pair(3, 2),   // protocol unreachable
+                                         std::pair(12, 0)), // parameter problem
+                         [](const auto& row) {
+                             return "Type" + std::to_string(row.param.first) + "Code" +
+                                    std::to_string(row.param.second);
+                         });
 
 } // namespace

@@ -17,6 +17,8 @@
 #include <cstring>
 #include <exception>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -73,13 +75,47 @@ int openTunnel(const char* ownAddress, const char* otherAddress) {
     return tunnel;
 }
 
-void carry(int from, int to) {
-    unsigned char packet[65536];
-    const ssize_t size = ::read(from, packet, sizeof(packet));
-    if (size > 0) {
-        // What does not go through is lost, as on any link.
-        [[maybe_unused]] const auto sent = ::write(to, packet, static_cast<std::size_t>(size));
+using Packet = std::vector<unsigned char>;
+
+// Empty when there is none after all.
+Packet readPacket(int from) {
+    Packet packet(65536);
+    const ssize_t size = ::read(from, packet.data(), packet.size());
+    packet.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+    return packet;
+}
+
+// What does not go through is lost, as on any link.
+void writePacket(int to, const Packet& packet) {
+    [[maybe_unused]] const auto sent = ::write(to, packet.data(), packet.size());
+}
+
+// Of `size` bytes, an even number, into the two bytes at `place`, which are zero.
+void setChecksum(unsigned char* bytes, std::size_t size, std::size_t place) {
+    std::uint32_t sum = 0;
+    for (std::size_t i = 0; i < size; i += 2) {
+        sum += static_cast<std::uint32_t>(bytes[i] << 8 | bytes[i + 1]);
     }
+    while (sum > 0xFFFF) {
+        sum = (sum & 0xFFFF) + (sum >> 16);
+    }
+    bytes[place] = static_cast<unsigned char>(~sum >> 8);
+    bytes[place + 1] = static_cast<unsigned char>(~sum);
+}
+
+// An IPv4 header, the ICMP header, and as much of the packet as the rules ask for: its own header
+// and eight bytes.
+Packet icmpAbout(const Packet& packet, unsigned char type, unsigned char code) {
+    constexpr std::size_t kHeader = 20;
+    constexpr std::size_t kQuotation = kHeader + 8;
+    Packet message{0x45, 0,    0,  56, 0, 0, 0,  0,  64, IPPROTO_ICMP,
+                   0,    0,    10, 77, 0, 2, 10, 77, 0,  1,
+                   type, code, 0,  0,  0, 0, 0,  0};
+    message.insert(message.end(), packet.begin(), packet.end());
+    message.resize(message.size() - packet.size() + kQuotation);
+    setChecksum(message.data(), kHeader, 10);
+    setChecksum(message.data() + kHeader, message.size() - kHeader, 2);
+    return message;
 }
 
 } // namespace
@@ -98,7 +134,7 @@ OtherMachine::OtherMachine() : stop(checked(::eventfd(0, EFD_CLOEXEC), "eventfd"
         std::rethrow_exception(failure);
     }
     simulatorsEnd = openTunnel(kSimulatorsAddress, kOwnAddress);
-    carrier = std::thread([this] { carryPackets(); });
+    startCarrier([this] { writePacket(ownEnd, readPacket(simulatorsEnd)); });
 }
 
 void OtherMachine::openOwnEnd() {
@@ -129,18 +165,31 @@ void OtherMachine::LoseLink() {
     }
 }
 
+void OtherMachine::DiscardPackets(unsigned char icmpType, unsigned char icmpCode) {
+    LoseLink();
+    startCarrier([this, icmpType, icmpCode] {
+        writePacket(simulatorsEnd, icmpAbout(readPacket(simulatorsEnd), icmpType, icmpCode));
+    });
+}
+
 void OtherMachine::TakeInterfaceDown() const {
     configure(SIOCSIFFLAGS, [](ifreq& settings) { settings.ifr_flags = 0; });
 }
 
-void OtherMachine::carryPackets() const {
+void OtherMachine::startCarrier(std::function<void()> forward) {
+    carrier = std::thread([this, forward = std::move(forward)] { carryPackets(forward); });
+}
+
+void OtherMachine::carryPackets(const std::function<void()>& forward) const {
     pollfd ends[] = {{simulatorsEnd, POLLIN, 0}, {ownEnd, POLLIN, 0}, {stop, POLLIN, 0}};
     while (::poll(ends, 3, -1) > 0 && ends[2].revents == 0) {
         if (ends[0].revents != 0) {
-            carry(simulatorsEnd, ownEnd);
+            forward();
         }
         if (ends[1].revents != 0) {
-            carry(ownEnd, simulatorsEnd);
+            writePacket(simulatorsEnd, readPacket(ownEnd));
         }
     }
+    eventfd_t stopped = 0;
+    ::eventfd_read(stop, &stopped);
 }

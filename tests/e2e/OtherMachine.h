@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <thread>
 
 // A machine beside the simulator's: a network of its own, and a link between the two that a test
@@ -20,12 +21,16 @@ public:
 
     // From now on packets vanish on their way, in both directions.
     void LoseLink();
+    // From now on a router discards the simulator's packets and says so, by ICMP messages.
+    void DiscardPackets(unsigned char icmpType, unsigned char icmpCode);
     // The simulator's machine loses its interface, and with it the way to this one.
     void TakeInterfaceDown() const;
 
 private:
     void openOwnEnd();
-    void carryPackets() const;
+    // `forward` takes one packet of the simulator's from its end of the link.
+    void startCarrier(std::function<void()> forward);
+    void carryPackets(const std::function<void()>& forward) const;
 
     int stop;
     int ownEnd = -1;
