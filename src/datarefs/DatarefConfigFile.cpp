@@ -1,6 +1,8 @@
 // The part of DatarefProvider that reads and extends the configuration file.
 
+#include <algorithm>
 #include <fstream>
+#include <new>
 #include <stdexcept>
 
 #include "datarefs/DatarefProvider.h"
@@ -10,6 +12,15 @@ namespace {
 constexpr char kComment = '#';
 constexpr char kFieldSeparator = ' ';
 constexpr const char* kArrayEnding = "_array";
+
+// 0 for what is not a number of elements.
+std::size_t sizeFrom(const std::string& text) {
+    try {
+        return static_cast<std::size_t>(std::max(std::stoi(text), 0));
+    } catch (const std::logic_error&) {
+        return 0;
+    }
+}
 
 } // namespace
 
@@ -64,27 +75,24 @@ void DatarefProvider::registerScalar(const std::string& name, const std::string&
 
 void DatarefProvider::registerArray(const std::string& name, const std::string& type,
                                     const std::string& sizeText) {
-    if (type != "int_array" && type != "float_array" && type != "byte_array") {
+    const std::size_t size = sizeFrom(sizeText);
+    if (size == 0 || (type != "int_array" && type != "float_array" && type != "byte_array")) {
         return;
     }
-    int size = 0;
+    const bool isNew = configNames.insert(name).second;
     try {
-        size = std::stoi(sizeText);
-    } catch (const std::logic_error&) {
-        // Not a number, or none that fits an int.
-        return;
-    }
-    if (size < 1) {
-        return;
-    }
-    const auto elements = static_cast<std::size_t>(size);
-    configNames.insert(name);
-    if (type == "int_array") {
-        RegisterIntArray(elements, name);
-    } else if (type == "float_array") {
-        RegisterFloatArray(elements, name);
-    } else {
-        RegisterByteArray(elements, name);
+        if (type == "int_array") {
+            RegisterIntArray(size, name);
+        } else if (type == "float_array") {
+            RegisterFloatArray(size, name);
+        } else {
+            RegisterByteArray(size, name);
+        }
+    } catch (const std::bad_alloc&) {
+        // More than there is memory for: a line like any other that is ignored.
+        if (isNew) {
+            configNames.erase(name);
+        }
     }
 }
 

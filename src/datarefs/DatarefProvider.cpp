@@ -37,13 +37,13 @@ void writeScalar(std::map<void*, Value>& values, void* refcon, Value value) {
 }
 
 template <typename Value>
-int readArray(const std::map<void*, std::vector<Value>>& arrays, void* refcon, Value* values,
+int readArray(const std::map<void*, ZeroedArray<Value>>& arrays, void* refcon, Value* values,
               int offset, int max) {
     const auto found = arrays.find(refcon);
     if (found == arrays.end()) {
         return 0;
     }
-    const int size = static_cast<int>(found->second.size());
+    const int size = static_cast<int>(found->second.Size());
     if (values == nullptr) {
         return size;
     }
@@ -51,23 +51,23 @@ int readArray(const std::map<void*, std::vector<Value>>& arrays, void* refcon, V
         return 0;
     }
     const int count = std::min(max, size - offset);
-    std::copy_n(found->second.begin() + offset, count, values);
+    std::copy_n(found->second.Data() + offset, count, values);
     return count;
 }
 
 // Clients know that the last element cannot be written, and leave one element to spare.
 template <typename Value>
-void writeArray(std::map<void*, std::vector<Value>>& arrays, void* refcon, const Value* values,
+void writeArray(std::map<void*, ZeroedArray<Value>>& arrays, void* refcon, const Value* values,
                 int offset, int count) {
     const auto found = arrays.find(refcon);
     if (found == arrays.end()) {
         return;
     }
-    const int size = static_cast<int>(found->second.size());
+    const int size = static_cast<int>(found->second.Size());
     if (offset < 0 || offset >= size || count < 1 || count >= size - offset) {
         return;
     }
-    std::copy_n(values, count, found->second.begin() + offset);
+    std::copy_n(values, count, found->second.Data() + offset);
 }
 
 } // namespace

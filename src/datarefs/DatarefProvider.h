@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "datarefs/IDatarefProvider.h"
+#include "datarefs/ZeroedArray.h"
 
 class ILoggingService;
 
@@ -109,10 +110,10 @@ private:
     std::set<std::string> configNames;
     std::uint64_t nextRefcon = 1;
     Values<std::int32_t> intValues;
-    Values<std::vector<std::int32_t>> intArrayValues;
+    Values<ZeroedArray<std::int32_t>> intArrayValues;
     Values<float> floatValues;
-    Values<std::vector<float>> floatArrayValues;
+    Values<ZeroedArray<float>> floatArrayValues;
     Values<double> doubleValues;
-    Values<std::vector<unsigned char>> byteArrayValues;
+    Values<ZeroedArray<unsigned char>> byteArrayValues;
     Accessors accessors;
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
+#include "support/AddressSpaceLimit.h"
 
 namespace {
 
@@ -103,6 +104,25 @@ TEST_F(AddressSpaceTest, HoldsLessThanTwoMebibytesForEachOfTwentyConnections) {
               << kClients << " clients, " << late << " kB after 5000\n";
     EXPECT_LT(late - early, 1 * kKilobytesPerMebibyte);
     EXPECT_LT(late - alone, static_cast<long>(kClients) * 2 * kKilobytesPerMebibyte);
+}
+
+// The simulator starts with little.
+class ScarceMemoryTest : public EndToEndTest {};
+
+TEST_F(ScarceMemoryTest, IgnoresALineOfTheConfigurationFileThatAsksForMoreThanThereIs) {
+    directory.Write("Resources/plugins/xplaneorvane_datarefs.cfg",
+                    "kyr/x int_array 2147483647\nkyr/next int_array 3\n");
+    {
+        const AddressSpaceLimit limit(4096 * kKilobytesPerMebibyte * 1024);
+        startSimulator();
+    }
+    EXPECT_TRUE(simulator->Ask("get kyr/x").starts_with("error: "));
+    EXPECT_EQ(simulator->Get("kyr/next"), "0,0,0");
+    EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "0,0,0,0");
+    TestClient client;
+    EXPECT_EQ(toHex(client.Exchange(*simulator, tarnel(versionMessage()))),
+              "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    EXPECT_EQ(simulator->LogText(), "");
 }
 
 // One whole mapping of smaps: its size and the flags of the kernel.

@@ -140,4 +140,12 @@ void operator delete[](void* block, const std::nothrow_t& /*tag*/) noexcept {
     release(block);
 }
 
+// The linker lets calls of calloc come here (--wrap), and the sanitizer's own has another name.
+extern "C" void* __real_calloc(std::size_t count, std::size_t size);
+
+extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {
+    const bool isLarge = size > 0 && count > kLargestBlock / size;
+    return limited && isLarge ? nullptr : __real_calloc(count, size);
+}
+
 #pragma GCC visibility pop

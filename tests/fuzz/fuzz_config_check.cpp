@@ -17,7 +17,7 @@ using config::DatarefType;
 
 constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
-// Larger ones are refused by the plugin for want of memory, and end its reading of the file.
+// Larger ones may be more than there is memory for, and are then ignored by the plugin alone.
 constexpr int kLargestSize = 1000;
 
 void require(bool condition, const std::string& what) {
