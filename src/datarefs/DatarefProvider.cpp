@@ -137,14 +137,15 @@ template <typename Value>
 XPLMDataRef DatarefProvider::registerDataref(const std::string& name, const Accessors& offered,
                                              const char* typeWord, std::size_t size,
                                              Values<Value>& values) {
-    if (registeredNames.contains(name)) {
+    if (registeredDatarefs.contains(name)) {
         return nullptr;
     }
     // A number and never an address: NOLINTNEXTLINE(performance-no-int-to-ptr)
     void* const refcon = reinterpret_cast<void*>(nextRefcon);
-    // First of all, since a size that cannot be stored must leave no trace anywhere.
+    // First of all, since what cannot be stored must leave no trace anywhere.
     Values<Value> newValue;
     newValue.emplace(refcon, zeroValue<Value>(size));
+    std::map<std::string, XPLMDataRef> newDataref{{name, nullptr}};
 
     const XPLMDataRef handle = XPLMRegisterDataAccessor(
         name.c_str(), offered.type, kWritable, offered.readInt, offered.writeInt, offered.readFloat,
@@ -154,12 +155,27 @@ XPLMDataRef DatarefProvider::registerDataref(const std::string& name, const Acce
     if (handle == nullptr) {
         return nullptr;
     }
-    ensureDatarefInConfig(name, typeWord, static_cast<int>(size));
     values.merge(newValue);
     ++nextRefcon;
-    registeredNames.insert(name);
+    newDataref[name] = handle;
+    registeredDatarefs.merge(newDataref);
+    ensureDatarefInConfig(name, typeWord, static_cast<int>(size));
     announce(name);
     return handle;
+}
+
+void DatarefProvider::UnregisterAll() {
+    for (const auto& [name, handle] : registeredDatarefs) {
+        XPLMUnregisterDataAccessor(handle);
+    }
+    registeredDatarefs.clear();
+    pendingEditorNames.clear();
+    intValues.clear();
+    intArrayValues.clear();
+    floatValues.clear();
+    floatArrayValues.clear();
+    doubleValues.clear();
+    byteArrayValues.clear();
 }
 
 void DatarefProvider::announce(const std::string& name) {

@@ -21,8 +21,8 @@ bool hasEnding(const std::string& text, const std::string& ending);
 //
 // Each dataref lives in one of the value maps under its refcon, a number counted up from 1 in
 // order of registration. Datarefs are only ever added, and stay registered with the simulator until
-// it drops the plugin. The file may be unreadable or unwritable; that is never an error. Main
-// thread only.
+// it drops the plugin, unless the start fails. The file may be unreadable or unwritable; that is
+// never an error. Main thread only.
 class DatarefProvider final : public IDatarefProvider {
 public:
     // The plain accessor functions that the simulator is given; they forward to this object.
@@ -61,6 +61,8 @@ public:
     void SetDouble(void* refcon, double value) override;
     int GetBytes(void* refcon, void* values, int offset, int max) override;
     void SetBytes(void* refcon, void* values, int offset, int count) override;
+
+    void UnregisterAll() override;
 
     // Registers what one line of the file declares; a malformed line is ignored.
     void parseConfigLine(std::string line);
@@ -106,7 +108,7 @@ private:
     bool editorNotified = false;
     std::string configFilePath;
     std::set<std::string> pendingEditorNames;
-    std::set<std::string> registeredNames;
+    std::map<std::string, XPLMDataRef> registeredDatarefs;
     std::set<std::string> configNames;
     std::uint64_t nextRefcon = 1;
     Values<std::int32_t> intValues;

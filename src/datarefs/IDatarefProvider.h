@@ -41,4 +41,7 @@ public:
     virtual void SetDouble(void* refcon, double value) = 0;
     virtual int GetBytes(void* refcon, void* values, int offset, int max) = 0;
     virtual void SetBytes(void* refcon, void* values, int offset, int count) = 0;
+
+    // Takes back every registration; the configuration file stays as it is.
+    virtual void UnregisterAll() {}
 };

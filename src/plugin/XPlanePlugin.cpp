@@ -1,11 +1,14 @@
 #include "plugin/XPlanePlugin.h"
 
 #include <cstdio>
+#include <exception>
+#include <string>
 
 #include "XPLMMenus.h"
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "commands/ICommandObserver.h"
+#include "common/ILoggingService.h"
 #include "common/SimStateInformation.h"
 #include "datarefs/IDatarefProvider.h"
 #include "network/NetworkResources.h"
@@ -38,13 +41,14 @@ constexpr std::size_t kForceScaleFactors = 4;
 XPlanePlugin::XPlanePlugin(FlightLoopCallback flightLoopCallback, ICommandObserver* commandObserver,
                            NetworkResources* networkResources, TcpServer* tcpServer,
                            IDatarefProvider* datarefProvider, SimStateInformation* simState,
-                           ILoggingService* /*loggingService*/)
+                           ILoggingService* loggingService)
     : simState(simState),
       flightLoopCallback(flightLoopCallback),
       commandObserver(commandObserver),
       networkResources(networkResources),
       tcpServer(tcpServer),
-      datarefProvider(datarefProvider) {}
+      datarefProvider(datarefProvider),
+      loggingService(loggingService) {}
 
 int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescription) {
     std::snprintf(outName, kStartTextSize, "XPlaneTCPOrvaneLin v%d.%d.%d", kVersionMajor,
@@ -58,10 +62,29 @@ int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescr
     if (!tcpServer->Init()) {
         return 0;
     }
-    registerFlightLoop();
-    datarefProvider->ParseConfig();
-    registerOwnDatarefs();
+    try {
+        registerFlightLoop();
+        datarefProvider->ParseConfig();
+        registerOwnDatarefs();
+    } catch (const std::exception& error) {
+        takeBackStart();
+        loggingService->Log(LogLevelWarning,
+                            std::string("Warning@XPlanePlugin::XPluginStart : ") + error.what());
+        return 0;
+    }
     return 1;
+}
+
+// The simulator unloads a plugin that refuses to start, and calls nothing of it any more.
+void XPlanePlugin::takeBackStart() {
+    datarefProvider->UnregisterAll();
+    autopilotExternalControl = nullptr;
+    autopilotTriggerDisable = nullptr;
+    forceScaleFactorActive = nullptr;
+    forceScaleFactorValue = nullptr;
+    unregisterFlightLoop();
+    tcpServer->Cleanup();
+    networkResources->Cleanup();
 }
 
 // Without a handler: the item only shows the version.
@@ -76,6 +99,13 @@ void XPlanePlugin::registerFlightLoop() {
     if (!flightLoopRegistered) {
         XPLMRegisterFlightLoopCallback(flightLoopCallback, kFirstFlightLoop, nullptr);
         flightLoopRegistered = true;
+    }
+}
+
+void XPlanePlugin::unregisterFlightLoop() {
+    if (flightLoopRegistered) {
+        XPLMUnregisterFlightLoopCallback(flightLoopCallback, nullptr);
+        flightLoopRegistered = false;
     }
 }
 
@@ -105,10 +135,7 @@ void XPlanePlugin::XPluginStop() {
             XPLMUnregisterDataAccessor(nullptr);
         }
     }
-    if (flightLoopRegistered) {
-        XPLMUnregisterFlightLoopCallback(flightLoopCallback, nullptr);
-        flightLoopRegistered = false;
-    }
+    unregisterFlightLoop();
     tcpServer->Cleanup();
     networkResources->Cleanup();
 }

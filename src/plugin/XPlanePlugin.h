@@ -28,7 +28,7 @@ public:
     XPlanePlugin& operator=(const XPlanePlugin&) = delete;
 
     // Fills in the simulator's buffers of 256 bytes each, and starts serving. Returns 1, or 0 when
-    // the network is not to be had; nothing is registered with the simulator then.
+    // the network or memory is not to be had; nothing is registered with the simulator then.
     int XPluginStart(char* outName, char* outSignature, char* outDescription);
     void XPluginStop();
     // Always 1.
@@ -47,7 +47,9 @@ public:
 private:
     void appendMenuItem();
     void registerFlightLoop();
+    void unregisterFlightLoop();
     void registerOwnDatarefs();
+    void takeBackStart();
     void planeLoaded();
 
     bool flightLoopRegistered = false;
@@ -57,6 +59,7 @@ private:
     NetworkResources* networkResources;
     TcpServer* tcpServer;
     IDatarefProvider* datarefProvider;
+    ILoggingService* loggingService;
     // Nothing here reads or writes the values of these: clients, aircraft and other plugins share
     // them through the simulator.
     XPLMDataRef autopilotExternalControl = nullptr;

@@ -91,6 +91,8 @@ public:
         recordArrayAccess("SetBytes", refcon, values, offset, count);
     }
 
+    void UnregisterAll() override { calls.emplace_back("UnregisterAll"); }
+
     // The result of every registration.
     XPLMDataRef handle = nullptr;
     int intResult = 0;

@@ -451,6 +451,34 @@ TEST_F(DatarefProviderTest, NeverWritesAnArrayOfOneElement) {
     EXPECT_EQ(intArray(2), std::vector<int>{0});
 }
 
+TEST_F(DatarefProviderTest, UnregistersAllThatItHasRegistered) {
+    provider->RegisterInt("kyr/a");
+    provider->RegisterFloatArray(3, "kyr/b");
+    simulator.Datarefs().RefuseRegistration("kyr/c");
+    provider->RegisterInt("kyr/c");
+    provider->UnregisterAll();
+    EXPECT_EQ(simulator.Datarefs().Lookup("kyr/a"), nullptr);
+    EXPECT_EQ(simulator.Datarefs().Lookup("kyr/b"), nullptr);
+    EXPECT_EQ(simulator.Recorder().CallsOf("XPLMUnregisterDataAccessor").size(), 2U);
+    EXPECT_EQ(simulator.Recorder().NullHandleCalls(), 0U);
+    provider->UnregisterAll();
+    EXPECT_EQ(simulator.Recorder().CallsOf("XPLMUnregisterDataAccessor").size(), 2U);
+}
+
+TEST_F(DatarefProviderTest, RegistersAgainWhatItHasUnregistered) {
+    const XPLMPluginID editor = simulator.Plugins().AddPlugin("xplanesdk.examples.DataRefEditor");
+    provider->RegisterInt("kyr/a");
+    provider->RegisterInt("kyr/b");
+    provider->SetInt(refcon(1), 5);
+    provider->UnregisterAll();
+    EXPECT_EQ(provider->GetInt(refcon(1)), 0);
+    EXPECT_NE(provider->RegisterFloat("kyr/a"), nullptr);
+    EXPECT_EQ(directory.Read(kConfigFile), "\nkyr/a int\nkyr/b int") << "as it was declared";
+    provider->ProcessFlightLoop();
+    ASSERT_EQ(simulator.Plugins().Messages().size(), 1U);
+    EXPECT_EQ(simulator.Plugins().Messages()[0].plugin, editor);
+}
+
 TEST_F(DatarefProviderTest, StartsEveryValueAtZeroAgainAfterARestart) {
     provider->RegisterInt("kyr/a");
     provider->SetInt(refcon(1), 5);

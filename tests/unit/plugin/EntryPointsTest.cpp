@@ -512,7 +512,8 @@ protected:
 TEST_F(EntryPointsBarrierTest, RefusesAStartThatThrows) {
     provider.onCall = [] { throw std::runtime_error("out of memory"); };
     EXPECT_EQ(start(), 0);
-    EXPECT_THAT(provider.calls, ElementsAre("ParseConfig"));
+    EXPECT_THAT(provider.calls, ElementsAre("ParseConfig", "UnregisterAll"));
+    EXPECT_EQ(simulator.Loops().Count(), 0U);
 }
 
 TEST_F(EntryPointsBarrierTest, EndsAStopThatThrows) {

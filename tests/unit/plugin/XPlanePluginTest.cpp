@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <new>
 #include <string>
 
 #include "LoopbackSocket.h"
@@ -174,6 +175,38 @@ TEST_F(XPlanePluginTest, RegistersADatarefAgainThatItDidNotGet) {
                             "RegisterInt kyr/autopilot_trigger_disable",
                             "RegisterIntArray 4 kyr/external_forcescalefactor_active",
                             "RegisterIntArray 4 kyr/external_forcescalefactor_value"));
+}
+
+TEST_F(XPlanePluginTest, TakesBackAStartThatFailsAfterTheServerListens) {
+    provider.onCall = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(provider.calls, ElementsAre("ParseConfig", "UnregisterAll"));
+    EXPECT_EQ(simulator.Loops().Count(), 0U);
+    LoopbackSocket client;
+    EXPECT_EQ(client.Connect(), ECONNREFUSED);
+    EXPECT_THAT(logger.At(LogLevelWarning),
+                ElementsAre("Warning@XPlanePlugin::XPluginStart : std::bad_alloc"));
+}
+
+TEST_F(XPlanePluginTest, StartsAfterAStartThatFailed) {
+    provider.handle = &provider;
+    provider.onCall = [&] {
+        if (provider.calls.size() == 4) {
+            throw std::bad_alloc();
+        }
+    };
+    EXPECT_EQ(start(), 0);
+    provider.onCall = {};
+    provider.calls.clear();
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(provider.calls,
+                ElementsAre("ParseConfig", "RegisterInt kyr/autopilot_external_control",
+                            "RegisterInt kyr/autopilot_trigger_disable",
+                            "RegisterIntArray 4 kyr/external_forcescalefactor_active",
+                            "RegisterIntArray 4 kyr/external_forcescalefactor_value"));
+    EXPECT_EQ(simulator.Loops().Count(), 1U);
+    LoopbackSocket client;
+    EXPECT_EQ(client.Connect(), 0);
 }
 
 // Enabling.
