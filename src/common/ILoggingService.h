@@ -16,4 +16,7 @@ public:
     // Messages above `level` are dropped, except that LogLevelError is always written.
     virtual void SetLogLevel(LogLevel level) = 0;
     virtual void Log(LogLevel level, std::string message) = 0;
+
+    // Whether Log would write a message of this level. Who builds messages often asks first.
+    virtual bool IsEnabled(LogLevel /*level*/) const { return true; }
 };

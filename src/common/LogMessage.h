@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/ILoggingService.h"
+
 // A piece of a log message: text as it stands, or a whole number in plain decimal. Lives no longer
 // than the call that it is made for.
 class LogMessagePart final {
@@ -29,6 +31,14 @@ private:
     std::string_view text;
 };
 
-// The pieces in a row. Takes memory once, as messages are built in every exchange, and most of them
-// to be dropped.
+// The pieces in a row.
 std::string logMessage(std::initializer_list<LogMessagePart> parts);
+
+// Logs the pieces in a row. A message that would be dropped is not built at all: there are several
+// in every exchange, for a log that is usually off.
+template <typename... Pieces>
+void logIfEnabled(ILoggingService* logger, LogLevel level, Pieces... pieces) {
+    if (logger->IsEnabled(level)) {
+        logger->Log(level, logMessage({pieces...}));
+    }
+}

@@ -24,7 +24,7 @@ void LoggingService::SetLogLevel(LogLevel level) {
 }
 
 void LoggingService::Log(LogLevel level, std::string message) {
-    if (logLevel < level && level != LogLevelError) {
+    if (!IsEnabled(level)) {
         return;
     }
     const std::string line = "XPlaneOrvane " + localDateAndTime() + " " + message + "\n";
@@ -32,6 +32,10 @@ void LoggingService::Log(LogLevel level, std::string message) {
     if (level == LogLevelError) {
         std::abort();
     }
+}
+
+bool LoggingService::IsEnabled(LogLevel level) const {
+    return level <= logLevel || level == LogLevelError;
 }
 
 void LoggingService::writeToXPlaneLog(const char* text) {

@@ -16,6 +16,7 @@ public:
 
     void SetLogLevel(LogLevel level) override;
     void Log(LogLevel level, std::string message) override;
+    bool IsEnabled(LogLevel level) const override;
 
     // Passes `text` to the simulator as it stands.
     void writeToXPlaneLog(const char* text);

@@ -109,8 +109,9 @@ void TcpConnection::handleReceiveError(int error) {
     case ENOTCONN:
     case ECONNREFUSED:
     case ENOTSOCK:
-        loggingService->Log(LogLevelVerbose, "Verbose@TcpConnection::ProcessEvents : recv() : " +
-                                                 utilities->GetSocketErrorMsg(error));
+        if (loggingService->IsEnabled(LogLevelVerbose)) {
+            logVerbose(("recv() : " + utilities->GetSocketErrorMsg(error)).c_str());
+        }
         break;
     // ECONNRESET is reported here but closes quietly on the sending side.
     default:
@@ -127,10 +128,9 @@ void TcpConnection::handleReceivedBytes(unsigned long count) {
         inBuffer->ResetBuffer();
     }
     inBuffer->WriteByteArray(recvBuffer->Get(), count);
-    loggingService->Log(
-        LogLevelVerbose,
-        logMessage({"Verbose@TcpConnection::ProcessEvents : recv() received num bytes ", count,
-                    "  readposptr ", readPositionOf(*inBuffer)}));
+    logIfEnabled(loggingService, LogLevelVerbose,
+                 "Verbose@TcpConnection::ProcessEvents : recv() received num bytes ", count,
+                 "  readposptr ", readPositionOf(*inBuffer));
     selectProtocol();
     outBuffer->SetReadPosRestorePoint();
     if (selectedProtocol == protocols.end()) {
@@ -160,11 +160,9 @@ void TcpConnection::feedSelectedProtocol() {
         return;
     }
     if (result < 0) {
-        loggingService->Log(
-            LogLevelVerbose,
-            logMessage(
-                {"Verbose@TcpConnection::ProcessEvents : recv() incomplete packet readposptr ",
-                 readPositionOf(*inBuffer)}));
+        logIfEnabled(loggingService, LogLevelVerbose,
+                     "Verbose@TcpConnection::ProcessEvents : recv() incomplete packet readposptr ",
+                     readPositionOf(*inBuffer));
         return;
     }
     selectedProtocol = protocols.end();
@@ -272,6 +270,6 @@ void TcpConnection::closeSocket() {
 }
 
 void TcpConnection::logVerbose(const char* detail) const {
-    loggingService->Log(LogLevelVerbose,
-                        logMessage({"Verbose@TcpConnection::ProcessEvents : ", detail}));
+    logIfEnabled(loggingService, LogLevelVerbose,
+                 "Verbose@TcpConnection::ProcessEvents : ", detail);
 }

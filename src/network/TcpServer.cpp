@@ -12,6 +12,7 @@
 
 #include "common/ILoggingService.h"
 #include "common/IUtilities.h"
+#include "common/LogMessage.h"
 #include "network/TcpConnection.h"
 
 namespace {
@@ -43,7 +44,7 @@ TcpServer::~TcpServer() {
 }
 
 bool TcpServer::Init() {
-    loggingService->Log(LogLevelVerbose, "Verbose@TcpServer::Init");
+    logIfEnabled(loggingService, LogLevelVerbose, "Verbose@TcpServer::Init");
     if (isInit) {
         loggingService->Log(LogLevelWarning,
                             "Warning@TcpServer::Init : isInit == true. Skipping init.");
@@ -115,7 +116,7 @@ void TcpServer::Cleanup() {
                             "Warning@Cleanup::Init : isInit == false. Skipping cleanup.");
         return;
     }
-    loggingService->Log(LogLevelVerbose, "Verbose@TcpServer::Cleanup");
+    logIfEnabled(loggingService, LogLevelVerbose, "Verbose@TcpServer::Cleanup");
     connections.clear();
     isInit = false;
     if (!closeServerSocket()) {

@@ -8,6 +8,7 @@
 
 #include "XPLMDefs.h"
 #include "commands/CommandObserver.h"
+#include "common/LogMessage.h"
 #include "common/LoggingService.h"
 #include "common/SimStateInformation.h"
 #include "common/Utilities.h"
@@ -41,7 +42,7 @@ void buildObjects() {
     loggingService->SetLogLevel(fileExists(kVerboseMarkerFile) ? LogLevelVerbose : LogLevelWarning);
     utils = new Utilities();
     commandObserver = new CommandObserver(MyCommandCallBack);
-    loggingService->Log(LogLevelVerbose, "PluginStart");
+    logIfEnabled(loggingService, LogLevelVerbose, "PluginStart");
     datarefProvider = new DatarefProvider(loggingService, GetInt, SetInt, GetFloat, SetFloat,
                                           GetDouble, SetDouble, GetIntArray, SetIntArray,
                                           GetFloatArray, SetFloatArray, GetByteArray, SetByteArray);

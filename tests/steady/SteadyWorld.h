@@ -5,19 +5,19 @@
 #include <vector>
 
 #include "commands/CommandObserver.h"
+#include "common/LoggingService.h"
 #include "common/SimStateInformation.h"
 #include "common/Utilities.h"
 #include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "steady/AllocationCounter.h"
-#include "steady/ListingLogger.h"
 #include "support/Bytes.h"
 #include "support/FakeDatarefProvider.h"
 
 class IProtocol;
 
 // A simulator with an aircraft and as many datarefs of each type as a test wants, and the two ring
-// buffers between which a protocol is fed.
+// buffers between which a protocol is fed. Its log is at the level that users have.
 class SteadyWorld final {
 public:
     // Of the arrays.
@@ -34,7 +34,7 @@ public:
 
     headless::Simulator simulator;
     SimStateInformation simState;
-    ListingLogger logger;
+    LoggingService logger;
     Utilities utilities;
     CommandObserver observer;
     FakeDatarefProvider provider;

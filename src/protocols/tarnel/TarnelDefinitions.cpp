@@ -31,15 +31,15 @@ std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
         return 0;
     }
     discardDefinitions();
-    logger->Log(LogLevelVerbose,
-                logMessage({"Verbose@TarnelProtocol::tryParseConfig  defHeader.inputStructCount(",
-                            header.inputStructCount, ") defHeader.outputStructCount(",
-                            header.outputStructCount, ")"}));
+    logIfEnabled(logger, LogLevelVerbose,
+                 "Verbose@TarnelProtocol::tryParseConfig  defHeader.inputStructCount(",
+                 header.inputStructCount, ") defHeader.outputStructCount(",
+                 header.outputStructCount, ")");
     defineInputs(in, header.inputStructCount);
     defineOutputs(in, header.outputStructCount);
-    logger->Log(LogLevelVerbose,
-                logMessage({"VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(",
-                            outputInfos.size(), ")"}));
+    logIfEnabled(logger, LogLevelVerbose,
+                 "VERBOSE@TarnelProtocol::tryParseConfig : outputInfos.size(", outputInfos.size(),
+                 ")");
     writeOutputInfos(in, out);
     return static_cast<std::int32_t>(messageSize(header));
 }
@@ -47,22 +47,21 @@ std::int32_t TarnelProtocol::tryParseConfig(IRingBuffer* in, IRingBuffer* out) {
 bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruct* header) {
     const unsigned long numBytes = in->GetNumReadBytesAvailable();
     if (numBytes < kDefinitionHeaderSize) {
-        logger->Log(LogLevelVerbose, logMessage({"Verbose@TarnelProtocol::tryParseConfig numBytes(",
-                                                 numBytes, ") < sizeof(DefinitionHeaderStruct)(",
-                                                 kDefinitionHeaderSize, ")"}));
+        logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig numBytes(",
+                     numBytes, ") < sizeof(DefinitionHeaderStruct)(", kDefinitionHeaderSize, ")");
         return false;
     }
-    logger->Log(LogLevelVerbose,
-                logMessage({"Verbose@TarnelProtocol::tryParseConfig : recv() readposptr ",
-                            reinterpret_cast<std::intptr_t>(in->GetReadPosAddress())}));
+    logIfEnabled(logger, LogLevelVerbose,
+                 "Verbose@TarnelProtocol::tryParseConfig : recv() readposptr ",
+                 reinterpret_cast<std::intptr_t>(in->GetReadPosAddress()));
     header->specifier = in->ReadUInt32();
     if (header->specifier != CMD_DEFINITIONS) {
-        logger->Log(LogLevelVerbose,
-                    logMessage({"Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(",
-                                header->specifier, ") != CMD_DEFINITIONS(", CMD_DEFINITIONS, ")"}));
+        logIfEnabled(logger, LogLevelVerbose,
+                     "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(",
+                     header->specifier, ") != CMD_DEFINITIONS(", CMD_DEFINITIONS, ")");
         return false;
     }
-    logVerbose("Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
+    logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseConfig is DEFINITIONS");
     header->inputStructSize = in->ReadUInt32();
     header->inputStructCount = in->ReadUInt32();
     header->outputStructSize = in->ReadUInt32();
@@ -70,9 +69,8 @@ bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruc
     const std::uint32_t packetSize = messageSize(*header);
     if (numBytes < packetSize) {
         // A warning in spite of its first word: the rest of the message may yet arrive.
-        logger->Log(LogLevelWarning,
-                    logMessage({"Error@TarnelProtocol::tryParseConfig : numBytes (", numBytes,
-                                ") < packetSize(", packetSize, ")"}));
+        logIfEnabled(logger, LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (",
+                     numBytes, ") < packetSize(", packetSize, ")");
         return false;
     }
     return true;

@@ -80,9 +80,9 @@ std::int32_t TarnelProtocol::tryParseVersion(IRingBuffer* in, IRingBuffer* out) 
     if (numBytes < sizeof(CMD_VERSION) || in->ReadUInt32() != CMD_VERSION) {
         return 0;
     }
-    logVerbose("Verbose@TarnelProtocol::tryParseVersion is VERSION");
-    logger->Log(LogLevelVerbose,
-                logMessage({"Verbose@TarnelProtocol::tryParseVersion available ", numBytes}));
+    logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseVersion is VERSION");
+    logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseVersion available ",
+                 numBytes);
     // The version of the protocol's implementation; clients compare all of it.
     out->WriteUInt32(CMD_VERSION);
     out->WriteUInt8(1);
@@ -97,27 +97,25 @@ std::int32_t TarnelProtocol::tryParseData(IRingBuffer* in, IRingBuffer* out) {
     writeOutputInfos(in, out);
     const unsigned long numBytes = in->GetNumReadBytesAvailable();
     if (numBytes < kDataHeaderSize) {
-        logger->Log(LogLevelVerbose,
-                    logMessage({"Verbose@TarnelProtocol::tryParseData numBytes(", numBytes,
-                                ") < sizeof(DataHeaderStruct)(", kDataHeaderSize, ")"}));
+        logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseData numBytes(",
+                     numBytes, ") < sizeof(DataHeaderStruct)(", kDataHeaderSize, ")");
         return 0;
     }
     DataHeaderStruct header{};
     header.specifier = in->ReadUInt32();
     if (header.specifier != CMD_DATA) {
-        logger->Log(LogLevelVerbose,
-                    logMessage({"Verbose@TarnelProtocol::tryParseData dataHeader.specifier(",
-                                header.specifier, ") != CMD_DATA(", CMD_DATA, ")"}));
+        logIfEnabled(logger, LogLevelVerbose,
+                     "Verbose@TarnelProtocol::tryParseData dataHeader.specifier(", header.specifier,
+                     ") != CMD_DATA(", CMD_DATA, ")");
         return 0;
     }
-    logVerbose("Verbose@TarnelProtocol::tryParseData is DATA");
+    logIfEnabled(logger, LogLevelVerbose, "Verbose@TarnelProtocol::tryParseData is DATA");
     header.structSize = in->ReadUInt32();
     header.structCount = in->ReadUInt32();
     const std::uint32_t packetSize = header.structSize * header.structCount + kDataHeaderSize;
     if (numBytes < packetSize) {
-        logger->Log(LogLevelWarning,
-                    logMessage({"WARNING@TarnelProtocol::tryParseData : numBytes (", numBytes,
-                                ") < packetSize(", packetSize, ")"}));
+        logIfEnabled(logger, LogLevelWarning, "WARNING@TarnelProtocol::tryParseData : numBytes (",
+                     numBytes, ") < packetSize(", packetSize, ")");
         return 0;
     }
     return executeItems(in, header.structCount) ? static_cast<std::int32_t>(packetSize) : 0;
@@ -133,9 +131,9 @@ bool TarnelProtocol::executeItems(IRingBuffer* in, std::uint32_t count) {
         InputAction* const action =
             lookup.Find(inputActions, static_cast<std::int32_t>(item.actionIdentifier), i);
         if (action == nullptr) {
-            logger->Log(LogLevelWarning,
-                        logMessage({"WARNING@TarnelProtocol::tryParseData : unknown action id(",
-                                    item.actionIdentifier, ")"}));
+            logIfEnabled(logger, LogLevelWarning,
+                         "WARNING@TarnelProtocol::tryParseData : unknown action id(",
+                         item.actionIdentifier, ")");
             return false;
         }
         action->ExecuteAction(item.value, nowMs);
@@ -159,15 +157,11 @@ void TarnelProtocol::writeOutputInfos(IRingBuffer* /*in*/, IRingBuffer* out) {
         }
     }
     if (planeLoaded) {
-        logger->Log(LogLevelVerbose,
-                    logMessage({"VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(",
-                                outputInfos.size(), ")"}));
+        logIfEnabled(logger, LogLevelVerbose,
+                     "VERBOSE@TarnelProtocol::writeOutputInfos : outputInfos.size(",
+                     outputInfos.size(), ")");
     }
     answer.WriteUInt32(kAircraftIdentifier);
     answer.WriteUInt32(kAircraftIdLength);
     answer.WriteUInt32(planeLoaded ? simState->GetPlaneId() : 0);
-}
-
-void TarnelProtocol::logVerbose(const char* message) {
-    logger->Log(LogLevelVerbose, message);
 }

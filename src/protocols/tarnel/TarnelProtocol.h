@@ -63,7 +63,6 @@ private:
     void defineInputs(IRingBuffer* in, std::uint32_t count);
     void defineOutputs(IRingBuffer* in, std::uint32_t count);
     bool executeItems(IRingBuffer* in, std::uint32_t count);
-    void logVerbose(const char* message);
 
     IDatarefProvider* datarefProvider;
     ICommandObserver* commandObserver;

@@ -1,11 +1,18 @@
 #include "common/LogMessage.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 TEST(LogMessageTest, JoinsTextsAndNumbers) {
     const std::uint32_t count = 12;
@@ -23,6 +30,36 @@ TEST(LogMessageTest, WritesNumbersInPlainDecimal) {
 TEST(LogMessageTest, IsEmptyWithoutPieces) {
     EXPECT_EQ(logMessage({}), "");
     EXPECT_EQ(logMessage({""}), "");
+}
+
+// Writes one level only.
+class OneLevelLogger final : public ILoggingService {
+public:
+    explicit OneLevelLogger(LogLevel level) : enabled(level) {}
+
+    void SetLogLevel(LogLevel /*level*/) override {}
+    void Log(LogLevel level, std::string message) override {
+        messages.emplace_back(level, message);
+    }
+    bool IsEnabled(LogLevel level) const override { return level == enabled; }
+
+    std::vector<std::pair<LogLevel, std::string>> messages;
+
+private:
+    LogLevel enabled;
+};
+
+TEST(LogIfEnabledTest, LogsThePiecesInARow) {
+    OneLevelLogger logger(LogLevelVerbose);
+    logIfEnabled(&logger, LogLevelVerbose, "Verbose@Class::operation : ", 12UL, " bytes");
+    EXPECT_THAT(logger.messages,
+                ElementsAre(std::pair(LogLevelVerbose, "Verbose@Class::operation : 12 bytes")));
+}
+
+TEST(LogIfEnabledTest, DoesNothingAtALevelThatIsNotWritten) {
+    OneLevelLogger logger(LogLevelWarning);
+    logIfEnabled(&logger, LogLevelVerbose, "Verbose@Class::operation : ", 12UL, " bytes");
+    EXPECT_THAT(logger.messages, IsEmpty());
 }
 
 } // namespace

@@ -146,6 +146,26 @@ TEST_F(LoggingServiceTest, DropsLevelsTwoAndThreeAtThresholdOneAndBelow) {
     EXPECT_THAT(simulator.Log().Lines(), IsEmpty());
 }
 
+TEST_F(LoggingServiceTest, KnowsWhichLevelsItWrites) {
+    EXPECT_TRUE(service.IsEnabled(LogLevelError));
+    EXPECT_TRUE(service.IsEnabled(LogLevelWarning));
+    EXPECT_FALSE(service.IsEnabled(LogLevelVerbose));
+    service.SetLogLevel(LogLevelVerbose);
+    EXPECT_TRUE(service.IsEnabled(LogLevelVerbose));
+    service.SetLogLevel(static_cast<LogLevel>(-1000));
+    EXPECT_TRUE(service.IsEnabled(LogLevelError));
+    EXPECT_FALSE(service.IsEnabled(LogLevelWarning));
+}
+
+TEST_F(LoggingServiceTest, WritesEveryLevelUnlessItSaysOtherwise) {
+    class PlainLogger final : public ILoggingService {
+    public:
+        void SetLogLevel(LogLevel /*level*/) override {}
+        void Log(LogLevel /*level*/, std::string /*message*/) override {}
+    };
+    EXPECT_TRUE(PlainLogger().IsEnabled(LogLevelVerbose));
+}
+
 TEST_F(LoggingServiceTest, ReadsTheClockOnlyForLinesThatAreWritten) {
     service.Log(LogLevelVerbose, "dropped");
     EXPECT_EQ(clock.Reads(), 0);
