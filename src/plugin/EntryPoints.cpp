@@ -1,8 +1,7 @@
 // The five functions that the simulator looks up in the plugin, and the wiring of all long-lived
 // objects. Each object is built with the ones before it and deleted before them.
 
-#include <fcntl.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -32,8 +31,7 @@ constexpr const char* kVerboseMarkerFile = "XPLANEORVANE_VERBOSE";
 
 bool fileExists(const char* path) {
     // Not stat(): that name is bound to a symbol which older systems do not have.
-    struct statx status {};
-    return ::statx(AT_FDCWD, path, 0, STATX_TYPE, &status) == 0;
+    return ::access(path, F_OK) == 0;
 }
 
 void buildObjects() {
