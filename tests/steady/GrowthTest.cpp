@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "protocols/velmar/VelmarProtocol.h"
 #include "steady/CountingRingBuffer.h"
+#include "steady/Growth.h"
 #include "steady/SteadyWorld.h"
 #include "support/TarnelMessages.h"
 #include "support/VelmarMessages.h"
@@ -30,28 +30,13 @@ struct Work {
     double allocatedBytes = 0;
 };
 
-// The slope of the work over the size, both as logarithms, from least squares over those sizes at
-// which the work is no longer all fixed cost. Nothing at all does not grow.
-double exponentOf(const std::vector<int>& sizes, const std::vector<Work>& works,
-                  double Work::*count) {
-    double n = 0;
-    double sumX = 0;
-    double sumY = 0;
-    double sumXX = 0;
-    double sumXY = 0;
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-        if (works[i].*count == 0) {
-            continue;
-        }
-        const double x = std::log(sizes[i]);
-        const double y = std::log(works[i].*count);
-        n += 1;
-        sumX += x;
-        sumY += y;
-        sumXX += x * x;
-        sumXY += x * y;
+double growthOf(const std::vector<int>& sizes, const std::vector<Work>& works,
+                double Work::*count) {
+    std::vector<double> counts;
+    for (const Work& work : works) {
+        counts.push_back(work.*count);
     }
-    return n < 2 ? 0 : (n * sumXY - sumX * sumY) / (n * sumXX - sumX * sumX);
+    return exponentOf(sizes, counts);
 }
 
 class GrowthTest : public testing::Test {
@@ -106,10 +91,10 @@ protected:
         }
         // Otherwise the step did not do what it was to do.
         EXPECT_GE(works.back().simulatorCalls + works.back().ringBufferOperations, 10'000);
-        EXPECT_LE(exponentOf(sizes, works, &Work::simulatorCalls), kLinear);
-        EXPECT_LE(exponentOf(sizes, works, &Work::ringBufferOperations), kLinear);
-        EXPECT_LE(exponentOf(sizes, works, &Work::allocations), kLinear);
-        EXPECT_LE(exponentOf(sizes, works, &Work::allocatedBytes), kLinear);
+        EXPECT_LE(growthOf(sizes, works, &Work::simulatorCalls), kLinear);
+        EXPECT_LE(growthOf(sizes, works, &Work::ringBufferOperations), kLinear);
+        EXPECT_LE(growthOf(sizes, works, &Work::allocations), kLinear);
+        EXPECT_LE(growthOf(sizes, works, &Work::allocatedBytes), kLinear);
     }
 
     static std::vector<OutputRecord> outputs(int size, const char* prefix, std::int32_t type) {
