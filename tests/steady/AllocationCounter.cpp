@@ -5,7 +5,7 @@
 
 namespace {
 
-Allocations soFar;
+thread_local Allocations soFar;
 
 } // namespace
 

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-// What this process took from the heap with `new`, the simulator's part of it included.
+// What this thread took from the heap with `new`, the simulator's part of it included.
 //
-// Everything since the start counts; a test looks at the difference.
+// Everything since its start counts; a test looks at the difference.
 struct Allocations {
     std::size_t count = 0;
     std::size_t bytes = 0;

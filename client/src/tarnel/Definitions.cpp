@@ -1,6 +1,5 @@
 #include "orvane/tarnel/Definitions.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -14,43 +13,58 @@ namespace {
 // The server has buffers of 0x0FFFFFFF bytes, and ends the simulator's process when one is full.
 constexpr std::size_t kLargestMessage = 0x0FFFFFFB;
 
-void refuseIf(bool condition, const std::string& why) {
-    if (condition) {
-        throw std::invalid_argument(why);
-    }
-}
-
-// Of two outputs that a connection cannot have both.
-void checkPair(const Output& former, const Output& added) {
-    refuseIf(former.id() == added.id(), "the outputs " + former.name() + " and " + added.name() +
-                                            " both have the identifier " +
-                                            std::to_string(added.id()));
-    refuseIf(former.type() == OutputType::Command && added.type() == OutputType::Command &&
-                 former.name() == added.name(),
-             "the command " + added.name() + " is reported under " + std::to_string(former.id()) +
-                 " and cannot be under " + std::to_string(added.id()) + " too");
+[[noreturn]] void refuse(const std::string& why) {
+    throw std::invalid_argument(why);
 }
 
 } // namespace
 
 Definitions& Definitions::add(Input input) {
-    refuseIf(requestSize() + wire::kInputSize > kLargestMessage, "there are too many inputs");
+    if (requestSize() + wire::kInputSize > kLargestMessage) {
+        refuse("there are too many inputs");
+    }
     actions.insert(input.action());
     inputRecords.push_back(std::move(input));
     return *this;
 }
 
 Definitions& Definitions::add(Output output) {
-    for (const Output& former : outputRecords) {
-        checkPair(former, output);
+    checkIsNew(output);
+    if (requestSize() + wire::kOutputSize > kLargestMessage) {
+        refuse("there are too many outputs");
     }
-    refuseIf(requestSize() + wire::kOutputSize > kLargestMessage, "there are too many outputs");
-    const std::size_t size = answerBytes + wire::longestEntry(output);
-    refuseIf(size > kLargestMessage,
-             "the output " + output.name() + " makes the answers longer than the server can send");
+    if (answerBytes + wire::longestEntry(output) > kLargestMessage) {
+        refuse("the output " + output.name() +
+               " makes the answers longer than the server can send");
+    }
     answerBytes += wire::entrySize(output);
+    positions.emplace(output.id(), outputRecords.size());
+    if (output.type() == OutputType::Command) {
+        commands.emplace(output.name(), output.id());
+    }
     outputRecords.push_back(std::move(output));
     return *this;
+}
+
+// A connection can have neither an identifier nor an observed command twice.
+void Definitions::checkIsNew(const Output& output) const {
+    if (const auto position = positionOf(output.id())) {
+        refuse("the outputs " + outputRecords[*position].name() + " and " + output.name() +
+               " both have the identifier " + std::to_string(output.id()));
+    }
+    if (output.type() != OutputType::Command) {
+        return;
+    }
+    if (const auto former = commands.find(output.name()); former != commands.end()) {
+        refuse("the command " + output.name() + " is reported under " +
+               std::to_string(former->second) + " and cannot be under " +
+               std::to_string(output.id()) + " too");
+    }
+}
+
+std::optional<std::size_t> Definitions::positionOf(OutputId id) const {
+    const auto found = positions.find(id);
+    return found == positions.end() ? std::nullopt : std::optional(found->second);
 }
 
 bool Definitions::declares(ActionId action) const {

@@ -39,7 +39,7 @@ Version Client::Session::version() {
 
 Answer Client::Session::define(Definitions newDefinitions) {
     const bool startAnew = link.isConnected() && needsNewConnection(newDefinitions);
-    definitions = std::move(newDefinitions);
+    definitions = std::make_shared<const Definitions>(std::move(newDefinitions));
     isDefined = false;
     if (startAnew) {
         link.renew();
@@ -63,7 +63,7 @@ Answer Client::Session::exchange(std::span<const Item> items) {
         const auto& outputs = definitions->outputs();
         const Bytes payload =
             on.exchange(wire::dataRequest(items), doing, wire::longestAnswer(outputs));
-        answer = wire::readAnswer(payload, outputs);
+        answer = readAnswer(payload);
     });
     if (outcome == Link::Outcome::NotRepeated) {
         answer = declared;
@@ -74,6 +74,7 @@ Answer Client::Session::exchange(std::span<const Item> items) {
 
 void Client::Session::declare(Connection& on) {
     observed.clear();
+    observedAs.clear();
     if (definitions) {
         sendDefinitions(on, "repeating the definitions");
     }
@@ -84,12 +85,19 @@ void Client::Session::sendDefinitions(Connection& on, const std::string& doing) 
     for (const Output& output : outputs) {
         if (output.type() == OutputType::Command) {
             observed.emplace(output.name(), output.id());
+            observedAs.emplace(output.id(), output.name());
         }
     }
     const Bytes payload =
         on.exchange(wire::definitionsRequest(*definitions), doing, wire::longestAnswer(outputs));
-    declared = wire::readAnswer(payload, outputs);
+    declared = readAnswer(payload);
     isDefined = true;
+}
+
+Answer Client::Session::readAnswer(std::span<const std::uint8_t> payload) const {
+    Answer answer = wire::readAnswer(payload, definitions->outputs());
+    answer.definitions = definitions;
+    return answer;
 }
 
 void Client::Session::reconnect() {
@@ -101,10 +109,13 @@ void Client::Session::reconnect() {
 
 bool Client::Session::needsNewConnection(const Definitions& wanted) const {
     const auto clashes = [this](const Output& output) {
-        return output.type() == OutputType::Command &&
-               std::any_of(observed.begin(), observed.end(), [&](const auto& former) {
-                   return (former.first == output.name()) != (former.second == output.id());
-               });
+        if (output.type() != OutputType::Command) {
+            return false;
+        }
+        const auto id = observed.find(output.name());
+        const auto name = observedAs.find(output.id());
+        return (id != observed.end() && id->second != output.id()) ||
+               (name != observedAs.end() && name->second != output.name());
     };
     return std::any_of(wanted.outputs().begin(), wanted.outputs().end(), clashes);
 }

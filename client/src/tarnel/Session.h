@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <unordered_map>
 
 #include "Link.h"
 #include "orvane/tarnel/Client.h"
@@ -32,13 +33,17 @@ private:
     void checkItems(std::span<const Item> items) const;
     void noteAircraft(std::uint32_t id);
 
+    Answer readAnswer(std::span<const std::uint8_t> payload) const;
+
     detail::Link link;
-    std::optional<Definitions> definitions;
+    std::shared_ptr<const Definitions> definitions;
     // Whether the server has them, and its answer when it last got them.
     bool isDefined = false;
     Answer declared;
-    // Commands that were ever observed on this connection, under the identifier they had first.
-    std::map<std::string, OutputId> observed;
+    // Commands that were ever observed on this connection, with the identifier they had first; and
+    // the reverse.
+    std::unordered_map<std::string, OutputId> observed;
+    std::unordered_map<OutputId, std::string> observedAs;
     std::optional<std::uint32_t> aircraft;
 };
 

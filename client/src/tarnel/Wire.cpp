@@ -208,6 +208,7 @@ Answer readAnswer(std::span<const std::uint8_t> payload, std::span<const Output>
     const bool isAircraftLoaded = tellsOfAnAircraft(payload.size(), outputs);
     ByteReader reader(payload);
     Answer answer;
+    answer.outputs.reserve(outputs.size());
     for (const Output& output : outputs) {
         answer.outputs.push_back({output.id(), readEntry(reader, output, isAircraftLoaded)});
     }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <variant>
 #include <vector>
 
-#include "orvane/tarnel/Output.h"
+#include "orvane/tarnel/Definitions.h"
 
 namespace orvane::tarnel {
 
@@ -27,13 +27,20 @@ struct Answer {
 
     bool isAircraftLoaded() const { return aircraftId != 0; }
 
-    // The value of an output. std::out_of_range: none has this identifier; std::bad_variant_access:
-    // it is of another type.
+    // The value of an output; takes the same time however many there are. std::out_of_range: none
+    // has this identifier; std::bad_variant_access: it is of another type. The reference lives as
+    // long as the answer.
     const Value& at(OutputId id) const;
     template <typename T>
     const T& get(OutputId id) const {
         return std::get<T>(at(id));
     }
+
+private:
+    friend class Client;
+
+    // Which tell where an output is; none in an answer that a program made by itself.
+    std::shared_ptr<const Definitions> definitions;
 };
 
 } // namespace orvane::tarnel

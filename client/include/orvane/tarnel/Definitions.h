@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <set>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "orvane/tarnel/Input.h"
@@ -10,7 +13,8 @@
 namespace orvane::tarnel {
 
 // All that a client declares at once. The order is kept: it is the order in which inputs of one
-// action are applied, and in which outputs are reported.
+// action are applied, and in which outputs are reported. Adding takes the same time however many
+// there are.
 class Definitions final {
 public:
     // std::invalid_argument: another output has this identifier, this command has another
@@ -21,6 +25,8 @@ public:
     bool declares(ActionId action) const;
     const std::vector<Input>& inputs() const { return inputRecords; }
     const std::vector<Output>& outputs() const { return outputRecords; }
+    // Where in `outputs` the one with this identifier is, if there is one.
+    std::optional<std::size_t> positionOf(OutputId id) const;
 
     // Bytes of the request and of an answer with an aircraft loaded, with all that frames them. On
     // a network keep the first within one packet (1400) and the second below 64 KB; see
@@ -29,10 +35,14 @@ public:
     std::size_t answerSize() const;
 
 private:
+    void checkIsNew(const Output& output) const;
+
     std::vector<Input> inputRecords;
     std::vector<Output> outputRecords;
-    std::set<ActionId> actions;
-    std::size_t answerBytes = 0; // of the outputs alone
+    std::unordered_set<ActionId> actions;
+    std::unordered_map<OutputId, std::size_t> positions;
+    std::unordered_map<std::string, OutputId> commands; // that are observed
+    std::size_t answerBytes = 0;                        // of the outputs alone
 };
 
 } // namespace orvane::tarnel

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <cstddef>
+
+// How many basic blocks of the code under test this thread has run: the same on every machine, and
+// however busy it is. Counts what was compiled with -fsanitize-coverage=trace-pc.
+std::size_t stepsSoFar();
