@@ -5,70 +5,63 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tarnel/InputRecord.h"
 #include "tarnel/Names.h"
 
 namespace orvane::tarnel {
 
 namespace {
 
-enum class Target : std::int32_t {
-    Int = 1,
-    Float = 2,
-    IntElement = 3,
-    FloatElement = 4,
-    Command = 6
-};
-enum class Scaling : std::int32_t { IntRange = 1, FloatRange = 2, Datarefs = 3 };
-enum class RangeType : std::int32_t { Float = 2, FloatElement = 4 };
-enum class Condition : std::int32_t { One = 1, Zero = 2, DatarefPositive = 3, DatarefZero = 4 };
+using Condition = InputRecord::Condition;
+using Range = InputRecord::Range;
+using Target = InputRecord::Target;
 
-bool isOf(const Input::Record& record, Target target) {
-    return record.targetType == static_cast<std::int32_t>(target);
-}
-
-void refuseUnless(bool allowed, const Input::Record& record, const std::string& what) {
+void refuseUnless(bool allowed, const InputRecord& record, const std::string& what) {
     if (!allowed) {
         throw std::invalid_argument("the input of " + record.target + " " + what);
     }
 }
 
-bool isFloat(const Input::Record& record) {
-    return isOf(record, Target::Float) || isOf(record, Target::FloatElement);
+bool isFloat(const InputRecord& record) {
+    return record.targetType == InputRecord::TargetFloat ||
+           record.targetType == InputRecord::TargetFloatElement;
 }
 
-void refuseScalingUnlessFloat(const Input::Record& record) {
-    refuseUnless(isFloat(record), record, "is no float and cannot be scaled");
+void refuseScalingUnlessFloat(const InputRecord& record) {
+    refuseUnless(isFloat(record), record, "is not a float and cannot be scaled");
 }
 
-void setScaling(Input::Record& record, Scaling scaling) {
-    record.scaling = static_cast<std::int32_t>(scaling);
+InputRecord makeRecord(ActionId action, Target type, std::string target, std::int32_t element = 0) {
+    InputRecord record;
+    record.action = action;
+    record.targetType = type;
+    record.target = checkedName(std::move(target));
+    record.targetElement = checkedElement(element, record.target);
+    return record;
 }
 
-void setRange(Input::Record& record, RangeType type, std::string minimum, std::string maximum,
+void setRange(InputRecord& record, Range type, std::string minimum, std::string maximum,
               std::int32_t element) {
     refuseScalingUnlessFloat(record);
-    minimum = checkedName(std::move(minimum));
-    maximum = checkedName(std::move(maximum));
-    record.rangeElement = checkedElement(element, minimum);
-    record.rangeMinimum = std::move(minimum);
-    record.rangeMaximum = std::move(maximum);
-    record.rangeType = static_cast<std::int32_t>(type);
-    setScaling(record, Scaling::Datarefs);
+    record.rangeMinimum = checkedName(std::move(minimum));
+    record.rangeMaximum = checkedName(std::move(maximum));
+    record.rangeElement = checkedElement(element, record.rangeMinimum);
+    record.rangeType = type;
+    record.scaling = InputRecord::ScalingDatarefs;
 }
 
-void setCondition(Input::Record& record, Condition condition, ConditionDataref dataref) {
+void setCondition(InputRecord& record, Condition condition, ConditionDataref dataref) {
     using Type = ConditionDataref::Type;
     refuseUnless(dataref.type >= Type::Int && dataref.type <= Type::FloatElement, record,
-                 "has a condition of a type that there is not");
-    dataref.name = checkedName(std::move(dataref.name));
-    record.conditionElement = checkedElement(dataref.element, dataref.name);
-    record.conditionDataref = std::move(dataref.name);
+                 "has a condition of an unknown type");
+    record.conditionDataref = checkedName(std::move(dataref.name));
+    record.conditionElement = checkedElement(dataref.element, record.conditionDataref);
     record.conditionType = static_cast<std::int32_t>(dataref.type);
-    record.condition = static_cast<std::int32_t>(condition);
+    record.condition = condition;
 }
 
-void setCondition(Input::Record& record, Condition condition) {
-    record.condition = static_cast<std::int32_t>(condition);
+void setCondition(InputRecord& record, Condition condition) {
+    record.condition = condition;
     record.conditionDataref.clear();
     record.conditionType = 0;
     record.conditionElement = 0;
@@ -76,115 +69,147 @@ void setCondition(Input::Record& record, Condition condition) {
 
 } // namespace
 
-Input::Input(ActionId action, std::int32_t targetType, std::string target, std::int32_t element) {
-    record.action = action;
-    record.targetType = targetType;
-    record.target = checkedName(std::move(target));
-    record.targetElement = checkedElement(element, record.target);
+const InputRecord& inputRecordOf(const Input& input) {
+    return *input.record;
+}
+
+Input::Input(InputRecord made) : record(std::make_shared<const InputRecord>(std::move(made))) {}
+
+// A change that throws leaves the input as it was.
+template <typename Change>
+Input& Input::refine(Change change) {
+    InputRecord refined = *record;
+    change(refined);
+    record = std::make_shared<const InputRecord>(std::move(refined));
+    return *this;
+}
+
+ActionId Input::action() const {
+    return record->action;
+}
+
+const std::string& Input::target() const {
+    return record->target;
+}
+
+std::int32_t Input::element() const {
+    return record->targetElement;
 }
 
 Input Input::toInt(ActionId action, std::string dataref) {
-    return {action, static_cast<std::int32_t>(Target::Int), std::move(dataref), 0};
+    return Input(makeRecord(action, InputRecord::TargetInt, std::move(dataref)));
 }
 
 Input Input::toFloat(ActionId action, std::string dataref) {
-    return {action, static_cast<std::int32_t>(Target::Float), std::move(dataref), 0};
+    return Input(makeRecord(action, InputRecord::TargetFloat, std::move(dataref)));
 }
 
 Input Input::toIntElement(ActionId action, std::string dataref, std::int32_t element) {
-    return {action, static_cast<std::int32_t>(Target::IntElement), std::move(dataref), element};
+    return Input(makeRecord(action, InputRecord::TargetIntElement, std::move(dataref), element));
 }
 
 Input Input::toFloatElement(ActionId action, std::string dataref, std::int32_t element) {
-    return {action, static_cast<std::int32_t>(Target::FloatElement), std::move(dataref), element};
+    return Input(makeRecord(action, InputRecord::TargetFloatElement, std::move(dataref), element));
 }
 
 Input Input::toCommand(ActionId action, std::string command) {
-    return {action, static_cast<std::int32_t>(Target::Command), std::move(command), 0};
+    return Input(makeRecord(action, InputRecord::TargetCommand, std::move(command)));
 }
 
 Input& Input::scaledByIntRange(std::int32_t minimum, std::int32_t maximum) {
-    refuseScalingUnlessFloat(record);
-    // The server takes the difference in 32 bits.
-    const std::int64_t difference = std::int64_t{maximum} - minimum;
-    refuseUnless(difference == static_cast<std::int32_t>(difference), record,
-                 "has a range wider than 32 bits");
-    setScaling(record, Scaling::IntRange);
-    record.intMinimum = minimum;
-    record.intMaximum = maximum;
-    return *this;
+    return refine([&](InputRecord& refined) {
+        refuseScalingUnlessFloat(refined);
+        // The server takes the difference in 32 bits.
+        const std::int64_t difference = std::int64_t{maximum} - minimum;
+        refuseUnless(difference == static_cast<std::int32_t>(difference), refined,
+                     "has a range wider than 32 bits");
+        refined.scaling = InputRecord::ScalingIntRange;
+        refined.intMinimum = minimum;
+        refined.intMaximum = maximum;
+    });
 }
 
 Input& Input::scaledByFloatRange(float minimum, float maximum) {
-    refuseScalingUnlessFloat(record);
-    setScaling(record, Scaling::FloatRange);
-    record.floatMinimum = minimum;
-    record.floatMaximum = maximum;
-    return *this;
+    return refine([&](InputRecord& refined) {
+        refuseScalingUnlessFloat(refined);
+        refined.scaling = InputRecord::ScalingFloatRange;
+        refined.floatMinimum = minimum;
+        refined.floatMaximum = maximum;
+    });
 }
 
 Input& Input::scaledByDatarefs(std::string minimum, std::string maximum) {
-    setRange(record, RangeType::Float, std::move(minimum), std::move(maximum), 0);
-    return *this;
+    return refine([&](InputRecord& refined) {
+        setRange(refined, InputRecord::RangeFloat, std::move(minimum), std::move(maximum), 0);
+    });
 }
 
 Input& Input::scaledByDatarefElements(std::string minimum, std::string maximum,
                                       std::int32_t element) {
-    setRange(record, RangeType::FloatElement, std::move(minimum), std::move(maximum), element);
-    return *this;
+    return refine([&](InputRecord& refined) {
+        setRange(refined, InputRecord::RangeFloatElement, std::move(minimum), std::move(maximum),
+                 element);
+    });
 }
 
 Input& Input::skippedWhenOne() {
-    setCondition(record, Condition::One);
-    return *this;
+    return refine([](InputRecord& refined) { setCondition(refined, InputRecord::NotWhenOne); });
 }
 
 Input& Input::skippedWhenZero() {
-    setCondition(record, Condition::Zero);
-    return *this;
+    return refine([](InputRecord& refined) { setCondition(refined, InputRecord::NotWhenZero); });
 }
 
 Input& Input::skippedWhilePositive(ConditionDataref dataref) {
-    setCondition(record, Condition::DatarefPositive, std::move(dataref));
-    return *this;
+    return refine([&](InputRecord& refined) {
+        setCondition(refined, InputRecord::NotWhilePositive, std::move(dataref));
+    });
 }
 
 Input& Input::skippedWhileZero(ConditionDataref dataref) {
-    setCondition(record, Condition::DatarefZero, std::move(dataref));
-    return *this;
+    return refine([&](InputRecord& refined) {
+        setCondition(refined, InputRecord::NotWhileZero, std::move(dataref));
+    });
 }
 
 Input& Input::fixed(std::int32_t value) {
-    refuseUnless(!isFloat(record), record, "is a float and cannot be fixed to an int");
-    refuseUnless(!isOf(record, Target::IntElement) || value == 1, record,
-                 "is an element of an int array and can be fixed to 1 only");
-    record.usesFixed = true;
-    record.fixedInt = value;
-    return *this;
+    return refine([&](InputRecord& refined) {
+        refuseUnless(!isFloat(refined), refined, "is a float and cannot be fixed to an int");
+        refuseUnless(refined.targetType != InputRecord::TargetIntElement || value == 1, refined,
+                     "is an element of an int array and can be fixed to 1 only");
+        refined.usesFixed = true;
+        refined.fixedInt = value;
+    });
 }
 
 Input& Input::fixed(float value) {
-    refuseUnless(isFloat(record), record, "is no float and cannot be fixed to one");
-    record.usesFixed = true;
-    record.fixedFloat = value;
-    return *this;
+    return refine([&](InputRecord& refined) {
+        refuseUnless(isFloat(refined), refined, "is not a float and cannot be fixed to one");
+        refined.usesFixed = true;
+        refined.fixedFloat = value;
+    });
 }
 
 Input& Input::held() {
-    refuseUnless(isOf(record, Target::Command), record, "is no command and cannot be held");
-    refuseUnless(record.repeatMs == 0, record, "has a repeat interval and cannot be held");
-    record.isHeld = true;
-    return *this;
+    return refine([](InputRecord& refined) {
+        refuseUnless(refined.targetType == InputRecord::TargetCommand, refined,
+                     "is not a command and cannot be held");
+        refuseUnless(refined.repeatMs == 0, refined, "has a repeat interval and cannot be held");
+        refined.isHeld = true;
+    });
 }
 
 Input& Input::repeatedEvery(std::chrono::milliseconds interval) {
-    refuseUnless(isOf(record, Target::Command), record, "is no command and cannot be repeated");
-    refuseUnless(!record.isHeld, record, "is held and cannot have a repeat interval");
-    refuseUnless(
-        interval.count() >= 1 && interval.count() <= std::numeric_limits<std::int32_t>::max(),
-        record, "cannot have a repeat interval of " + std::to_string(interval.count()) + " ms");
-    record.repeatMs = static_cast<std::int32_t>(interval.count());
-    return *this;
+    return refine([&](InputRecord& refined) {
+        refuseUnless(refined.targetType == InputRecord::TargetCommand, refined,
+                     "is not a command and cannot be repeated");
+        refuseUnless(!refined.isHeld, refined, "is held and cannot have a repeat interval");
+        refuseUnless(
+            interval.count() >= 1 && interval.count() <= std::numeric_limits<std::int32_t>::max(),
+            refined,
+            "cannot have a repeat interval of " + std::to_string(interval.count()) + " ms");
+        refined.repeatMs = static_cast<std::int32_t>(interval.count());
+    });
 }
 
 } // namespace orvane::tarnel

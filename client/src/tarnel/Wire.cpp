@@ -6,6 +6,7 @@
 #include "ByteReader.h"
 #include "ByteWriter.h"
 #include "UnexpectedAnswer.h"
+#include "tarnel/InputRecord.h"
 
 namespace orvane::tarnel::wire {
 
@@ -40,7 +41,7 @@ void writeCount(ByteWriter& writer, std::size_t recordSize, std::size_t count) {
 }
 
 // In the order of the record.
-void writeInput(ByteWriter& writer, const Input::Record& input) {
+void writeInput(ByteWriter& writer, const InputRecord& input) {
     writer.writeInt32(input.action);
     writer.writeZeros(kReserved);
     writer.writeInt32(input.targetElement);
@@ -158,7 +159,7 @@ Bytes definitionsRequest(const Definitions& definitions) {
     writeCount(writer, kInputSize, definitions.inputs().size());
     writeCount(writer, kOutputSize, definitions.outputs().size());
     for (const Input& input : definitions.inputs()) {
-        writeInput(writer, input.fields());
+        writeInput(writer, inputRecordOf(input));
     }
     for (const Output& output : definitions.outputs()) {
         writeOutput(writer, output);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "orvane/tarnel/Definitions.h"
+#include "tarnel/InputRecord.h"
 
 namespace {
 
@@ -48,7 +49,7 @@ TEST(InputBuilderTest, RefusesNegativeElements) {
 
 TEST(InputBuilderTest, ScalesFloatsOnly) {
     EXPECT_EQ(refusalOf([] { Input::toInt(1, "a").scaledByIntRange(0, 1); }),
-              "the input of a is no float and cannot be scaled");
+              "the input of a is not a float and cannot be scaled");
     EXPECT_THROW(Input::toIntElement(1, "a", 0).scaledByFloatRange(0, 1), std::invalid_argument);
     EXPECT_THROW(Input::toCommand(1, "a").scaledByDatarefs("b", "c"), std::invalid_argument);
     EXPECT_NO_THROW(Input::toFloatElement(1, "a", 0).scaledByFloatRange(0, 1));
@@ -68,16 +69,16 @@ TEST(InputBuilderTest, RefusesAConditionOfAnUnknownType) {
 
 TEST(InputBuilderTest, KeepsTheLastConditionOnly) {
     const Input input = Input::toInt(1, "a").skippedWhileZero({"b"}).skippedWhenOne();
-    EXPECT_EQ(input.fields().condition, 1);
-    EXPECT_EQ(input.fields().conditionDataref, "");
-    EXPECT_EQ(input.fields().conditionType, 0);
+    EXPECT_EQ(inputRecordOf(input).condition, 1);
+    EXPECT_EQ(inputRecordOf(input).conditionDataref, "");
+    EXPECT_EQ(inputRecordOf(input).conditionType, 0);
 }
 
 TEST(InputBuilderTest, FixesATargetToAValueOfItsType) {
     EXPECT_EQ(refusalOf([] { Input::toFloat(1, "a").fixed(1); }),
               "the input of a is a float and cannot be fixed to an int");
     EXPECT_EQ(refusalOf([] { Input::toCommand(1, "a").fixed(1.0F); }),
-              "the input of a is no float and cannot be fixed to one");
+              "the input of a is not a float and cannot be fixed to one");
     EXPECT_EQ(refusalOf([] { Input::toIntElement(1, "a", 0).fixed(2); }),
               "the input of a is an element of an int array and can be fixed to 1 only");
     EXPECT_NO_THROW(Input::toIntElement(1, "a", 0).fixed(1));

@@ -100,7 +100,7 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     }
     const tarnel::Input& input = record->input;
     const auto [known, isNew] =
-        targets.emplace(entry.action, input.target(), input.fields().targetElement);
+        targets.emplace(entry.action, input.target(), input.element());
     if (!isNew && !entry.name.empty()) {
         ProfileTable(table).Complain(
             fmt::format("\"{}\" drives {} already", entry.name, input.target()));

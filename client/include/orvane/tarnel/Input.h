@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace orvane::tarnel {
@@ -19,6 +20,8 @@ struct ConditionDataref {
     std::int32_t element = 0; // of an array
 };
 
+struct InputRecord;
+
 // What the server does with the values of an action: one record of the definitions.
 //
 // An input is made by one of the static functions and refined by the others, which can be chained:
@@ -26,9 +29,9 @@ struct ConditionDataref {
 //     Input::toFloat(7, "sim/cockpit2/controls/yoke_pitch_ratio").scaledByFloatRange(-1, 1)
 //
 // Each throws std::invalid_argument for what the server would silently read as something else: an
-// empty name or one of more than 99 bytes, a negative element, scaling of what is no float, holding
-// what is no command. A name that the simulator does not know cannot be noticed: the server says
-// nothing and the input has no effect.
+// empty name or one of more than 99 bytes, a negative element, scaling of what is not a float,
+// holding what is not a command. A name that the simulator does not know cannot be noticed: the
+// server says nothing and the input has no effect.
 class Input final {
 public:
     // Targets. Values are 32-bit integers; a float target gets value / 65535 unless scaled.
@@ -66,40 +69,20 @@ public:
     // Commands that are not held: further 1s are ignored for this long, at least 1 ms.
     Input& repeatedEvery(std::chrono::milliseconds interval);
 
-    ActionId action() const { return record.action; }
-    const std::string& target() const { return record.target; }
-
-    // The fields of the record, as they travel; see docs/tarnel.md.
-    struct Record {
-        ActionId action = 0;
-        std::int32_t targetElement = 0;
-        std::int32_t fixedInt = 0;
-        std::int32_t repeatMs = 0;
-        std::int32_t intMinimum = 0;
-        std::int32_t intMaximum = 0;
-        std::int32_t targetType = 0;
-        std::int32_t scaling = 0;
-        std::int32_t rangeType = 0;
-        std::int32_t rangeElement = 0;
-        std::int32_t condition = 0;
-        float fixedFloat = 0;
-        float floatMinimum = 0;
-        float floatMaximum = 0;
-        bool usesFixed = false;
-        bool isHeld = false;
-        std::string rangeMinimum;
-        std::string rangeMaximum;
-        std::string target;
-        std::string conditionDataref;
-        std::int32_t conditionType = 0;
-        std::int32_t conditionElement = 0;
-    };
-    const Record& fields() const { return record; }
+    ActionId action() const;
+    // The name of the dataref or command, and the element of an array.
+    const std::string& target() const;
+    std::int32_t element() const;
 
 private:
-    Input(ActionId action, std::int32_t targetType, std::string target, std::int32_t element);
+    friend const InputRecord& inputRecordOf(const Input& input);
 
-    Record record;
+    explicit Input(InputRecord record);
+    template <typename Change>
+    Input& refine(Change change);
+
+    // Never changed, so that copies can share it; each refinement makes a new one.
+    std::shared_ptr<const InputRecord> record;
 };
 
 } // namespace orvane::tarnel

@@ -4,9 +4,11 @@
 
 #include <string>
 
+#include "tarnel/InputRecord.h"
+
 namespace {
 
-using orvane::tarnel::Input;
+using orvane::tarnel::InputRecord;
 using orvane::tarnel::OutputType;
 using orvane::tool::Problems;
 using orvane::tool::Profile;
@@ -26,9 +28,9 @@ std::string problemsOf(const std::string& text) {
 }
 
 // The record of a profile's only input, which has these lines.
-Input::Record recordOf(const std::string& lines) {
+InputRecord recordOf(const std::string& lines) {
     const Profile profile = validProfile("[[input]]\nname = \"a\"\n" + lines);
-    return profile.definitions.inputs().at(0).fields();
+    return orvane::tarnel::inputRecordOf(profile.definitions.inputs().at(0));
 }
 
 // What is wrong with an input that begins with these lines, from line 3 on.
@@ -65,7 +67,7 @@ TEST(ProfileReaderTest, ReadsTargetsOfAllTypes) {
     EXPECT_EQ(recordOf(kInt).targetType, 1);
     EXPECT_EQ(recordOf(kFloat).targetType, 2);
     EXPECT_EQ(recordOf(std::string(kInt) + "element = 3").targetType, 3);
-    const Input::Record element = recordOf(std::string(kFloat) + "element = 5");
+    const InputRecord element = recordOf(std::string(kFloat) + "element = 5");
     EXPECT_EQ(element.targetType, 4);
     EXPECT_EQ(element.targetElement, 5);
     EXPECT_EQ(element.target, "sim/x");
