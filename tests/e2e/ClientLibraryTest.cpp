@@ -203,7 +203,7 @@ TEST_F(VelmarLibraryTest, SaysWhatTheSimulatorDoesNotHave) {
         client.registerDataref({"no/such/dataref", velmar::Type::Int});
         FAIL() << "was accepted";
     } catch (const Refused& error) {
-        EXPECT_EQ(error.refusedName(), "no/such/dataref");
+        EXPECT_EQ(error.refusedNames(), std::vector<std::string>{"no/such/dataref"});
         EXPECT_STREQ(error.what(),
                      "127.0.0.1:48000: registering: the simulator does not have no/such/dataref");
     }

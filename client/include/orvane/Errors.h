@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace orvane {
 
@@ -46,16 +47,17 @@ public:
     using Error::Error;
 };
 
-// The server answered, and the answer is no: the simulator does not have `name`.
+// The server answered, and the answer is no: the simulator does not have some of the names.
 class Refused final : public Error {
 public:
-    Refused(const std::string& message, std::string nameRefused)
-        : Error(message), name(std::move(nameRefused)) {}
+    Refused(const std::string& message, std::vector<std::string> names)
+        : Error(message), refused(std::move(names)) {}
 
-    const std::string& refusedName() const noexcept { return name; }
+    // All that were refused in this call, in the order of the call.
+    const std::vector<std::string>& refusedNames() const noexcept { return refused; }
 
 private:
-    std::string name;
+    std::vector<std::string> refused;
 };
 
 } // namespace orvane

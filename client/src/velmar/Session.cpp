@@ -1,12 +1,11 @@
 #include "velmar/Session.h"
 
-#include <algorithm>
-#include <optional>
 #include <set>
 #include <stdexcept>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
+#include "Texts.h"
 #include "velmar/Batches.h"
 #include "velmar/Checks.h"
 #include "velmar/Registering.h"
@@ -44,19 +43,22 @@ void Client::Session::declare(Connection& on) {
         number = ++lastNumber;
         wantedCommands.push_back(name);
     }
-    declareAll<Dataref>(on, wantedDatarefs);
-    declareAll<std::string>(on, wantedCommands);
+    Names refused;
+    declareAll<Dataref>(on, wantedDatarefs, refused);
+    declareAll<std::string>(on, wantedCommands, refused);
+    throwIfRefused("registering again", refused);
 }
 
 template <typename T>
-void Client::Session::declareAll(Connection& on, std::span<const T> wanted) {
+void Client::Session::declareAll(Connection& on, std::span<const T> wanted, Names& refused) {
     for (const Batch batch : batchesOf(wanted)) {
         const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
         const std::string doing = deed("registering again", nameOf(some.front()), some.size());
         const std::vector<bool> found = registerOn(on, doing, withNumbers(some));
-        const auto missing = std::find(found.begin(), found.end(), false);
-        if (missing != found.end()) {
-            refuse(doing, nameOf(some[static_cast<std::size_t>(missing - found.begin())]));
+        for (std::size_t index = 0; index < some.size(); ++index) {
+            if (!found[index]) {
+                refused.push_back(nameOf(some[index]));
+            }
         }
     }
 }
@@ -98,7 +100,7 @@ void Client::Session::registerCommands(std::span<const std::string> wanted) {
 
 template <typename T>
 void Client::Session::registerAll(std::span<const T> wanted) {
-    std::optional<std::string> refused;
+    Names refused;
     for (const Batch batch : batchesOf(wanted)) {
         const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
         const std::string doing = deed(kRegistering, nameOf(some.front()), some.size());
@@ -111,14 +113,12 @@ void Client::Session::registerAll(std::span<const T> wanted) {
         for (std::size_t index = 0; index < some.size(); ++index) {
             if (found[index]) {
                 note(some[index], numbered[index].number);
-            } else if (!refused) {
-                refused = nameOf(some[index]);
+            } else {
+                refused.push_back(nameOf(some[index]));
             }
         }
     }
-    if (refused) {
-        refuse(kRegistering, *refused);
-    }
+    throwIfRefused(kRegistering, refused);
 }
 
 void Client::Session::note(const Dataref& dataref, wire::Number number) {
@@ -186,8 +186,11 @@ wire::Number Client::Session::numberFor(const std::string& command) {
     return entry != commands.end() ? entry->second : ++lastNumber;
 }
 
-void Client::Session::refuse(const std::string& doing, const std::string& name) const {
-    throw Refused(link.place(doing) + "the simulator does not have " + name, name);
+void Client::Session::throwIfRefused(const std::string& doing, const Names& refused) const {
+    if (!refused.empty()) {
+        throw Refused(link.place(doing) + "the simulator does not have " + detail::listed(refused),
+                      refused);
+    }
 }
 
 void Client::Session::failNotRepeated(const std::string& doing) const {

@@ -40,13 +40,14 @@ private:
         Dataref dataref;
         wire::Number number = 0;
     };
+    using Names = std::vector<std::string>;
     using Datarefs = std::map<std::string, DatarefEntry, std::less<>>;
     using Commands = std::map<std::string, wire::Number, std::less<>>;
 
     void declare(detail::Connection& on);
     // T is Dataref, or std::string for a command.
     template <typename T>
-    void declareAll(detail::Connection& on, std::span<const T> wanted);
+    void declareAll(detail::Connection& on, std::span<const T> wanted, Names& refused);
     template <typename T>
     void registerAll(std::span<const T> wanted);
     template <typename T>
@@ -70,7 +71,8 @@ private:
     wire::Number numberFor(const Dataref& dataref);
     wire::Number numberFor(const std::string& command);
 
-    [[noreturn]] void refuse(const std::string& doing, const std::string& name) const;
+    // Refused, if there are any.
+    void throwIfRefused(const std::string& doing, const Names& refused) const;
     [[noreturn]] void failNotRepeated(const std::string& doing) const;
 
     detail::Link link;

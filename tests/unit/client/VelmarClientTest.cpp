@@ -122,32 +122,36 @@ TEST_F(VelmarClientTest, RefusesAnArrayOfAnotherSize) {
               "a/b is registered with 2 elements and cannot take 3");
 }
 
-TEST_F(VelmarClientTest, NamesTheFirstNameThatIsRefusedAndRegistersTheOthers) {
+TEST_F(VelmarClientTest, NamesAllThatIsRefusedAndRegistersTheOthers) {
     ScriptedServer server(
         {{{{"55 66 77 88 "
             "01 00 00 00 01 00 00 00 01 00 00 00 00 00 00 00 01 61 "
             "01 00 00 00 02 00 00 00 01 00 00 00 00 00 00 00 01 62 "
-            "01 00 00 00 03 00 00 00 01 00 00 00 00 00 00 00 01 63",
-            "28 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 "
+            "01 00 00 00 03 00 00 00 01 00 00 00 00 00 00 00 01 63 "
+            "01 00 00 00 04 00 00 00 01 00 00 00 00 00 00 00 01 64",
+            "38 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 "
             "01 00 00 00 02 00 00 00 02 00 00 00 01 00 00 00 "
-            "01 00 00 00 03 00 00 00 01 00 00 00"},
+            "01 00 00 00 03 00 00 00 01 00 00 00 "
+            "01 00 00 00 04 00 00 00 02 00 00 00 01 00 00 00"},
            {"55 66 77 88 05 00 00 00 03 00 00 00",
             "14 00 00 00 05 00 00 00 03 00 00 00 01 00 00 00 04 00 00 00 09 00 00 00"},
-           // The number of the refused one is not used again.
-           {"55 66 77 88 01 00 00 00 04 00 00 00 01 00 00 00 00 00 00 00 01 64",
-            "0C 00 00 00 01 00 00 00 04 00 00 00 01 00 00 00"}}}});
+           // The numbers of the refused ones are not used again.
+           {"55 66 77 88 01 00 00 00 05 00 00 00 01 00 00 00 00 00 00 00 01 65",
+            "0C 00 00 00 01 00 00 00 05 00 00 00 01 00 00 00"}}}});
     Client client(optionsFor(server));
-    const std::vector<Dataref> three{{"a", Type::Int}, {"b", Type::Int}, {"c", Type::Int}};
+    const std::vector<Dataref> four{
+        {"a", Type::Int}, {"b", Type::Int}, {"c", Type::Int}, {"d", Type::Int}};
     try {
-        client.registerDatarefs(three);
+        client.registerDatarefs(four);
         FAIL() << "nothing was refused";
     } catch (const Refused& error) {
-        EXPECT_EQ(error.refusedName(), "b");
-        EXPECT_EQ(error.what(), server.Place() + ": registering: the simulator does not have b");
+        EXPECT_EQ(error.refusedNames(), (std::vector<std::string>{"b", "d"}));
+        EXPECT_EQ(error.what(),
+                  server.Place() + ": registering: the simulator does not have b and d");
     }
     EXPECT_THROW(client.read("b"), std::out_of_range);
     EXPECT_EQ(client.read("c"), Value(9));
-    client.registerDataref({"d", Type::Int});
+    client.registerDataref({"e", Type::Int});
 }
 
 TEST_F(VelmarClientTest, RegistersANameAgainUnderItsOwnNumber) {
@@ -340,7 +344,7 @@ TEST_F(VelmarClientTest, KeepsANameThatIsGoneForTheNextTry) {
     Client client(optionsFor(server));
     client.registerDataref({"a/b", Type::Float});
     EXPECT_EQ(textOf<Refused>([&] { client.reconnect(); }),
-              server.Place() + ": registering again a/b: the simulator does not have a/b");
+              server.Place() + ": registering again: the simulator does not have a/b");
     EXPECT_FALSE(client.isConnected());
     client.reconnect();
     EXPECT_EQ(client.read("a/b"), Value(1.0F));

@@ -23,16 +23,12 @@ constexpr std::chrono::milliseconds kBetweenLooks(500);
 } // namespace
 
 void registerOrRefuse(velmar::Client& client, const std::vector<std::string>& names) {
-    bool isMissing = false;
-    for (const std::string& name : names) {
-        try {
-            client.registerCommand(name);
-        } catch (const Refused&) {
+    try {
+        client.registerCommands(names);
+    } catch (const Refused& refused) {
+        for (const std::string& name : refused.refusedNames()) {
             tell(fmt::format("{}: the simulator has no such command", name));
-            isMissing = true;
         }
-    }
-    if (isMissing) {
         throw Failure(ExitCode::NotFoundOrRefused, "nothing was done");
     }
 }

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <span>
+#include <set>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -55,21 +56,15 @@ bool isZero(const Value& value) {
 std::vector<std::size_t> registerKnown(velmar::Client& client,
                                        const std::vector<velmar::Dataref>& datarefs) {
     std::vector<std::size_t> missing;
-    std::size_t begin = 0;
-    while (begin < datarefs.size()) {
-        try {
-            client.registerDatarefs(std::span(datarefs).subspan(begin));
-            break;
-        } catch (const Refused& refused) {
-            const auto refusedOne =
-                std::find_if(datarefs.begin() + static_cast<std::ptrdiff_t>(begin), datarefs.end(),
-                             [&](const auto& each) { return each.name == refused.refusedName(); });
-            if (refusedOne == datarefs.end()) {
-                throw;
+    try {
+        client.registerDatarefs(datarefs);
+    } catch (const Refused& refused) {
+        const std::set<std::string> names(refused.refusedNames().begin(),
+                                          refused.refusedNames().end());
+        for (std::size_t i = 0; i < datarefs.size(); ++i) {
+            if (names.contains(datarefs[i].name)) {
+                missing.push_back(i);
             }
-            begin = static_cast<std::size_t>(refusedOne - datarefs.begin());
-            missing.push_back(begin);
-            ++begin;
         }
     }
     return missing;

@@ -57,8 +57,8 @@ public:
 
     // Registering. A name may be registered once per kind; again with another type or size it
     // replaces itself, and a command that is registered again begins with "not pressed". Refused:
-    // the simulator does not have this name, the first of those that it does not have; all others
-    // are registered. std::invalid_argument, and nothing is sent: an empty name, one of more than
+    // the simulator does not have some of the names; all others are registered.
+    // std::invalid_argument, and nothing is sent: an empty name, one of more than
     // 255 bytes, an array without a size.
     void registerDataref(const Dataref& dataref);
     void registerDatarefs(std::span<const Dataref> datarefs);
@@ -88,8 +88,8 @@ public:
     std::vector<CommandReport> pollPresses();
 
     // Closes the connection if there is one, makes a new one with back-off and registers everything
-    // again. ConnectError: Backoff::within is over. Refused: a name is gone; the new connection is
-    // closed, and the name still wanted when the next one is made, unless it is unregistered.
+    // again. ConnectError: Backoff::within is over. Refused: some names are gone; the new connection
+    // is closed, and they are still wanted when the next one is made, unless they are unregistered.
     void reconnect();
     void close() noexcept;
     bool isConnected() const noexcept;
