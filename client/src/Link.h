@@ -37,7 +37,6 @@ public:
     Link& operator=(const Link&) = delete;
 
     void setCallbacks(Callbacks newCallbacks) { callbacks = std::move(newCallbacks); }
-    const Callbacks& currentCallbacks() const { return callbacks; }
 
     // Does the work on the connection, on a new one if there is none, and once more as far as
     // `repeat` allows. NotRepeated: the connection was lost on the way, a new one was made, and the

@@ -44,8 +44,7 @@ protected:
         std::promise<void> lost;
         std::atomic<int> connections = 0;
         client.setCallbacks({.connected = [&] { ++connections; },
-                             .disconnected = [&](const Error&) { lost.set_value(); },
-                             .aircraftChanged = {}});
+                             .disconnected = [&](const Error&) { lost.set_value(); }});
         simulator.reset();
         auto result = std::async(std::launch::async, call);
         lost.get_future().wait();
@@ -111,9 +110,7 @@ TEST_F(TarnelLibraryTest, DrivesInputsAndReportsOutputs) {
 TEST_F(TarnelLibraryTest, FollowsTheAircraft) {
     tarnel::Client client(options());
     std::vector<std::uint32_t> ids;
-    client.setCallbacks({.connected = {},
-                         .disconnected = {},
-                         .aircraftChanged = [&](std::uint32_t id) { ids.push_back(id); }});
+    client.onAircraftChanged([&](std::uint32_t id) { ids.push_back(id); });
     client.define(definitions());
     client.exchange({{kInt, 5}});
     simulator->Ask("aircraft unload");

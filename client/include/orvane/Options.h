@@ -43,13 +43,10 @@ struct Options {
 struct Callbacks {
     // After each connection made, with its declarations made again; not for the first one, which is
     // made before callbacks can be set.
-    std::function<void()> connected;
+    std::function<void()> connected{};
     // With the reason: the connection was lost, or given up because of an answer that was wrong or
     // late. Not for `close` and `reconnect`.
-    std::function<void(const Error&)> disconnected;
-    // With the new id, or 0 when the aircraft was unloaded; not for the first one that is seen.
-    // Tarnel only.
-    std::function<void(std::uint32_t)> aircraftChanged;
+    std::function<void(const Error&)> disconnected{};
 };
 
 } // namespace orvane

@@ -16,6 +16,10 @@ void Client::setCallbacks(Callbacks callbacks) {
     session->connection().setCallbacks(std::move(callbacks));
 }
 
+void Client::onAircraftChanged(std::function<void(std::uint32_t)> callback) {
+    session->onAircraftChanged(std::move(callback));
+}
+
 Version Client::version() {
     return session->version();
 }

@@ -139,9 +139,8 @@ void Client::Session::checkItems(std::span<const Item> items) const {
 void Client::Session::noteAircraft(std::uint32_t id) {
     const bool changed = aircraft && *aircraft != id;
     aircraft = id;
-    const Callbacks& callbacks = link.currentCallbacks();
-    if (changed && callbacks.aircraftChanged) {
-        callbacks.aircraftChanged(id);
+    if (changed && aircraftChanged) {
+        aircraftChanged(id);
     }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "Link.h"
 #include "orvane/tarnel/Client.h"
@@ -18,6 +20,9 @@ public:
     explicit Session(Options options);
 
     detail::Link& connection() { return link; }
+    void onAircraftChanged(std::function<void(std::uint32_t)> callback) {
+        aircraftChanged = std::move(callback);
+    }
 
     Version version();
     Answer define(Definitions newDefinitions);
@@ -45,6 +50,7 @@ private:
     std::unordered_map<std::string, OutputId> observed;
     std::unordered_map<OutputId, std::string> observedAs;
     std::optional<std::uint32_t> aircraft;
+    std::function<void(std::uint32_t)> aircraftChanged;
 };
 
 } // namespace orvane::tarnel

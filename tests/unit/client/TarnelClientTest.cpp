@@ -216,9 +216,8 @@ TEST_F(TarnelClientTest, TellsOfAnotherAircraft) {
     Client client(optionsFor(server));
     std::vector<std::uint32_t> ids;
     int connections = 0;
-    client.setCallbacks({.connected = [&] { ++connections; },
-                         .disconnected = {},
-                         .aircraftChanged = [&](std::uint32_t id) { ids.push_back(id); }});
+    client.setCallbacks({.connected = [&] { ++connections; }});
+    client.onAircraftChanged([&](std::uint32_t id) { ids.push_back(id); });
     client.define(definitions());
     client.exchange();
     client.exchange();

@@ -55,7 +55,6 @@ void DriveSession::connect() {
                 mayCancel = true;
                 tell(error.what());
             },
-        .aircraftChanged = {},
     });
     client->define(profile.definitions);
     mayCancel = false;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <span>
@@ -41,6 +42,9 @@ public:
     Client& operator=(Client&& other) noexcept;
 
     void setCallbacks(Callbacks callbacks);
+    // Called like those: with the id of another aircraft than in the answer before, or 0 when it
+    // was unloaded; not for the first one that is seen.
+    void onAircraftChanged(std::function<void(std::uint32_t)> callback);
 
     // Also tells whether a server of this protocol is there at all.
     Version version();

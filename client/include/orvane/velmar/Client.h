@@ -88,8 +88,9 @@ public:
     std::vector<CommandReport> pollPresses();
 
     // Closes the connection if there is one, makes a new one with back-off and registers everything
-    // again. ConnectError: Backoff::within is over. Refused: some names are gone; the new connection
-    // is closed, and they are still wanted when the next one is made, unless they are unregistered.
+    // again. ConnectError: Backoff::within is over. Refused: some names are gone; the new
+    // connection is closed, and they are still wanted when the next one is made, unless they are
+    // unregistered.
     void reconnect();
     void close() noexcept;
     bool isConnected() const noexcept;
