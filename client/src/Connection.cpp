@@ -21,6 +21,7 @@ namespace orvane::detail {
 namespace {
 
 constexpr const char* kConnecting = "connecting";
+constexpr const char* kLength = "the length of an answer";
 constexpr std::size_t kHeaderSize = 4;
 
 using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
@@ -80,7 +81,8 @@ Bytes Connection::exchange(std::span<const std::uint8_t> request, const std::str
     checkThatNothingWaits(doing);
     send(request, doing, deadline);
     std::array<std::uint8_t, kHeaderSize> header{};
-    receive(header, doing, "the length of an answer", deadline);
+    awaitAnswer(doing, deadline);
+    receive(header, doing, kLength, deadline);
     const std::uint32_t length = ByteReader(header).readUInt32();
     if (length > most) {
         throw UnexpectedAnswer("an answer of at most " + countOfBytes(most), countOfBytes(length));
@@ -164,6 +166,15 @@ void Connection::send(std::span<const std::uint8_t> request, const std::string& 
     }
 }
 
+void Connection::awaitAnswer(const std::string& doing, Clock::time_point deadline) const {
+    const Waited waited = waitFor(socket, POLLIN, deadline, options.cancelled);
+    if (waited == Waited::Late) {
+        throw TimeoutError(placeAndDeed(options, doing) + "no answer within " + timeoutText() +
+                           " (is the simulator paused or loading?)");
+    }
+    check(waited, doing, kLength, countOfBytes(0));
+}
+
 void Connection::receive(std::span<std::uint8_t> target, const std::string& doing,
                          const std::string& expected, Clock::time_point deadline) const {
     std::size_t received = 0;
@@ -185,14 +196,18 @@ void Connection::receive(std::span<std::uint8_t> target, const std::string& doin
 
 void Connection::check(Waited waited, const std::string& doing, const std::string& expected,
                        const std::string& got) const {
+    if (waited == Waited::Ready) {
+        return;
+    }
     const std::string text = placeAndDeed(options, doing) + "expected " + expected;
     if (waited == Waited::Late) {
-        throw TimeoutError(text + " within " + std::to_string(options.timeout.count()) +
-                           " ms, got " + got);
+        throw TimeoutError(text + " within " + timeoutText() + ", got " + got);
     }
-    if (waited == Waited::Cancelled) {
-        throw CancelledError(text + ", was cancelled and got " + got);
-    }
+    throw CancelledError(text + ", was cancelled and got " + got);
+}
+
+std::string Connection::timeoutText() const {
+    return std::to_string(options.timeout.count()) + " ms";
 }
 
 void Connection::closeSocket() noexcept {

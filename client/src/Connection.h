@@ -38,12 +38,15 @@ private:
     void checkThatNothingWaits(const std::string& doing) const;
     void send(std::span<const std::uint8_t> request, const std::string& doing,
               Clock::time_point deadline) const;
+    // Until the first byte of an answer is there.
+    void awaitAnswer(const std::string& doing, Clock::time_point deadline) const;
     // `expected` is a text: what `target` will hold.
     void receive(std::span<std::uint8_t> target, const std::string& doing,
                  const std::string& expected, Clock::time_point deadline) const;
     // Throws unless the wait ended in readiness.
     void check(Waited waited, const std::string& doing, const std::string& expected,
                const std::string& got) const;
+    std::string timeoutText() const;
     void closeSocket() noexcept;
 
     const Options& options;

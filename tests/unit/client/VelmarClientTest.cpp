@@ -308,17 +308,27 @@ TEST_F(VelmarClientTest, DoesNotRepeatAWriteOrAnActionAfterALoss) {
 }
 
 TEST_F(VelmarClientTest, ThrowsALateAnswerAndReconnectsForTheNextCall) {
-    ScriptedServer server(
-        {{{kRegisterFloat, answeredWith(kRead, "14 00 00 00 05 00")}}, {{kRegisterFloat, kRead}}});
+    ScriptedServer server({{{kRegisterFloat, answeredWith(kRead, "")}}, {{kRegisterFloat, kRead}}});
     Options options = optionsFor(server, OnLoss::Reconnect);
     options.timeout = milliseconds(500);
     Client client(options);
     client.registerDataref({"a/b", Type::Float});
     EXPECT_EQ(textOf<TimeoutError>([&] { client.read("a/b"); }),
               server.Place() +
-                  ": reading a/b: expected an answer of 20 bytes within 500 ms, got 2 bytes");
+                  ": reading a/b: no answer within 500 ms (is the simulator paused or loading?)");
     EXPECT_FALSE(client.isConnected());
     EXPECT_EQ(client.read("a/b"), Value(1.0F));
+}
+
+TEST_F(VelmarClientTest, SaysHowMuchCameOfALateAnswer) {
+    ScriptedServer server({{{kRegisterFloat, answeredWith(kRead, "14 00 00 00 05 00")}}});
+    Options options = optionsFor(server);
+    options.timeout = milliseconds(500);
+    Client client(options);
+    client.registerDataref({"a/b", Type::Float});
+    EXPECT_EQ(textOf<TimeoutError>([&] { client.read("a/b"); }),
+              server.Place() +
+                  ": reading a/b: expected an answer of 20 bytes within 500 ms, got 2 bytes");
 }
 
 TEST_F(VelmarClientTest, EndsAWaitThatIsCancelled) {
