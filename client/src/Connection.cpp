@@ -35,7 +35,7 @@ std::string countOfBytes(std::size_t count) {
 }
 
 [[noreturn]] void failToConnect(const Options& options, const std::string& why) {
-    throw ConnectError(placeAndDeed(options, kConnecting) + why);
+    throw ConnectError(errorPrefix(options, kConnecting) + why);
 }
 
 Addresses resolve(const Options& options) {
@@ -53,12 +53,12 @@ Addresses resolve(const Options& options) {
 
 [[noreturn]] void failLost(const Options& options, const std::string& doing,
                            const std::string& expected, const std::string& got) {
-    throw ClosedError(placeAndDeed(options, doing) + "expected " + expected + ", got " + got);
+    throw ClosedError(errorPrefix(options, doing) + "expected " + expected + ", got " + got);
 }
 
 } // namespace
 
-std::string placeAndDeed(const Options& options, const std::string& doing) {
+std::string errorPrefix(const Options& options, const std::string& doing) {
     return options.host + ":" + std::to_string(options.port) + ": " + doing + ": ";
 }
 
@@ -169,7 +169,7 @@ void Connection::send(std::span<const std::uint8_t> request, const std::string& 
 void Connection::awaitAnswer(const std::string& doing, Clock::time_point deadline) const {
     const Waited waited = waitFor(socket, POLLIN, deadline, options.cancelled);
     if (waited == Waited::Late) {
-        throw TimeoutError(placeAndDeed(options, doing) + "no answer within " + timeoutText() +
+        throw TimeoutError(errorPrefix(options, doing) + "no answer within " + timeoutText() +
                            " (is the simulator paused or loading?)");
     }
     check(waited, doing, kLength, countOfBytes(0));
@@ -199,7 +199,7 @@ void Connection::check(Waited waited, const std::string& doing, const std::strin
     if (waited == Waited::Ready) {
         return;
     }
-    const std::string text = placeAndDeed(options, doing) + "expected " + expected;
+    const std::string text = errorPrefix(options, doing) + "expected " + expected;
     if (waited == Waited::Late) {
         throw TimeoutError(text + " within " + timeoutText() + ", got " + got);
     }

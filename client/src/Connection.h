@@ -54,6 +54,6 @@ private:
 };
 
 // "host:port: doing: ", with which the text of every error begins.
-std::string placeAndDeed(const Options& options, const std::string& doing);
+std::string errorPrefix(const Options& options, const std::string& doing);
 
 } // namespace orvane::detail

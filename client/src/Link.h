@@ -52,7 +52,7 @@ public:
     bool isConnected() const noexcept { return connection != nullptr; }
 
     // The beginning of the text of an error.
-    std::string place(const std::string& doing) const { return placeAndDeed(options, doing); }
+    std::string place(const std::string& doing) const { return errorPrefix(options, doing); }
 
 private:
     void ensureConnected(const std::string& doing);

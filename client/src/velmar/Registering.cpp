@@ -63,7 +63,7 @@ std::vector<bool> registerOn(detail::Connection& connection, const std::string& 
     return readReplies(answer, batch, wire::readRegisterCommandReply);
 }
 
-std::string deed(const char* verb, std::string_view firstName, std::size_t count) {
+std::string describe(const char* verb, std::string_view firstName, std::size_t count) {
     std::string text = std::string(verb) + " " + std::string(firstName);
     if (count > 1) {
         text += " and " + std::to_string(count - 1) + " more";

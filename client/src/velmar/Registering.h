@@ -37,6 +37,6 @@ std::vector<bool> registerOn(detail::Connection& connection, const std::string& 
                              std::span<const Numbered<std::string>> batch);
 
 // "registering a" or "registering a and 3 more".
-std::string deed(const char* verb, std::string_view firstName, std::size_t count);
+std::string describe(const char* verb, std::string_view firstName, std::size_t count);
 
 } // namespace orvane::velmar

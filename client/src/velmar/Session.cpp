@@ -53,7 +53,7 @@ template <typename T>
 void Client::Session::declareAll(Connection& on, std::span<const T> wanted, Names& refused) {
     for (const Batch batch : batchesOf(wanted)) {
         const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
-        const std::string doing = deed("registering again", nameOf(some.front()), some.size());
+        const std::string doing = describe("registering again", nameOf(some.front()), some.size());
         const std::vector<bool> found = registerOn(on, doing, withNumbers(some));
         for (std::size_t index = 0; index < some.size(); ++index) {
             if (!found[index]) {
@@ -103,7 +103,7 @@ void Client::Session::registerAll(std::span<const T> wanted) {
     Names refused;
     for (const Batch batch : batchesOf(wanted)) {
         const auto some = wanted.subspan(batch.begin, batch.end - batch.begin);
-        const std::string doing = deed(kRegistering, nameOf(some.front()), some.size());
+        const std::string doing = describe(kRegistering, nameOf(some.front()), some.size());
         std::vector<Numbered<T>> numbered;
         std::vector<bool> found;
         link.carryOut(doing, kAlways, [&](Connection& on) {
@@ -148,7 +148,7 @@ void Client::Session::unregister(std::string_view name, const wire::Number& numb
     if (!link.isConnected()) {
         return;
     }
-    const std::string doing = deed("unregistering", name, 1);
+    const std::string doing = describe("unregistering", name, 1);
     link.carryOut(doing, kAlways, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
         writeRequest(request, number);

@@ -46,7 +46,7 @@ std::vector<Value> Client::Session::read(std::span<const std::string> names) {
 
 void Client::Session::readBatch(std::span<const DatarefEntry* const> batch,
                                 std::vector<Value>& values) {
-    const std::string doing = deed("reading", batch.front()->dataref.name, batch.size());
+    const std::string doing = describe("reading", batch.front()->dataref.name, batch.size());
     std::size_t most = 0;
     for (const DatarefEntry* entry : batch) {
         most += wire::readReplySize(entry->dataref);
@@ -80,7 +80,7 @@ void Client::Session::write(std::span<const std::pair<std::string, Value>> value
 }
 
 void Client::Session::writeBatch(std::span<const std::pair<std::string, Value>> batch) {
-    const std::string doing = deed("writing", batch.front().first, batch.size());
+    const std::string doing = describe("writing", batch.front().first, batch.size());
     const Link::Outcome outcome = link.carryOut(doing, kWhenTorn, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
         for (const auto& [name, value] : batch) {
@@ -103,7 +103,7 @@ void Client::Session::writeBatch(std::span<const std::pair<std::string, Value>> 
 void Client::Session::run(std::string_view name, Action action) {
     checkAction(action);
     const Commands::value_type& entry = findCommand(name);
-    const std::string doing = deed("running", name, 1);
+    const std::string doing = describe("running", name, 1);
     const Link::Outcome outcome = link.carryOut(doing, kNever, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
         wire::writeRun(request, entry.second, action);
@@ -152,7 +152,7 @@ std::vector<CommandReport> Client::Session::pollPresses() {
 // fall in between. Commands of other batches are reported with their own.
 void Client::Session::pollBatch(std::span<const std::string> batch,
                                 std::vector<CommandReport>& reports) {
-    const std::string doing = deed("polling", batch.front(), batch.size());
+    const std::string doing = describe("polling", batch.front(), batch.size());
     std::vector<CommandReport> all;
     link.carryOut(doing, kReading, [&](Connection& on) {
         ByteWriter request = wire::beginRequest();
