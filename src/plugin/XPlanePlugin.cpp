@@ -16,9 +16,10 @@
 
 namespace {
 
-constexpr int kVersionMajor = 7;
-constexpr int kVersionMinor = 0;
-constexpr int kVersionPatch = 1;
+// From the project's version in CMake.
+constexpr int kVersionMajor = ORVANE_VERSION_MAJOR;
+constexpr int kVersionMinor = ORVANE_VERSION_MINOR;
+constexpr int kVersionPatch = ORVANE_VERSION_PATCH;
 constexpr int kSimulatorGeneration = 10;
 
 constexpr const char* kSignature = "kyr.flight.xplaneorvane.plugin";
