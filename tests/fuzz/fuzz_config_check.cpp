@@ -1,6 +1,8 @@
 // The tool's reader of the configuration file and the plugin's must come to the same result,
 // whatever the file holds.
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -92,7 +94,8 @@ void compare(FuzzWorld& world, const config::ConfigReport& report, const std::st
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string content(data, data + size);
     const config::ConfigReport report = config::readConfig(content);
-    const std::string text = config::configAsText(report, "file");
+    const std::string text =
+        fmt::format("{}", fmt::join(config::configAsLines(report, "file"), "\n"));
     config::configAsRecords(report, "file");
     if (!isModest(report)) {
         return 0;

@@ -33,7 +33,7 @@ constexpr const char* kFooter =
     "  orvane get --help";
 
 ExitCode complain(ExitCode code, const std::string& line) {
-    fmt::print(stderr, "orvane: {}\n", line);
+    orvane::tool::tell(line);
     return code;
 }
 

@@ -1,7 +1,6 @@
 #include "tools/orvane/config/ConfigReader.h"
 
 #include "tools/orvane/config/SizeField.h"
-#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 
@@ -60,7 +59,7 @@ bool isBlank(std::string_view text) {
 }
 
 std::string quoted(std::string_view text) {
-    return '"' + printable(text) + '"';
+    return fmt::format("\"{}\"", text);
 }
 
 std::string describe(const Declaration& declared) {
@@ -167,7 +166,7 @@ private:
         const auto [first, isNew] = firstLines.emplace(seen, line.number);
         if (!isNew) {
             ignore(Reason::Duplicate,
-                   fmt::format("line {} declares {} already", first->second, printable(seen)));
+                   fmt::format("line {} declares {} already", first->second, seen));
         }
         return isNew;
     }

@@ -20,8 +20,8 @@ namespace orvane::tool {
 
 namespace {
 
+using config::configAsLines;
 using config::configAsRecords;
-using config::configAsText;
 using config::configColumns;
 using config::ConfigReport;
 using config::readConfig;
@@ -67,7 +67,9 @@ std::string contentOf(const std::string& file) {
 ExitCode checkConfig(const std::string& file, Format format) {
     const ConfigReport report = readConfig(contentOf(file));
     if (format == Format::Text) {
-        writeOut(configAsText(report, file));
+        for (const std::string& line : configAsLines(report, file)) {
+            printLine(line);
+        }
     }
     RecordWriter writer(format, configColumns());
     for (const Record& record : configAsRecords(report, file)) {

@@ -1,7 +1,5 @@
 #include "tools/orvane/config/ConfigText.h"
 
-#include "tools/orvane/terminal/PrintableText.h"
-
 #include <fmt/format.h>
 
 namespace orvane::tool::config {
@@ -12,9 +10,8 @@ using Json = nlohmann::ordered_json;
 
 std::string typeAndName(const Declaration& declared) {
     const std::string word = typeWord(declared.type);
-    const std::string name = printable(declared.name);
-    return isArray(declared.type) ? fmt::format("{}[{}] {}", word, declared.size, name)
-                                  : fmt::format("{} {}", word, name);
+    return isArray(declared.type) ? fmt::format("{}[{}] {}", word, declared.size, declared.name)
+                                  : fmt::format("{} {}", word, declared.name);
 }
 
 std::string joinNotes(const ConfigLine& line) {
@@ -55,17 +52,18 @@ Json lineAsRecord(const ConfigLine& line, const std::string& file) {
 
 } // namespace
 
-std::string configAsText(const ConfigReport& report, const std::string& file) {
-    std::string text;
+std::vector<std::string> configAsLines(const ConfigReport& report, const std::string& file) {
+    std::vector<std::string> lines;
     for (const ConfigLine& line : report.lines) {
-        text += fmt::format("{}:{}: {}\n", file, line.number, verdictOf(line));
+        lines.push_back(fmt::format("{}:{}: {}", file, line.number, verdictOf(line)));
     }
     for (const Declaration& declared : report.appended) {
-        text += fmt::format("{}: appended by the plugin: {}\n", file, typeAndName(declared));
+        lines.push_back(fmt::format("{}: appended by the plugin: {}", file, typeAndName(declared)));
     }
     const std::size_t ignored = report.IgnoredCount();
-    return text + fmt::format("{}: {} registered, {} ignored, {} appended\n", file,
-                              report.lines.size() - ignored, ignored, report.appended.size());
+    lines.push_back(fmt::format("{}: {} registered, {} ignored, {} appended", file,
+                                report.lines.size() - ignored, ignored, report.appended.size()));
+    return lines;
 }
 
 std::vector<Json> configAsRecords(const ConfigReport& report, const std::string& file) {

@@ -10,8 +10,8 @@
 namespace orvane::tool::config {
 
 // A line for every line of `file` that declares something or tries to, then one for every dataref
-// that the plugin appends, and a summary. Every line ends with a line feed.
-std::string configAsText(const ConfigReport& report, const std::string& file);
+// that the plugin appends, and a summary. Names and texts of the file are in them as they are.
+std::vector<std::string> configAsLines(const ConfigReport& report, const std::string& file);
 
 // The same without the summary, as objects. `configColumns` are the names of their fields.
 std::vector<nlohmann::ordered_json> configAsRecords(const ConfigReport& report,

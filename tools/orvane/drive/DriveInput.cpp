@@ -43,9 +43,7 @@ public:
 private:
     void check() const {
         if (!problems.empty()) {
-            std::string text = problemLines("standard input", problems);
-            text.pop_back();
-            throw Failure(ExitCode::WrongUsage, text);
+            throw Failure(ExitCode::WrongUsage, problemText("standard input", problems.front()));
         }
     }
 

@@ -25,10 +25,6 @@ Record jsonOf(const Value& value) {
     return valueJson(velmar::Value(value));
 }
 
-std::string jsonLine(const Record& record) {
-    return record.dump(-1, ' ', false, Record::error_handler_t::replace);
-}
-
 // As in a line of CSV, but never in quotes.
 std::string cellText(const Record& field) {
     const std::string text = csvLine({"field"}, Record{{"field", field}});

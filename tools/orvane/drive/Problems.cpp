@@ -1,5 +1,7 @@
 #include "tools/orvane/drive/Problems.h"
 
+#include "tools/orvane/terminal/PrintableText.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -7,14 +9,18 @@
 
 namespace orvane::tool {
 
+std::string problemText(const std::string& file, const Problem& problem) {
+    const std::string column = problem.column == 0 ? "" : fmt::format(":{}", problem.column);
+    return fmt::format("{}:{}{}: {}", file, problem.line, column, problem.reason);
+}
+
 std::string problemLines(const std::string& file, Problems problems) {
     std::stable_sort(problems.begin(), problems.end(), [](const Problem& a, const Problem& b) {
         return std::tie(a.line, a.column) < std::tie(b.line, b.column);
     });
     std::string lines;
     for (const Problem& problem : problems) {
-        const std::string column = problem.column == 0 ? "" : fmt::format(":{}", problem.column);
-        lines += fmt::format("{}:{}{}: {}\n", file, problem.line, column, problem.reason);
+        lines += printable(problemText(file, problem)) + '\n';
     }
     return lines;
 }

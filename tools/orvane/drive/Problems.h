@@ -15,7 +15,10 @@ struct Problem {
 
 using Problems = std::vector<Problem>;
 
-// A line "FILE:LINE:COLUMN: reason" for each, in the order of their places, with line ends.
+// "FILE:LINE:COLUMN: reason", or "FILE:LINE: reason".
+std::string problemText(const std::string& file, const Problem& problem);
+
+// A line of that for each, in the order of their places, fit for a terminal.
 std::string problemLines(const std::string& file, Problems problems);
 
 } // namespace orvane::tool

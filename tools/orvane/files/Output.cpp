@@ -1,6 +1,7 @@
 #include "tools/orvane/files/Output.h"
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -25,8 +26,20 @@ void writeOut(std::string_view text) {
     }
 }
 
+void printLine(std::string_view line) {
+    writeOut(printable(line) + '\n');
+}
+
+void printData(const std::string& line) {
+    writeOut((::isatty(STDOUT_FILENO) == 1 ? printable(line) : line) + '\n');
+}
+
+void printError(std::string_view line) {
+    fmt::print(stderr, "{}\n", printable(line));
+}
+
 void tell(std::string_view line) {
-    fmt::print(stderr, "orvane: {}\n", line);
+    printError(fmt::format("orvane: {}", line));
 }
 
 } // namespace orvane::tool

@@ -63,16 +63,22 @@ std::string csvHeader(const std::vector<std::string>& columns) {
     return line;
 }
 
+std::string jsonLine(const Record& record) {
+    constexpr bool kAsciiOnly = true;
+    return record.dump(-1, ' ', kAsciiOnly, Record::error_handler_t::replace);
+}
+
 RecordWriter::RecordWriter(Format format, std::vector<std::string> columns)
     : format(format), columns(std::move(columns)) {}
 
 void RecordWriter::Write(const Record& record) {
     if (format == Format::Json) {
-        writeOut(record.dump(-1, ' ', false, Record::error_handler_t::replace) + "\n");
+        printData(jsonLine(record));
     } else if (format == Format::Csv) {
-        const std::string header = hasHeader ? "" : csvHeader(columns) + "\n";
-        hasHeader = true;
-        writeOut(header + csvLine(columns, record) + "\n");
+        if (!std::exchange(hasHeader, true)) {
+            printData(csvHeader(columns));
+        }
+        printData(csvLine(columns, record));
     }
 }
 

@@ -17,6 +17,10 @@ std::string csvLine(const std::vector<std::string>& columns, const Record& recor
 // The names of the columns.
 std::string csvHeader(const std::vector<std::string>& columns);
 
+// A record as a JSON object on one line, without its end; ASCII only. Bytes that are not UTF-8 are
+// replaced.
+std::string jsonLine(const Record& record);
+
 // Writes records to standard output for machines, each as a line of its own and at once: JSON
 // objects, or CSV under a header that is written with the first record.
 class RecordWriter final {

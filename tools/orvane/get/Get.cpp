@@ -45,7 +45,7 @@ void print(const DatarefArgument& dataref, const velmar::Value& value, bool isAl
         return;
     }
     const std::string label = isAlone ? "" : dataref.text + "=";
-    writeOut(label + valueText(value) + "\n");
+    printLine(label + valueText(value));
 }
 
 ExitCode get(const GlobalOptions& globals, const std::vector<std::string>& texts) {

@@ -5,6 +5,7 @@
 #include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
 #include "tools/orvane/files/LineFile.h"
+#include "tools/orvane/files/Output.h"
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/terminal/Progress.h"
 #include "tools/orvane/terminal/StatusLine.h"
@@ -12,7 +13,6 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -66,7 +66,7 @@ public:
 
     ExitCode Run() {
         for (const std::string& name : reader.Unknown()) {
-            fmt::print(stderr, "orvane: {}: the simulator has no such dataref\n", name);
+            tell(fmt::format("{}: the simulator has no such dataref", name));
         }
         if (!reader.Unknown().empty()) {
             return ExitCode::NotFoundOrRefused;
@@ -119,7 +119,7 @@ private:
 
     void summarize() {
         status.Clear();
-        fmt::print(stderr, "{}: {}\n", options.file, progressText(elapsed, rows, file->Bytes()));
+        printError(fmt::format("{}: {}", options.file, progressText(elapsed, rows, file->Bytes())));
     }
 
     const RecordOptions& options;

@@ -4,6 +4,7 @@
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/files/Output.h"
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/terminal/Progress.h"
 #include "tools/orvane/terminal/StatusLine.h"
@@ -11,7 +12,6 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
@@ -116,15 +116,15 @@ private:
         for (std::size_t i = 0; i < names.size(); ++i) {
             const std::string wanted = valueText(recording.rows.back().values[i]);
             if (valueText(values[i]) != wanted) {
-                fmt::print(stderr, "orvane: {} did not take or keep {}; it is {}\n", names[i],
-                           wanted, valueText(values[i]));
+                tell(fmt::format("{} did not take or keep {}; it is {}", names[i], wanted,
+                                 valueText(values[i])));
             }
         }
     }
 
     void summarize() {
         status.Clear();
-        fmt::print(stderr, "{}: {} written\n", options.file, rowsText(written));
+        printError(fmt::format("{}: {} written", options.file, rowsText(written)));
     }
 
     const ReplayOptions& options;
@@ -145,8 +145,8 @@ ExitCode replay(const ReplayOptions& options, const GlobalOptions& globals) {
         return ExitCode::Nonsense;
     }
     if (recording.cutLine > 0) {
-        fmt::print(stderr, "{}:{}: the line was cut off, and is left out\n", options.file,
-                   recording.cutLine);
+        printError(fmt::format("{}:{}: the line was cut off, and is left out", options.file,
+                               recording.cutLine));
     }
     return Replayer(options, std::move(recording), globals).Run();
 }

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace orvane::tool {
 
-// Text from a file or the wire, fit for a terminal: what is no printable ASCII is written as \xNN,
-// and a backslash twice.
+// Text from a file, the wire or the command line, made harmless for a terminal: bytes that are not
+// UTF-8, control characters, line ends among them, and marks that change the direction of writing
+// are written as \xNN, and a backslash is doubled, so that the bytes can be told from the result.
+// Everything else stays as it is.
 std::string printable(std::string_view text);
+
+// The beginning of such a text, at most so many characters of it.
+std::string_view firstCharacters(std::string_view text, std::size_t count);
 
 } // namespace orvane::tool

@@ -1,5 +1,7 @@
 #include "tools/orvane/terminal/StatusLine.h"
 
+#include "tools/orvane/terminal/PrintableText.h"
+
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -29,8 +31,9 @@ void StatusLine::Show(const std::string& text) {
     if (!terminal.IsTerminal()) {
         return;
     }
-    // The last column stays free: some terminals begin a new line behind it.
-    std::fputs((kToBeginAndClear + text.substr(0, terminal.Columns() - 1)).c_str(), stderr);
+    // The last column stays free: some terminals begin a new line after it.
+    const std::string shown = printable(text);
+    fmt::print(stderr, "{}{}", kToBeginAndClear, firstCharacters(shown, terminal.Columns() - 1));
     shownAt = steady_clock::now();
     isShown = true;
 }

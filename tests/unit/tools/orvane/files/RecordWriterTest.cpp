@@ -7,6 +7,7 @@
 using orvane::tool::csvHeader;
 using orvane::tool::csvLine;
 using orvane::tool::Format;
+using orvane::tool::jsonLine;
 using orvane::tool::Record;
 using orvane::tool::RecordWriter;
 
@@ -49,10 +50,9 @@ TEST(RecordWriterTest, LeavesAFieldEmptyThatIsNotThere) {
     EXPECT_EQ(csvLine({"a", "b", "c"}, {{"b", nullptr}, {"c", true}}), ",,true");
 }
 
-TEST(RecordWriterTest, ReplacesBytesThatAreNoText) {
-    testing::internal::CaptureStdout();
-    RecordWriter(Format::Json, {}).Write({{"name", "\xFF"}});
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "{\"name\":\"\xEF\xBF\xBD\"}\n");
+TEST(RecordWriterTest, WritesJsonInAsciiOnly) {
+    EXPECT_EQ(jsonLine({{"unit", "\u00B0C\x1B\x7F"}}), R"({"unit":"\u00b0C\u001b\u007f"})");
+    EXPECT_EQ(jsonLine({{"name", "\xFF"}}), R"({"name":"\ufffd"})") << "not UTF-8";
 }
 
 } // namespace
