@@ -16,10 +16,6 @@ using CodePoint = std::uint32_t;
 constexpr unsigned char kContinuation = 0x80;
 constexpr CodePoint kLastCodePoint = 0x10FFFF;
 
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == kContinuation;
-}
-
 // By the first byte of a character. 0: no character begins with it.
 std::size_t lengthFrom(unsigned char first) {
     if (first < kContinuation) {
@@ -60,7 +56,7 @@ std::size_t harmlessLength(std::string_view text) {
     }
     CodePoint character = length == 1 ? first : first & (0x7FU >> length);
     for (const char byte : text.substr(1, length - 1)) {
-        if (!isContinuation(byte)) {
+        if ((static_cast<unsigned char>(byte) & 0xC0U) != kContinuation) {
             return 0;
         }
         character = (character << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
@@ -82,14 +78,6 @@ std::string printable(std::string_view text) {
         text.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return result;
-}
-
-std::string_view firstCharacters(std::string_view text, std::size_t count) {
-    std::size_t end = 0;
-    while (end < text.size() && (isContinuation(text[end]) || count-- > 0)) {
-        ++end;
-    }
-    return text.substr(0, end);
 }
 
 } // namespace orvane::tool

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,8 +10,5 @@ namespace orvane::tool {
 // are written as \xNN, and a backslash is doubled, so that the bytes can be told from the result.
 // Everything else stays as it is.
 std::string printable(std::string_view text);
-
-// The beginning of such a text, at most so many characters of it.
-std::string_view firstCharacters(std::string_view text, std::size_t count);
 
 } // namespace orvane::tool

@@ -32,8 +32,8 @@ void StatusLine::Show(const std::string& text) {
         return;
     }
     // The last column stays free: some terminals begin a new line after it.
-    const std::string shown = printable(text);
-    fmt::print(stderr, "{}{}", kToBeginAndClear, firstCharacters(shown, terminal.Columns() - 1));
+    const std::string shown = printable(text).substr(0, terminal.Columns() - 1);
+    fmt::print(stderr, "{}{}", kToBeginAndClear, shown);
     shownAt = steady_clock::now();
     isShown = true;
 }

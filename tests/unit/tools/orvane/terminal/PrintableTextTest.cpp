@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-using orvane::tool::firstCharacters;
 using orvane::tool::printable;
 
 namespace {
@@ -41,13 +40,6 @@ TEST(PrintableTextTest, WritesWhatIsNotUtf8AsNumbers) {
 
 TEST(PrintableTextTest, DoublesBackslashes) {
     EXPECT_EQ(printable("a\\x1Bb"), "a\\\\x1Bb");
-}
-
-TEST(PrintableTextTest, CutsBetweenCharacters) {
-    EXPECT_EQ(firstCharacters("12.5 \u00B0C", 6), "12.5 \u00B0");
-    EXPECT_EQ(firstCharacters("12.5 \u00B0C", 5), "12.5 ");
-    EXPECT_EQ(firstCharacters("\u98DB\u98DB", 1), "\u98DB");
-    EXPECT_EQ(firstCharacters("ab", 5), "ab");
 }
 
 } // namespace
