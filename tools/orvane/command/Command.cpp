@@ -1,7 +1,7 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
-#include "tools/orvane/cli/LastingClient.h"
 #include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/ReconnectingClient.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/command/CommandEvents.h"
 #include "tools/orvane/command/HeldCommands.h"
@@ -129,17 +129,17 @@ ExitCode observe(const GlobalOptions& globals, const Names& names, const Limits&
     checkDistinct(names);
     const auto begin = steady_clock::now();
     const auto end = endOf(limits);
-    LastingClient lasting(globals, end, [](const std::string& line) {
+    ReconnectingClient reconnecting(globals, end, [](const std::string& line) {
         tell(line.empty() ? "the simulator is back" : line);
     });
-    registerOrRefuse(lasting.Client(), names);
+    registerOrRefuse(reconnecting.Client(), names);
     RecordWriter records(globals.OutputFormat(), {"time", "command", "event"});
     CommandEvents events;
     std::uint64_t presses = 0;
-    while (!lasting.IsOver() && presses < limits.count.value_or(~std::uint64_t{0})) {
+    while (!reconnecting.IsOver() && presses < limits.count.value_or(~std::uint64_t{0})) {
         const auto next = steady_clock::now() + secondsOf(limits.interval);
         std::vector<velmar::CommandReport> reports;
-        lasting.Try([&] { reports = lasting.Client().pollPresses(); });
+        reconnecting.Try([&] { reports = reconnecting.Client().pollPresses(); });
         const double seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
         for (const CommandEvent& event : events.Take(reports)) {
             show(event, seconds, records);

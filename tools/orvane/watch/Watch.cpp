@@ -1,7 +1,7 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
-#include "tools/orvane/cli/LastingClient.h"
 #include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/ReconnectingClient.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
 #include "tools/orvane/datarefs/ValueText.h"
@@ -164,7 +164,7 @@ private:
     const Terminal terminal;
     const steady_clock::time_point begin = steady_clock::now();
     const steady_clock::time_point end = endOf(options.limits);
-    LastingClient client;
+    ReconnectingClient client;
     DatarefReader reader;
     WatchTable table;
     std::vector<velmar::Value> values;

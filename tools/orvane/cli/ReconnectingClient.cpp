@@ -1,4 +1,4 @@
-#include "tools/orvane/cli/LastingClient.h"
+#include "tools/orvane/cli/ReconnectingClient.h"
 
 #include "tools/orvane/cli/Interrupt.h"
 
@@ -17,10 +17,11 @@ constexpr std::chrono::seconds kBetweenTries(1);
 
 } // namespace
 
-LastingClient::LastingClient(const GlobalOptions& globals, steady_clock::time_point end, Tell tell)
+ReconnectingClient::ReconnectingClient(const GlobalOptions& globals, steady_clock::time_point end,
+                                       Tell tell)
     : end(end), tell(std::move(tell)), client(optionsOf(globals)) {}
 
-Options LastingClient::optionsOf(const GlobalOptions& globals) const {
+Options ReconnectingClient::optionsOf(const GlobalOptions& globals) const {
     Options options = globals.ForClient(OnLoss::Throw);
     options.backoff.longestDelay = std::chrono::seconds(2);
     options.backoff.within = kVeryLong;
@@ -28,11 +29,11 @@ Options LastingClient::optionsOf(const GlobalOptions& globals) const {
     return options;
 }
 
-bool LastingClient::IsOver() const {
+bool ReconnectingClient::IsOver() const {
     return isInterrupted() || steady_clock::now() >= end;
 }
 
-bool LastingClient::Try(const std::function<void()>& step) {
+bool ReconnectingClient::Try(const std::function<void()>& step) {
     try {
         step();
         return true;
@@ -48,7 +49,7 @@ bool LastingClient::Try(const std::function<void()>& step) {
 }
 
 // A simulator that has just started may not have all datarefs of its other plugins yet.
-void LastingClient::restore() {
+void ReconnectingClient::restore() {
     while (!IsOver()) {
         try {
             client.reconnect();
