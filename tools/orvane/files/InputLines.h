@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/orvane/files/InputFile.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -10,10 +12,7 @@ namespace orvane::tool {
 class InputLines final {
 public:
     // "-" stands for standard input. Failure: cannot be opened.
-    explicit InputLines(const std::string& path);
-    ~InputLines();
-    InputLines(const InputLines&) = delete;
-    InputLines& operator=(const InputLines&) = delete;
+    explicit InputLines(const std::string& path) : file(path) {}
 
     // The next line without its end, which may be CR LF. Waits for it; empty at the end of the file
     // and after an interrupt. Failure: cannot be read.
@@ -24,15 +23,11 @@ public:
     bool IsCut() const { return isCut; }
 
 private:
-    bool readMore();
-
-    std::string name;
-    int file = -1;
+    InputFile file;
     std::string unread;
     std::size_t begin = 0; // of what has not been returned
     std::size_t number = 0;
     bool isCut = false;
-    bool isAtEnd = false;
 };
 
 } // namespace orvane::tool
