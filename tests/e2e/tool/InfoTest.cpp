@@ -28,13 +28,13 @@ TEST_F(InfoTest, TellsItToMachines) {
     const std::string json = runTool({"--json", "info"}).out;
     EXPECT_TRUE(
         json.starts_with("{\"host\":\"127.0.0.1\",\"port\":48000,\"version\":\"1.0.7.10\","
-                         "\"revision\":6,\"aircraftLoaded\":true,"
-                         "\"aircraftId\":3112513201,\"roundTripMs\":"))
+                         "\"revision\":6,\"aircraft_loaded\":true,"
+                         "\"aircraft_id\":3112513201,\"round_trip_ms\":"))
         << json;
     const std::string csv = runTool({"info", "--csv"}).out;
     EXPECT_TRUE(
-        csv.starts_with("host,port,version,revision,aircraftLoaded,aircraftId,roundTripMs\n"
-                        "127.0.0.1,48000,1.0.7.10,6,true,3112513201,"))
+        csv.starts_with("host,port,version,revision,aircraft_loaded,aircraft_id,round_trip_ms\n"
+                        "127.0.0.1,48000,1.0.7.10,6,true,0xB9852EB1,"))
         << csv;
 }
 

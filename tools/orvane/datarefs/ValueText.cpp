@@ -52,7 +52,7 @@ Json jsonOf(std::uint8_t number) {
 
 // By way of the text: a plain conversion to double would print digits that the float never had.
 Json jsonOf(float number) {
-    return std::isfinite(number) ? Json(std::strtod(floatText(number).c_str(), nullptr)) : Json();
+    return std::strtod(floatText(number).c_str(), nullptr);
 }
 
 template <typename Element>
@@ -106,7 +106,7 @@ Value parseElements(std::string_view text, std::uint32_t size) {
 } // namespace
 
 std::string floatText(float number) {
-    return fmt::format("{}", number);
+    return std::isnan(number) ? "nan" : fmt::format("{}", number);
 }
 
 std::string valueText(const Value& value) {

@@ -16,8 +16,8 @@ std::string floatText(float number);
 // "42", "0.5", or the elements of an array with commas between them.
 std::string valueText(const velmar::Value& value);
 
-// A number or an array of numbers; null for a float that is no number or infinite, which JSON does
-// not have.
+// A number or an array of numbers. A float that is not a number or infinite stays so; it becomes
+// null where the record is written as JSON, which has none.
 nlohmann::ordered_json valueJson(const velmar::Value& value);
 
 // "int", "float[8]".

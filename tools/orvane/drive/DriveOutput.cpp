@@ -107,7 +107,7 @@ void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
 }
 
 void DriveOutput::writeToFile(const Record& record, double seconds) {
-    file->Append(format == Format::Json ? jsonLine(record) : csvLine(columns, record));
+    file->Append(format == Format::Json ? jsonText(record) : csvLine(columns, record));
     if (status.IsDue()) {
         status.Show(progressText(seconds, shown, file->Bytes()));
     }

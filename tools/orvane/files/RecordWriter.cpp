@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <utility>
 
 namespace orvane::tool {
@@ -11,25 +12,11 @@ namespace orvane::tool {
 namespace {
 
 std::string numberText(const Record& number) {
-    return number.is_number_float() ? fmt::format("{}", number.get<double>()) : number.dump();
-}
-
-std::string fieldText(const Record& field) {
-    if (field.is_null()) {
-        return "";
+    if (!number.is_number_float()) {
+        return number.dump();
     }
-    if (field.is_string()) {
-        return field.get<std::string>();
-    }
-    if (!field.is_array()) {
-        return numberText(field);
-    }
-    std::string text;
-    for (std::size_t i = 0; i < field.size(); ++i) {
-        text += i == 0 ? "" : ",";
-        text += fieldText(field[i]);
-    }
-    return text;
+    const auto value = number.get<double>();
+    return std::isnan(value) ? "nan" : fmt::format("{}", value);
 }
 
 std::string quoted(const std::string& text) {
@@ -45,11 +32,45 @@ std::string quoted(const std::string& text) {
 
 } // namespace
 
+std::string fieldText(const std::string& name, const Record& field) {
+    if (field.is_null()) {
+        return "";
+    }
+    if (field.is_string()) {
+        return field.get<std::string>();
+    }
+    if (name == kAircraftId && field.is_number()) {
+        return aircraftText(field.get<std::uint32_t>());
+    }
+    if (!field.is_array()) {
+        return numberText(field);
+    }
+    std::string text;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        text += i == 0 ? "" : ",";
+        text += fieldText(name, field[i]);
+    }
+    return text;
+}
+
+std::string aircraftText(std::uint32_t id) {
+    return fmt::format("0x{:08X}", id);
+}
+
+Record aircraftRecord(std::uint32_t id) {
+    return id == 0 ? Record() : Record(id);
+}
+
+double inThousandths(double number) {
+    constexpr double kThousand = 1000;
+    return std::round(number * kThousand) / kThousand;
+}
+
 std::string csvLine(const std::vector<std::string>& columns, const Record& record) {
     std::string line;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         line += i == 0 ? "" : ",";
-        line += quoted(fieldText(record.value(columns[i], Record())));
+        line += quoted(fieldText(columns[i], record.value(columns[i], Record())));
     }
     return line;
 }
@@ -63,7 +84,7 @@ std::string csvHeader(const std::vector<std::string>& columns) {
     return line;
 }
 
-std::string jsonLine(const Record& record) {
+std::string jsonText(const Record& record) {
     constexpr bool kAsciiOnly = true;
     return record.dump(-1, ' ', kAsciiOnly, Record::error_handler_t::replace);
 }
@@ -73,7 +94,7 @@ RecordWriter::RecordWriter(Format format, std::vector<std::string> columns)
 
 void RecordWriter::Write(const Record& record) {
     if (format == Format::Json) {
-        printData(jsonLine(record));
+        printData(jsonText(record));
     } else if (format == Format::Csv) {
         if (!std::exchange(hasHeader, true)) {
             printData(csvHeader(columns));

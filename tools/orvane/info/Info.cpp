@@ -7,7 +7,6 @@
 #include <CLI/CLI.hpp>
 
 #include <chrono>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -29,7 +28,7 @@ constexpr const char* kInfoFooter =
     "Examples:\n"
     "  orvane info\n"
     "  orvane info --host 192.0.2.7 --timeout 10\n"
-    "  orvane info --json | jq .aircraftId";
+    "  orvane info --json | jq .aircraft_id";
 
 struct ServerInfo {
     tarnel::Version version;
@@ -58,14 +57,14 @@ Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
             {"port", globals.port},
             {"version", fmt::format("{}", fmt::join(info.version.parts, "."))},
             {"revision", info.version.revision},
-            {"aircraftLoaded", isLoaded},
-            {"aircraftId", isLoaded ? Record(info.aircraftId) : Record()},
-            {"roundTripMs", std::round(info.roundTripMs * 1000.0) / 1000.0}};
+            {"aircraft_loaded", isLoaded},
+            {kAircraftId, aircraftRecord(info.aircraftId)},
+            {"round_trip_ms", inThousandths(info.roundTripMs)}};
 }
 
 std::string textOf(const GlobalOptions& globals, const ServerInfo& info) {
     const std::string aircraft =
-        info.aircraftId != 0 ? fmt::format("loaded, id 0x{:08X}", info.aircraftId) : "none loaded";
+        info.aircraftId != 0 ? "loaded, id " + aircraftText(info.aircraftId) : "none loaded";
     return fmt::format("{:<12}{}:{}\n", "server", globals.host, globals.port) +
            fmt::format("{:<12}{}, revision {}\n", "version", fmt::join(info.version.parts, "."),
                        info.version.revision) +
@@ -77,7 +76,7 @@ std::string textOf(const GlobalOptions& globals, const ServerInfo& info) {
 ExitCode info(const GlobalOptions& globals) {
     const ServerInfo info = ask(globals);
     RecordWriter records(globals.OutputFormat(), {"host", "port", "version", "revision",
-                                                  "aircraftLoaded", "aircraftId", "roundTripMs"});
+                                                  "aircraft_loaded", kAircraftId, "round_trip_ms"});
     if (records.IsWanted()) {
         records.Write(recordOf(globals, info));
     } else {

@@ -2,12 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdlib>
 #include <limits>
 
+using orvane::tool::aircraftRecord;
+using orvane::tool::aircraftText;
 using orvane::tool::csvHeader;
 using orvane::tool::csvLine;
+using orvane::tool::fieldText;
 using orvane::tool::Format;
-using orvane::tool::jsonLine;
+using orvane::tool::jsonText;
 using orvane::tool::Record;
 using orvane::tool::RecordWriter;
 
@@ -50,9 +55,41 @@ TEST(RecordWriterTest, LeavesAFieldEmptyThatIsNotThere) {
     EXPECT_EQ(csvLine({"a", "b", "c"}, {{"b", nullptr}, {"c", true}}), ",,true");
 }
 
+TEST(RecordWriterTest, WritesUsualNumbersWithoutAnExponent) {
+    for (const char* const text : {"0.0001", "0.00012345", "999999", "999999.5", "123456.79",
+                                   "-0.1", "0", "1000000", "3.4e+38", "1e-05"}) {
+        const double number = std::strtod(text, nullptr);
+        EXPECT_EQ(fieldText("a", number), text);
+        // JSON shows that a number is not whole by its kind, and may do without the plus sign.
+        EXPECT_EQ(Record::parse(jsonText(Record(number))).get<double>(), number);
+        if (std::abs(number) < 1e6 && std::abs(number) > 1e-4) {
+            EXPECT_EQ(jsonText(Record(number)).find('e'), std::string::npos) << text;
+        }
+    }
+    EXPECT_EQ(jsonText({{"a", 0.00012345}, {"b", 999999.5}}), R"({"a":0.00012345,"b":999999.5})");
+}
+
+TEST(RecordWriterTest, WritesWhatIsNotANumberAsNullOrAsAWord) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const Record record{
+        {"a", std::nan("")}, {"b", -std::nan("")}, {"c", infinity}, {"d", -infinity}};
+    EXPECT_EQ(csvLine({"a", "b", "c", "d"}, record), "nan,nan,inf,-inf");
+    EXPECT_EQ(jsonText(record), R"({"a":null,"b":null,"c":null,"d":null})");
+}
+
+TEST(RecordWriterTest, WritesTheAircraftInTheSameWayEverywhere) {
+    const Record record{{"aircraft_id", aircraftRecord(0xB9852EB1)}, {"other", 5}};
+    EXPECT_EQ(csvLine({"aircraft_id", "other"}, record), "0xB9852EB1,5");
+    EXPECT_EQ(jsonText(record), R"({"aircraft_id":3112513201,"other":5})");
+    EXPECT_EQ(aircraftText(0xF), "0x0000000F");
+    const Record none{{"aircraft_id", aircraftRecord(0)}};
+    EXPECT_EQ(csvLine({"aircraft_id"}, none), "");
+    EXPECT_EQ(jsonText(none), R"({"aircraft_id":null})");
+}
+
 TEST(RecordWriterTest, WritesJsonInAsciiOnly) {
-    EXPECT_EQ(jsonLine({{"unit", "\u00B0C\x1B\x7F"}}), R"({"unit":"\u00b0C\u001b\u007f"})");
-    EXPECT_EQ(jsonLine({{"name", "\xFF"}}), R"({"name":"\ufffd"})") << "not UTF-8";
+    EXPECT_EQ(jsonText({{"unit", "\u00B0C\x1B\x7F"}}), R"({"unit":"\u00b0C\u001b\u007f"})");
+    EXPECT_EQ(jsonText({{"name", "\xFF"}}), R"({"name":"\ufffd"})") << "not UTF-8";
 }
 
 } // namespace
