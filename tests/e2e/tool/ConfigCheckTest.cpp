@@ -136,17 +136,8 @@ TEST_F(ConfigCheckTest, ComplainsOfAFileThatCannotBeRead) {
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_EQ(missing.out, "");
     EXPECT_EQ(missing.err,
-              "orvane: cannot read ./Resources/plugins/xplaneorvane_datarefs.cfg: No "
-              "such file or directory\n");
+              "orvane: ./Resources/plugins/xplaneorvane_datarefs.cfg: No such file or directory\n");
     const ToolResult folder = runTool({"config", "check", "Resources"});
     EXPECT_EQ(folder.exitCode, 1);
-    EXPECT_EQ(folder.err, "orvane: cannot read Resources: Is a directory\n");
-}
-
-TEST_F(ConfigCheckTest, EndsItsHelpWithExamples) {
-    const ToolResult help = runTool({"config", "check", "--help"});
-    EXPECT_EQ(help.exitCode, 0);
-    const std::size_t examples = help.out.find("Examples:\n  orvane config check ");
-    ASSERT_NE(examples, std::string::npos) << help.out;
-    EXPECT_EQ(help.out.find("\n\n", examples), std::string::npos) << help.out;
+    EXPECT_EQ(folder.err, "orvane: Resources: Is a directory\n");
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 namespace orvane::tool {
 
 // What the tool's exit status means; scripts rely on the numbers.
@@ -9,7 +11,22 @@ enum class ExitCode {
     CannotConnect = 2,
     NotFoundOrRefused = 3,
     TimedOut = 4,
-    Nonsense = 5, // from the server, or in a file that claims to be a recording of one
+    UnexpectedAnswer = 5,
 };
+
+struct ExitMeaning {
+    ExitCode code;
+    const char* text;
+};
+
+inline constexpr std::array<ExitMeaning, 6> kExitMeanings{{
+    {ExitCode::Done, "done"},
+    {ExitCode::WrongUsage, "wrong usage, or a file that cannot be read or written"},
+    {ExitCode::CannotConnect, "cannot connect, or the connection was lost"},
+    {ExitCode::NotFoundOrRefused, "the simulator does not have it, or refused it"},
+    {ExitCode::TimedOut, "no answer in time, or interrupted before it came"},
+    {ExitCode::UnexpectedAnswer,
+     "the server sent something unexpected, or a file is not a valid recording"},
+}};
 
 } // namespace orvane::tool

@@ -1,5 +1,6 @@
 #include "tools/orvane/cli/GlobalOptions.h"
 
+#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Interrupt.h"
 
 #include <CLI/CLI.hpp>
@@ -11,7 +12,6 @@ namespace orvane::tool {
 namespace {
 
 constexpr double kShortestTimeoutSeconds = 0.001;
-constexpr double kLongestTimeoutSeconds = 86'400.0;
 
 } // namespace
 
@@ -34,23 +34,28 @@ Options GlobalOptions::ForClient(OnLoss onLoss) const {
 }
 
 void declareGlobalOptions(CLI::App& app, GlobalOptions& globals) {
-    const std::string group = "Options of every command";
-    app.add_option("--host", globals.host, "Where the simulator runs")
+    app.add_option("--host", globals.host, "The simulator's host")
+        ->each([&globals](const std::string&) { globals.hasHost = true; })
+        ->type_name("HOST")
         ->capture_default_str()
-        ->group(group);
+        ->group(kGlobalGroup);
     app.add_option("--port", globals.port, "The server's port")
-        ->check(CLI::Range(1, 65535))
+        ->each([&globals](const std::string&) { globals.hasPort = true; })
+        ->check(wholeBetween(1, 65535))
+        ->type_name("PORT")
         ->capture_default_str()
-        ->group(group);
+        ->group(kGlobalGroup);
     app.add_option("--timeout", globals.timeoutSeconds,
-                   "Seconds to wait for a connection, and for each answer")
-        ->check(CLI::Range(kShortestTimeoutSeconds, kLongestTimeoutSeconds))
+                   "Seconds to wait for a connection or an answer")
+        ->check(between(kShortestTimeoutSeconds, kSecondsPerDay, "a millisecond and a day"))
+        ->type_name("SECONDS")
         ->capture_default_str()
-        ->group(group);
-    auto* json = app.add_flag("--json", globals.json, "A JSON object per line")->group(group);
-    app.add_flag("--csv", globals.csv, "Comma-separated records, where there are records")
+        ->group(kGlobalGroup);
+    auto* const json =
+        app.add_flag("--json", globals.json, "Print a JSON object per line")->group(kGlobalGroup);
+    app.add_flag("--csv", globals.csv, "Print comma-separated records under a header")
         ->excludes(json)
-        ->group(group);
+        ->group(kGlobalGroup);
 }
 
 } // namespace orvane::tool

@@ -13,11 +13,17 @@ namespace orvane::tool {
 
 enum class Format { Text, Json, Csv };
 
-// The options that every subcommand understands, before or behind its name.
+// The heading of these options in the help.
+inline constexpr const char* kGlobalGroup = "Options of every command";
+
+// The options that every subcommand understands, before or after its name.
 struct GlobalOptions {
     std::string host = "127.0.0.1";
     std::uint16_t port = 48000;
     double timeoutSeconds = 2.0;
+    // Whether host and port stand on the command line.
+    bool hasHost = false;
+    bool hasPort = false;
     bool json = false;
     bool csv = false;
 

@@ -1,5 +1,7 @@
 #include "tools/orvane/cli/Limits.h"
 
+#include "tools/orvane/cli/Bounds.h"
+
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
@@ -7,22 +9,35 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kLongestLimitSeconds = 31'536'000.0;
-constexpr double kLongestInterval = 86'400.0;
-constexpr std::uint64_t kLargestCount = 1'000'000'000'000;
+constexpr std::int64_t kLargestCount = 1'000'000'000'000;
+constexpr double kSlowestRate = 0.001;
+constexpr double kFastestRate = 1000;
 
 } // namespace
 
-void declareLimits(CLI::App& command, Limits& limits, const char* counted) {
+void declareEnds(CLI::App& command, Limits& limits, const std::string& counted) {
     command.add_option("-n,--count", limits.count, fmt::format("End after so many {}", counted))
-        ->check(CLI::Range(std::uint64_t{1}, kLargestCount));
+        ->check(wholeBetween(1, kLargestCount, "1 and a trillion"))
+        ->type_name("COUNT");
     command.add_option("-T,--seconds", limits.seconds, "End after so many seconds")
-        ->check(CLI::Range(0.0, kLongestLimitSeconds));
+        ->check(between(0.0, kSecondsPerYear, "0 and a year"))
+        ->type_name("SECONDS");
+}
+
+void declareLimits(CLI::App& command, Limits& limits, const std::string& counted) {
+    declareEnds(command, limits, counted);
     command
         .add_option("-i,--interval", limits.interval,
-                    "Seconds from one question to the next; 0: as fast as answers come")
-        ->check(CLI::Range(0.0, kLongestInterval))
+                    "Seconds from one question to the next; 0 asks as fast as answers come")
+        ->check(between(0.0, kSecondsPerDay, "0 and a day"))
+        ->type_name("SECONDS")
         ->capture_default_str();
+}
+
+void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& paced) {
+    command.add_option("--rate", rate, paced)
+        ->check(between(kSlowestRate, kFastestRate))
+        ->type_name("RATE");
 }
 
 std::chrono::steady_clock::duration secondsOf(double seconds) {
@@ -31,8 +46,7 @@ std::chrono::steady_clock::duration secondsOf(double seconds) {
 }
 
 std::chrono::steady_clock::time_point endOf(const Limits& limits) {
-    return std::chrono::steady_clock::now() +
-           secondsOf(limits.seconds.value_or(kLongestLimitSeconds));
+    return std::chrono::steady_clock::now() + secondsOf(limits.seconds.value_or(kSecondsPerYear));
 }
 
 } // namespace orvane::tool

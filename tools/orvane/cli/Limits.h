@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <optional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -15,10 +17,19 @@ struct Limits {
     std::optional<std::uint64_t> count;
     std::optional<double> seconds;
     double interval = 0.0;
+
+    std::uint64_t MostTurns() const {
+        return count.value_or(std::numeric_limits<std::uint64_t>::max());
+    }
+    double MostSeconds() const { return seconds.value_or(std::numeric_limits<double>::infinity()); }
 };
 
-// -n, -T and -i. `counted` names what -n counts.
-void declareLimits(CLI::App& command, Limits& limits, const char* counted);
+// -n and -T. `counted` names what -n counts.
+void declareEnds(CLI::App& command, Limits& limits, const std::string& counted);
+// -n, -T and -i.
+void declareLimits(CLI::App& command, Limits& limits, const std::string& counted);
+// --rate. `paced` names what comes so often per second.
+void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& paced);
 
 // Seconds as the steady clock counts them.
 std::chrono::steady_clock::duration secondsOf(double seconds);

@@ -4,6 +4,8 @@
 #include "tools/orvane/cli/GlobalOptions.h"
 
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace CLI {
 class App;
@@ -15,19 +17,59 @@ namespace orvane::tool {
 // Failure or an orvane::Error, which main turns into a line and an exit status.
 using Work = std::function<ExitCode()>;
 
-// Each function below adds one subcommand to the tool. `globals` is complete when the work runs,
-// and outlives it.
-void addInfo(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addGet(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addSet(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addRecord(CLI::App& app, const GlobalOptions& globals, Work& work);
-void addReplay(CLI::App& app, const GlobalOptions& globals, Work& work);
+// What a subcommand says of itself in its help and in the man page.
+struct Description {
+    const char* name;
+    const char* summary;
+    // Paragraphs of lines of at most 80 characters, those with two blanks in front as they are; the
+    // last one are examples.
+    const char* details;
+};
 
-void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work);
+// Where the rooms of the tool add their subcommands. `globals` is complete when the work runs.
+// Borrows all three.
+class Subcommands final {
+public:
+    Subcommands(CLI::App& parent, const GlobalOptions& globals, Work& chosen)
+        : parent(parent), globals(globals), chosen(chosen) {}
+
+    // Adds a subcommand. Its options are declared on what is returned, and are given to `run`.
+    template <typename Options>
+    std::pair<CLI::App&, Options&> Add(
+        const Description& description,
+        std::function<ExitCode(const GlobalOptions&, const Options&)> run) {
+        const auto options = std::make_shared<Options>();
+        CLI::App& command = add(description, [run = std::move(run), options, &all = globals] {
+            return run(all, *options);
+        });
+        return {command, *options};
+    }
+
+    // The subcommands of one that does nothing by itself.
+    Subcommands AddGroup(const Description& description);
+
+    CLI::App& Parent() const { return parent; }
+
+private:
+    CLI::App& add(const Description& description, Work work);
+
+    CLI::App& parent;
+    const GlobalOptions& globals;
+    Work& chosen;
+};
+
+// Each function below adds one subcommand to the tool.
+void addInfo(Subcommands& subcommands);
+void addGet(Subcommands& subcommands);
+void addSet(Subcommands& subcommands);
+void addWatch(Subcommands& subcommands);
+void addCommand(Subcommands& subcommands);
+void addLatency(Subcommands& subcommands);
+void addDrive(Subcommands& subcommands);
+void addRecord(Subcommands& subcommands);
+void addReplay(Subcommands& subcommands);
+void addConfig(Subcommands& subcommands);
 void addDump(CLI::App& app, const GlobalOptions& globals, Work& work);
+void addHelp(Subcommands& subcommands);
 
 } // namespace orvane::tool

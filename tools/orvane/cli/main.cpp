@@ -1,48 +1,120 @@
-// orvane: looks into a simulator through the plugin, and steers it.
+// orvane: looks into a simulator through the plugin, and controls it.
 
 #include "tools/orvane/cli/ExitCode.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/GlobalOptions.h"
+#include "tools/orvane/cli/HelpFormatter.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/cli/UsageProblem.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/help/Completions.h"
+#include "tools/orvane/help/ManPage.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
 #include <csignal>
-#include <cstdio>
 #include <exception>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "orvane/Errors.h"
 
 namespace {
 
-using orvane::tool::ExitCode;
-using orvane::tool::GlobalOptions;
-using orvane::tool::Work;
+using namespace orvane::tool;
 
-constexpr const char* kFooter =
-    "Exit status: 0 done, 1 wrong usage, 2 cannot connect, 3 not found or refused, 4 timed out,\n"
-    "5 the server spoke nonsense.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane info\n"
-    "  orvane get sim/cockpit2/controls/yoke_pitch_ratio\n"
-    "  orvane watch sim/time/total_running_time_sec --host 192.0.2.7\n"
-    "  orvane get --help";
+constexpr const char* kDetails =
+    R"(Data goes to standard output, and everything else to standard error. Ctrl-C,
+SIGTERM and SIGHUP end a command in good order: what it holds down in the
+simulator is released first.
+
+Exit status:
+{}
+Environment:
+  NO_COLOR  nothing is coloured if it is set and not empty
+  TERM      nothing is coloured or redrawn if it is "dumb" or not set
+
+Examples:
+  orvane info
+  orvane get sim/cockpit2/controls/yoke_pitch_ratio
+  orvane watch sim/time/total_running_time_sec --host 192.0.2.7
+  orvane help get)";
+
+std::string detailsOfTool() {
+    std::string meanings;
+    for (const ExitMeaning& meaning : kExitMeanings) {
+        meanings += fmt::format("  {}  {}\n", static_cast<int>(meaning.code), meaning.text);
+    }
+    return fmt::format(kDetails, meanings);
+}
+
+void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
+    app.footer(detailsOfTool());
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.set_version_flag("--version", "orvane " ORVANE_VERSION, "Print the version and exit");
+    app.require_subcommand(1);
+    app.fallthrough();
+    declareGlobalOptions(app, globals);
+    Subcommands subcommands(app, globals, work);
+    addInfo(subcommands);
+    addGet(subcommands);
+    addSet(subcommands);
+    addWatch(subcommands);
+    addCommand(subcommands);
+    addLatency(subcommands);
+    addDrive(subcommands);
+    addRecord(subcommands);
+    addReplay(subcommands);
+    addConfig(subcommands);
+    addDump(app, globals, work);
+    addHelp(subcommands);
+}
+
+ExitCode print(const std::string& text) {
+    writeOut(text);
+    return ExitCode::Done;
+}
+
+ExitCode parseAndRun(int argc, char** argv) {
+    CLI::App app("Look into a simulator through the XPlaneOrvane plugin, and control it", "orvane");
+    GlobalOptions globals;
+    Work work;
+    declare(app, globals, work);
+    // For the scripts of the shells, and for the build.
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (!words.empty() && words[0] == "__complete") {
+        return print(completionsOf(app, {words.begin() + 1, words.end()}));
+    }
+    if (!words.empty() && words[0] == "__man") {
+        return print(manPageOf(app, ORVANE_VERSION));
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        return print(app.help());
+    } catch (const CLI::CallForVersion& version) {
+        return print(std::string(version.what()) + "\n");
+    } catch (const CLI::ParseError& error) {
+        throw Failure(ExitCode::WrongUsage, usageProblem(app, error));
+    }
+    catchInterrupts();
+    return work();
+}
 
 ExitCode complain(ExitCode code, const std::string& line) {
-    orvane::tool::tell(line);
+    tell(line);
     return code;
 }
 
-ExitCode run(const Work& work) {
+ExitCode run(int argc, char** argv) {
     try {
-        return work();
-    } catch (const orvane::tool::ReaderGone&) {
+        return parseAndRun(argc, argv);
+    } catch (const ReaderGone&) {
         return ExitCode::Done;
-    } catch (const orvane::tool::Failure& failure) {
+    } catch (const Failure& failure) {
         return complain(failure.Code(), failure.what());
     } catch (const orvane::ConnectError& error) {
         return complain(ExitCode::CannotConnect, error.what());
@@ -55,48 +127,10 @@ ExitCode run(const Work& work) {
     } catch (const orvane::Refused& error) {
         return complain(ExitCode::NotFoundOrRefused, error.what());
     } catch (const orvane::Error& error) {
-        return complain(ExitCode::Nonsense, error.what());
+        return complain(ExitCode::UnexpectedAnswer, error.what());
     } catch (const std::exception& error) {
         return complain(ExitCode::WrongUsage, error.what());
     }
-}
-
-// One line instead of CLI11's several; the help texts are long.
-ExitCode complainOfUsage(const CLI::ParseError& error) {
-    return complain(ExitCode::WrongUsage, fmt::format("{} (see --help)", error.what()));
-}
-
-int parseAndRun(int argc, char** argv) {
-    CLI::App app("Looks into a simulator through the XPlaneOrvane plugin, and steers it.",
-                 "orvane");
-    app.footer(kFooter);
-    app.require_subcommand(1);
-    app.fallthrough();
-    GlobalOptions globals;
-    orvane::tool::declareGlobalOptions(app, globals);
-    Work work;
-    orvane::tool::addInfo(app, globals, work);
-    orvane::tool::addGet(app, globals, work);
-    orvane::tool::addSet(app, globals, work);
-    orvane::tool::addWatch(app, globals, work);
-    orvane::tool::addCommand(app, globals, work);
-    orvane::tool::addLatency(app, globals, work);
-    orvane::tool::addDrive(app, globals, work);
-    orvane::tool::addRecord(app, globals, work);
-    orvane::tool::addReplay(app, globals, work);
-    orvane::tool::addConfig(app, globals, work);
-    orvane::tool::addDump(app, globals, work);
-
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) {
-            return app.exit(error);
-        }
-        return static_cast<int>(complainOfUsage(error));
-    }
-    orvane::tool::catchInterrupts();
-    return static_cast<int>(run(work));
 }
 
 } // namespace
@@ -104,10 +138,5 @@ int parseAndRun(int argc, char** argv) {
 int main(int argc, char** argv) {
     // A reader that goes away, as `head` does, shows as a failed write.
     std::signal(SIGPIPE, SIG_IGN);
-    try {
-        return parseAndRun(argc, argv);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "orvane: %s\n", error.what());
-        return static_cast<int>(ExitCode::WrongUsage);
-    }
+    return static_cast<int>(run(argc, argv));
 }

@@ -1,3 +1,4 @@
+#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,7 +29,6 @@ using std::chrono::steady_clock;
 using Names = std::vector<std::string>;
 
 constexpr double kUsualInterval = 0.05;
-constexpr double kLongestHold = 86'400.0;
 
 constexpr const char* kCommandFooter =
     "Where the simulator lacks one of the commands, none is run, and the exit status is 3.\n"
@@ -73,6 +72,16 @@ constexpr const char* kObserveFooter =
     "  orvane command observe sim/autopilot/servos_toggle\n"
     "  orvane command observe --json -n 1 sim/operation/pause_toggle | jq -r .command";
 
+struct HoldOptions {
+    Names names;
+    double seconds = kSecondsPerDay;
+};
+
+struct ObserveOptions {
+    Names names;
+    Limits limits{.count = {}, .seconds = {}, .interval = kUsualInterval};
+};
+
 void checkDistinct(const Names& names) {
     std::set<std::string> seen;
     for (const std::string& name : names) {
@@ -107,10 +116,11 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
     return ExitCode::Done;
 }
 
-ExitCode hold(const GlobalOptions& globals, const Names& names, double seconds) {
+ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
+    const Names& names = options.names;
     checkDistinct(names);
     HeldCommands held(globals, names);
-    held.HoldUntil(steady_clock::now() + secondsOf(seconds));
+    held.HoldUntil(steady_clock::now() + secondsOf(options.seconds));
     recordActions(globals, names, "hold");
     return ExitCode::Done;
 }
@@ -125,18 +135,19 @@ void show(const CommandEvent& event, double seconds, RecordWriter& records) {
     }
 }
 
-ExitCode observe(const GlobalOptions& globals, const Names& names, const Limits& limits) {
-    checkDistinct(names);
+ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
+    const Limits& limits = options.limits;
+    checkDistinct(options.names);
     const auto begin = steady_clock::now();
     const auto end = endOf(limits);
     ReconnectingClient reconnecting(globals, end, [](const std::string& line) {
         tell(line.empty() ? "the simulator is back" : line);
     });
-    registerOrRefuse(reconnecting.Client(), names);
+    registerOrRefuse(reconnecting.Client(), options.names);
     RecordWriter records(globals.OutputFormat(), {"time", "command", "event"});
     CommandEvents events;
     std::uint64_t presses = 0;
-    while (!reconnecting.IsOver() && presses < limits.count.value_or(~std::uint64_t{0})) {
+    while (!reconnecting.IsOver() && presses < limits.MostTurns()) {
         const auto next = steady_clock::now() + secondsOf(limits.interval);
         std::vector<velmar::CommandReport> reports;
         reconnecting.Try([&] { reports = reconnecting.Client().pollPresses(); });
@@ -150,60 +161,48 @@ ExitCode observe(const GlobalOptions& globals, const Names& names, const Limits&
     return ExitCode::Done;
 }
 
-std::shared_ptr<Names> declareNames(CLI::App& command) {
-    auto names = std::make_shared<Names>();
-    command.add_option("NAME", *names, "Names of commands")->required();
-    return names;
+void declareNames(CLI::App& command, Names& names) {
+    command.add_option("NAME", names, "Names of commands")->required();
 }
 
-void addAction(CLI::App& parent, const GlobalOptions& globals, Work& work, const char* name,
-               const char* description, velmar::Action action, const char* footer) {
-    CLI::App* command = parent.add_subcommand(name, description);
-    const auto names = declareNames(*command);
-    command->footer(footer);
-    command->callback([&, names, action, name] {
-        work = [&, names, action, name] { return act(globals, *names, action, name); };
-    });
+void addAction(Subcommands& commands, const Description& description, velmar::Action action) {
+    const auto [command, names] =
+        commands.Add<Names>(description, [=](const GlobalOptions& globals, const Names& chosen) {
+            return act(globals, chosen, action, description.name);
+        });
+    declareNames(command, names);
 }
 
-void addHold(CLI::App& parent, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = parent.add_subcommand("hold", "Holds commands down for a time");
-    const auto names = declareNames(*command);
-    const auto seconds = std::make_shared<double>(kLongestHold);
+void addHold(Subcommands& commands) {
+    const auto [command, options] =
+        commands.Add<HoldOptions>({"hold", "Hold commands down for a time", kHoldFooter}, hold);
+    declareNames(command, options.names);
     command
-        ->add_option("-T,--seconds", *seconds, "How long; without it until Ctrl-C, at most a day")
-        ->check(CLI::Range(0.0, kLongestHold));
-    command->footer(kHoldFooter);
-    command->callback([&, names, seconds] {
-        work = [&, names, seconds] { return hold(globals, *names, *seconds); };
-    });
+        .add_option("-T,--seconds", options.seconds,
+                    "How long; without it until Ctrl-C, at most a day")
+        ->check(between(0.0, kSecondsPerDay, "0 and a day"))
+        ->type_name("SECONDS");
 }
 
-void addObserve(CLI::App& parent, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = parent.add_subcommand("observe", "Prints when commands are pressed");
-    const auto names = declareNames(*command);
-    const auto limits = std::make_shared<Limits>();
-    limits->interval = kUsualInterval;
-    declareLimits(*command, *limits, "presses");
-    command->footer(kObserveFooter);
-    command->callback([&, names, limits] {
-        work = [&, names, limits] { return observe(globals, *names, *limits); };
-    });
+void addObserve(Subcommands& commands) {
+    const auto [command, options] = commands.Add<ObserveOptions>(
+        {"observe", "Print when commands are pressed", kObserveFooter}, observe);
+    declareNames(command, options.names);
+    declareLimits(command, options.limits, "presses");
 }
 
 } // namespace
 
-void addCommand(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("command", "Runs and observes commands");
-    command->require_subcommand(1);
-    command->footer(kCommandFooter);
-    addAction(*command, globals, work, "once", "Runs commands, one after the other",
-              velmar::Action::Once, kOnceFooter);
-    addAction(*command, globals, work, "begin", "Presses commands and leaves them down",
-              velmar::Action::Begin, kBeginFooter);
-    addAction(*command, globals, work, "end", "Releases commands", velmar::Action::End, kEndFooter);
-    addHold(*command, globals, work);
-    addObserve(*command, globals, work);
+void addCommand(Subcommands& subcommands) {
+    Subcommands commands =
+        subcommands.AddGroup({"command", "Run and observe commands", kCommandFooter});
+    addAction(commands, {"once", "Run commands, one after the other", kOnceFooter},
+              velmar::Action::Once);
+    addAction(commands, {"begin", "Press commands and leave them down", kBeginFooter},
+              velmar::Action::Begin);
+    addAction(commands, {"end", "Release commands", kEndFooter}, velmar::Action::End);
+    addHold(commands);
+    addObserve(commands);
 }
 
 } // namespace orvane::tool

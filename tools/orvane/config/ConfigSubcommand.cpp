@@ -1,20 +1,13 @@
-#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/config/ConfigReader.h"
 #include "tools/orvane/config/ConfigText.h"
+#include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
 
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
-#include <memory>
-#include <system_error>
+#include <string>
 
 namespace orvane::tool {
 
@@ -26,46 +19,29 @@ using config::configColumns;
 using config::ConfigReport;
 using config::readConfig;
 
-constexpr const char* kConfigFooter =
-    "Exit status: 0 every line would be registered, 1 the file cannot be read, 3 a line would be\n"
-    "ignored. A name that the simulator has already is refused by the simulator; that is not seen\n"
-    "here.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg\n"
-    "  echo 'kyr/lamps int_array 8' | orvane config check --json -\n"
-    "  echo 'kyr/lamps int_array 0' | orvane config check - | grep ignored:\n"
-    "  cd build/run && orvane config check";
+constexpr Description kConfig{"config", "Check the plugin's configuration file",
+                              R"(Examples:
+  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg)"};
 
-constexpr const char* kDefaultFile = "./Resources/plugins/xplaneorvane_datarefs.cfg";
+constexpr Description kCheck{
+    "check", "Show what the plugin would register, line by line",
+    R"(Exit status 3 when a line would be ignored. A name that the simulator has already
+is refused by the simulator; that is not seen here.
 
-[[noreturn]] void cannotRead(const std::string& file, int error) {
-    throw Failure(ExitCode::WrongUsage,
-                  fmt::format("cannot read {}: {}", file, std::generic_category().message(error)));
-}
+Examples:
+  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg
+  echo 'kyr/lamps int_array 8' | orvane config check --json -
+  echo 'kyr/lamps int_array 0' | orvane config check - | grep ignored:
+  cd build/run && orvane config check)"};
 
-std::string readAll(std::istream& input) {
-    return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-}
+struct CheckOptions {
+    std::string file = "./Resources/plugins/xplaneorvane_datarefs.cfg";
+};
 
-std::string contentOf(const std::string& file) {
-    if (file == "-") {
-        return readAll(std::cin);
-    }
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored)) {
-        cannotRead(file, EISDIR);
-    }
-    errno = 0;
-    std::ifstream input(file, std::ios::binary);
-    if (!input.is_open()) {
-        cannotRead(file, errno);
-    }
-    return readAll(input);
-}
-
-ExitCode checkConfig(const std::string& file, Format format) {
-    const ConfigReport report = readConfig(contentOf(file));
+ExitCode check(const GlobalOptions& globals, const CheckOptions& options) {
+    const std::string& file = options.file;
+    const Format format = globals.OutputFormat();
+    const ConfigReport report = readConfig(readWholeFile(file));
     if (format == Format::Text) {
         for (const std::string& line : configAsLines(report, file)) {
             printLine(line);
@@ -80,19 +56,12 @@ ExitCode checkConfig(const std::string& file, Format format) {
 
 } // namespace
 
-void addConfig(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("config", "Looks after the plugin's configuration file");
-    command->require_subcommand(1);
-    command->footer(
-        "Example:\n  orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg");
-    CLI::App* check =
-        command->add_subcommand("check", "Says what the plugin would register, line by line");
-    const auto file = std::make_shared<std::string>(kDefaultFile);
-    check->add_option("FILE", *file, "The file; - for standard input")->capture_default_str();
-    check->footer(kConfigFooter);
-    check->callback([&globals, &work, file] {
-        work = [&globals, file] { return checkConfig(*file, globals.OutputFormat()); };
-    });
+void addConfig(Subcommands& subcommands) {
+    Subcommands config = subcommands.AddGroup(kConfig);
+    const auto [command, options] = config.Add<CheckOptions>(kCheck, check);
+    command.add_option("FILE", options.file, "- for standard input")
+        ->type_name("FILE")
+        ->capture_default_str();
 }
 
 } // namespace orvane::tool

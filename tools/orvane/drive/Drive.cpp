@@ -1,10 +1,13 @@
+#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/OutputOption.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/drive/DriveInput.h"
 #include "tools/orvane/drive/DriveOutput.h"
 #include "tools/orvane/drive/DriveSession.h"
 #include "tools/orvane/drive/ProfileReader.h"
-#include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/terminal/Progress.h"
 
@@ -12,7 +15,6 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -20,12 +22,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kLongestDriveSeconds = 31'536'000;
-constexpr double kSlowestRate = 0.01;
-constexpr double kFastestRate = 1000;
 constexpr double kShortestPeriod = 0.01;
-constexpr double kLongestPeriod = 86'400;
-constexpr std::uint64_t kMostExchanges = 1'000'000'000'000;
 
 constexpr const char* kDriveFooter =
     "A profile is a TOML file:\n"
@@ -56,7 +53,7 @@ constexpr const char* kDriveFooter =
     "\n"
     "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
     "a\n"
-    "name has on the wire. The page docs/client.md describes every key.\n"
+    "name has on the wire. The page docs/orvane.md describes every key.\n"
     "\n"
     "A table is CSV with the names of inputs on its first line, and whole numbers as they are "
     "sent:\n"
@@ -82,24 +79,11 @@ struct DriveOptions {
     std::string input;
     WaveformSettings waveform;
     std::optional<double> rate;
-    std::optional<double> seconds;
-    std::optional<std::uint64_t> count;
+    Limits limits;
     std::string file;
     bool force = false;
     bool reconnect = false;
-    // Whether these were given on the command line.
-    std::function<bool()> hasHost;
-    std::function<bool()> hasPort;
 };
-
-std::string profileText(const std::string& path) {
-    InputLines lines(path);
-    std::string content;
-    while (const std::optional<std::string> line = lines.Next()) {
-        content += *line + '\n';
-    }
-    return content;
-}
 
 ExitCode complainOf(const std::string& file, const Problems& problems) {
     fmt::print(stderr, "{}", problemLines(file, problems));
@@ -117,10 +101,10 @@ ExitCode reportChecked(const std::string& file, const Profile& profile) {
 Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
                       const Profile& profile) {
     Options result = globals.ForClient(options.reconnect ? OnLoss::Reconnect : OnLoss::Throw);
-    if (!options.hasHost()) {
+    if (!globals.hasHost) {
         result.host = profile.host.value_or(result.host);
     }
-    if (!options.hasPort()) {
+    if (!globals.hasPort) {
         result.port = profile.port.value_or(result.port);
     }
     return result;
@@ -129,14 +113,14 @@ Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
 DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
     DriveLimits limits;
     limits.rate = options.rate.value_or(profile.rate);
-    limits.seconds = options.seconds.value_or(limits.seconds);
-    limits.exchanges = options.count.value_or(limits.exchanges);
+    limits.seconds = options.limits.MostSeconds();
+    limits.exchanges = options.limits.MostTurns();
     return limits;
 }
 
-ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
+ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
     Problems problems;
-    const Profile profile = readProfile(profileText(options.profile), problems);
+    const Profile profile = readProfile(readWholeFile(options.profile), problems);
     if (!problems.empty()) {
         return complainOf(options.profile, problems);
     }
@@ -156,46 +140,39 @@ ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
 
 void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_option("PROFILE", options.profile, "The file that describes the session")
+        ->type_name("FILE")
         ->required();
     command.add_flag("--check", options.check, "Only say whether the profile is valid");
-    command.add_option("--input", options.input,
-                       "What to send: a table FILE.csv, - for one on standard input,\n"
-                       "or sine, triangle, square, sweep; nothing without it");
+    command
+        .add_option("--input", options.input,
+                    "What to send: a table, - for one on standard input, or a waveform; nothing "
+                    "without it")
+        ->type_name("FILE|-|sine|triangle|square|sweep");
     command
         .add_option("--period", options.waveform.periodSeconds, "Seconds of a waveform's period")
-        ->check(CLI::Range(kShortestPeriod, kLongestPeriod))
+        ->check(between(kShortestPeriod, kSecondsPerDay, "0.01 and a day"))
+        ->type_name("SECONDS")
         ->capture_default_str();
     command
         .add_option("--amplitude", options.waveform.amplitude,
-                    "Of a waveform; 1 is from end to end")
-        ->check(CLI::Range(0.0, 1.0))
+                    "Amplitude of a waveform, where 1 is from end to end")
+        ->check(between(0.0, 1.0))
+        ->type_name("RATIO")
         ->capture_default_str();
-    command.add_option("--rate", options.rate, "Exchanges per second, instead of the profile's")
-        ->check(CLI::Range(kSlowestRate, kFastestRate));
-    command.add_option("-n,--count", options.count, "End after so many exchanges")
-        ->check(CLI::Range(std::uint64_t{1}, kMostExchanges));
-    command.add_option("-T,--seconds", options.seconds, "End after so many seconds")
-        ->check(CLI::Range(0.0, kLongestDriveSeconds));
-    command.add_option("-o,--output", options.file,
-                       "Write the outputs to this file: CSV, or JSON with --json");
-    command.add_flag("--force", options.force, "Overwrite that file");
+    declareRate(command, options.rate, "Exchanges per second; the profile's if not given");
+    declareEnds(command, options.limits, "exchanges");
+    declareOutput(command, options.file, options.force,
+                  "Write the outputs to this file: CSV, or JSON with --json");
     command.add_flag("--reconnect", options.reconnect,
                      "Wait for the simulator when it goes away, and go on");
 }
 
 } // namespace
 
-void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* const command = app.add_subcommand(
-        "drive", "Plays a session that a profile describes: sends axes, prints outputs");
-    command->footer(kDriveFooter);
-    const auto options = std::make_shared<DriveOptions>();
-    options->hasHost = [&app] { return app.count("--host") > 0; };
-    options->hasPort = [&app] { return app.count("--port") > 0; };
-    declareOptions(*command, *options);
-    command->callback([options, &globals, &work] {
-        work = [options, &globals] { return drive(*options, globals); };
-    });
+void addDrive(Subcommands& subcommands) {
+    const auto [command, options] = subcommands.Add<DriveOptions>(
+        {"drive", "Play a session that a profile describes", kDriveFooter}, drive);
+    declareOptions(command, options);
 }
 
 } // namespace orvane::tool

@@ -38,7 +38,7 @@ std::optional<LinkType> linkOf(int dataLink) {
 }
 
 [[noreturn]] void complain(const std::string& path, const std::string& what) {
-    throw Failure(ExitCode::Nonsense, fmt::format("{}: {}", path, what));
+    throw Failure(ExitCode::UnexpectedAnswer, fmt::format("{}: {}", path, what));
 }
 
 } // namespace

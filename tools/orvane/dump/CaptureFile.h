@@ -19,12 +19,12 @@ public:
         ByteView bytes;          // valid until the next call
     };
 
-    // "-" is standard input. Failure with WrongUsage when the file cannot be opened, with Nonsense
-    // when it is no recording, or one of frames that are not known here.
+    // "-" is standard input. Failure with WrongUsage when the file cannot be opened, with
+    // UnexpectedAnswer when it is no recording, or one of frames that are not known here.
     explicit CaptureFile(const std::string& pathOfFile);
 
     LinkType Link() const { return link; }
-    // Nothing at the end. Failure with Nonsense when the recording is cut or damaged.
+    // Nothing at the end. Failure with UnexpectedAnswer when the recording is cut or damaged.
     std::optional<Frame> Next();
 
 private:

@@ -98,7 +98,7 @@ ExitCode dumpCapture(const DumpOptions& options, const GlobalOptions& globals) {
     decoder.Finish();
     // A read that was interrupted is no damage.
     if (!damage.empty() && !isInterrupted()) {
-        throw Failure(ExitCode::Nonsense, damage);
+        throw Failure(ExitCode::UnexpectedAnswer, damage);
     }
     return ExitCode::Done;
 }

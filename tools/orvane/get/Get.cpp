@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,20 +16,25 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr const char* kGetFooter =
-    "A dataref is NAME, NAME:TYPE or NAME:TYPE@UNIT. The types are int, float, byte, int[N] and\n"
-    "float[N], which is the first N elements. The server does not tell a dataref's type, and what\n"
-    "is read as another type than its own is 0: without a type, the first one is taken of float,\n"
-    "int, float[64] and int[64] that is not 0, and of an array the elements up to the last one\n"
-    "that is not 0. Give the type where 0 matters.\n"
-    "\n"
-    "One NAME prints its value alone; several print a line NAME=VALUE each, as \"set\" takes it.\n"
-    "A name that the simulator does not have makes the exit status 3; the others are printed.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane get sim/cockpit2/controls/yoke_pitch_ratio\n"
-    "  orvane get sim/time/paused:int 'sim/flightmodel/position/q:float[4]'\n"
-    "  orvane get --json sim/flightmodel/position/indicated_airspeed:float@kt";
+using Names = std::vector<std::string>;
+
+constexpr Description kGet{
+    "get", "Print the values of datarefs",
+    R"(A dataref is NAME, NAME:TYPE or NAME:TYPE@UNIT. The types are int, float, byte,
+int[N] and float[N], which is the first N elements. The server does not tell a
+dataref's type, and what is read as another type than its own is 0: without a
+type, the first one is taken of float, int, float[64] and int[64] that is not 0,
+and of an array the elements up to the last one that is not 0. Give the type
+where 0 matters.
+
+One NAME prints its value alone; several print a line NAME=VALUE each, as "set"
+takes it. A name that the simulator does not have makes the exit status 3; the
+others are printed.
+
+Examples:
+  orvane get sim/cockpit2/controls/yoke_pitch_ratio
+  orvane get sim/time/paused:int 'sim/flightmodel/position/q:float[4]'
+  orvane get --json sim/flightmodel/position/indicated_airspeed:float@kt)"};
 
 void print(const DatarefArgument& dataref, const velmar::Value& value, bool isAlone,
            RecordWriter& records) {
@@ -48,7 +52,7 @@ void print(const DatarefArgument& dataref, const velmar::Value& value, bool isAl
     printLine(label + valueText(value));
 }
 
-ExitCode get(const GlobalOptions& globals, const std::vector<std::string>& texts) {
+ExitCode get(const GlobalOptions& globals, const Names& texts) {
     const std::vector<DatarefArgument> arguments = parseDatarefArguments(texts);
     velmar::Client client(globals.ForClient());
     DatarefReader reader(client, arguments);
@@ -71,12 +75,9 @@ ExitCode get(const GlobalOptions& globals, const std::vector<std::string>& texts
 
 } // namespace
 
-void addGet(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("get", "Prints the values of datarefs");
-    const auto names = std::make_shared<std::vector<std::string>>();
-    command->add_option("NAME", *names, "NAME[:TYPE][@UNIT]")->required();
-    command->footer(kGetFooter);
-    command->callback([&, names] { work = [&, names] { return get(globals, *names); }; });
+void addGet(Subcommands& subcommands) {
+    const auto [command, names] = subcommands.Add<Names>(kGet, get);
+    command.add_option("NAME", names, "NAME[:TYPE][@UNIT]")->required();
 }
 
 } // namespace orvane::tool

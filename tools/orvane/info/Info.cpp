@@ -20,15 +20,18 @@ using std::chrono::steady_clock;
 
 constexpr int kRoundTrips = 5;
 
-constexpr const char* kInfoFooter =
-    "The version is that of the Tarnel protocol. The id is a hash of the aircraft's description;\n"
-    "there is none while no aircraft is loaded. Exit status 2: nobody listens there; 4: the\n"
-    "simulator does not answer, as when it loads scenery.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane info\n"
-    "  orvane info --host 192.0.2.7 --timeout 10\n"
-    "  orvane info --json | jq .aircraft_id";
+constexpr Description kInfo{
+    "info", "Show whether the plugin is reachable, its version and the aircraft",
+    R"(The version is that of the Tarnel protocol. The id is a hash of the aircraft's
+description; there is none while no aircraft is loaded. Exit status 2: nothing
+listens there; 4: the simulator does not answer, as when it loads scenery.
+
+Examples:
+  orvane info
+  orvane info --host 192.0.2.7 --timeout 10
+  orvane info --json | jq .aircraft_id)"};
+
+struct NoOptions {};
 
 struct ServerInfo {
     tarnel::Version version;
@@ -62,35 +65,35 @@ Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
             {"round_trip_ms", inThousandths(info.roundTripMs)}};
 }
 
-std::string textOf(const GlobalOptions& globals, const ServerInfo& info) {
+std::vector<std::string> linesOf(const GlobalOptions& globals, const ServerInfo& info) {
     const std::string aircraft =
         info.aircraftId != 0 ? "loaded, id " + aircraftText(info.aircraftId) : "none loaded";
-    return fmt::format("{:<12}{}:{}\n", "server", globals.host, globals.port) +
-           fmt::format("{:<12}{}, revision {}\n", "version", fmt::join(info.version.parts, "."),
-                       info.version.revision) +
-           fmt::format("{:<12}{}\n", "aircraft", aircraft) +
-           fmt::format("{:<12}{:.1f} ms, the median of {}\n", "round trip", info.roundTripMs,
-                       kRoundTrips);
+    return {fmt::format("{:<12}{}:{}", "server", globals.host, globals.port),
+            fmt::format("{:<12}{}, revision {}", "version", fmt::join(info.version.parts, "."),
+                        info.version.revision),
+            fmt::format("{:<12}{}", "aircraft", aircraft),
+            fmt::format("{:<12}{:.1f} ms, the median of {}", "round trip", info.roundTripMs,
+                        kRoundTrips)};
 }
 
-ExitCode info(const GlobalOptions& globals) {
+ExitCode info(const GlobalOptions& globals, const NoOptions& /*options*/) {
     const ServerInfo info = ask(globals);
     RecordWriter records(globals.OutputFormat(), {"host", "port", "version", "revision",
                                                   "aircraft_loaded", kAircraftId, "round_trip_ms"});
     if (records.IsWanted()) {
         records.Write(recordOf(globals, info));
-    } else {
-        writeOut(textOf(globals, info));
+        return ExitCode::Done;
+    }
+    for (const std::string& line : linesOf(globals, info)) {
+        printLine(line);
     }
     return ExitCode::Done;
 }
 
 } // namespace
 
-void addInfo(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("info", "Tells whether the plugin is there, and of it");
-    command->footer(kInfoFooter);
-    command->callback([&] { work = [&] { return info(globals); }; });
+void addInfo(Subcommands& subcommands) {
+    subcommands.Add<NoOptions>(kInfo, info);
 }
 
 } // namespace orvane::tool

@@ -1,3 +1,4 @@
+#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,9 +27,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr double kUsualSeconds = 5.0;
 constexpr double kShortestSeconds = 0.1;
-constexpr double kLongestSeconds = 86'400.0;
 constexpr std::size_t kLongestBar = 40;
 
 constexpr const char* kLatencyFooter =
@@ -43,6 +41,10 @@ constexpr const char* kLatencyFooter =
     "  orvane latency\n"
     "  orvane latency --seconds 30 --host 192.0.2.7\n"
     "  orvane latency --json | jq .framesPerSecond";
+
+struct LatencyOptions {
+    double seconds = 5.0;
+};
 
 struct Measurement {
     double seconds = 0.0;
@@ -135,8 +137,8 @@ std::string textOf(const Measurement& measured) {
     return text;
 }
 
-ExitCode latency(const GlobalOptions& globals, double seconds) {
-    const Measurement measured = measure(globals, seconds);
+ExitCode latency(const GlobalOptions& globals, const LatencyOptions& options) {
+    const Measurement measured = measure(globals, options.seconds);
     RecordWriter records(globals.OutputFormat(),
                          {"roundTrips", "seconds", "connectMs", "minMs", "p50Ms", "p90Ms", "p99Ms",
                           "maxMs", "framesPerSecond"});
@@ -150,15 +152,13 @@ ExitCode latency(const GlobalOptions& globals, double seconds) {
 
 } // namespace
 
-void addLatency(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command =
-        app.add_subcommand("latency", "Measures round trips and the simulator's frame rate");
-    const auto seconds = std::make_shared<double>(kUsualSeconds);
-    command->add_option("-T,--seconds", *seconds, "How long to measure")
-        ->check(CLI::Range(kShortestSeconds, kLongestSeconds))
+void addLatency(Subcommands& subcommands) {
+    const auto [command, options] = subcommands.Add<LatencyOptions>(
+        {"latency", "Measure round trips and the simulator's frame rate", kLatencyFooter}, latency);
+    command.add_option("-T,--seconds", options.seconds, "How long to measure")
+        ->check(between(kShortestSeconds, kSecondsPerDay, "0.1 and a day"))
+        ->type_name("SECONDS")
         ->capture_default_str();
-    command->footer(kLatencyFooter);
-    command->callback([&, seconds] { work = [&, seconds] { return latency(globals, *seconds); }; });
 }
 
 } // namespace orvane::tool

@@ -1,5 +1,7 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/OutputOption.h"
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefArgument.h"
@@ -13,8 +15,6 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <limits>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,34 +26,29 @@ namespace orvane::tool {
 namespace {
 
 constexpr double kUsualRate = 20;
-constexpr double kSlowestRecordRate = 0.001;
-constexpr double kFastestRecordRate = 1000;
-constexpr double kLongestRecordSeconds = 31'536'000;
-constexpr std::uint64_t kMostRows = 1'000'000'000'000;
 
-constexpr const char* kRecordFooter =
-    "A name is NAME:TYPE, as for \"orvane get\"; the types are found out where they are not given\n"
-    "and a value is not 0 at the start, else float is recorded. All datarefs of a row are read\n"
-    "together, and each row is written as a whole and at once: whatever ends a recording, its "
-    "file\n"
-    "is complete up to its last line. Ctrl-C is the usual end.\n"
-    "\n"
-    "The file is CSV: \"time\" in seconds, then a column for each dataref, headed NAME:TYPE. An "
-    "array\n"
-    "is one field in quotes. \"orvane replay\" writes it all back.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane record sim/flightmodel/position/theta:float -o theta.csv\n"
-    "  orvane record 'sim/flightmodel/position/q:float[4]' sim/time/zulu_time_sec:float \\\n"
-    "      --rate 50 -T 60 -o minute.csv";
+constexpr Description kRecord{
+    "record", "Record the values of datarefs in a file",
+    R"(A name is NAME:TYPE, as for "orvane get"; where no type is given and a value is
+not 0 at the start, the type is found out, else float is recorded. All datarefs
+of a row are read together, and each row is written as a whole and at once:
+whatever ends a recording, its file is complete up to its last line. Ctrl-C is
+the usual end.
+
+The file is CSV: "time" in seconds, then a column for each dataref, headed
+NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.
+
+Examples:
+  orvane record sim/flightmodel/position/theta:float -o theta.csv
+  orvane record 'sim/flightmodel/position/q:float[4]' sim/time/zulu_time_sec:float \
+      --rate 50 -T 60 -o minute.csv)"};
 
 struct RecordOptions {
     std::vector<std::string> names;
     std::string file;
     bool force = false;
-    double rate = kUsualRate;
-    double seconds = std::numeric_limits<double>::infinity();
-    std::uint64_t count = std::numeric_limits<std::uint64_t>::max();
+    std::optional<double> rate;
+    Limits limits;
 };
 
 // One run of the command.
@@ -61,7 +56,7 @@ class Recorder final {
 public:
     Recorder(const RecordOptions& recordOptions, const GlobalOptions& globals)
         : options(recordOptions),
-          client(clientOptions(globals)),
+          client(globals.ForClient()),
           reader(client, parseDatarefArguments(options.names)) {}
 
     ExitCode Run() {
@@ -86,12 +81,6 @@ public:
     }
 
 private:
-    static Options clientOptions(const GlobalOptions& globals) {
-        Options result = globals.ForClient();
-        result.cancelled = isInterrupted;
-        return result;
-    }
-
     void begin() {
         std::vector<velmar::Dataref> datarefs;
         for (const DatarefArgument& argument : reader.Known()) {
@@ -104,8 +93,10 @@ private:
     }
 
     void recordRows() {
-        Pace pace(options.rate);
-        while (rows < options.count && pace.Due() < options.seconds && pace.WaitUntil(pace.Due())) {
+        Pace pace(options.rate.value_or(kUsualRate));
+        const Limits& limits = options.limits;
+        while (rows < limits.MostTurns() && pace.Due() < limits.MostSeconds() &&
+               pace.WaitUntil(pace.Due())) {
             const std::vector<velmar::Value> values = client.read(names);
             elapsed = pace.Elapsed();
             file->Append(recordingRow(elapsed, values));
@@ -132,26 +123,18 @@ private:
     double elapsed = 0;
 };
 
+ExitCode record(const GlobalOptions& globals, const RecordOptions& options) {
+    return Recorder(options, globals).Run();
+}
+
 } // namespace
 
-void addRecord(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* const command =
-        app.add_subcommand("record", "Writes the values of datarefs to a file as time goes by");
-    command->footer(kRecordFooter);
-    const auto options = std::make_shared<RecordOptions>();
-    command->add_option("NAME", options->names, "What to record: NAME or NAME:TYPE")->required();
-    command->add_option("-o,--output", options->file, "The file")->required();
-    command->add_flag("--force", options->force, "Overwrite the file");
-    command->add_option("--rate", options->rate, "Rows per second")
-        ->check(CLI::Range(kSlowestRecordRate, kFastestRecordRate))
-        ->capture_default_str();
-    command->add_option("-n,--count", options->count, "End after so many rows")
-        ->check(CLI::Range(std::uint64_t{1}, kMostRows));
-    command->add_option("-T,--seconds", options->seconds, "End after so many seconds")
-        ->check(CLI::Range(0.0, kLongestRecordSeconds));
-    command->callback([options, &globals, &work] {
-        work = [options, &globals] { return Recorder(*options, globals).Run(); };
-    });
+void addRecord(Subcommands& subcommands) {
+    const auto [command, options] = subcommands.Add<RecordOptions>(kRecord, record);
+    command.add_option("NAME", options.names, "What to record: NAME or NAME:TYPE")->required();
+    declareOutput(command, options.file, options.force, "The file")->required();
+    declareRate(command, options.rate, "Rows per second; 20 if not given");
+    declareEnds(command, options.limits, "rows");
 }
 
 } // namespace orvane::tool

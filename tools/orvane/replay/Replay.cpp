@@ -1,3 +1,4 @@
+#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Pace.h"
@@ -12,7 +13,6 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,20 +26,22 @@ namespace {
 constexpr double kSlowest = 0.01;
 constexpr double kFastest = 1000;
 
-constexpr const char* kReplayFooter =
-    "The file is one of \"orvane record\". It is read to its end before anything is written, and\n"
-    "refused with exit status 5 when any line is wrong; a last line that was cut off is left out,\n"
-    "with a note. Ctrl-C ends a replay; the values stay as they are then.\n"
-    "\n"
-    "The simulator drops what it cannot write, and moves on what it moves by itself: at the end "
-    "the\n"
-    "datarefs are read once, and those that do not have their last values are named.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv\n"
-    "  orvane replay flight.csv\n"
-    "  orvane replay flight.csv --speed 4\n"
-    "  orvane replay flight.csv --loop";
+constexpr Description kReplay{
+    "replay", "Write recorded values back at the pace of their recording",
+    R"(The file is one of "orvane record". It is read to its end before anything is
+written, and refused with exit status 5 when any line is wrong; a last line that
+was cut off is left out, with a note. Ctrl-C ends a replay; the values stay as
+they are then.
+
+The simulator drops what it cannot write, and moves on what it moves by itself:
+at the end the datarefs are read once, and those that do not have their last
+values are named.
+
+Examples:
+  orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv
+  orvane replay flight.csv
+  orvane replay flight.csv --speed 4
+  orvane replay flight.csv --loop)"};
 
 struct ReplayOptions {
     std::string file;
@@ -136,13 +138,13 @@ private:
     std::size_t written = 0;
 };
 
-ExitCode replay(const ReplayOptions& options, const GlobalOptions& globals) {
+ExitCode replay(const GlobalOptions& globals, const ReplayOptions& options) {
     InputLines lines(options.file);
     Problems problems;
     Recording recording = readRecording(lines, problems);
     if (!problems.empty()) {
         fmt::print(stderr, "{}", problemLines(options.file, problems));
-        return ExitCode::Nonsense;
+        return ExitCode::UnexpectedAnswer;
     }
     if (recording.cutLine > 0) {
         printError(fmt::format("{}:{}: the line was cut off, and is left out", options.file,
@@ -153,23 +155,16 @@ ExitCode replay(const ReplayOptions& options, const GlobalOptions& globals) {
 
 } // namespace
 
-void addReplay(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* const command =
-        app.add_subcommand("replay", "Writes recorded values back at the pace of their recording");
-    command->footer(kReplayFooter);
-    const auto options = std::make_shared<ReplayOptions>();
-    command
-        ->add_option("FILE", options->file,
-                     "What \"orvane record\" wrote; - reads it from "
-                     "standard input")
+void addReplay(Subcommands& subcommands) {
+    const auto [command, options] = subcommands.Add<ReplayOptions>(kReplay, replay);
+    command.add_option("FILE", options.file, "What \"orvane record\" wrote; - for standard input")
+        ->type_name("FILE")
         ->required();
-    command->add_option("--speed", options->speed, "How many times as fast")
-        ->check(CLI::Range(kSlowest, kFastest))
+    command.add_option("--speed", options.speed, "How many times as fast")
+        ->check(between(kSlowest, kFastest))
+        ->type_name("FACTOR")
         ->capture_default_str();
-    command->add_flag("--loop", options->loop, "Begin again at the end, until Ctrl-C");
-    command->callback([options, &globals, &work] {
-        work = [options, &globals] { return replay(*options, globals); };
-    });
+    command.add_flag("--loop", options.loop, "Begin again at the end, until Ctrl-C");
 }
 
 } // namespace orvane::tool

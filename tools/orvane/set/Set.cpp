@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,21 +21,25 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr const char* kSetFooter =
-    "A dataref is NAME or NAME:TYPE. The types are int, float, byte, int[N] and float[N], which "
-    "is\n"
-    "the first N elements; the elements of an array are given with commas between them. Without a\n"
-    "type, a value is written as a float and, if it is whole, as an int until the dataref has it.\n"
-    "\n"
-    "Each value is read back. One that the simulator did not take - because the dataref cannot be\n"
-    "written, is of another type, or is set by the simulator itself - makes the exit status 3.\n"
-    "Where the simulator lacks one of the datarefs, nothing is written at all.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane set sim/time/zulu_time_sec=43200\n"
-    "  orvane set sim/operation/override/override_joystick:int=1 \\\n"
-    "      sim/joystick/yoke_pitch_ratio:float=0.25\n"
-    "  orvane set 'kyr/external_forcescalefactor_value:int[3]=100,100,80'";
+using Texts = std::vector<std::string>;
+
+constexpr Description kSet{
+    "set", "Write datarefs",
+    R"(A dataref is NAME or NAME:TYPE. The types are int, float, byte, int[N] and
+float[N], which is the first N elements; the elements of an array are given with
+commas between them. Without a type, a value is written as a float and, if it is
+whole, as an int until the dataref has it.
+
+Each value is read back. One that the simulator did not take - because the
+dataref cannot be written, is of another type, or is set by the simulator itself
+- makes the exit status 3. Where the simulator lacks one of the datarefs, nothing
+is written at all.
+
+Examples:
+  orvane set sim/time/zulu_time_sec=43200
+  orvane set sim/operation/override/override_joystick:int=1 \
+      sim/joystick/yoke_pitch_ratio:float=0.25
+  orvane set 'kyr/external_forcescalefactor_value:int[3]=100,100,80')"};
 
 constexpr const char* kOwnArrays =
     "; the plugin's own arrays refuse a write that reaches their last element";
@@ -70,7 +73,7 @@ void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
                      isOwnArray ? kOwnArrays : ""));
 }
 
-ExitCode set(const GlobalOptions& globals, const std::vector<std::string>& texts) {
+ExitCode set(const GlobalOptions& globals, const Texts& texts) {
     std::vector<Assignment> assignments;
     for (const DatarefArgument& argument : parseAssignments(texts)) {
         assignments.push_back(makeAssignment(argument));
@@ -88,12 +91,9 @@ ExitCode set(const GlobalOptions& globals, const std::vector<std::string>& texts
 
 } // namespace
 
-void addSet(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("set", "Writes datarefs");
-    const auto texts = std::make_shared<std::vector<std::string>>();
-    command->add_option("ASSIGNMENT", *texts, "NAME=VALUE or NAME:TYPE=VALUE")->required();
-    command->footer(kSetFooter);
-    command->callback([&, texts] { work = [&, texts] { return set(globals, *texts); }; });
+void addSet(Subcommands& subcommands) {
+    const auto [command, texts] = subcommands.Add<Texts>(kSet, set);
+    command.add_option("ASSIGNMENT", texts, "NAME=VALUE or NAME:TYPE=VALUE")->required();
 }
 
 } // namespace orvane::tool

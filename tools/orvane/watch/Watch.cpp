@@ -19,7 +19,6 @@
 #include <chrono>
 #include <cmath>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -176,16 +175,17 @@ private:
     std::optional<LiveScreen> screen;
 };
 
+ExitCode watch(const GlobalOptions& globals, const WatchOptions& options) {
+    return Watch(globals, options).Run();
+}
+
 } // namespace
 
-void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work) {
-    CLI::App* command = app.add_subcommand("watch", "Shows datarefs as they change");
-    const auto options = std::make_shared<WatchOptions>();
-    command->add_option("NAME", options->names, "NAME[:TYPE][@UNIT]")->required();
-    declareLimits(*command, options->limits, "readings");
-    command->footer(kWatchFooter);
-    command->callback(
-        [&, options] { work = [&, options] { return Watch(globals, *options).Run(); }; });
+void addWatch(Subcommands& subcommands) {
+    const auto [command, options] = subcommands.Add<WatchOptions>(
+        {"watch", "Show datarefs as they change", kWatchFooter}, watch);
+    command.add_option("NAME", options.names, "NAME[:TYPE][@UNIT]")->required();
+    declareLimits(command, options.limits, "readings");
 }
 
 } // namespace orvane::tool

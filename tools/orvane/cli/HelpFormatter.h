@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace orvane::tool {
+
+// What an option does, and what it is when it is not given; for the help and for the man page.
+std::string sentenceOn(const CLI::Option& option);
+
+// "--port PORT", or the names alone for an option without a value.
+std::string withValue(const std::string& names, const CLI::Option& option);
+
+// How the tool's help looks.
+class HelpFormatter final : public CLI::Formatter {
+public:
+    HelpFormatter();
+
+private:
+    std::string make_option_name(const CLI::Option* option, bool isPositional) const override;
+    std::string make_option_opts(const CLI::Option* option) const override;
+    std::string make_option_desc(const CLI::Option* option) const override;
+    std::string make_subcommand(const CLI::App* command) const override;
+    std::string make_footer(const CLI::App* app) const override;
+};
+
+} // namespace orvane::tool

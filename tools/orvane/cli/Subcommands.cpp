@@ -1,0 +1,30 @@
+#include "tools/orvane/cli/Subcommands.h"
+
+#include <CLI/CLI.hpp>
+
+namespace orvane::tool {
+
+namespace {
+
+CLI::App& describedIn(CLI::App& parent, const Description& description) {
+    CLI::App& command = *parent.add_subcommand(description.name, description.summary);
+    command.group("Commands");
+    command.footer(description.details);
+    return command;
+}
+
+} // namespace
+
+CLI::App& Subcommands::add(const Description& description, Work work) {
+    CLI::App& command = describedIn(parent, description);
+    command.callback([work = std::move(work), &toDo = chosen] { toDo = work; });
+    return command;
+}
+
+Subcommands Subcommands::AddGroup(const Description& description) {
+    CLI::App& group = describedIn(parent, description);
+    group.require_subcommand(1);
+    return {group, globals, chosen};
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,103 @@
+#include "tools/orvane/help/Completions.h"
+
+#include "tools/orvane/cli/CommandTree.h"
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace orvane::tool {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// Where the last word stands.
+struct Place {
+    const CLI::App* command = nullptr;
+    // Whose value it is, if it is one.
+    const CLI::Option* option = nullptr;
+};
+
+const CLI::Option* findOption(const CLI::App& app, const std::string& name) {
+    for (const CLI::Option* const option : allOptionsOf(app)) {
+        const Words names = namesOf(*option);
+        if (std::find(names.begin(), names.end(), name) != names.end()) {
+            return option;
+        }
+    }
+    return nullptr;
+}
+
+Place placeAfter(const CLI::App& app, const Words& words) {
+    Place place{&app, nullptr};
+    for (const std::string& word : words) {
+        // A shell may make three words of "--host=name".
+        if (std::exchange(place.option, word == "=" ? place.option : nullptr) != nullptr) {
+            continue;
+        }
+        const CLI::Option* const option = findOption(*place.command, word);
+        const CLI::App* const command = findSubcommand(*place.command, word);
+        if (option != nullptr && takesValue(*option)) {
+            place.option = option;
+        } else if (command != nullptr && command->get_name() != "help") {
+            // What can follow "help" is what can follow the tool's name.
+            place.command = command;
+        }
+    }
+    return place;
+}
+
+std::string candidate(const std::string& word, const std::string& meaning) {
+    return meaning.empty() ? word + "\n" : fmt::format("{}\t{}\n", word, meaning);
+}
+
+std::string valuesOf(const CLI::Option& option, const std::string& begin) {
+    std::string lines;
+    for (const std::string& each : CLI::detail::split(option.get_type_name(), '|')) {
+        const bool isWord = std::none_of(each.begin(), each.end(), [](unsigned char letter) {
+            return std::isupper(letter) != 0;
+        });
+        if (each == "FILE") {
+            lines += ":files\n";
+        } else if (isWord && each.starts_with(begin)) {
+            lines += candidate(each, "");
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+std::string completionsOf(const CLI::App& app, const Words& words) {
+    const std::string begin = words.empty() ? "" : words.back();
+    const Place place =
+        placeAfter(app, {words.begin(), words.empty() ? words.end() : words.end() - 1});
+    if (place.option != nullptr) {
+        return valuesOf(*place.option, begin == "=" ? "" : begin);
+    }
+    std::string lines;
+    const auto offer = [&](const std::string& word, const std::string& meaning) {
+        lines += word.starts_with(begin) ? candidate(word, meaning) : "";
+    };
+    if (begin.starts_with('-')) {
+        for (const CLI::Option* const option : allOptionsOf(*place.command)) {
+            for (const std::string& name : namesOf(*option)) {
+                offer(name, option->get_description());
+            }
+        }
+        return lines;
+    }
+    for (const CLI::App* const command : subcommandsOf(*place.command)) {
+        offer(command->get_name(), command->get_description());
+    }
+    for (const CLI::Option* const argument : argumentsOf(*place.command)) {
+        lines += valuesOf(*argument, begin);
+    }
+    return lines;
+}
+
+} // namespace orvane::tool
