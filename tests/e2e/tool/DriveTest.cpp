@@ -186,6 +186,17 @@ TEST_F(DriveTest, WritesTheOutputsToAFile) {
               "T,0,\"3,4\",false,B9852EB1\n");
 }
 
+TEST_F(DriveTest, WritesTheSameToStandardOutput) {
+    const ToolResult result = drive({"-n", "2", "-o", "-"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(withoutTimes(result.out),
+              "time,position,lamps,button,aircraft\n"
+              "T,0,\"3,4\",false,B9852EB1\n"
+              "T,0,\"3,4\",false,B9852EB1\n");
+    EXPECT_TRUE(std::regex_match(result.err, std::regex("standard output: 2 rows, \\d+ bytes\n")))
+        << result.err;
+}
+
 TEST_F(DriveTest, KeepsAFileThatIsThere) {
     directory.Write("out.csv", "precious\n");
     const ToolResult refused = drive({"-n", "1", "-o", "out.csv"});

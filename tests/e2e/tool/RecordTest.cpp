@@ -120,6 +120,33 @@ TEST_F(RecordTest, KeepsAFileThatIsThere) {
     EXPECT_TRUE(directory.Read("r.csv").starts_with("time,test/float:float\n"));
 }
 
+TEST_F(RecordTest, WritesToStandardOutputWithNothingBetweenTheRows) {
+    simulator->Ask("set test/float 0.25");
+    ToolSetting setting;
+    setting.hasErrTerminal = true;
+    setting.environment = {"TERM=xterm"};
+    const ToolResult result =
+        runTool({"record", "test/float:float", "-n", "20", "-o", "-"}, setting);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(std::regex_match(result.out,
+                                 std::regex("time,test/float:float\n(\\d+\\.\\d{3},0.25\n){20}")))
+        << result.out;
+    EXPECT_NE(result.err.find("\r\x1b[K0."), std::string::npos) << "progress: " << result.err;
+    EXPECT_NE(result.err.find("standard output: "), std::string::npos) << result.err;
+}
+
+TEST_F(RecordTest, ShowsNoProgressBetweenRowsOnATerminal) {
+    ToolSetting setting;
+    setting.hasTerminal = true;
+    setting.hasErrTerminal = true;
+    setting.environment = {"TERM=xterm"};
+    const ToolResult result =
+        runTool({"record", "test/float:float", "-n", "10", "-o", "-"}, setting);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out.find('\x1b'), std::string::npos) << result.out;
+    EXPECT_EQ(result.err.find('\x1b'), std::string::npos) << result.err;
+}
+
 TEST_F(RecordTest, RefusesUnknownTypes) {
     EXPECT_EQ(runTool({"record", "test/float:double", "-o", "r.csv"}).exitCode, 1);
     EXPECT_EQ(runTool({"record", "-o", "r.csv"}).exitCode, 1);

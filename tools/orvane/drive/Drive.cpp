@@ -161,8 +161,9 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
         ->capture_default_str();
     declareRate(command, options.rate, "Exchanges per second; the profile's if not given");
     declareEnds(command, options.limits, "exchanges");
-    declareOutput(command, options.file, options.force,
-                  "Write the outputs to this file: CSV, or JSON with --json");
+    declareOutput(
+        command, options.file, options.force,
+        "Write the outputs to this file, - for standard output: CSV, or JSON with --json");
     command.add_flag("--reconnect", options.reconnect,
                      "Wait for the simulator when it goes away, and go on");
 }

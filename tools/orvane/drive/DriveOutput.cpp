@@ -108,7 +108,7 @@ void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
 
 void DriveOutput::writeToFile(const Record& record, double seconds) {
     file->Append(format == Format::Json ? jsonText(record) : csvLine(columns, record));
-    if (status.IsDue()) {
+    if (!file->IsTerminal() && status.IsDue()) {
         status.Show(progressText(seconds, shown, file->Bytes()));
     }
 }
@@ -116,7 +116,8 @@ void DriveOutput::writeToFile(const Record& record, double seconds) {
 void DriveOutput::Finish() {
     status.Clear();
     if (file) {
-        fmt::print(stderr, "{}: {}, {}\n", path, rowsText(shown), sizeText(file->Bytes()));
+        printError(
+            fmt::format("{}: {}, {}", file->Name(), rowsText(shown), sizeText(file->Bytes())));
     } else if (isLive && shown > 0) {
         writeOut(lastText + "\n");
     }

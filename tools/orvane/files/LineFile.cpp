@@ -1,6 +1,7 @@
 #include "tools/orvane/files/LineFile.h"
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/Output.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -25,7 +26,12 @@ ssize_t writeOnce(int file, std::string_view text) {
 
 } // namespace
 
-LineFile::LineFile(const std::string& filePath, Existing existing) : path(filePath) {
+LineFile::LineFile(const std::string& path, Existing existing)
+    : name(path == "-" ? "standard output" : path) {
+    if (path == "-") {
+        file = STDOUT_FILENO;
+        return;
+    }
     const int whenThere = existing == Existing::Keep ? O_EXCL : O_TRUNC;
     file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | whenThere, kUsualMode);
     if (file == -1) {
@@ -36,20 +42,35 @@ LineFile::LineFile(const std::string& filePath, Existing existing) : path(filePa
 }
 
 LineFile::~LineFile() {
-    ::close(file);
+    if (!isStandardOutput()) {
+        ::close(file);
+    }
+}
+
+bool LineFile::IsTerminal() const {
+    return ::isatty(file) == 1;
 }
 
 void LineFile::Append(std::string_view line) {
     const std::string whole = std::string(line) + '\n';
-    const ssize_t written = writeOnce(file, whole);
-    if (written != static_cast<ssize_t>(whole.size())) {
-        const int error = written == -1 ? errno : ENOSPC;
-        if (written > 0) {
-            [[maybe_unused]] const int cut = ::ftruncate(file, static_cast<off_t>(bytes));
-        }
-        throw Failure(ExitCode::WrongUsage, fmt::format("{}: {}", path, std::strerror(error)));
+    if (isStandardOutput()) {
+        printData(line);
+    } else {
+        write(whole);
     }
     bytes += whole.size();
+}
+
+void LineFile::write(const std::string& line) const {
+    const ssize_t written = writeOnce(file, line);
+    if (written == static_cast<ssize_t>(line.size())) {
+        return;
+    }
+    const int error = written == -1 ? errno : ENOSPC;
+    if (written > 0) {
+        [[maybe_unused]] const int cut = ::ftruncate(file, static_cast<off_t>(bytes));
+    }
+    throw Failure(ExitCode::WrongUsage, fmt::format("{}: {}", name, std::strerror(error)));
 }
 
 } // namespace orvane::tool

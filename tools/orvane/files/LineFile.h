@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -7,7 +9,7 @@
 namespace orvane::tool {
 
 // A file that only ever has whole lines: each is written at once, and what a full disk cuts off is
-// taken back.
+// taken back. "-" stands for standard output.
 class LineFile final {
 public:
     enum class Existing { Keep, Overwrite };
@@ -18,13 +20,20 @@ public:
     LineFile(const LineFile&) = delete;
     LineFile& operator=(const LineFile&) = delete;
 
-    // The line without its end. Failure: did not fit.
+    // The line without its end. Failure: did not fit; ReaderGone, as for `writeOut`.
     void Append(std::string_view line);
 
     std::size_t Bytes() const { return bytes; }
+    // As messages name it.
+    const std::string& Name() const { return name; }
+    // Lines that show how it goes would come between its own.
+    bool IsTerminal() const;
 
 private:
-    const std::string path;
+    bool isStandardOutput() const { return file == STDOUT_FILENO; }
+    void write(const std::string& line) const;
+
+    const std::string name;
     int file = -1;
     std::size_t bytes = 0;
 };

@@ -21,7 +21,7 @@ void writeOut(std::string_view text) {
             throw ReaderGone();
         } else if (errno != EINTR) {
             throw Failure(ExitCode::WrongUsage,
-                          fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+                          fmt::format("standard output: {}", std::strerror(errno)));
         }
     }
 }
@@ -30,8 +30,8 @@ void printLine(std::string_view line) {
     writeOut(printable(line) + '\n');
 }
 
-void printData(const std::string& line) {
-    writeOut((::isatty(STDOUT_FILENO) == 1 ? printable(line) : line) + '\n');
+void printData(std::string_view line) {
+    writeOut((::isatty(STDOUT_FILENO) == 1 ? printable(line) : std::string(line)) + '\n');
 }
 
 void printError(std::string_view line) {

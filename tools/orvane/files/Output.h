@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <string>
 #include <string_view>
 
 namespace orvane::tool {
@@ -21,7 +20,7 @@ void writeOut(std::string_view text);
 void printLine(std::string_view line);
 
 // A line for machines: as it is, and escaped where standard output is a terminal after all.
-void printData(const std::string& line);
+void printData(std::string_view line);
 
 // A line for people on standard error.
 void printError(std::string_view line);

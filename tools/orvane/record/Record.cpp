@@ -37,11 +37,13 @@ the usual end.
 
 The file is CSV: "time" in seconds, then a column for each dataref, headed
 NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.
+With -o - the rows go to standard output, and the summary to standard error.
 
 Examples:
   orvane record sim/flightmodel/position/theta:float -o theta.csv
   orvane record 'sim/flightmodel/position/q:float[4]' sim/time/zulu_time_sec:float \
-      --rate 50 -T 60 -o minute.csv)"};
+      --rate 50 -T 60 -o minute.csv
+  orvane record sim/flightmodel/position/theta:float -n 3 -o - | tail -n 1)"};
 
 struct RecordOptions {
     std::vector<std::string> names;
@@ -101,7 +103,7 @@ private:
             elapsed = pace.Elapsed();
             file->Append(recordingRow(elapsed, values));
             ++rows;
-            if (status.IsDue()) {
+            if (!file->IsTerminal() && status.IsDue()) {
                 status.Show(progressText(elapsed, rows, file->Bytes()));
             }
             pace.Advance();
@@ -110,7 +112,7 @@ private:
 
     void summarize() {
         status.Clear();
-        printError(fmt::format("{}: {}", options.file, progressText(elapsed, rows, file->Bytes())));
+        printError(fmt::format("{}: {}", file->Name(), progressText(elapsed, rows, file->Bytes())));
     }
 
     const RecordOptions& options;
@@ -132,7 +134,8 @@ ExitCode record(const GlobalOptions& globals, const RecordOptions& options) {
 void addRecord(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<RecordOptions>(kRecord, record);
     command.add_option("NAME", options.names, "What to record: NAME or NAME:TYPE")->required();
-    declareOutput(command, options.file, options.force, "The file")->required();
+    declareOutput(command, options.file, options.force, "The file; - for standard output")
+        ->required();
     declareRate(command, options.rate, "Rows per second; 20 if not given");
     declareEnds(command, options.limits, "rows");
 }
