@@ -114,6 +114,10 @@ void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setti
     check(posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO), "stdin");
     check(posix_spawn_file_actions_adddup2(&actions, outChannel.theirs, STDOUT_FILENO), "stdout");
     check(posix_spawn_file_actions_adddup2(&actions, errChannel.theirs, STDERR_FILENO), "stderr");
+    if (setting.hasFullDisk) {
+        check(posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/full", O_WRONLY, 0),
+              "/dev/full");
+    }
     const int error = posix_spawn(&pid, ORVANE_TOOL, &actions, nullptr,
                                   pointersTo(arguments).data(), pointersTo(environment).data());
     posix_spawn_file_actions_destroy(&actions);

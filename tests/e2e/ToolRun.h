@@ -19,6 +19,8 @@ struct ToolSetting {
     bool hasTerminal = false;
     // The same for standard error.
     bool hasErrTerminal = false;
+    // Standard output is a file on a disk that is full.
+    bool hasFullDisk = false;
     // What stands ready on standard input, which then ends.
     std::string input;
     // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed
