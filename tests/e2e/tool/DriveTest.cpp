@@ -68,23 +68,24 @@ TEST_F(DriveTest, SendsATableAndPrintsTheOutputsFromBeforeEachRow) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(withoutTimes(result.out),
-              "time,position,lamps,button,aircraft\n"
-              "T,0,\"3,4\",false,B9852EB1\n"
-              "T,1,\"3,4\",false,B9852EB1\n"
-              "T,-1,\"3,4\",false,B9852EB1\n");
+              "time,position,lamps,button,aircraft_id\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n"
+              "T,1,\"3,4\",false,0xB9852EB1\n"
+              "T,-1,\"3,4\",false,0xB9852EB1\n");
     EXPECT_EQ(simulator->Get("test/int"), "8");
 }
 
 TEST_F(DriveTest, PrintsLinesForPeopleAndForMachines) {
     directory.Write("t.csv", "axis\n65535\n");
     EXPECT_EQ(withoutTimes(drive({"--input", "t.csv"}).out),
-              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\n"
-              "T position=1 lamps=3,4 button=false aircraft=B9852EB1\n");
+              "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\n"
+              "T position=1 lamps=3,4 button=false aircraft_id=0xB9852EB1\n");
     simulator->Ask("aircraft unload");
-    EXPECT_EQ(withoutTimes(drive({"-n", "1", "--json"}).out),
-              "{\"time\":T,\"position\":0.0,\"lamps\":[0,0],\"button\":false,\"aircraft\":null}\n");
+    EXPECT_EQ(
+        withoutTimes(drive({"-n", "1", "--json"}).out),
+        "{\"time\":T,\"position\":0.0,\"lamps\":[0,0],\"button\":false,\"aircraft_id\":null}\n");
     EXPECT_EQ(withoutTimes(drive({"-n", "1"}).out),
-              "T position=0 lamps=0,0 button=false aircraft=none\n");
+              "T position=0 lamps=0,0 button=false aircraft_id=none\n");
 }
 
 TEST_F(DriveTest, MovesAxesWithAWaveformAndNothingElse) {
@@ -94,9 +95,9 @@ TEST_F(DriveTest, MovesAxesWithAWaveformAndNothingElse) {
     EXPECT_EQ(simulator->Get("test/int"), "0");
     EXPECT_TRUE(hasEvents(" begin=0 "));
     EXPECT_EQ(withoutTimes(result.out),
-              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\n"
-              "T position=0.49999237 lamps=3,4 button=false aircraft=B9852EB1\n"
-              "T position=0.49999237 lamps=3,4 button=false aircraft=B9852EB1\n");
+              "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\n"
+              "T position=0.49999237 lamps=3,4 button=false aircraft_id=0xB9852EB1\n"
+              "T position=0.49999237 lamps=3,4 button=false aircraft_id=0xB9852EB1\n");
 }
 
 TEST_F(DriveTest, TakesRowsFromStandardInput) {
@@ -180,19 +181,19 @@ TEST_F(DriveTest, WritesTheOutputsToAFile) {
     EXPECT_TRUE(std::regex_match(result.err, std::regex("out\\.csv: 3 rows, \\d+ bytes\n")))
         << result.err;
     EXPECT_EQ(withoutTimes(directory.Read("out.csv")),
-              "time,position,lamps,button,aircraft\n"
-              "T,0,\"3,4\",false,B9852EB1\n"
-              "T,0,\"3,4\",false,B9852EB1\n"
-              "T,0,\"3,4\",false,B9852EB1\n");
+              "time,position,lamps,button,aircraft_id\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n");
 }
 
 TEST_F(DriveTest, WritesTheSameToStandardOutput) {
     const ToolResult result = drive({"-n", "2", "-o", "-"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(withoutTimes(result.out),
-              "time,position,lamps,button,aircraft\n"
-              "T,0,\"3,4\",false,B9852EB1\n"
-              "T,0,\"3,4\",false,B9852EB1\n");
+              "time,position,lamps,button,aircraft_id\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n"
+              "T,0,\"3,4\",false,0xB9852EB1\n");
     EXPECT_TRUE(std::regex_match(result.err, std::regex("standard output: 2 rows, \\d+ bytes\n")))
         << result.err;
 }
@@ -221,7 +222,7 @@ TEST_F(DriveTest, EndsWhenTheSimulatorDoesAndKeepsTheFile) {
 
 TEST_F(DriveTest, GoesOnWhenTheSimulatorIsBack) {
     ToolRun run({"drive", "p.toml", "--reconnect"});
-    run.WaitForOut("aircraft=B9852EB1");
+    run.WaitForOut("aircraft_id=0xB9852EB1");
     simulator->Quit();
     run.WaitForErr("orvane: 127.0.0.1:48000: ");
     fly();
@@ -238,7 +239,8 @@ TEST_F(DriveTest, LeavesTheLastValuesOnATerminal) {
                 {.hasTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(std::regex_match(
-        result.out, std::regex("[0-9.]+ position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n")))
+        result.out,
+        std::regex("[0-9.]+ position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n")))
         << result.out;
 }
 

@@ -15,14 +15,14 @@ protected:
 };
 
 TEST_F(LatencyTest, TellsTheFrameRateOfTheSimulator) {
-    for (const int framesPerSecond : {50, 100}) {
-        fly(std::to_string(framesPerSecond));
+    for (const int frames_per_second : {50, 100}) {
+        fly(std::to_string(frames_per_second));
         const nlohmann::json measured = measure("2");
-        EXPECT_NEAR(measured["framesPerSecond"].get<double>(), framesPerSecond,
-                    0.05 * framesPerSecond)
+        EXPECT_NEAR(measured["frames_per_second"].get<double>(), frames_per_second,
+                    0.05 * frames_per_second)
             << measured.dump();
-        EXPECT_NEAR(measured["p50Ms"].get<double>(), 2000.0 / framesPerSecond,
-                    0.1 * 2000.0 / framesPerSecond)
+        EXPECT_NEAR(measured["p50_ms"].get<double>(), 2000.0 / frames_per_second,
+                    0.1 * 2000.0 / frames_per_second)
             << measured.dump();
     }
 }
@@ -33,12 +33,12 @@ TEST_F(LatencyTest, CountsEveryRoundTrip) {
     for (const nlohmann::json& bucket : measured["histogram"]) {
         counted += bucket["count"].get<std::size_t>();
     }
-    EXPECT_EQ(counted, measured["roundTrips"].get<std::size_t>());
+    EXPECT_EQ(counted, measured["round_trips"].get<std::size_t>());
     EXPECT_GT(counted, 5U);
-    EXPECT_LE(measured["minMs"].get<double>(), measured["p50Ms"].get<double>());
-    EXPECT_LE(measured["p50Ms"].get<double>(), measured["p90Ms"].get<double>());
-    EXPECT_LE(measured["p90Ms"].get<double>(), measured["p99Ms"].get<double>());
-    EXPECT_LE(measured["p99Ms"].get<double>(), measured["maxMs"].get<double>());
+    EXPECT_LE(measured["min_ms"].get<double>(), measured["p50_ms"].get<double>());
+    EXPECT_LE(measured["p50_ms"].get<double>(), measured["p90_ms"].get<double>());
+    EXPECT_LE(measured["p90_ms"].get<double>(), measured["p99_ms"].get<double>());
+    EXPECT_LE(measured["p99_ms"].get<double>(), measured["max_ms"].get<double>());
 }
 
 TEST_F(LatencyTest, DrawsAHistogram) {
@@ -62,7 +62,7 @@ TEST_F(LatencyTest, TellsWhatItHasAtAnInterrupt) {
     const ToolResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_TRUE(result.out.starts_with(
-        "roundTrips,seconds,connectMs,minMs,p50Ms,p90Ms,p99Ms,maxMs,framesPerSecond\n"))
+        "round_trips,seconds,connect_ms,min_ms,p50_ms,p90_ms,p99_ms,max_ms,frames_per_second\n"))
         << result.out;
 }
 

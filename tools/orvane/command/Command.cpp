@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <set>
 #include <string>
 #include <vector>
@@ -127,11 +126,11 @@ ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
 
 void show(const CommandEvent& event, double seconds, RecordWriter& records) {
     if (records.IsWanted()) {
-        records.Write({{"time", std::round(seconds * 1000.0) / 1000.0},
+        records.Write({{"time", inThousandths(seconds)},
                        {"command", event.command},
                        {"event", nameOf(event.kind)}});
     } else {
-        writeOut(fmt::format("{:.3f} {} {}\n", seconds, event.command, nameOf(event.kind)));
+        printLine(fmt::format("{:.3f} {} {}", seconds, event.command, nameOf(event.kind)));
     }
 }
 

@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cmath>
 #include <cstdio>
 #include <variant>
 
@@ -25,23 +24,12 @@ Record jsonOf(const Value& value) {
     return valueJson(velmar::Value(value));
 }
 
-// As in a line of CSV, but never in quotes.
-std::string cellText(const Record& field) {
-    const std::string text = csvLine({"field"}, Record{{"field", field}});
-    return text.starts_with('"') ? text.substr(1, text.size() - 2) : text;
-}
-
-double inMilliseconds(double seconds) {
-    constexpr double kMsPerSecond = 1000;
-    return std::round(seconds * kMsPerSecond) / kMsPerSecond;
-}
-
 std::vector<std::string> columnsOf(const Profile& profile) {
     std::vector<std::string> columns{"time"};
     for (const ProfileOutput& output : profile.outputs) {
         columns.push_back(output.name);
     }
-    columns.emplace_back("aircraft");
+    columns.emplace_back(kAircraftId);
     return columns;
 }
 
@@ -70,23 +58,23 @@ void DriveOutput::Begin() {
 
 Record DriveOutput::recordOf(double seconds, const tarnel::Answer& answer) const {
     Record record;
-    record["time"] = inMilliseconds(seconds);
+    record["time"] = inThousandths(seconds);
     for (const ProfileOutput& output : profile.outputs) {
         record[output.name] =
             std::visit([](const auto& value) { return jsonOf(value); }, answer.at(output.id));
     }
-    record["aircraft"] =
-        answer.isAircraftLoaded() ? Record(fmt::format("{:08X}", answer.aircraftId)) : Record();
+    record[kAircraftId] = aircraftRecord(answer.isAircraftLoaded() ? answer.aircraftId : 0);
     return record;
 }
 
 std::string DriveOutput::textOf(const Record& record) const {
     std::string text = fmt::format("{:.3f}", record.at("time").get<double>());
     for (const ProfileOutput& output : profile.outputs) {
-        text += fmt::format(" {}={}", output.name, cellText(record.at(output.name)));
+        text += fmt::format(" {}={}", output.name, fieldText(output.name, record.at(output.name)));
     }
-    const Record& aircraft = record.at("aircraft");
-    return text + " aircraft=" + (aircraft.is_null() ? "none" : aircraft.get<std::string>());
+    const Record& aircraft = record.at(kAircraftId);
+    return text + fmt::format(" {}={}", kAircraftId,
+                              aircraft.is_null() ? "none" : fieldText(kAircraftId, aircraft));
 }
 
 void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
@@ -102,7 +90,7 @@ void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
             status.Show(lastText);
         }
     } else {
-        writeOut(textOf(record) + "\n");
+        printLine(textOf(record));
     }
 }
 
@@ -119,7 +107,7 @@ void DriveOutput::Finish() {
         printError(
             fmt::format("{}: {}, {}", file->Name(), rowsText(shown), sizeText(file->Bytes())));
     } else if (isLive && shown > 0) {
-        writeOut(lastText + "\n");
+        printLine(lastText);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "tools/orvane/drive/InputNames.h"
 
+#include "tools/orvane/files/RecordWriter.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -32,7 +34,7 @@ std::optional<std::string> readColumnName(ProfileTable& table) {
     if (!name) {
         return std::nullopt;
     }
-    if (name->empty() || *name == "time" || *name == "aircraft") {
+    if (name->empty() || *name == "time" || *name == kAircraftId) {
         table.ComplainAt("name", fmt::format("\"{}\" cannot be a name", *name));
         return std::nullopt;
     }

@@ -40,7 +40,7 @@ constexpr const char* kLatencyFooter =
     "Examples:\n"
     "  orvane latency\n"
     "  orvane latency --seconds 30 --host 192.0.2.7\n"
-    "  orvane latency --json | jq .framesPerSecond";
+    "  orvane latency --json | jq .frames_per_second";
 
 struct LatencyOptions {
     double seconds = 5.0;
@@ -85,30 +85,26 @@ Measurement measure(const GlobalOptions& globals, double seconds) {
     return result;
 }
 
-// To microseconds; more digits would be noise.
-double rounded(double number) {
-    return std::round(number * 1000.0) / 1000.0;
-}
-
 Record recordOf(const Measurement& measured) {
     const std::vector<double>& times = measured.roundTripsMs;
-    Record record{{"roundTrips", times.size()},
-                  {"seconds", rounded(measured.seconds)},
-                  {"connectMs", rounded(measured.connect.count())},
-                  {"minMs", rounded(percentile(times, 0.0))},
-                  {"p50Ms", rounded(percentile(times, 50.0))},
-                  {"p90Ms", rounded(percentile(times, 90.0))},
-                  {"p99Ms", rounded(percentile(times, 99.0))},
-                  {"maxMs", rounded(percentile(times, 100.0))},
-                  {"framesPerSecond", nullptr}};
+    Record record{{"round_trips", times.size()},
+                  {"seconds", inThousandths(measured.seconds)},
+                  {"connect_ms", inThousandths(measured.connect.count())},
+                  {"min_ms", inThousandths(percentile(times, 0.0))},
+                  {"p50_ms", inThousandths(percentile(times, 50.0))},
+                  {"p90_ms", inThousandths(percentile(times, 90.0))},
+                  {"p99_ms", inThousandths(percentile(times, 99.0))},
+                  {"max_ms", inThousandths(percentile(times, 100.0))},
+                  {"frames_per_second", nullptr}};
     if (measured.framesPerSecond > 0.0) {
-        record["framesPerSecond"] = rounded(measured.framesPerSecond);
+        record["frames_per_second"] = inThousandths(measured.framesPerSecond);
     }
     Record buckets = Record::array();
     for (const Bucket& bucket : histogram(times)) {
-        buckets.push_back({{"fromMs", rounded(bucket.from)},
-                           {"toMs", std::isinf(bucket.to) ? Record() : Record(rounded(bucket.to))},
-                           {"count", bucket.count}});
+        buckets.push_back(
+            {{"from_ms", inThousandths(bucket.from)},
+             {"to_ms", std::isinf(bucket.to) ? Record() : Record(inThousandths(bucket.to))},
+             {"count", bucket.count}});
     }
     record["histogram"] = std::move(buckets);
     return record;
@@ -140,8 +136,8 @@ std::string textOf(const Measurement& measured) {
 ExitCode latency(const GlobalOptions& globals, const LatencyOptions& options) {
     const Measurement measured = measure(globals, options.seconds);
     RecordWriter records(globals.OutputFormat(),
-                         {"roundTrips", "seconds", "connectMs", "minMs", "p50Ms", "p90Ms", "p99Ms",
-                          "maxMs", "framesPerSecond"});
+                         {"round_trips", "seconds", "connect_ms", "min_ms", "p50_ms", "p90_ms",
+                          "p99_ms", "max_ms", "frames_per_second"});
     if (records.IsWanted()) {
         records.Write(recordOf(measured));
     } else {

@@ -17,7 +17,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -80,7 +79,7 @@ public:
         }
         client.Try([this] { reader.FindTypes(); });
         auto next = steady_clock::now();
-        while (!client.IsOver() && readings < options.limits.count.value_or(~std::uint64_t{0})) {
+        while (!client.IsOver() && readings < options.limits.MostTurns()) {
             if (client.Try([this] { read(); })) {
                 show();
             }
@@ -118,7 +117,7 @@ private:
                 draw();
             }
         } else if (records.IsWanted()) {
-            Record record{{"time", rounded(seconds())}};
+            Record record{{"time", inThousandths(seconds())}};
             for (std::size_t i = 0; i < values.size(); ++i) {
                 record[reader.Known()[i].name] = valueJson(values[i]);
             }
@@ -128,7 +127,7 @@ private:
             for (std::size_t i = 0; i < values.size(); ++i) {
                 line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
             }
-            writeOut(line + "\n");
+            printLine(line);
         }
     }
 
@@ -154,7 +153,6 @@ private:
     double seconds() const {
         return std::chrono::duration<double>(steady_clock::now() - begin).count();
     }
-    static double rounded(double number) { return std::round(number * 1000.0) / 1000.0; }
 
     const GlobalOptions& globals;
     const WatchOptions& options;

@@ -238,8 +238,8 @@ TEST(ProfileReaderTest, ReportsNamesThatAreMissingOrNotPossible) {
               "p:2:8: \"\" cannot be a name\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = \"time\"\n" + std::string(kFloat)),
               "p:2:8: \"time\" cannot be a name\n");
-    EXPECT_EQ(problemsOf("[[output]]\nname = \"aircraft\"\n" + std::string(kFloat)),
-              "p:2:8: \"aircraft\" cannot be a name\n");
+    EXPECT_EQ(problemsOf("[[output]]\nname = \"aircraft_id\"\n" + std::string(kFloat)),
+              "p:2:8: \"aircraft_id\" cannot be a name\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = \"a\\nb\"\n" + std::string(kFloat)),
               "p:2:8: a name has no control characters\n");
 }
