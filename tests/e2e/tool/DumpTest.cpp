@@ -2,7 +2,7 @@
 #include <regex>
 
 #include "e2e/EndToEndTest.h"
-#include "e2e/LoopbackCapture.h"
+#include "e2e/dissector/LoopbackCapture.h"
 #include "e2e/ToolRun.h"
 #include "support/VelmarMessages.h"
 

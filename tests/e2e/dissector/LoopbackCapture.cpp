@@ -1,4 +1,4 @@
-#include "e2e/LoopbackCapture.h"
+#include "e2e/dissector/LoopbackCapture.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

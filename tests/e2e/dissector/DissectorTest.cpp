@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
-#include "e2e/LoopbackCapture.h"
-#include "e2e/Tshark.h"
+#include "e2e/dissector/LoopbackCapture.h"
+#include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
 // What Wireshark shows of real exchanges, captured on the wire between a client and the plugin.

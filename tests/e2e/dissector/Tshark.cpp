@@ -1,4 +1,4 @@
-#include "e2e/Tshark.h"
+#include "e2e/dissector/Tshark.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "e2e/DrawnCapture.h"
+#include "e2e/dissector/DrawnCapture.h"
 
 #include <pcap/pcap.h>
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+#include "e2e/dissector/DrawnCapture.h"
+#include "support/Bytes.h"
+#include "support/TarnelMessages.h"
+#include "support/TemporaryDirectory.h"
+
+// A capture that a test draws, and the requests and answers that most of them begin with.
+class DrawnCaptureTest : public testing::Test {
+protected:
+    static Bytes tarnel(const Bytes& message);
+    static Bytes velmar(std::initializer_list<Bytes> packets);
+
+    // One int output, 1, "test/int", and an input, 7, for it; 628 bytes.
+    static Bytes definitions();
+    static Bytes data(std::int32_t value);
+    // The answer to both.
+    static Bytes outputs(const char* value);
+
+    // The float dataref 7, "test/float"; 31 bytes.
+    static Bytes registration();
+    static Bytes registrationAnswer();
+
+    TemporaryDirectory directory;
+    DrawnCapture capture{"drawn.pcap"};
+};
+
+inline const Bytes kTarnel = fromHex("11 22 33 44");
+inline const Bytes kVelmar = fromHex("55 66 77 88");
+// The answer of a connection that has declared nothing.
+inline const Bytes kEmptyOutputs = fromHex("0C 00 00 00 FF FF 00 00 04 00 00 00 01 02 03 04");

@@ -1,0 +1,90 @@
+#include <gmock/gmock.h>
+
+#include "e2e/dissector/DrawnCaptureTest.h"
+#include "e2e/dissector/Tshark.h"
+#include "support/VelmarMessages.h"
+
+// What Wireshark shows of captures that lack something.
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using GapsTest = DrawnCaptureTest;
+
+const std::string kGap = "[TCP ACKed unseen segment] [TCP Previous segment not captured] ";
+
+TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
+    capture.JoinConnection();
+    capture.FromServer(fromHex("01 02 03"));
+    capture.JoinConnection();
+    capture.FromClient(fromHex("01 02 03 04 05 06 07 08"));
+    capture.FromClient(data(5));
+    capture.FromServer(outputs("01 00 00 00"));
+    capture.FromClient(
+        velmar({writeDataref(7, fromHex("01 02 03 04")), readDataref(7), runCommand(3, 1)}));
+    capture.FromServer(
+        fromHex("20 00 00 00 06 00 00 00 07 00 00 00 01 00 00 00 "
+                "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00 01 02 03 04"));
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        fieldsOf(file, {"_ws.col.Info", "orvane.velmar.value", "orvane.tarnel.aircraft.id"},
+                 "frame.number > 2"),
+        ElementsAre("Tarnel DATA 1 item||", "Tarnel answer: outputs||0x04030201",
+                    "Velmar: write dataref 7, read dataref 7, run command 3|01020304|",
+                    "Velmar answer: write dataref 7: ok, read dataref 7 = 4 bytes|01020304|"));
+    EXPECT_THAT(expertsOf(file),
+                ElementsAre("2 Note: no identification: the capture begins within a request",
+                            "5 Note: registered before the capture begins"));
+}
+
+TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
+    capture.Connect();
+    capture.MissFromClient(definitions());
+    capture.MissFromServer(outputs("00 00 00 00"));
+    capture.FromClient(data(5));
+    capture.FromServer(outputs("00 00 00 00"));
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"_ws.col.Info", "orvane.request_in"}),
+                ElementsAre(kGap + "Tarnel DATA 1 item|", kGap + "Tarnel answer: outputs|4"));
+    EXPECT_THAT(expertsOf(file),
+                ElementsAre("4 Note: bytes before this segment are not in the capture"));
+}
+
+TEST_F(GapsTest, LinksNoAnswerToARequestFromBeforeAGap) {
+    capture.Connect();
+    capture.FromClient(data(5));
+    capture.MissFromServer(kEmptyOutputs);
+    capture.FromClient(data(6));
+    capture.FromServer(kEmptyOutputs);
+    capture.Connect();
+    capture.FromClient(data(5));
+    capture.MissFromServer(kEmptyOutputs);
+    capture.MissFromClient(data(6));
+    capture.FromClient(data(7));
+    capture.FromServer(kEmptyOutputs);
+    EXPECT_THAT(
+        fieldsOf(capture.Finish(), {"frame.number", "orvane.request_in"}, "orvane.tarnel.aircraft"),
+        ElementsAre("6|5", "12|11"));
+}
+
+TEST_F(GapsTest, GoesOnBehindPacketsThatWereCapturedInPart) {
+    capture.Connect();
+    capture.PartOfFromClient(definitions(), 60);
+    capture.PartOfFromServer(outputs("01 00 00 00"), 12);
+    capture.FromClient(data(5));
+    capture.FromServer(outputs("02 00 00 00"));
+    capture.PartOfFromClient(velmar({registerDataref(7, 2, 0, "test/float")}), 10);
+    capture.PartOfFromServer(registrationAnswer(), 2);
+    const auto file = capture.Finish();
+    EXPECT_THAT(infosOf(file), ElementsAre("Tarnel DEFINITIONS 1 input, 1 output",
+                                           "Tarnel answer: outputs", "Tarnel DATA 1 item",
+                                           "Tarnel answer: outputs", "Velmar", "not decoded"));
+    EXPECT_THAT(expertsOf(file,
+                          "orvane.expert.ends_process or orvane.expert.lost_place or "
+                          "orvane.expert.mismatch"),
+                IsEmpty());
+}
+
+} // namespace

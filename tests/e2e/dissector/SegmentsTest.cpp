@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+
+#include "e2e/dissector/DrawnCaptureTest.h"
+#include "e2e/dissector/Tshark.h"
+#include "support/VelmarMessages.h"
+
+// What Wireshark shows of requests and answers that a network spread over segments in another way.
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using SegmentsTest = DrawnCaptureTest;
+
+TEST_F(SegmentsTest, PutsRequestsAndAnswersTogetherThatComeByteByByte) {
+    capture.Connect();
+    capture.FromClientInPieces(data(5), 1);
+    capture.FromServerInPieces(kEmptyOutputs, 1);
+    capture.FromClientInPieces(registration(), 1);
+    capture.FromServerInPieces(registrationAnswer(), 3);
+    EXPECT_THAT(
+        fieldsOf(capture.Finish(), {"_ws.col.Info", "orvane.request_in"},
+                 "orvane and not orvane.expert.cut"),
+        ElementsAre("Tarnel identification alone|", "Tarnel DATA 1 item|",
+                    "Tarnel answer: 0 outputs|27", "Velmar identification alone|",
+                    "Velmar: register test/float|", "Velmar answer: register test/float: ok|74"));
+}
+
+TEST_F(SegmentsTest, TellsRequestsAndAnswersInOneSegmentApart) {
+    capture.Connect();
+    capture.FromClient(definitions());
+    capture.FromServer(outputs("00 00 00 00"));
+    capture.FromClient(join({data(5), data(6)}));
+    capture.FromServer(join({outputs("00 00 00 00"), outputs("05 00 00 00")}));
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"_ws.col.Info", "orvane.response_in", "orvane.request_in"},
+                         "orvane", {"-2"}),
+                ElementsAre("Tarnel DEFINITIONS 1 input, 1 output|5|", "Tarnel answer: 1 output||4",
+                            "Tarnel DATA 1 item; Tarnel DATA 1 item|7,7|",
+                            "Tarnel answer: 1 output; Tarnel answer: 1 output||6,6"));
+    EXPECT_THAT(
+        expertsOf(file),
+        ElementsAre("6 Note: in one segment with another request: waits in the plugin until "
+                    "more bytes arrive"));
+}
+
+TEST_F(SegmentsTest, TakesPacketsOfALaterSegmentForTheSameVelmarRequest) {
+    capture.Connect();
+    capture.FromClient(registration());
+    capture.FromClient(join({readDataref(7), pollCommandStates()}));
+    capture.FromServer(join({fromHex("24 00 00 00 01 00 00 00 07 00 00 00 01 00 00 00 "
+                                     "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00"),
+                             f32(1.5F), zeros(4)}));
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"_ws.col.Info", "orvane.request_in"}),
+                ElementsAre("Velmar: register test/float|", "Velmar: read test/float, poll|",
+                            "Velmar answer: register test/float: ok, read test/float = 1.5, poll: "
+                            "0 commands|5"));
+    EXPECT_THAT(expertsOf(file), IsEmpty());
+}
+
+TEST_F(SegmentsTest, TakesAnAnswerToTwoVelmarRequestsForOne) {
+    capture.Connect();
+    capture.FromClient(velmar({pollCommandStates()}));
+    capture.FromClient(velmar({readDataref(3)}));
+    capture.FromServer(
+        fromHex("14 00 00 00 00 00 00 00 05 00 00 00 03 00 00 00 02 00 00 00 01 00 00 00"));
+    EXPECT_THAT(expertsOf(capture.Finish()),
+                ElementsAre("5 Note: sent before the answer to the request before it",
+                            "6 Note: an unknown number",
+                            "6 Note: answers the request of frame 5 too, as one with this"));
+}
+
+TEST_F(SegmentsTest, TakesAMessageThatFollowsItsIdentificationForOneRequest) {
+    capture.Connect();
+    capture.FromClient(kTarnel);
+    capture.FromClient(versionMessage());
+    capture.FromServer(fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00"));
+    EXPECT_THAT(infosOf(capture.Finish()),
+                ElementsAre("Tarnel identification alone", "Tarnel VERSION",
+                            "Tarnel answer: version 1.0.7.10"));
+}
+
+TEST_F(SegmentsTest, IsNotConfusedByRetransmissions) {
+    capture.Connect();
+    capture.FromClient(definitions());
+    capture.RepeatFromClient();
+    capture.FromServer(outputs("00 00 00 00"));
+    capture.RepeatFromServer();
+    capture.FromClient(data(2));
+    capture.FromServer(outputs("00 00 00 00"));
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"frame.number", "orvane.request_in"}, "orvane.request_in"),
+                ElementsAre("6|4", "9|8"));
+    EXPECT_THAT(expertsOf(file), IsEmpty());
+}
+
+TEST_F(SegmentsTest, SkipsAnIdentificationBehindARequestInTheSameSegment) {
+    const Bytes request = registration();
+    capture.Connect();
+    capture.FromClient(Bytes(request.begin(), request.begin() + 20));
+    capture.FromClient(
+        join({Bytes(request.begin() + 20, request.end()), kVelmar, pollCommandStates()}));
+    EXPECT_THAT(expertsOf(capture.Finish(), "frame.number == 5"),
+                ElementsAre("5 Note: identification inside a request: its four bytes are "
+                            "skipped"));
+}
+
+TEST_F(SegmentsTest, GoesOnWhereSegmentsAreNotPutTogether) {
+    capture.Connect();
+    capture.FromClientInPieces(definitions(), 400);
+    capture.FromServerInPieces(outputs("01 00 00 00"), 20);
+    capture.FromClient(data(5));
+    capture.FromServer(outputs("02 00 00 00"));
+    EXPECT_THAT(infosOf(capture.Finish(), {"-o", "tcp.desegment_tcp_streams:FALSE"}),
+                ElementsAre("Tarnel DEFINITIONS 1 input, 1 output", "continuation",
+                            "Tarnel answer: outputs", "continuation", "Tarnel DATA 1 item",
+                            "Tarnel answer: outputs"));
+}
+
+} // namespace
