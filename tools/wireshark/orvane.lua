@@ -1195,8 +1195,10 @@ local function parse_answers(cursor, at)
     while at < cursor.total do
         local length = has(cursor, at, 4) and u32(cursor.tvb, at)
         if length and length > BUFFER_SIZE - 4 then
-            note(add_rest(cursor, at, "not decoded"), "mismatch",
-                 "no length of an answer: one before it was perhaps sent in parts, and damaged")
+            local rest, whole = add_rest(cursor, at, "not decoded"), cursor.stream.whole
+            note(rest, whole and "mismatch" or "capture", "no length of an answer: " ..
+                 (whole and "one before it was perhaps sent in parts, and damaged" or
+                  "the capture begins within it"))
             return
         end
         has(cursor, at, length and 4 + length or 4)

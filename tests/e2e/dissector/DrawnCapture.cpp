@@ -10,7 +10,13 @@ namespace {
 
 constexpr int kSnapshotLength = 262'144;
 constexpr std::size_t kHeaderSize = 40;
-enum Flags : std::uint8_t { kSyn = 0x02, kPushAck = 0x18, kAck = 0x10, kSynAck = 0x12 };
+enum Flags : std::uint8_t {
+    kSyn = 0x02,
+    kPushAck = 0x18,
+    kAck = 0x10,
+    kSynAck = 0x12,
+    kReset = 0x14
+};
 
 // Headers are big-endian.
 Bytes u16be(std::size_t value) {
@@ -47,16 +53,17 @@ DrawnCapture::~DrawnCapture() {
 
 void DrawnCapture::Connect() {
     JoinConnection();
-    write(kClient, kSyn, {});
-    senders[kClient].next += 1;
-    write(kServer, kSynAck, {});
-    senders[kServer].next += 1;
-    write(kClient, kAck, {});
+    shakeHands();
 }
 
 void DrawnCapture::JoinConnection() {
     ++clientPort;
     senders = {Sender{0xFFFFFFF0, {}}, Sender{5000, {}}};
+}
+
+void DrawnCapture::ConnectAgain() {
+    senders = {Sender{0x40000000, {}}, Sender{0x50000000, {}}};
+    shakeHands();
 }
 
 void DrawnCapture::FromClient(const Bytes& payload) {
@@ -73,6 +80,14 @@ void DrawnCapture::FromClientInPieces(const Bytes& payload, std::size_t size) {
 
 void DrawnCapture::FromServerInPieces(const Bytes& payload, std::size_t size) {
     sendInPieces(kServer, payload, size);
+}
+
+void DrawnCapture::FromClientOvertaking(const Bytes& payload, std::size_t size) {
+    sendOvertaking(kClient, payload, size);
+}
+
+void DrawnCapture::FromServerOvertaking(const Bytes& payload, std::size_t size) {
+    sendOvertaking(kServer, payload, size);
 }
 
 void DrawnCapture::RepeatFromClient() {
@@ -99,6 +114,10 @@ void DrawnCapture::PartOfFromServer(const Bytes& payload, std::size_t captured) 
     send(kServer, payload, captured);
 }
 
+void DrawnCapture::ResetFromServer() {
+    write(kServer, kReset, {});
+}
+
 std::filesystem::path DrawnCapture::Finish() {
     ::pcap_dump_close(std::exchange(dumper, nullptr));
     return file;
@@ -116,6 +135,23 @@ void DrawnCapture::sendInPieces(Side side, const Bytes& payload, std::size_t siz
         const std::size_t count = std::min(size, payload.size() - begin);
         send(side, Bytes(from, from + static_cast<std::ptrdiff_t>(count)));
     }
+}
+
+void DrawnCapture::sendOvertaking(Side side, const Bytes& payload, std::size_t size) {
+    const auto middle = payload.begin() + static_cast<std::ptrdiff_t>(size);
+    senders[side].next += static_cast<std::uint32_t>(size);
+    write(side, kPushAck, Bytes(middle, payload.end()));
+    senders[side].next -= static_cast<std::uint32_t>(size);
+    write(side, kPushAck, Bytes(payload.begin(), middle));
+    senders[side].next += static_cast<std::uint32_t>(payload.size());
+}
+
+void DrawnCapture::shakeHands() {
+    write(kClient, kSyn, {});
+    senders[kClient].next += 1;
+    write(kServer, kSynAck, {});
+    senders[kServer].next += 1;
+    write(kClient, kAck, {});
 }
 
 void DrawnCapture::repeat(Side side) {

@@ -24,12 +24,17 @@ public:
     // in the capture. Without it the connection began before the capture.
     void Connect();
     void JoinConnection();
+    // From the port of the connection before, with other sequence numbers.
+    void ConnectAgain();
 
     void FromClient(const Bytes& payload);
     void FromServer(const Bytes& payload);
     // One segment for every `size` bytes.
     void FromClientInPieces(const Bytes& payload, std::size_t size);
     void FromServerInPieces(const Bytes& payload, std::size_t size);
+    // The bytes from `size` on in a segment that overtakes the one with those before.
+    void FromClientOvertaking(const Bytes& payload, std::size_t size);
+    void FromServerOvertaking(const Bytes& payload, std::size_t size);
 
     // The side's last segment once more.
     void RepeatFromClient();
@@ -39,6 +44,9 @@ public:
     void MissFromServer(const Bytes& payload);
     void PartOfFromClient(const Bytes& payload, std::size_t captured);
     void PartOfFromServer(const Bytes& payload, std::size_t captured);
+
+    // The end of the connection, with a reset.
+    void ResetFromServer();
 
     // Nothing can be added afterwards.
     std::filesystem::path Finish();
@@ -52,7 +60,9 @@ private:
 
     void send(Side side, const Bytes& payload, std::optional<std::size_t> captured = {});
     void sendInPieces(Side side, const Bytes& payload, std::size_t size);
+    void sendOvertaking(Side side, const Bytes& payload, std::size_t size);
     void repeat(Side side);
+    void shakeHands();
     void write(Side side, std::uint8_t flags, const Bytes& payload,
                std::optional<std::size_t> captured = {});
 

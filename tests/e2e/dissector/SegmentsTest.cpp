@@ -82,6 +82,38 @@ TEST_F(SegmentsTest, TakesAMessageThatFollowsItsIdentificationForOneRequest) {
                             "Tarnel answer: version 1.0.7.10"));
 }
 
+TEST_F(SegmentsTest, PutsWhatOvertookInOrderWhereWiresharkIsToldTo) {
+    capture.Connect();
+    capture.FromClientOvertaking(tarnel(versionMessage()), 4);
+    capture.FromServerOvertaking(fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00"), 4);
+    capture.FromClientOvertaking(definitions(), 300);
+    capture.FromServer(outputs("05 00 00 00"));
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        fieldsOf(file, {"frame.number", "orvane.name", "orvane.request_in"},
+                 "orvane.request_in or orvane.name", {"-o", "tcp.reassemble_out_of_order:TRUE"}),
+        ElementsAre("7||5", "9|test/int,test/int|", "10|test/int|9"));
+    // By itself it leaves gaps, of which nothing is claimed.
+    EXPECT_THAT(expertsOf(file,
+                          "orvane.expert.mismatch or orvane.expert.lost_place or "
+                          "orvane.expert.ends_process"),
+                IsEmpty());
+}
+
+TEST_F(SegmentsTest, KeepsConnectionsApart) {
+    capture.Connect();
+    capture.FromClient(definitions());
+    capture.FromServer(outputs("05 00 00 00"));
+    capture.ConnectAgain();
+    capture.FromClient(tarnel(dataMessage({})));
+    capture.FromServer(kEmptyOutputs);
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"frame.number", "orvane.name", "orvane.request_in"},
+                         "orvane and tcp.srcport == 48000"),
+                ElementsAre("5|test/int|4", "10||9"));
+    EXPECT_THAT(expertsOf(file), IsEmpty());
+}
+
 TEST_F(SegmentsTest, IsNotConfusedByRetransmissions) {
     capture.Connect();
     capture.FromClient(definitions());
