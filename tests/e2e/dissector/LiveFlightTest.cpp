@@ -3,46 +3,21 @@
 #include <string>
 #include <vector>
 
-#include "e2e/EndToEndTest.h"
-#include "e2e/dissector/LoopbackCapture.h"
+#include "e2e/dissector/LiveCaptureTest.h"
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// What Wireshark shows of real exchanges, captured on the wire between a client and the plugin.
+// What Wireshark shows of real exchanges that go well.
 
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
-enum Type { kInt = 1, kFloat = 2, kIntArray = 3, kFloatArray = 4, kCommand = 6 };
+using LiveFlightTest = LiveCaptureTest;
 
-class DissectorTest : public EndToEndTest {
-protected:
-    DissectorTest() { startSimulator(); }
-
-    static Bytes velmar(std::initializer_list<Bytes> packets) {
-        return join({fromHex("55 66 77 88"), join(packets)});
-    }
-
-    static Bytes smallDefinitions() {
-        return tarnel(definitionsMessage(
-            {{.action = 7, .targetType = kInt, .target = "test/int"},
-             {.action = 8, .targetType = kFloat, .scaling = 2, .target = "test/float"}},
-            {{.id = 1, .name = "test/int", .type = kInt},
-             {.id = 2, .name = "test/floats", .type = kFloatArray, .first = 1, .count = 2},
-             {.id = 3, .name = "kyr/button", .type = kCommand},
-             {.id = 4, .name = "test/once", .type = kCommand}}));
-    }
-
-    LoopbackCapture capture{"flight.pcap"};
-};
-
-TEST_F(DissectorTest, ShowsATarnelFlightMessageByMessage) {
+TEST_F(LiveFlightTest, ShowsATarnelFlightMessageByMessage) {
     TestClient client;
     client.Exchange(*simulator, fromHex("11 22 33 44 B1 6B 00 B5"));
     client.Exchange(*simulator, smallDefinitions());
@@ -75,7 +50,7 @@ TEST_F(DissectorTest, ShowsATarnelFlightMessageByMessage) {
             "|0|0,0|0|0x00000000"));
 }
 
-TEST_F(DissectorTest, ShowsEveryFieldOfATarnelMessage) {
+TEST_F(LiveFlightTest, ShowsEveryFieldOfATarnelMessage) {
     TestClient client;
     client.Exchange(
         *simulator,
@@ -150,7 +125,7 @@ TEST_F(DissectorTest, ShowsEveryFieldOfATarnelMessage) {
             "        Aircraft id: 0xb9852eb1"}));
 }
 
-TEST_F(DissectorTest, ShowsAVelmarFlightPacketByPacket) {
+TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
     TestClient client;
     client.Exchange(*simulator, velmar({registerDataref(7, kFloat, 0, "test/float"),
                                         registerCommand(9, "test/once_and_again"),
@@ -188,7 +163,7 @@ TEST_F(DissectorTest, ShowsAVelmarFlightPacketByPacket) {
             "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
 }
 
-TEST_F(DissectorTest, LinksAnswersToTheirRequests) {
+TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
     TestClient first;
     TestClient second;
     first.Send(velmar({pollCommandStates()}));
@@ -208,7 +183,7 @@ TEST_F(DissectorTest, LinksAnswersToTheirRequests) {
                 testing::SizeIs(3));
 }
 
-TEST_F(DissectorTest, PutsALargeRequestAndItsAnswerTogether) {
+TEST_F(LiveFlightTest, PutsALargeRequestAndItsAnswerTogether) {
     // 400 input records of 488 bytes are more than three segments of the loopback device, 500000
     // floats many more.
     const std::vector<InputRecord> inputs(400,
@@ -227,111 +202,7 @@ TEST_F(DissectorTest, PutsALargeRequestAndItsAnswerTogether) {
                     "Tarnel DATA 1 item|", "Tarnel answer: 1 output|2000020"));
 }
 
-TEST_F(DissectorTest, TellsWhatThePluginSkips) {
-    TestClient client;
-    client.Send(fromHex("01 02 03 04"));
-    ASSERT_TRUE(client.IsDelivered());
-    simulator->Step(2);
-    client.Exchange(*simulator, velmar({runCommand(1, 1), u32(99), fromHex("55 66 77 88")}));
-    client.Exchange(*simulator, smallDefinitions());
-    EXPECT_THAT(
-        expertsOf(capture.Finish()),
-        ElementsAre(EndsWith(" Note: an unknown identification: dropped without an answer"),
-                    EndsWith(" Note: an unknown number: nothing is run"),
-                    EndsWith(" Note: unknown type inside a request: its four bytes are skipped"),
-                    EndsWith(" Note: identification inside a request: its four bytes are skipped"),
-                    EndsWith(" Note: only commands under kyr/ can be observed: it has no value")));
-}
-
-TEST_F(DissectorTest, TellsThatADefinitionsMessageWasTorn) {
-    const Bytes request =
-        tarnel(definitionsMessage({{.action = 7, .targetType = kInt, .target = "test/int"}},
-                                  {{.id = 1, .name = "test/int", .type = kInt}}));
-    TestClient client;
-    client.Send(Bytes(request.begin(), request.begin() + 500));
-    client.Answer(*simulator);
-    client.Send(Bytes(request.begin() + 500, request.end()));
-    ASSERT_TRUE(client.IsDelivered());
-    simulator->Step(2);
-    const auto file = capture.Finish();
-    EXPECT_THAT(infosOf(file),
-                ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
-                            "Tarnel answer: 0 outputs", "Tarnel DEFINITIONS 1 input, 1 output"));
-    EXPECT_THAT(
-        expertsOf(file),
-        ElementsAre(EndsWith(" Note: the plugin does not wait for the rest: it answers what has "
-                             "arrived"),
-                    EndsWith(" Warning: answers a request of which a part had not arrived in frame "
-                             "4: the connection has lost its place"),
-                    EndsWith(" Warning: torn: frame 6 answers the part that had arrived, and the "
-                             "plugin looks for an identification in the rest")));
-}
-
-TEST_F(DissectorTest, TellsWhereADataMessageStops) {
-    TestClient client;
-    client.Exchange(*simulator, smallDefinitions());
-    client.Exchange(*simulator, tarnel(dataMessage({{7, 1}, {99, 1}, {8, 1}})));
-    const std::string line = simulator->LastLogMessage();
-    EXPECT_EQ(line, "WARNING@TarnelProtocol::tryParseData : unknown action id(99)");
-    EXPECT_THAT(expertsOf(capture.Finish(), "orvane.tarnel.item"),
-                ElementsAre(EndsWith(" Note: not executed"), EndsWith(" Note: not executed"),
-                            EndsWith(" Warning: stops at an undeclared action: " + line +
-                                     ": the connection has lost its place")));
-}
-
-TEST_F(DissectorTest, TellsThatANegativeCountClosesTheConnection) {
-    TestClient client;
-    client.Send(tarnel(definitionsMessage(
-        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = -1}})));
-    EXPECT_TRUE(client.IsClosedByServer(*simulator));
-    EXPECT_THAT(expertsOf(capture.Finish()),
-                ElementsAre(EndsWith(" Warning: a negative number of elements of kyr/negative "
-                                     "closes the connection: "
-                                     "Warning@TcpConnection::ProcessEvents : Feed() : ")));
-}
-
-TEST_F(DissectorTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
-    const std::vector<Bytes> requests{
-        // Records and items that are announced and not there.
-        fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
-        join({fromHex("11 22 33 44 C0 FF EE DD 34 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
-              zeros(52)}),
-        // 488 times 2^29 is a multiple of 2^32.
-        fromHex("11 22 33 44 C0 FF EE DD E8 01 00 00 00 00 00 20 74 00 00 00 00 00 00 00"),
-        fromHex("11 22 33 44 DE AD BE EF 00 00 00 00 01 00 00 00"),
-        // A command's descriptor that is whole, but short.
-        velmar({registerCommand(1, "sim/a")}),
-        // Packets that are not whole.
-        fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
-        join({fromHex("55 66 77 88 03 00 00 00 01 00 00 00 42"), zeros(8)}),
-        fromHex("55 66 77 88 05 00 00 00 01 00 00"), fromHex("55 66 77 88 06 00 00 00"),
-        join({velmar({registerDataref(1, 1, 0, "test/int")}),
-              fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
-        join({velmar({registerDataref(1, 2, 0, "test/float")}),
-              fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
-        join({velmar({registerDataref(1, 3, 0, "test/int")}),
-              fromHex("06 00 00 00 01 00 00 00 01 00 00 00")}),
-        fromHex("55 66 77 88 07 00 00 00 01"), fromHex("55 66 77 88 07 00 00 00 01 00 00 00")};
-    std::vector<testing::Matcher<std::string>> expected;
-    for (const Bytes& request : requests) {
-        startSimulator();
-        TestClient client;
-        client.Send(request);
-        simulator->Tell("step 10");
-        simulator->WaitForEnd();
-        expected.emplace_back(
-            AllOf(HasSubstr(" Error: "),
-                  EndsWith("the simulator's process ends with " + simulator->LastLogMessage())));
-    }
-    std::vector<std::string> experts =
-        expertsOf(capture.Finish(), "orvane.expert.ends_process", {"-2"});
-    std::erase_if(experts, [](const std::string& expert) {
-        return expert.find(" ends with ") == std::string::npos;
-    });
-    EXPECT_THAT(experts, ElementsAreArray(expected));
-}
-
-TEST_F(DissectorTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
+TEST_F(LiveFlightTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
     client.Exchange(*simulator, velmar({registerDataref(1, kInt, 0, "test/int")}));
