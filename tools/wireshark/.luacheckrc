@@ -1,5 +1,5 @@
 -- What Wireshark offers to its dissectors.
 std = "lua52"
 max_line_length = 100
-globals = {"Proto", "ProtoField", "ProtoExpert", "Pref", "Field", "DissectorTable", "NSTime",
-           "base", "frametype", "expert", "ENC_UTF_8"}
+globals = {"ByteArray", "Proto", "ProtoField", "ProtoExpert", "Pref", "Field", "DissectorTable",
+           "NSTime", "base", "frametype", "expert", "ENC_UTF_8"}

@@ -43,6 +43,8 @@ local BUFFER_SIZE = 0x0FFFFFFF -- of the plugin, each way
 -- Wireshark refuses trees of more than a million items.
 local MOST_SHOWN = 5000
 local MOST_IN_INFO = 3
+-- Bytes that the plugin has not read. Beyond that it is not followed any more.
+local MOST_UNREAD = 65536
 
 local INT_SHORTAGE = "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4"
 local UINT_SHORTAGE = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4"
@@ -215,18 +217,12 @@ local function number_text(value)
     return string.format("%.9g", value)
 end
 
--- Notes and loss of place -------------------------------------------------------------------------
+-- Notes -------------------------------------------------------------------------
 
 -- `holder` is a part or a packet of a record; its item in the tree gets the note.
 local function note(holder, kind, text)
     holder.notes = holder.notes or {}
     table.insert(holder.notes, {kind = kind, text = text})
-end
-
--- From here on what the plugin sees as an identification is anybody's guess.
-local function lose_place(stream, holder, frame, why)
-    note(holder, "lost_place", why .. ": the connection has lost its place")
-    stream.lost = stream.lost or frame
 end
 
 -- Connections -------------------------------------------------------------------------------------
@@ -266,6 +262,7 @@ local function new_stream(pinfo)
         open = nil, -- the last of them, if packets may still be added to it
         partial = nil, -- a request of which a part has arrived: {request, part, frame, answer}
         lost = nil, -- the frame in which the plugin lost its place
+        unread = nil, -- what it had not read then, and has got since, if that is known
         definitions = whole and {outputs = {}, actions = {}, commands = 0, length = 12} or nil,
         datarefs = {},
         commands = {},
@@ -342,6 +339,25 @@ local function add_rest(cursor, offset, label)
     return add_part(cursor, offset, cursor.captured - offset, {info = label, label = label})
 end
 
+-- Loss of place -----------------------------------------------------------------------------------
+
+-- What the plugin leaves unread when it leaves all from `at` on; nothing if that is not known.
+local function unread_from(cursor, at)
+    local size = cursor.total - at
+    if cursor.captured < cursor.total or size > MOST_UNREAD then
+        return nil
+    end
+    return size > 0 and cursor.tvb:raw(at, size) or ""
+end
+
+-- From here on the plugin looks for an identification in what it has not read.
+local function lose_place(stream, holder, frame, why, unread)
+    note(holder, "lost_place", why .. ": the connection has lost its place")
+    if not stream.lost then
+        stream.lost, stream.unread = frame, unread
+    end
+end
+
 -- Tarnel requests ---------------------------------------------------------------------------------
 
 local function read_output(tvb, at)
@@ -398,18 +414,20 @@ local function judge_sizes(cursor, at, request, declared, real)
         return false
     elseif declared == 0 or declared > real then
         lose_place(cursor.stream, request, cursor.frame,
-                   string.format("announces %d bytes and has %d", declared, real))
+                   string.format("announces %d bytes and has %d", declared, real),
+                   unread_from(cursor, declared == 0 and at or at + real))
     end
     return true
 end
 
 -- Whether a message can never arrive as a whole.
-local function is_oversized(cursor, request, declared)
+local function is_oversized(cursor, at, request, declared)
     if declared + 4 <= BUFFER_SIZE then
         return false
     end
     lose_place(cursor.stream, request, cursor.frame, string.format(
-        "announces %.0f bytes, more than the plugin's buffer holds", declared))
+        "announces %.0f bytes, more than the plugin's buffer holds", declared),
+        unread_from(cursor, at))
     return true
 end
 
@@ -454,7 +472,7 @@ parse_message[DEFINITIONS] = function(cursor, at, request)
     local real = 20 + INPUT_SIZE * input_count + OUTPUT_SIZE * output_count
     request.info = string.format("Tarnel DEFINITIONS %s, %s", plural(input_count, "input"),
                                  plural(output_count, "output"))
-    if is_oversized(cursor, request, declared) then
+    if is_oversized(cursor, at, request, declared) then
         return cursor.total - at
     elseif is_cut(cursor, at, declared) then
         return nil
@@ -466,6 +484,7 @@ parse_message[DEFINITIONS] = function(cursor, at, request)
              "process ends with " .. definitions_shortage(cursor.total - at - 20, input_count))
         return cursor.total - at
     end
+    request.is_twice = declared == 0
     request.former = cursor.stream.definitions
     request.definitions = has(cursor, at, real) and
         read_definitions(tvb, at + 20, input_count, output_count) or nil
@@ -489,8 +508,10 @@ local function judge_items(cursor, at, request, count)
             request.stops_at = i
             lose_place(cursor.stream, request, cursor.frame, string.format(
                 "stops at an undeclared action: WARNING@TarnelProtocol::tryParseData : " ..
-                "unknown action id(%.0f)", u32(cursor.tvb, item)))
+                "unknown action id(%.0f)", u32(cursor.tvb, item)), unread_from(cursor, at))
             return
+        elseif cursor.total - item < ITEM_SIZE then
+            note(request, "mismatch", "the last value is cut: its missing bytes count as zeros")
         end
     end
 end
@@ -503,7 +524,7 @@ parse_message[DATA] = function(cursor, at, request)
     local declared = (multiply32(size, count) + 12) % 4294967296
     local real = 12 + ITEM_SIZE * count
     request.info = "Tarnel DATA " .. plural(count, "item")
-    if is_oversized(cursor, request, declared) then
+    if is_oversized(cursor, at, request, declared) then
         return cursor.total - at
     elseif is_cut(cursor, at, declared) then
         return nil
@@ -533,7 +554,8 @@ local function parse_tarnel(cursor, at, request)
         return parse(cursor, at, request)
     end
     request.info = "Tarnel unknown message"
-    lose_place(cursor.stream, request, cursor.frame, "an unknown message")
+    lose_place(cursor.stream, request, cursor.frame, "an unknown message",
+               unread_from(cursor, at))
     return cursor.total - at
 end
 
@@ -670,7 +692,7 @@ parse_packet[6] = function(cursor, at, packet)
         packet.is_silent = true
         lose_place(cursor.stream, packet, cursor.frame, expected and string.format(
             "waits, for a value of %.0f bytes where %.0f are wanted", length, expected) or
-            "waits, for data type 0 has no value")
+            "waits, for data type 0 has no value", unread_from(cursor, at))
         packet.info = packet.info .. " (waits)"
         packet.waits = true
         return math.max(cursor.total - at, 12)
@@ -799,16 +821,17 @@ local function give_up(cursor, request)
     note(request, "capture", "the rest is not in the capture or not reassembled")
 end
 
--- Waits for the rest of a Tarnel message, or of a Velmar packet, that is cut by the end of the
--- segment. `line` is the log's last should the plugin not wait.
-local function postpone(cursor, start, request, line)
+-- Waits for the rest of a Tarnel message, or of a Velmar packet, that begins at `at` and is cut by
+-- the end of the segment. `line` is the log's last if the plugin does not wait.
+local function postpone(cursor, start, at, request, line)
     local missing = cursor.missing
     local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
     -- What was put together may go on in this very segment.
     local part = cursor.is_reassembled and {} or add_rest(cursor, start, label)
     part.is_cut, part.fatal_line = true, line
     cursor.stream.partial = {request = request, frame = cursor.frame, part = part,
-                             answer = request.torn_by}
+                             unread = unread_from(cursor, at), arrived = cursor.total - start,
+                             missing = missing}
     request.time = cursor.time
     cursor.missing = missing
     return ask(cursor, start)
@@ -817,16 +840,6 @@ end
 -- A request, or more packets of one, is complete.
 local function commit(cursor, part, request, packets)
     local stream = cursor.stream
-    if request.torn_by then
-        note(part, "lost_place", string.format(
-            "torn: frame %d answers the part that had arrived, and the plugin looks for an " ..
-            "identification in the rest", request.torn_by))
-        for i = #packets, 1, -1 do
-            revert(stream, packets[i])
-        end
-        request.torn_by = nil
-        return
-    end
     if not request.is_sent then
         local before = stream.waiting[#stream.waiting]
         if before then
@@ -861,11 +874,23 @@ local function add_request_part(cursor, start, ends, part)
     add_part(cursor, start, ends - start, part)
     part.notes = request.notes
     request.notes = nil
-    if lost and lost < cursor.frame and not request.torn_by then
+    if lost and lost < cursor.frame then
         note(part, "lost_place", string.format(
             "lost its place in frame %d: what becomes of this is not certain", lost))
     end
     commit(cursor, part, request, part.packets)
+end
+
+-- A packet of which the plugin has only a part.
+local function leave_packet(cursor, at, request)
+    local line = fate_of_part(cursor, at)
+    if line then
+        note(request, "ends_process",
+             "a part has not arrived: the simulator's process ends with " .. line)
+    else
+        lose_place(cursor.stream, request, cursor.frame, "a part has not arrived",
+                   unread_from(cursor, at))
+    end
 end
 
 -- What belongs to a request, from `at` on; the part to show begins at `start`. Both return where it
@@ -873,7 +898,9 @@ end
 local function parse_packets(cursor, start, at, request)
     local packets, cut_at = parse_velmar(cursor, at)
     local waits = cut_at and cursor.missing > 0 and cursor.can_ask
-    if cut_at and not waits then
+    if cut_at and cursor.is_buffer then
+        leave_packet(cursor, cut_at, request)
+    elseif cut_at and not waits then
         give_up(cursor, request)
     end
     local ends = waits and cut_at or cursor.total
@@ -886,15 +913,19 @@ local function parse_packets(cursor, start, at, request)
     if waits then
         local missing, line = cursor.missing, fate_of_part(cursor, cut_at)
         cursor.missing = missing
-        return postpone(cursor, cut_at, request, line)
+        return postpone(cursor, cut_at, cut_at, request, line)
     end
     return ends
 end
 
 local function parse_tarnel_request(cursor, start, at, request)
     local length = parse_tarnel(cursor, at, request)
-    if not length and cursor.missing > 0 and cursor.can_ask then
-        return postpone(cursor, start, request)
+    if not length and cursor.is_buffer then
+        request.message = nil
+        lose_place(cursor.stream, request, cursor.frame, "a part has not arrived",
+                   unread_from(cursor, at))
+    elseif not length and cursor.missing > 0 and cursor.can_ask then
+        return postpone(cursor, start, at, request)
     elseif not length then
         give_up(cursor, request)
     end
@@ -926,7 +957,8 @@ local function parse_unknown_identification(cursor, at)
     if at + 4 < cursor.total then
         local rest = add_rest(cursor, at + 4, "not decoded")
         lose_place(stream, rest, cursor.frame,
-                   "waits for more bytes; the next identification is looked for here")
+                   "waits for more bytes; the next identification is looked for here",
+                   unread_from(cursor, at + 4))
     end
     return cursor.total
 end
@@ -937,13 +969,10 @@ local function is_continued(cursor, at)
                      not PROTOCOLS[u32(cursor.tvb, at)])
 end
 
--- One request from `at` on, the torn one first if there is one. Returns where it ends.
-local function parse_one_request(cursor, at, torn)
+-- One request from `at` on. Returns where it ends.
+local function parse_one_request(cursor, at)
     local stream = cursor.stream
-    if torn and torn.request.is_sent then
-        torn.request.torn_by = torn.answer
-        return parse_into(cursor, at, at, torn.request)
-    elseif stream.lost == cursor.frame then
+    if stream.lost == cursor.frame then
         add_rest(cursor, at, "not decoded")
         return cursor.total
     elseif is_continued(cursor, at) then
@@ -959,21 +988,88 @@ local function parse_one_request(cursor, at, torn)
     if not PROTOCOLS[identification] then
         return parse_unknown_identification(cursor, at)
     end
-    return parse_into(cursor, at, at + 4, {protocol = identification, packets = {},
-                                           frame = cursor.frame,
-                                           torn_by = torn and torn.answer})
+    return parse_into(cursor, at, at + 4,
+                      {protocol = identification, packets = {}, frame = cursor.frame})
+end
+
+-- What the plugin has not read as if it had come in one segment.
+local function buffer_tvb(unread)
+    return ByteArray.new(unread, true):tvb("Not read before by the plugin")
+end
+
+local function waiting_text(count)
+    return plural(count, "byte") .. (count == 1 and " waits" or " wait")
+end
+
+-- The plugin finds an identification at the beginning of what it has not read.
+local function find_place(cursor, unread, identification)
+    local stream, record = cursor.stream, cursor.record
+    record.unread, record.unread_tvb = unread, buffer_tvb(unread)
+    stream.lost, stream.unread = nil, nil
+    local buffer = setmetatable({tvb = record.unread_tvb, captured = #unread, total = #unread,
+                                 can_ask = false, is_buffer = true}, {__index = cursor})
+    local request = {protocol = identification, packets = {}, frame = cursor.frame}
+    local ends = parse_into(buffer, 0, 4, request)
+    if ends < #unread and not stream.lost then
+        stream.lost, stream.unread = cursor.frame, unread:sub(ends + 1)
+        note(record.parts[#record.parts], "lost_place",
+             "found in what the plugin had not read: " .. waiting_text(#unread - ends))
+    end
+end
+
+-- After it has lost its place the plugin looks at four bytes each time that more arrive. A segment
+-- is taken for what arrives at one time.
+local function look(cursor, at, why)
+    local stream = cursor.stream
+    local unread = stream.unread .. cursor.tvb:raw(at, cursor.captured - at)
+    local dropped
+    if cursor.side.is_first and #unread >= 4 then
+        local a, b, c, d = unread:byte(1, 4)
+        local identification = a + 256 * (b + 256 * (c + 256 * d))
+        if PROTOCOLS[identification] then
+            find_place(cursor, unread, identification)
+            return
+        end
+        dropped, unread = string.format("%02X %02X %02X %02X", a, b, c, d), unread:sub(5)
+    end
+    stream.unread = #unread <= MOST_UNREAD and unread or nil
+    local part = add_rest(cursor, at, dropped and "dropped: " .. dropped or waiting_text(#unread))
+    note(part, "lost_place", why .. ": " ..
+         (dropped and dropped .. " is dropped as an unknown identification, " or "") ..
+         waiting_text(#unread))
+    if #unread == 0 then
+        stream.lost, stream.unread = nil, nil
+    end
+end
+
+-- The rest of a request whose beginning was answered. Of a rest in several segments it is not known
+-- which of them came before the answer.
+local function parse_torn_rest(cursor, at, torn)
+    local why = string.format("torn, frame %d answers the part that had arrived", torn.answer)
+    if cursor.stream.unread and torn.missing <= (last(tcp_length) or 0) then
+        look(cursor, at + torn.arrived, why)
+        return
+    end
+    cursor.stream.unread = nil
+    note(add_rest(cursor, at, "rest of a torn request"), "lost_place",
+         why .. ": the plugin looks for an identification in the rest")
 end
 
 local function parse_requests(cursor, at)
-    local partial = cursor.stream.partial
-    local torn = partial and partial.answer and partial
-    cursor.stream.partial = nil
+    local stream, partial = cursor.stream, cursor.stream.partial
+    stream.partial = nil
     if partial then
         partial.part.is_completed = true
     end
+    if partial and partial.answer then
+        parse_torn_rest(cursor, at, partial)
+        return
+    elseif stream.unread and at < cursor.total then
+        look(cursor, at, string.format("lost its place in frame %d", stream.lost))
+        return
+    end
     while at < cursor.total do
-        at = parse_one_request(cursor, at, torn)
-        torn = nil
+        at = parse_one_request(cursor, at)
     end
 end
 
@@ -988,7 +1084,8 @@ local function take_request(cursor, part)
         partial.answer = cursor.frame
         request.message = nil
         lose_place(stream, part, cursor.frame, string.format(
-            "answers a request of which a part had not arrived in frame %d", partial.frame))
+            "answers a request of which a part had not arrived in frame %d", partial.frame),
+            partial.unread)
     end
     if request then
         request.answer_frame = cursor.frame
@@ -1018,7 +1115,8 @@ local function parse_outputs(cursor, part, request, ends, length)
     if request then
         part.definitions = request.definitions
     end
-    local is_right, is_unloaded = fits(part.definitions, length)
+    part.copies = request and request.is_twice and 2 or 1
+    local is_right, is_unloaded = fits(part.definitions, length / part.copies)
     if not is_right and request and request.message == DEFINITIONS and
         fits(request.former, length) then
         part.definitions = request.former
@@ -1034,7 +1132,9 @@ local function parse_outputs(cursor, part, request, ends, length)
     part.info = "Tarnel answer: " ..
         (part.definitions and plural(#part.definitions.outputs, "output") or "outputs") ..
         (is_right and has_no_aircraft(cursor, ends) and ", no aircraft" or "")
-    if not is_right and part.definitions and not stream.is_doubtful then
+    if part.copies == 2 then
+        note(part, "mismatch", "the outputs come twice")
+    elseif not is_right and part.definitions and not stream.is_doubtful then
         note(part, "mismatch", string.format("%.0f bytes instead of the %.0f that are declared",
                                              length, part.definitions.length))
     end
@@ -1223,7 +1323,7 @@ local function forget(stream, is_from_client)
     stream.waiting = {not is_from_client and stream.waiting[#stream.waiting] or nil}
     stream.open, stream.partial = nil, nil
     stream.client.skip, stream.server.skip = 0, 0
-    stream.whole, stream.is_doubtful = false, true
+    stream.whole, stream.is_doubtful, stream.unread = false, true, nil
 end
 
 local function parse_record(stream, tvb, pinfo)
@@ -1614,7 +1714,10 @@ local function show_answer(tree, tvb, part)
             tree:add(fields.undecoded, tvb(part.rest_at, ends - part.rest_at))
         end
     else
-        show_outputs(tree, tvb, part, at, ends)
+        local size = (ends - at) / part.copies
+        for i = 1, part.copies do
+            show_outputs(tree, tvb, part, at + (i - 1) * size, at + i * size)
+        end
     end
     show_links(tree, part)
 end
@@ -1656,6 +1759,11 @@ end
 
 local function show(record, tvb, pinfo, tree)
     local texts = {}
+    if record.unread then
+        -- One that was made for an earlier look at the frame is gone.
+        tvb = record.unread_tvb or buffer_tvb(record.unread)
+        record.unread_tvb = nil
+    end
     for _, part in ipairs(record.parts) do
         if part.length > 0 then
             local item = show_part(tree, tvb, part, pinfo)

@@ -19,6 +19,10 @@ Bytes DrawnCaptureTest::data(std::int32_t value) {
     return tarnel(dataMessage({{7, value}}));
 }
 
+Bytes DrawnCaptureTest::query() {
+    return tarnel(dataMessage({}));
+}
+
 Bytes DrawnCaptureTest::outputs(const char* value) {
     return join({fromHex("18 00 00 00 01 00 00 00 04 00 00 00"), fromHex(value),
                  fromHex("FF FF 00 00 04 00 00 00 01 02 03 04")});

@@ -18,7 +18,9 @@ protected:
     // One int output, 1, "test/int", and an input, 7, for it; 628 bytes.
     static Bytes definitions();
     static Bytes data(std::int32_t value);
-    // The answer to both.
+    // DATA without items.
+    static Bytes query();
+    // The answer to all three.
     static Bytes outputs(const char* value);
 
     // The float dataref 7, "test/float"; 31 bytes.

@@ -54,15 +54,15 @@ TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
 
 TEST_F(GapsTest, LinksNoAnswerToARequestFromBeforeAGap) {
     capture.Connect();
-    capture.FromClient(data(5));
+    capture.FromClient(query());
     capture.MissFromServer(kEmptyOutputs);
-    capture.FromClient(data(6));
+    capture.FromClient(query());
     capture.FromServer(kEmptyOutputs);
     capture.Connect();
-    capture.FromClient(data(5));
+    capture.FromClient(query());
     capture.MissFromServer(kEmptyOutputs);
-    capture.MissFromClient(data(6));
-    capture.FromClient(data(7));
+    capture.MissFromClient(query());
+    capture.FromClient(query());
     capture.FromServer(kEmptyOutputs);
     EXPECT_THAT(
         fieldsOf(capture.Finish(), {"frame.number", "orvane.request_in"}, "orvane.tarnel.aircraft"),

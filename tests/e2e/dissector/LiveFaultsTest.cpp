@@ -46,17 +46,17 @@ TEST_F(LiveFaultsTest, TellsThatADefinitionsMessageWasTorn) {
     ASSERT_TRUE(client.IsDelivered());
     simulator->Step(2);
     const auto file = capture.Finish();
-    EXPECT_THAT(infosOf(file),
-                ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
-                            "Tarnel answer: 0 outputs", "Tarnel DEFINITIONS 1 input, 1 output"));
+    EXPECT_THAT(infosOf(file), ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
+                                           "Tarnel answer: 0 outputs", "dropped: C0 FF EE DD"));
     EXPECT_THAT(
         expertsOf(file),
-        ElementsAre(EndsWith(" Note: the plugin does not wait for the rest: it answers what has "
-                             "arrived"),
-                    EndsWith(" Warning: answers a request of which a part had not arrived in frame "
-                             "4: the connection has lost its place"),
-                    EndsWith(" Warning: torn: frame 6 answers the part that had arrived, and the "
-                             "plugin looks for an identification in the rest")));
+        ElementsAre(
+            EndsWith(" Note: the plugin does not wait for the rest: it answers what has "
+                     "arrived"),
+            EndsWith(" Warning: answers a request of which a part had not arrived in frame "
+                     "4: the connection has lost its place"),
+            EndsWith(" Warning: torn, frame 6 answers the part that had arrived: C0 FF EE DD "
+                     "is dropped as an unknown identification, 620 bytes wait")));
 }
 
 TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
@@ -121,6 +121,80 @@ TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
         return expert.find(" ends with ") == std::string::npos;
     });
     EXPECT_THAT(experts, ElementsAreArray(expected));
+}
+
+TEST_F(LiveFaultsTest, FollowsThePluginUntilItFindsItsPlaceAgain) {
+    TestClient client;
+    client.Send(fromHex("55 66 77 88 02 00 00 00 07 00"));
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "");
+    client.Send(fromHex("00 00"));
+    ASSERT_TRUE(client.IsDelivered());
+    simulator->Step(2);
+    client.Send(velmar({pollCommandStates()}));
+    ASSERT_TRUE(client.IsDelivered());
+    simulator->Step(2);
+    EXPECT_EQ(client.Exchange(*simulator, velmar({pollCommandStates()})), zeros(8));
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"frame.number", "_ws.col.Info", "orvane.request_in"},
+                         "orvane and frame.number > 4"),
+                ElementsAre("6|Velmar answer: empty|4", "8|dropped: 02 00 00 00|",
+                            "10|dropped: 07 00 00 00|", "12|Velmar: poll, identification, poll|",
+                            "14|Velmar answer: poll: 0 commands, poll: 0 commands|12"));
+    EXPECT_THAT(
+        expertsOf(file, "frame.number > 6"),
+        ElementsAre("8 Warning: torn, frame 6 answers the part that had arrived: 02 00 00 00 is "
+                    "dropped as an unknown identification, 4 bytes wait",
+                    "10 Warning: lost its place in frame 6: 07 00 00 00 is dropped as an unknown "
+                    "identification, 8 bytes wait",
+                    "12 Note: identification inside a request: its four bytes are skipped"));
+}
+
+TEST_F(LiveFaultsTest, FindsARequestInWhatThePluginHadNotRead) {
+    TestClient client;
+    client.Exchange(*simulator, tarnel(dataMessage({{99, 1}})));
+    // The message of 20 bytes is dropped word by word; then a request is found, the first of six.
+    for (int i = 0; i < 6; ++i) {
+        client.Send(tarnel(versionMessage()));
+        ASSERT_TRUE(client.IsDelivered());
+        simulator->Step(2);
+    }
+    EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        infosOf(file),
+        ElementsAre(HasSubstr("Tarnel DATA"), "Tarnel answer: 0 outputs", "dropped: DE AD BE EF",
+                    "dropped: 08 00 00 00", "dropped: 01 00 00 00", "dropped: 63 00 00 00",
+                    "dropped: 01 00 00 00", "Tarnel VERSION", "Tarnel answer: version 1.0.7.10"));
+    EXPECT_THAT(expertsOf(file, "orvane.tarnel.message == 0xb5006bb1"),
+                ElementsAre(EndsWith("found in what the plugin had not read: 40 bytes wait")));
+}
+
+TEST_F(LiveFaultsTest, ShowsBothStreamsOfDefinitionsThatSeemToHaveNoSize) {
+    // 0xFFFFFFEC, the size, and 20 of the header add up to 0.
+    TestClient client;
+    const Bytes answer = client.Exchange(
+        *simulator, tarnel(join({fromHex("C0 FF EE DD 00 00 00 00 00 00 00 00 EC FF FF FF 01 00 00 "
+                                         "00"),
+                                 toBytes(OutputRecord{.id = 1, .name = "test/int", .type = 1})})));
+    ASSERT_EQ(answer.size(), 48U);
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"orvane.tarnel.entry.int", "orvane.tarnel.aircraft.id"},
+                         "orvane and tcp.srcport == 48000"),
+                ElementsAre("0,0|0xb9852eb1,0xb9852eb1"));
+    EXPECT_THAT(expertsOf(file, "orvane and tcp.srcport == 48000"),
+                ElementsAre(EndsWith(" Warning: the outputs come twice")));
+}
+
+TEST_F(LiveFaultsTest, TellsThatTheLastValueWasCut) {
+    TestClient client;
+    client.Exchange(*simulator, smallDefinitions());
+    client.Exchange(*simulator, tarnel(fromHex("DE AD BE EF 00 00 00 00 02 00 00 00 "
+                                               "07 00 00 00 01 01 01 01 07 00 00 00 05")));
+    EXPECT_EQ(simulator->Get("test/int"), "5");
+    EXPECT_THAT(
+        expertsOf(capture.Finish(), "orvane.tarnel.item"),
+        ElementsAre(EndsWith(" Warning: items are read at 8 bytes each, not 0"),
+                    EndsWith(" Warning: the last value is cut: its missing bytes count as zeros")));
 }
 
 } // namespace

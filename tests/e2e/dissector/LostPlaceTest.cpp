@@ -22,7 +22,8 @@ TEST_F(LostPlaceTest, DropsFourBytesOfWhatIsNoIdentification) {
                             "5 Note: an unknown identification: dropped without an answer",
                             "5 Warning: waits for more bytes; the next identification is looked "
                             "for here: the connection has lost its place",
-                            "6 Warning: lost its place in frame 5"));
+                            "6 Warning: lost its place in frame 5: 09 0A 0B 0C is dropped as an "
+                            "unknown identification, 1 byte waits"));
 }
 
 TEST_F(LostPlaceTest, LosesItsPlaceAsThePluginDoes) {
@@ -109,18 +110,34 @@ TEST_F(LostPlaceTest, KeepsTheFormerDatarefWhenARegistrationFails) {
                     "Velmar: read test/float|"));
 }
 
-TEST_F(LostPlaceTest, ShowsTornVelmarRequestsAsThePageDoes) {
+TEST_F(LostPlaceTest, LooksForAnIdentificationInARestThatSharesItsSegment) {
     capture.Connect();
     capture.FromClient(fromHex("55 66 77 88 02 00 00 00 07 00"));
     capture.FromServer(fromHex("00 00 00 00"));
-    capture.FromClient(fromHex("00 00"));
-    capture.FromClient(fromHex("55 66 77 88 08 00 00 00"));
-    capture.FromClient(fromHex("55 66 77 88 08 00 00 00"));
-    capture.FromServer(fromHex("08 00 00 00 00 00 00 00 00 00 00 00"));
-    EXPECT_THAT(infosOf(capture.Finish()),
+    capture.FromClient(join({fromHex("00 00"), kVelmar, pollCommandStates()}));
+    capture.FromClient(tarnel(versionMessage()));
+    const auto file = capture.Finish();
+    EXPECT_THAT(infosOf(file),
                 ElementsAre("Velmar; Velmar packet, cut", "Velmar answer: empty",
-                            "Velmar: unregister dataref 7", "Velmar: poll", "Velmar: poll",
-                            "Velmar answer: poll: 0 commands, poll: 0 commands"));
+                            "dropped: 02 00 00 00; 12 bytes wait", "dropped: 07 00 00 00"));
+}
+
+TEST_F(LostPlaceTest, SaysThatTheRestOfSeveralSegmentsCannotBeFollowed) {
+    const Bytes request = definitions();
+    capture.Connect();
+    capture.FromClient(Bytes(request.begin(), request.begin() + 400));
+    capture.FromServer(kEmptyOutputs);
+    capture.FromClientInPieces(Bytes(request.begin() + 400, request.end()), 100);
+    capture.FromClient(query());
+    const auto file = capture.Finish();
+    EXPECT_THAT(infosOf(file), ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
+                                           "Tarnel answer: 0 outputs", "rest of a torn request",
+                                           "Tarnel DATA 0 items"));
+    EXPECT_THAT(
+        expertsOf(file, "frame.number > 5"),
+        ElementsAre("8 Warning: torn, frame 5 answers the part that had arrived: the plugin looks "
+                    "for an identification in the rest",
+                    "9 Warning: lost its place in frame 5: what becomes of this is not certain"));
 }
 
 } // namespace

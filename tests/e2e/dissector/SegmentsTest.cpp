@@ -15,16 +15,16 @@ using SegmentsTest = DrawnCaptureTest;
 
 TEST_F(SegmentsTest, PutsRequestsAndAnswersTogetherThatComeByteByByte) {
     capture.Connect();
-    capture.FromClientInPieces(data(5), 1);
+    capture.FromClientInPieces(query(), 1);
     capture.FromServerInPieces(kEmptyOutputs, 1);
     capture.FromClientInPieces(registration(), 1);
     capture.FromServerInPieces(registrationAnswer(), 3);
     EXPECT_THAT(
         fieldsOf(capture.Finish(), {"_ws.col.Info", "orvane.request_in"},
                  "orvane and not orvane.expert.cut"),
-        ElementsAre("Tarnel identification alone|", "Tarnel DATA 1 item|",
-                    "Tarnel answer: 0 outputs|27", "Velmar identification alone|",
-                    "Velmar: register test/float|", "Velmar answer: register test/float: ok|74"));
+        ElementsAre("Tarnel identification alone|", "Tarnel DATA 0 items|",
+                    "Tarnel answer: 0 outputs|19", "Velmar identification alone|",
+                    "Velmar: register test/float|", "Velmar answer: register test/float: ok|66"));
 }
 
 TEST_F(SegmentsTest, TellsRequestsAndAnswersInOneSegmentApart) {
@@ -105,7 +105,7 @@ TEST_F(SegmentsTest, KeepsConnectionsApart) {
     capture.FromClient(definitions());
     capture.FromServer(outputs("05 00 00 00"));
     capture.ConnectAgain();
-    capture.FromClient(tarnel(dataMessage({})));
+    capture.FromClient(query());
     capture.FromServer(kEmptyOutputs);
     const auto file = capture.Finish();
     EXPECT_THAT(fieldsOf(file, {"frame.number", "orvane.name", "orvane.request_in"},

@@ -37,7 +37,8 @@ std::string outputOf(const std::string& command) {
     for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof(buffer), pipe)) > 0;) {
         output.append(buffer, count);
     }
-    if (::pclose(pipe) != 0 || output.find("Lua: Error") != std::string::npos) {
+    if (::pclose(pipe) != 0 || output.find("Lua: Error") != std::string::npos ||
+        output.find("Lua Error") != std::string::npos) {
         throw std::runtime_error(command + ": " + output);
     }
     return output;
