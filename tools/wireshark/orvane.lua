@@ -165,6 +165,7 @@ expert_kind("skipped", "Skipped by the plugin", expert.group.PROTOCOL, expert.se
 expert_kind("no_effect", "Without effect", expert.group.PROTOCOL, expert.severity.NOTE)
 expert_kind("failure", "Failure", expert.group.RESPONSE_CODE, expert.severity.NOTE)
 expert_kind("early", "Sent before the answer", expert.group.SEQUENCE, expert.severity.NOTE)
+expert_kind("unanswered", "Without an answer", expert.group.SEQUENCE, expert.severity.NOTE)
 expert_kind("cut", "Cut at the end of a segment", expert.group.REASSEMBLE, expert.severity.NOTE)
 expert_kind("capture", "Not all in the capture", expert.group.UNDECODED, expert.severity.NOTE)
 expert_kind("mismatch", "Not what was declared", expert.group.MALFORMED, expert.severity.WARN)
@@ -828,7 +829,7 @@ local function postpone(cursor, start, at, request, line)
     local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
     -- What was put together may go on in this very segment.
     local part = cursor.is_reassembled and {} or add_rest(cursor, start, label)
-    part.is_cut, part.fatal_line = true, line
+    part.is_cut, part.fatal_line, part.cut_request = true, line, request
     cursor.stream.partial = {request = request, frame = cursor.frame, part = part,
                              unread = unread_from(cursor, at), arrived = cursor.total - start,
                              missing = missing}
@@ -1291,6 +1292,18 @@ local function parse_one_answer(cursor, at, length)
     end
 end
 
+-- Asks for the rest of an answer, and shows what there is: the rest may never come.
+local function postpone_answer(cursor, at)
+    local missing = cursor.missing
+    if not cursor.is_reassembled then
+        note(add_rest(cursor, at, "answer, cut"), "cut",
+             plural(missing, "byte") .. (missing == 1 and " is" or " are") .. " missing here" ..
+             (missing == 4 and ", as many as the plugin loses of an answer that its system took " ..
+              "in parts" or ""))
+    end
+    ask(cursor, at)
+end
+
 local function parse_answers(cursor, at)
     while at < cursor.total do
         local length = has(cursor, at, 4) and u32(cursor.tvb, at)
@@ -1303,7 +1316,7 @@ local function parse_answers(cursor, at)
         end
         has(cursor, at, length and 4 + length or 4)
         if cursor.missing > 0 and cursor.can_ask then
-            ask(cursor, at)
+            postpone_answer(cursor, at)
             return
         elseif not length then
             add_rest(cursor, at, "not decoded")
@@ -1722,11 +1735,20 @@ local function show_answer(tree, tvb, part)
     show_links(tree, part)
 end
 
--- A second pass knows whether the rest came.
-local function show_cut(item, part, pinfo)
+-- Known in a second pass only.
+local function has_connection_ended()
+    return (last(tcp_completeness) or 0) >= 16 -- a FIN, or a RST
+end
+
+local function show_cut_request(item, part, pinfo)
     local line = part.fatal_line
     if part.is_completed then
-        return
+        if line and pinfo.visited and not part.cut_request.answer_frame and has_connection_ended()
+        then
+            item:add_proto_expert_info(experts.ends_process,
+                                       "has no answer: if the plugin looked before the rest " ..
+                                       "arrived, the simulator's process ended with " .. line)
+        end
     elseif line and pinfo.visited then
         item:add_proto_expert_info(experts.ends_process,
                                    "the rest never arrives: the simulator's process ends with " ..
@@ -1740,6 +1762,13 @@ local function show_cut(item, part, pinfo)
     end
 end
 
+local function show_missing_answer(item, request, pinfo)
+    if pinfo.visited and not request.answer_frame and request.last_frame == pinfo.number and
+        has_connection_ended() then
+        item:add_proto_expert_info(experts.unanswered, "the connection ended before an answer")
+    end
+end
+
 local function show_part(tree, tvb, part, pinfo)
     local item = tree:add(orvane, tvb(part.offset, part.length))
     item:append_text(", " .. part.info)
@@ -1749,9 +1778,10 @@ local function show_part(tree, tvb, part, pinfo)
         show_answer(item, tvb, part)
     else
         show_request(item, tvb, part)
+        show_missing_answer(item, part.request, pinfo)
     end
     if part.is_cut then
-        show_cut(item, part, pinfo)
+        show_cut_request(item, part, pinfo)
     end
     show_notes(item, part)
     return item

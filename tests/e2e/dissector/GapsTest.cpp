@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <string>
+
 #include "e2e/dissector/DrawnCaptureTest.h"
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
@@ -35,7 +37,8 @@ TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
                     "Velmar: write dataref 7, read dataref 7, run command 3|01020304|",
                     "Velmar answer: write dataref 7: ok, read dataref 7 = 4 bytes|01020304|"));
     EXPECT_THAT(expertsOf(file),
-                ElementsAre("2 Note: no identification: the capture begins within a request",
+                ElementsAre("1 Note: 1 byte is missing here",
+                            "2 Note: no identification: the capture begins within a request",
                             "5 Note: registered before the capture begins"));
 }
 
@@ -50,6 +53,46 @@ TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
                 ElementsAre(kGap + "Tarnel DATA 1 item|", kGap + "Tarnel answer: outputs|4"));
     EXPECT_THAT(expertsOf(file),
                 ElementsAre("4 Note: bytes before this segment are not in the capture"));
+}
+
+TEST_F(GapsTest, TellsOfRequestsThatTheEndOfTheConnectionLeftWithoutAnAnswer) {
+    const std::string line = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4";
+    capture.Connect();
+    capture.FromClient(tarnel(versionMessage()));
+    capture.ResetFromServer();
+    // The simulator had only a part when it looked; what came then, nobody read.
+    capture.Connect();
+    capture.FromClientInPieces(velmar({readDataref(1)}), 10);
+    capture.ResetFromServer();
+    // This one may still be answered.
+    capture.Connect();
+    capture.FromClient(tarnel(versionMessage()));
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        expertsOf(file, "orvane", {"-2"}),
+        ElementsAre("4 Note: the connection ended before an answer",
+                    "9 Error: has no answer: if the plugin looked before the rest arrived, the "
+                    "simulator's process ended with " +
+                        line,
+                    "10 Note: the connection ended before an answer"));
+}
+
+TEST_F(GapsTest, ShowsWhatThereIsOfAnAnswer) {
+    capture.Connect();
+    capture.FromClient(query());
+    capture.FromServer(Bytes(kEmptyOutputs.begin(), kEmptyOutputs.end() - 4));
+    capture.Connect();
+    capture.FromClient(query());
+    capture.FromServerInPieces(kEmptyOutputs, 10);
+    const auto file = capture.Finish();
+    EXPECT_THAT(fieldsOf(file, {"frame.number", "_ws.col.Info"}, "tcp.srcport == 48000 and orvane"),
+                ElementsAre("5|answer, cut [TCP segment of a reassembled PDU]",
+                            "10|answer, cut [TCP segment of a reassembled PDU]",
+                            "11|Tarnel answer: 0 outputs"));
+    EXPECT_THAT(expertsOf(file),
+                ElementsAre("5 Note: 4 bytes are missing here, as many as the plugin loses of an "
+                            "answer that its system took in parts",
+                            "10 Note: 6 bytes are missing here"));
 }
 
 TEST_F(GapsTest, LinksNoAnswerToARequestFromBeforeAGap) {
