@@ -29,10 +29,12 @@ local AIRCRAFT = 0xFFFF
 local PACKETS = {"register dataref", "unregister dataref", "register command",
                  "unregister command", "read dataref", "write dataref", "run command",
                  "poll command states"}
-local VALUE_TYPES = {[0] = "none", "int", "float", "byte", "int array", "float array"}
+local VALUE_TYPES = {"int", "float", "byte", "int array", "float array"}
 local INT, FLOAT, INT_ARRAY, FLOAT_ARRAY, COMMAND = 1, 2, 3, 4, 6 -- Tarnel's
+local ELEMENT_TYPES = {"int", "float", "element of an int array", "element of a float array"}
 local TARGET_TYPES = {"int", "float", "element of an int array", "element of a float array",
                       [6] = "command"}
+local RANGE_TYPES = {[2] = "float", [4] = "element of a float array"}
 local OUTPUT_TYPES = {"int", "float", "int array", "float array", [6] = "command"}
 local SCALINGS = {"int range", "float range", "range of two datarefs"}
 local CONDITIONS = {"skipped when the value is 1", "skipped when the value is 0",
@@ -60,6 +62,16 @@ local function field(kind, path, title, ...)
     fields[path] = ProtoField[kind]("orvane." .. path, title, ...)
 end
 
+-- A number of which only some values have a name of their own; `other` names the rest.
+local function named_field(kind, path, title, names, other)
+    local ranges = {}
+    for value, name in pairs(names) do
+        table.insert(ranges, {value, value, name})
+    end
+    table.insert(ranges, {0, 0xFFFFFFFF, other})
+    field(kind, path, title, base.RANGE_STRING + base.DEC, ranges)
+end
+
 field("framenum", "request_in", "Request in", base.NONE, frametype.REQUEST)
 field("framenum", "response_in", "Response in", base.NONE, frametype.RESPONSE)
 field("relative_time", "response_time", "Response time")
@@ -78,7 +90,7 @@ field("uint32", "tarnel.output_count", "Output records", base.DEC)
 field("uint32", "tarnel.item_size", "Size of an item", base.DEC)
 field("uint32", "tarnel.item_count", "Items", base.DEC)
 field("none", "tarnel.input", "Input")
--- Each field of an input record: offset, kind, path, title and the meaning of its values.
+-- Each field of an input record: offset, kind, path, title, and the names of its values.
 local INPUT_LAYOUT = {
     {0, "int32", "action", "Action"},
     {4, "int32", "reserved", "Reserved"},
@@ -88,11 +100,11 @@ local INPUT_LAYOUT = {
     {20, "int32", "repeat", "Repeat interval, ms"},
     {24, "int32", "int_min", "Int range, minimum"},
     {28, "int32", "int_max", "Int range, maximum"},
-    {32, "int32", "type", "Target type", TARGET_TYPES},
-    {36, "int32", "scaling", "Scaling", SCALINGS},
-    {40, "int32", "range_type", "Type of the range datarefs", TARGET_TYPES},
+    {32, "int32", "type", "Target type", TARGET_TYPES, "none, does nothing"},
+    {36, "int32", "scaling", "Scaling", SCALINGS, "value / 65535"},
+    {40, "int32", "range_type", "Type of the range datarefs", RANGE_TYPES, "none"},
     {44, "int32", "range_index", "Element of the range datarefs"},
-    {48, "int32", "condition", "Condition", CONDITIONS},
+    {48, "int32", "condition", "Condition", CONDITIONS, "never skipped"},
     {52, "float", "fixed_float", "Fixed float value"},
     {56, "float", "float_min", "Float range, minimum"},
     {60, "float", "float_max", "Float range, maximum"},
@@ -104,19 +116,21 @@ local INPUT_LAYOUT = {
     {180, "string", "range_max_name", "Range dataref, maximum"},
     {280, "string", "target", "Target"},
     {380, "string", "condition_name", "Condition dataref"},
-    {480, "int32", "condition_type", "Type of the condition dataref", TARGET_TYPES},
+    {480, "int32", "condition_type", "Type of the condition dataref", ELEMENT_TYPES, "none"},
     {484, "int32", "condition_index", "Element of the condition dataref"},
 }
 for _, each in ipairs(INPUT_LAYOUT) do
     local path = "tarnel.input." .. each[3]
-    if not fields[path] then
-        field(each[2], path, each[4], each[2] == "int32" and base.DEC or nil, each[5])
+    if each[5] then
+        named_field(each[2], path, each[4], each[5], each[6])
+    elseif not fields[path] then
+        field(each[2], path, each[4], each[2] == "int32" and base.DEC or nil)
     end
 end
 field("none", "tarnel.output", "Output")
 field("uint32", "tarnel.output.id", "Identifier", base.DEC)
 field("string", "tarnel.output.name", "Name")
-field("int32", "tarnel.output.type", "Type", base.DEC, OUTPUT_TYPES)
+named_field("int32", "tarnel.output.type", "Type", OUTPUT_TYPES, "none, has no value")
 field("int32", "tarnel.output.first", "First element", base.DEC)
 field("int32", "tarnel.output.count", "Elements", base.DEC)
 field("none", "tarnel.item", "Item")
@@ -132,13 +146,13 @@ field("none", "tarnel.aircraft", "Aircraft")
 field("uint32", "tarnel.aircraft.id", "Aircraft id", base.HEX)
 
 field("none", "velmar.packet", "Packet")
-field("uint32", "velmar.type", "Type", base.DEC, PACKETS)
+named_field("uint32", "velmar.type", "Type", PACKETS, "none, skipped")
 field("uint32", "velmar.id", "Identifier", base.DEC)
-field("uint32", "velmar.data_type", "Data type", base.DEC, VALUE_TYPES)
+named_field("uint32", "velmar.data_type", "Data type", VALUE_TYPES, "none")
 field("uint32", "velmar.array_size", "Array size", base.DEC)
 field("uint8", "velmar.name_length", "Name length", base.DEC)
 field("string", "velmar.name", "Name")
-field("uint8", "velmar.action", "Action", base.DEC, {"once", "begin"})
+named_field("uint8", "velmar.action", "Action", {"once", "begin"}, "end")
 field("uint32", "velmar.value_length", "Value length", base.DEC)
 field("int32", "velmar.int", "Int")
 field("float", "velmar.float", "Float")

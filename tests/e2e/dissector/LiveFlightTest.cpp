@@ -163,6 +163,44 @@ TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
             "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
 }
 
+TEST_F(LiveFlightTest, NamesWhatValuesOutsideOfTheListsDo) {
+    TestClient client;
+    client.Exchange(*simulator,
+                    tarnel(definitionsMessage({{.action = 1, .targetType = 2},
+                                               {.action = 2,
+                                                .targetType = -1,
+                                                .scaling = 4,
+                                                .rangeType = 3,
+                                                .condition = 5,
+                                                .conditionType = 6}},
+                                              {{.id = 1, .name = "test/int", .type = 5}})));
+    client.Exchange(*simulator,
+                    velmar({registerDataref(1, 6, 0, "test/int"), registerCommand(9, "test/hold"),
+                            runCommand(9, 2), runCommand(9, 0), runCommand(9, 255), u32(77)}));
+    std::vector<std::string> lines =
+        runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
+    std::erase_if(lines, [](const std::string& line) {
+        return !line.starts_with("        ") || !line.ends_with(')');
+    });
+    EXPECT_THAT(
+        lines,
+        ElementsAre(
+            "        Target type: float (2)", "        Scaling: value / 65535 (0)",
+            "        Type of the range datarefs: none (0)", "        Condition: never skipped (0)",
+            "        Type of the condition dataref: none (0)",
+            "        Target type: none, does nothing (-1)", "        Scaling: value / 65535 (4)",
+            "        Type of the range datarefs: none (3)", "        Condition: never skipped (5)",
+            "        Type of the condition dataref: none (6)",
+            "        Type: none, has no value (5)", "        Type: register dataref (1)",
+            "        Data type: none (6)", "        Type: register command (3)",
+            "        Type: run command (7)", "        Action: begin (2)",
+            "        Type: run command (7)", "        Action: end (0)",
+            "        Type: run command (7)", "        Action: end (255)",
+            "        Type: none, skipped (77)", "        Type: register dataref (1)",
+            "        Status: success (1)", "        Type: register command (3)",
+            "        Status: success (1)"));
+}
+
 TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
     TestClient first;
     TestClient second;
