@@ -793,6 +793,15 @@ local function parse_one_packet(cursor, at)
     return packet.length and packet or nil
 end
 
+-- A short command name needs something after it, and two words of zeros are the advice.
+local function take_for_padding(packets, packet)
+    local before = packets[#packets]
+    local room = before and (before.room or before.type == 3 and before.length < 17 and 2) or 0
+    if packet.type == 0 and room > 0 then
+        packet.room, packet.info, packet.notes = room - 1, "padding", nil
+    end
+end
+
 -- Packets from `at` to the end. Returns them, and where the first one begins that is not there as a
 -- whole, if there is one.
 local function parse_velmar(cursor, at)
@@ -802,6 +811,7 @@ local function parse_velmar(cursor, at)
         if not packet then
             return packets, at
         end
+        take_for_padding(packets, packet)
         apply(cursor.stream, packet)
         table.insert(packets, packet)
         at = at + packet.length
@@ -879,7 +889,9 @@ end
 local function request_texts(packets)
     local texts = {}
     for _, packet in ipairs(packets) do
-        table.insert(texts, packet.info)
+        if not packet.room then
+            table.insert(texts, packet.info)
+        end
     end
     return texts
 end

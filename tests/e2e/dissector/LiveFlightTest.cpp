@@ -13,6 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::EndsWith;
 using testing::IsEmpty;
 
 using LiveFlightTest = LiveCaptureTest;
@@ -199,6 +200,24 @@ TEST_F(LiveFlightTest, NamesWhatValuesOutsideOfTheListsDo) {
             "        Type: none, skipped (77)", "        Type: register dataref (1)",
             "        Status: success (1)", "        Type: register command (3)",
             "        Status: success (1)"));
+}
+
+TEST_F(LiveFlightTest, TakesTwoZerosBehindAShortCommandNameForPadding) {
+    TestClient client;
+    client.Exchange(*simulator, velmar({registerCommand(9, "s/short"), zeros(8)}));
+    client.Exchange(*simulator, velmar({registerCommand(9, "s/s"), zeros(12)}));
+    client.Exchange(*simulator, velmar({registerCommand(9, "s/longer"), zeros(4)}));
+    const auto file = capture.Finish();
+    EXPECT_THAT(
+        infosOf(file),
+        ElementsAre("Velmar: register s/short", "Velmar answer: register s/short: failed",
+                    "Velmar: register s/s, unknown type", "Velmar answer: register s/s: failed",
+                    "Velmar: register s/longer, unknown type",
+                    "Velmar answer: register s/longer: failed"));
+    EXPECT_THAT(
+        expertsOf(file, "orvane.expert.skipped"),
+        ElementsAre(EndsWith(" Note: unknown type inside a request: its four bytes are skipped"),
+                    EndsWith(" Note: unknown type inside a request: its four bytes are skipped")));
 }
 
 TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
