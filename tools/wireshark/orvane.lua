@@ -232,6 +232,16 @@ local function number_text(value)
     return string.format("%.9g", value)
 end
 
+-- A list of `count` things for the Info column; only the first are asked for their texts.
+local function list_text(count, text_of_one)
+    local texts = {}
+    for i = 1, math.min(count, MOST_IN_INFO) do
+        texts[i] = text_of_one(i)
+    end
+    local rest = count - #texts
+    return table.concat(texts, ", ") .. (rest > 0 and string.format(" and %.0f more", rest) or "")
+end
+
 -- Notes -------------------------------------------------------------------------
 
 -- `holder` is a part or a packet of a record; its item in the tree gets the note.
@@ -396,6 +406,31 @@ local function entry_length(output)
     return (output.type == INT or output.type == FLOAT) and 12 or 4
 end
 
+-- Without an aircraft a command's identifier comes twice.
+local function extra_length(output, is_unloaded)
+    return output.is_command and is_unloaded and 4 or 0
+end
+
+-- An entry's name and value as text; nothing if it is not the output's entry, or not all there.
+local function entry_text(tvb, at, ends, output, is_unloaded)
+    local extra = extra_length(output, is_unloaded)
+    if at + entry_length(output) + extra > ends or u32(tvb, at) ~= output.id then
+        return nil
+    end
+    local name = output.name ~= "" and output.name or string.format("output %.0f", output.id)
+    if output.is_command then
+        return name .. (tvb(at + 8 + extra, 1):uint() == 0 and " = up" or " = pressed")
+    elseif output.type == INT then
+        return name .. " = " .. number_text(i32(tvb, at + 8))
+    elseif output.type == FLOAT then
+        return name .. " = " .. number_text(tvb(at + 8, 4):le_float())
+    elseif is_array(output) then
+        return name .. " = " .. plural(math.max(output.count, 0),
+                                       output.type == INT_ARRAY and "int" or "float")
+    end
+    return name .. ": no value"
+end
+
 local function read_definitions(tvb, at, input_count, output_count)
     local definitions = {outputs = {}, actions = {}, commands = 0, length = 12}
     for i = 0, input_count - 1 do
@@ -507,6 +542,22 @@ parse_message[DEFINITIONS] = function(cursor, at, request)
     return real
 end
 
+local function item_text(definitions, action, value)
+    local targets = definitions and definitions.actions[action]
+    return string.format("%s = %d", targets and targets[1] or "action " .. action, value)
+end
+
+local function items_text(cursor, at, count)
+    if count == 0 or cursor.captured - at < ITEM_SIZE * math.min(count, MOST_IN_INFO) then
+        return plural(count, "item")
+    end
+    return list_text(count, function(i)
+        local item = at + ITEM_SIZE * (i - 1)
+        return item_text(cursor.stream.definitions, i32(cursor.tvb, item),
+                         i32(cursor.tvb, item + 4))
+    end)
+end
+
 -- At the first item that the plugin cannot execute, what becomes of the message.
 local function judge_items(cursor, at, request, count)
     local definitions = cursor.stream.definitions
@@ -538,7 +589,7 @@ parse_message[DATA] = function(cursor, at, request)
     local size, count = u32(cursor.tvb, at + 4), u32(cursor.tvb, at + 8)
     local declared = (multiply32(size, count) + 12) % 4294967296
     local real = 12 + ITEM_SIZE * count
-    request.info = "Tarnel DATA " .. plural(count, "item")
+    request.info = "Tarnel DATA: " .. items_text(cursor, at + 12, count)
     if is_oversized(cursor, at, request, declared) then
         return cursor.total - at
     elseif is_cut(cursor, at, declared) then
@@ -819,14 +870,6 @@ local function parse_velmar(cursor, at)
     return packets, nil
 end
 
-local function velmar_info(prefix, texts)
-    local shown = table.concat(texts, ", ", 1, math.min(#texts, MOST_IN_INFO))
-    if #texts > MOST_IN_INFO then
-        shown = string.format("%s and %d more", shown, #texts - MOST_IN_INFO)
-    end
-    return prefix .. ": " .. shown
-end
-
 -- Requests ----------------------------------------------------------------------------------------
 
 -- Asks for the rest of what begins at `start`; it is parsed anew when that has arrived.
@@ -886,14 +929,14 @@ local function commit(cursor, part, request, packets)
     stream.open = (request.protocol == VELMAR or request.is_bare) and request or nil
 end
 
-local function request_texts(packets)
+local function packets_text(packets)
     local texts = {}
     for _, packet in ipairs(packets) do
         if not packet.room then
             table.insert(texts, packet.info)
         end
     end
-    return texts
+    return list_text(#texts, function(i) return texts[i] end)
 end
 
 local function add_request_part(cursor, start, ends, part)
@@ -932,7 +975,7 @@ local function parse_packets(cursor, start, at, request)
     end
     local ends = waits and cut_at or cursor.total
     if ends > start then
-        local info = #packets > 0 and velmar_info("Velmar", request_texts(packets)) or
+        local info = #packets > 0 and "Velmar: " .. packets_text(packets) or
             cut_at and "Velmar" or "Velmar identification alone"
         add_request_part(cursor, start, ends, {request = request, packets = packets,
                                                message_at = at, info = info})
@@ -1136,6 +1179,20 @@ local function has_no_aircraft(cursor, ends)
     return has(cursor, ends - 4, 4) and u32(cursor.tvb, ends - 4) == 0
 end
 
+local function outputs_text(cursor, part, at, ends)
+    local outputs = part.definitions.outputs
+    local texts = {}
+    for i = 1, math.min(#outputs, MOST_IN_INFO) do
+        texts[i] = entry_text(cursor.tvb, at, math.min(ends, cursor.captured), outputs[i],
+                              part.is_unloaded)
+        at = at + entry_length(outputs[i]) + extra_length(outputs[i], part.is_unloaded)
+    end
+    if #texts < math.min(#outputs, MOST_IN_INFO) or #outputs == 0 then
+        return plural(#outputs, "output")
+    end
+    return list_text(#outputs, function(i) return texts[i] end)
+end
+
 local function parse_outputs(cursor, part, request, ends, length)
     local stream = cursor.stream
     part.definitions = stream.definitions
@@ -1157,7 +1214,7 @@ local function parse_outputs(cursor, part, request, ends, length)
     end
     part.is_unloaded = is_unloaded
     part.info = "Tarnel answer: " ..
-        (part.definitions and plural(#part.definitions.outputs, "output") or "outputs") ..
+        (part.definitions and outputs_text(cursor, part, ends - length, ends) or "outputs") ..
         (is_right and has_no_aircraft(cursor, ends) and ", no aircraft" or "")
     if part.copies == 2 then
         note(part, "mismatch", "the outputs come twice")
@@ -1297,11 +1354,8 @@ local function parse_replies(cursor, part, request, at, ends)
         note(part, request.is_incomplete and "capture" or "mismatch",
              plural(ends - at, "byte") .. " more than replies to the request")
     end
-    local texts = {}
-    for _, reply in ipairs(part.replies) do
-        table.insert(texts, reply.info)
-    end
-    part.info = #texts > 0 and velmar_info("Velmar answer", texts) or "Velmar answer: empty"
+    part.info = "Velmar answer: " .. (#part.replies == 0 and "empty" or
+        list_text(#part.replies, function(i) return part.replies[i].info end))
 end
 
 local function parse_one_answer(cursor, at, length)
@@ -1614,29 +1668,16 @@ local function show_array(tree, tvb, at, ends, output)
     end)
 end
 
--- The entry's value as text, for the tree.
-local function entry_text(tvb, at, output)
-    if output.is_command then
-        return tvb(at, 1):uint() == 0 and " = up" or " = pressed"
-    elseif output.type == INT then
-        return " = " .. number_text(i32(tvb, at))
-    elseif output.type == FLOAT then
-        return " = " .. number_text(tvb(at, 4):le_float())
-    end
-    return is_array(output) and ", " .. plural(math.max(output.count, 0), "element") or
-        ", no value"
-end
-
 -- An output's entry. Returns where it ends, or nothing if it is not there.
 local function show_entry(tree, tvb, at, ends, output, is_unloaded)
-    local extra = output.is_command and is_unloaded and 4 or 0 -- the identifier, again
-    local length = entry_length(output) + extra
-    if at + length > ends or u32(tvb, at) ~= output.id then
+    local text = entry_text(tvb, at, ends, output, is_unloaded)
+    if not text then
         return nil
     end
+    local extra = extra_length(output, is_unloaded)
+    local length = entry_length(output) + extra
     local item = tree:add(fields["tarnel.entry"], tvb(at, length))
-    item:set_text(string.format("Entry: %.0f, %s%s", output.id, output.name,
-                                entry_text(tvb, at + math.min(8 + extra, length), output)))
+    item:set_text(string.format("Entry: %.0f, %s", output.id, text))
     item:add_le(fields["tarnel.entry.id"], tvb(at, 4))
     if extra > 0 then
         item:add_le(fields["tarnel.entry.id"], tvb(at + 4, 4))

@@ -69,7 +69,7 @@ TEST_F(DissectorRobustnessTest, ListensOnThePortOfThePreference) {
     const auto file = elsewhere.Finish();
     EXPECT_THAT(infosOf(file), IsEmpty());
     EXPECT_THAT(infosOf(file, {"-o", "orvane.port:48001"}),
-                ElementsAre("Tarnel DATA 1 item", "Tarnel answer: 0 outputs"));
+                ElementsAre("Tarnel DATA: action 7 = 5", "Tarnel answer: 0 outputs"));
     capture.Connect();
     capture.FromClient(data(5));
     EXPECT_THAT(infosOf(capture.Finish(), {"-o", "orvane.port:48001"}), IsEmpty());

@@ -33,7 +33,7 @@ TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
     EXPECT_THAT(
         fieldsOf(file, {"_ws.col.Info", "orvane.velmar.value", "orvane.tarnel.aircraft.id"},
                  "frame.number > 2"),
-        ElementsAre("Tarnel DATA 1 item||", "Tarnel answer: outputs||0x04030201",
+        ElementsAre("Tarnel DATA: action 7 = 5||", "Tarnel answer: outputs||0x04030201",
                     "Velmar: write dataref 7, read dataref 7, run command 3|01020304|",
                     "Velmar answer: write dataref 7: ok, read dataref 7 = 4 bytes|01020304|"));
     EXPECT_THAT(expertsOf(file),
@@ -49,8 +49,9 @@ TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
     capture.FromClient(data(5));
     capture.FromServer(outputs("00 00 00 00"));
     const auto file = capture.Finish();
-    EXPECT_THAT(fieldsOf(file, {"_ws.col.Info", "orvane.request_in"}),
-                ElementsAre(kGap + "Tarnel DATA 1 item|", kGap + "Tarnel answer: outputs|4"));
+    EXPECT_THAT(
+        fieldsOf(file, {"_ws.col.Info", "orvane.request_in"}),
+        ElementsAre(kGap + "Tarnel DATA: action 7 = 5|", kGap + "Tarnel answer: outputs|4"));
     EXPECT_THAT(expertsOf(file),
                 ElementsAre("4 Note: bytes before this segment are not in the capture"));
 }
@@ -122,7 +123,7 @@ TEST_F(GapsTest, GoesOnBehindPacketsThatWereCapturedInPart) {
     capture.PartOfFromServer(registrationAnswer(), 2);
     const auto file = capture.Finish();
     EXPECT_THAT(infosOf(file), ElementsAre("Tarnel DEFINITIONS 1 input, 1 output",
-                                           "Tarnel answer: outputs", "Tarnel DATA 1 item",
+                                           "Tarnel answer: outputs", "Tarnel DATA: action 7 = 5",
                                            "Tarnel answer: outputs", "Velmar", "not decoded"));
     EXPECT_THAT(expertsOf(file,
                           "orvane.expert.ends_process or orvane.expert.lost_place or "

@@ -34,21 +34,21 @@ TEST_F(LiveFlightTest, ShowsATarnelFlightMessageByMessage) {
         fieldsOf(file, {"_ws.col.Info", "orvane.name", "orvane.tarnel.entry.int",
                         "orvane.tarnel.entry.float", "orvane.tarnel.entry.command",
                         "orvane.tarnel.aircraft.id"}),
-        ElementsAre(
-            "Tarnel VERSION|||||", "Tarnel answer: version 1.0.7.10|||||",
-            "Tarnel DEFINITIONS 2 inputs, 4 outputs"
-            "|test/int,test/float,test/int,test/floats,kyr/button,test/once||||",
-            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
-            "|0|0,0|0|0xb9852eb1",
-            "Tarnel DATA 2 items|test/int,test/float||||",
-            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
-            "|0|0,0|0|0xb9852eb1",
-            "Tarnel identification alone|||||",
-            "Tarnel answer: 4 outputs|test/int,test/floats,kyr/button,test/once"
-            "|-5|0.5,-2|1|0xb9852eb1",
-            "Tarnel DATA 0 items|||||",
-            "Tarnel answer: 4 outputs, no aircraft|test/int,test/floats,kyr/button,test/once"
-            "|0|0,0|0|0x00000000"));
+        ElementsAre("Tarnel VERSION|||||", "Tarnel answer: version 1.0.7.10|||||",
+                    "Tarnel DEFINITIONS 2 inputs, 4 outputs"
+                    "|test/int,test/float,test/int,test/floats,kyr/button,test/once||||",
+                    "Tarnel answer: test/int = 0, test/floats = 2 floats, kyr/button = up and 1 "
+                    "more|test/int,test/floats,kyr/button,test/once|0|0,0|0|0xb9852eb1",
+                    "Tarnel DATA: test/int = -5, test/float = 65535|test/int,test/float||||",
+                    "Tarnel answer: test/int = 0, test/floats = 2 floats, kyr/button = up and 1 "
+                    "more|test/int,test/floats,kyr/button,test/once|0|0,0|0|0xb9852eb1",
+                    "Tarnel identification alone|||||",
+                    "Tarnel answer: test/int = -5, test/floats = 2 floats, kyr/button = pressed "
+                    "and 1 more|test/int,test/floats,kyr/button,test/once|-5|0.5,-2|1|0xb9852eb1",
+                    "Tarnel DATA: 0 items|||||",
+                    "Tarnel answer: test/int = 0, test/floats = 2 floats, kyr/button = up and 1 "
+                    "more, no aircraft|test/int,test/floats,kyr/button,test/once"
+                    "|0|0,0|0|0x00000000"));
 }
 
 TEST_F(LiveFlightTest, ShowsEveryFieldOfATarnelMessage) {
@@ -111,7 +111,7 @@ TEST_F(LiveFlightTest, ShowsEveryFieldOfATarnelMessage) {
             "        Identifier: 4294967295", "        Name: kyr/a",
             "        Type: float array (4)", "        First element: 2", "        Elements: 3",
             // The answer.
-            "    Length: 32", "    Entry: 4294967295, kyr/a, 3 elements",
+            "    Length: 32", "    Entry: 4294967295, kyr/a = 3 floats",
             "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
             "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
             "        Aircraft id: 0xb9852eb1",
@@ -120,7 +120,7 @@ TEST_F(LiveFlightTest, ShowsEveryFieldOfATarnelMessage) {
             "    Size of an item: 8", "    Items: 1", "    Item: action 1 = 77, test/floats",
             "        Action: 1", "        Value: 77", "        [Name: test/floats]",
             // The answer.
-            "    Length: 32", "    Entry: 4294967295, kyr/a, 3 elements",
+            "    Length: 32", "    Entry: 4294967295, kyr/a = 3 floats",
             "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
             "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
             "        Aircraft id: 0xb9852eb1"}));
@@ -255,8 +255,10 @@ TEST_F(LiveFlightTest, PutsALargeRequestAndItsAnswerTogether) {
     const auto file = capture.Finish();
     EXPECT_THAT(
         fieldsOf(file, {"_ws.col.Info", "orvane.length"}, "orvane and not orvane.expert.cut"),
-        ElementsAre("Tarnel DEFINITIONS 400 inputs, 1 output|", "Tarnel answer: 1 output|2000020",
-                    "Tarnel DATA 1 item|", "Tarnel answer: 1 output|2000020"));
+        ElementsAre("Tarnel DEFINITIONS 400 inputs, 1 output|",
+                    "Tarnel answer: test/many_floats = 500000 floats|2000020",
+                    "Tarnel DATA: test/int = 1|",
+                    "Tarnel answer: test/many_floats = 500000 floats|2000020"));
 }
 
 TEST_F(LiveFlightTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
@@ -266,11 +268,15 @@ TEST_F(LiveFlightTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
     client.Exchange(*simulator, tarnel(dataMessage({{7, 258}})));
     client.Exchange(*simulator, velmar({readDataref(1)}));
     const auto file = capture.Finish();
-    EXPECT_THAT(infosOf(file),
-                ElementsAre("Tarnel DEFINITIONS 2 inputs, 4 outputs", "Tarnel answer: 4 outputs",
-                            "Velmar: register test/int", "Velmar answer: register test/int: ok",
-                            "Tarnel DATA 1 item", "Tarnel answer: 4 outputs",
-                            "Velmar: read test/int", "Velmar answer: read test/int = 258"));
+    EXPECT_THAT(
+        infosOf(file),
+        ElementsAre(
+            "Tarnel DEFINITIONS 2 inputs, 4 outputs",
+            "Tarnel answer: test/int = 0, test/floats = 2 floats, kyr/button = up and 1 more",
+            "Velmar: register test/int", "Velmar answer: register test/int: ok",
+            "Tarnel DATA: test/int = 258",
+            "Tarnel answer: test/int = 0, test/floats = 2 floats, kyr/button = up and 1 more",
+            "Velmar: read test/int", "Velmar answer: read test/int = 258"));
     EXPECT_THAT(expertsOf(file, "orvane.expert.mismatch"), IsEmpty());
 }
 

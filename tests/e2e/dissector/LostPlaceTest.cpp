@@ -89,7 +89,7 @@ TEST_F(LostPlaceTest, GoesBackToTheFormerDefinitionsWhenTheirOutputsAnswerNewOne
     const auto file = capture.Finish();
     EXPECT_THAT(infosOf(file),
                 ElementsAre("Tarnel DEFINITIONS 1 input, 1 output", "Tarnel answer: 0 outputs",
-                            "Tarnel DATA 1 item", "Tarnel answer: 0 outputs"));
+                            "Tarnel DATA: action 7 = 1", "Tarnel answer: 0 outputs"));
     EXPECT_THAT(expertsOf(file, "frame.number == 5"),
                 ElementsAre("5 Warning: the former outputs: the plugin had only a part of the "
                             "DEFINITIONS: the connection has lost its place"));
@@ -132,7 +132,7 @@ TEST_F(LostPlaceTest, SaysThatTheRestOfSeveralSegmentsCannotBeFollowed) {
     const auto file = capture.Finish();
     EXPECT_THAT(infosOf(file), ElementsAre("Tarnel request, cut [TCP segment of a reassembled PDU]",
                                            "Tarnel answer: 0 outputs", "rest of a torn request",
-                                           "Tarnel DATA 0 items"));
+                                           "Tarnel DATA: 0 items"));
     EXPECT_THAT(
         expertsOf(file, "frame.number > 5"),
         ElementsAre("8 Warning: torn, frame 5 answers the part that had arrived: the plugin looks "
