@@ -2,4 +2,4 @@
 std = "lua52"
 max_line_length = 100
 globals = {"ByteArray", "Proto", "ProtoField", "ProtoExpert", "Pref", "Field", "DissectorTable",
-           "NSTime", "base", "frametype", "expert", "ENC_UTF_8"}
+           "NSTime", "Struct", "base", "frametype", "expert", "ENC_UTF_8"}

@@ -228,8 +228,15 @@ local function plural(count, noun)
     return string.format("%d %s%s", count, noun, count == 1 and "" or "s")
 end
 
-local function number_text(value)
-    return string.format("%.9g", value)
+-- A float with the fewest digits that read back as the same.
+local function float_text(value)
+    for digits = 6, 8 do
+        local text = string.format("%." .. digits .. "g", value)
+        if tonumber(text) and Struct.pack("<f", tonumber(text)) == Struct.pack("<f", value) then
+            return text
+        end
+    end
+    return value ~= value and "nan" or string.format("%.9g", value)
 end
 
 -- A list of `count` things for the Info column; only the first are asked for their texts.
@@ -421,9 +428,9 @@ local function entry_text(tvb, at, ends, output, is_unloaded)
     if output.is_command then
         return name .. (tvb(at + 8 + extra, 1):uint() == 0 and " = up" or " = pressed")
     elseif output.type == INT then
-        return name .. " = " .. number_text(i32(tvb, at + 8))
+        return name .. " = " .. i32(tvb, at + 8)
     elseif output.type == FLOAT then
-        return name .. " = " .. number_text(tvb(at + 8, 4):le_float())
+        return name .. " = " .. float_text(tvb(at + 8, 4):le_float())
     elseif is_array(output) then
         return name .. " = " .. plural(math.max(output.count, 0),
                                        output.type == INT_ARRAY and "int" or "float")
@@ -497,7 +504,8 @@ local function note_closing_outputs(request, outputs)
     for _, output in ipairs(outputs) do
         if output.is_own and is_array(output) and output.count < 0 then
             note(request, "closes", "a negative number of elements of " .. output.name ..
-                 " closes the connection: Warning@TcpConnection::ProcessEvents : Feed() : ")
+                 " closes the connection, unless the dataref exists already: " ..
+                 "Warning@TcpConnection::ProcessEvents : Feed() : ")
             return
         end
     end
@@ -644,11 +652,11 @@ end
 local function value_text(tvb, offset, length, entry)
     local kind = entry and entry.type or 0
     if kind == 1 then
-        return number_text(i32(tvb, offset))
+        return tostring(i32(tvb, offset))
     elseif kind == 2 then
-        return number_text(tvb(offset, 4):le_float())
+        return float_text(tvb(offset, 4):le_float())
     elseif kind == 3 then
-        return number_text(tvb(offset, 1):uint())
+        return tostring(tvb(offset, 1):uint())
     elseif kind > 3 then
         return plural(length / 4, kind == 4 and "int" or "float")
     end

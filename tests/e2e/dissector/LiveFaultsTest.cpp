@@ -71,15 +71,22 @@ TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
                                      ": the connection has lost its place")));
 }
 
-TEST_F(LiveFaultsTest, TellsThatANegativeCountClosesTheConnection) {
+TEST_F(LiveFaultsTest, TellsThatANegativeCountMayCloseTheConnection) {
+    const auto define = [](std::int32_t count) {
+        return tarnel(definitionsMessage(
+            {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = count}}));
+    };
     TestClient client;
-    client.Send(tarnel(definitionsMessage(
-        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = -1}})));
+    client.Send(define(-1));
     EXPECT_TRUE(client.IsClosedByServer(*simulator));
-    EXPECT_THAT(expertsOf(capture.Finish()),
-                ElementsAre(EndsWith(" Warning: a negative number of elements of kyr/negative "
-                                     "closes the connection: "
-                                     "Warning@TcpConnection::ProcessEvents : Feed() : ")));
+    TestClient later;
+    EXPECT_EQ(later.Exchange(*simulator, define(2)).size(), 28U);
+    EXPECT_EQ(later.Exchange(*simulator, define(-1)).size(), 20U);
+    const auto file = capture.Finish();
+    const std::string expert =
+        " Warning: a negative number of elements of kyr/negative closes the connection, unless the "
+        "dataref exists already: Warning@TcpConnection::ProcessEvents : Feed() : ";
+    EXPECT_THAT(expertsOf(file), ElementsAre(EndsWith(expert), EndsWith(expert)));
 }
 
 TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {

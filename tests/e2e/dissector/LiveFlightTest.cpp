@@ -12,7 +12,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::EndsWith;
 using testing::IsEmpty;
 
@@ -51,81 +50,6 @@ TEST_F(LiveFlightTest, ShowsATarnelFlightMessageByMessage) {
                     "|0|0,0|0|0x00000000"));
 }
 
-TEST_F(LiveFlightTest, ShowsEveryFieldOfATarnelMessage) {
-    TestClient client;
-    client.Exchange(
-        *simulator,
-        tarnel(definitionsMessage(
-            {{.action = 1,
-              .targetIndex = 2,
-              .fixedInt = 3,
-              .repeatInterval = 4,
-              .intMinimum = -5,
-              .intMaximum = 6,
-              .targetType = kFloatArray,
-              .scaling = 3,
-              .rangeType = kFloat,
-              .rangeIndex = 7,
-              .condition = 4,
-              .fixedFloat = 0.5F,
-              .floatMinimum = -1.5F,
-              .floatMaximum = 2.5F,
-              .useFixed = 8,
-              .hold = 9,
-              .held = 10,
-              .rangeMinimumName = "test/minimum",
-              .rangeMaximumName = "test/maximum",
-              .target = "test/floats",
-              .conditionName = "test/ints",
-              .conditionType = kIntArray,
-              .conditionIndex = 1}},
-            {{.id = 0xFFFFFFFF, .name = "kyr/a", .type = kFloatArray, .first = 2, .count = 3}})));
-    client.Exchange(*simulator, tarnel(dataMessage({{1, 77}})));
-    std::vector<std::string> lines =
-        runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
-    std::erase_if(lines, [](const std::string& line) {
-        return !line.starts_with(' ') || line.find("[Re") != std::string::npos;
-    });
-    EXPECT_THAT(
-        lines,
-        ElementsAreArray(std::vector<std::string>{
-            "    Identification: Tarnel (0x44332211)", "    Message: DEFINITIONS (0xddeeffc0)",
-            "    Size of an input record: 488", "    Input records: 1",
-            "    Size of an output record: 116", "    Output records: 1",
-            "    Input: action 1, test/floats", "        Action: 1", "        Reserved: 0",
-            "        Reserved: 0", "        Target index: 2", "        Fixed int value: 3",
-            "        Repeat interval, ms: 4", "        Int range, minimum: -5",
-            "        Int range, maximum: 6", "        Target type: element of a float array (4)",
-            "        Scaling: range of two datarefs (3)",
-            "        Type of the range datarefs: float (2)",
-            "        Element of the range datarefs: 7",
-            "        Condition: skipped when the dataref is 0 (4)",
-            "        Fixed float value: 0.5", "        Float range, minimum: -1.5",
-            "        Float range, maximum: 2.5", "        Use fixed value: 8",
-            "        Hold command: 9", "        Reserved: 0", "        Command is held: 10",
-            "        Range dataref, minimum: test/minimum",
-            "        Range dataref, maximum: test/maximum", "        Target: test/floats",
-            "        Condition dataref: test/ints",
-            "        Type of the condition dataref: element of an int array (3)",
-            "        Element of the condition dataref: 1", "    Output: 4294967295, kyr/a",
-            "        Identifier: 4294967295", "        Name: kyr/a",
-            "        Type: float array (4)", "        First element: 2", "        Elements: 3",
-            // The answer.
-            "    Length: 32", "    Entry: 4294967295, kyr/a = 3 floats",
-            "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
-            "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
-            "        Aircraft id: 0xb9852eb1",
-            // The item.
-            "    Identification: Tarnel (0x44332211)", "    Message: DATA (0xefbeadde)",
-            "    Size of an item: 8", "    Items: 1", "    Item: action 1 = 77, test/floats",
-            "        Action: 1", "        Value: 77", "        [Name: test/floats]",
-            // The answer.
-            "    Length: 32", "    Entry: 4294967295, kyr/a = 3 floats",
-            "        Identifier: 4294967295", "        [Name: kyr/a]", "        Length: 12",
-            "        Float: 0", "        Float: 0", "        Float: 0", "    Aircraft: 0xB9852EB1",
-            "        Aircraft id: 0xb9852eb1"}));
-}
-
 TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
     TestClient client;
     client.Exchange(*simulator, velmar({registerDataref(7, kFloat, 0, "test/float"),
@@ -162,44 +86,6 @@ TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
             "|test/float,test/once||||",
             "Velmar answer: unregister test/float: ok, unregister test/once: ok, unregister "
             "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
-}
-
-TEST_F(LiveFlightTest, NamesWhatValuesOutsideOfTheListsDo) {
-    TestClient client;
-    client.Exchange(*simulator,
-                    tarnel(definitionsMessage({{.action = 1, .targetType = 2},
-                                               {.action = 2,
-                                                .targetType = -1,
-                                                .scaling = 4,
-                                                .rangeType = 3,
-                                                .condition = 5,
-                                                .conditionType = 6}},
-                                              {{.id = 1, .name = "test/int", .type = 5}})));
-    client.Exchange(*simulator,
-                    velmar({registerDataref(1, 6, 0, "test/int"), registerCommand(9, "test/hold"),
-                            runCommand(9, 2), runCommand(9, 0), runCommand(9, 255), u32(77)}));
-    std::vector<std::string> lines =
-        runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
-    std::erase_if(lines, [](const std::string& line) {
-        return !line.starts_with("        ") || !line.ends_with(')');
-    });
-    EXPECT_THAT(
-        lines,
-        ElementsAre(
-            "        Target type: float (2)", "        Scaling: value / 65535 (0)",
-            "        Type of the range datarefs: none (0)", "        Condition: never skipped (0)",
-            "        Type of the condition dataref: none (0)",
-            "        Target type: none, does nothing (-1)", "        Scaling: value / 65535 (4)",
-            "        Type of the range datarefs: none (3)", "        Condition: never skipped (5)",
-            "        Type of the condition dataref: none (6)",
-            "        Type: none, has no value (5)", "        Type: register dataref (1)",
-            "        Data type: none (6)", "        Type: register command (3)",
-            "        Type: run command (7)", "        Action: begin (2)",
-            "        Type: run command (7)", "        Action: end (0)",
-            "        Type: run command (7)", "        Action: end (255)",
-            "        Type: none, skipped (77)", "        Type: register dataref (1)",
-            "        Status: success (1)", "        Type: register command (3)",
-            "        Status: success (1)"));
 }
 
 TEST_F(LiveFlightTest, TakesTwoZerosBehindAShortCommandNameForPadding) {
