@@ -117,7 +117,7 @@ TEST_F(ConnectionTest, AcceptsOneClientAFrame) {
 TEST_F(ConnectionTest, AnswersAClientThatHasFinishedSendingBeforeItCloses) {
     TestClient client;
     client.Send(version);
-    client.ShutdownSending();
+    client.HalfClose();
     EXPECT_EQ(toHex(client.Answer(*simulator)), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
     EXPECT_TRUE(client.IsClosedByServer(*simulator));
     expectQuietLog();
@@ -171,11 +171,11 @@ protected:
             client.Close();
             break;
         case End::HalfCloseThenReset:
-            client.ShutdownSending();
-            client.Reset();
+            client.HalfClose();
+            client.CloseWithReset();
             break;
         case End::Reset:
-            client.Reset();
+            client.CloseWithReset();
             break;
         }
     }

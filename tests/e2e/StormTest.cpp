@@ -179,11 +179,11 @@ TEST_F(StormTest, SurvivesClientsThatResetHalfCloseStopReadingOrVanish) {
         switch (random() % 5) {
         case 0:
             client.Send(version);
-            client.Reset();
+            client.CloseWithReset();
             break;
         case 1:
             client.Send(version);
-            client.ShutdownSending();
+            client.HalfClose();
             break;
         case 2:
             client.Send(hugeRequest);
@@ -203,7 +203,7 @@ TEST_F(StormTest, SurvivesClientsThatResetHalfCloseStopReadingOrVanish) {
         expectBystanderUnharmed();
         if (present.size() > 10) {
             if (random() % 2 == 0) {
-                present.front()->Reset();
+                present.front()->CloseWithReset();
             }
             present.pop_front();
         }

@@ -3,23 +3,14 @@
 #include <optional>
 
 #include "support/Bytes.h"
+#include "support/TcpPeer.h"
 
 class SimulatorProcess;
 
-// A client's socket, with nothing between the test and the wire.
-class TestClient final {
+// A client of a simulator that stands still: it steps the simulator until its answer is there.
+class TestClient final : public TcpPeer {
 public:
-    // Connects to the plugin's port; the server accepts in one of its next frames. With a small
-    // receive buffer, in bytes, the server has to send a large answer in parts.
-    explicit TestClient(int receiveBuffer = 0);
-    ~TestClient();
-    TestClient(const TestClient&) = delete;
-    TestClient& operator=(const TestClient&) = delete;
-
-    void Send(const Bytes& bytes);
-    // Waits until the server's system has taken all that was sent, whether or not the plugin has
-    // looked at it; false if it has no room.
-    bool IsDelivered() const;
+    explicit TestClient(int receiveBuffer = 0) : TcpPeer(kPluginPort, receiveBuffer) {}
 
     // Steps the simulator until a whole answer is there, and returns it with its length in front.
     // Throws when none comes within many frames or the connection ends.
@@ -34,18 +25,8 @@ public:
     // Steps until the plugin has closed the connection; false if it does not within many frames.
     bool IsClosedByServer(SimulatorProcess& simulator);
 
-    // Says that no more requests come, and goes on reading.
-    void ShutdownSending();
-    // Closes in an orderly way, or with a reset.
-    void Close();
-    void Reset();
-
 private:
-    // Takes in what is there; false once the connection has ended.
-    bool receive();
     std::optional<Bytes> takeFrame();
 
-    int socket = -1;
-    bool ended = false;
     Bytes received;
 };

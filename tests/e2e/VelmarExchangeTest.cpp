@@ -152,7 +152,7 @@ TEST_F(VelmarExchangeTest, TouchesNothingOfAClientThatVanishedWithCommandsRegist
     {
         TestClient client;
         exchange(client, registerCommand(1, "test/once"));
-        client.Reset();
+        client.CloseWithReset();
     }
     simulator->Step(5);
     EXPECT_TRUE(simulator->Ask("command once test/once").starts_with("ok"));

@@ -101,7 +101,7 @@ void SoakClients::visitAndClose() {
 void SoakClients::visitAndHalfClose() {
     TestClient client;
     client.Send(velmar(registerCommand(1, "sim/flight_controls/flaps_down")));
-    client.ShutdownSending();
+    client.HalfClose();
     expectSize(client.Answer(simulator), 12);
     if (!client.IsClosedByServer(simulator)) {
         throw std::runtime_error("a connection was not closed");

@@ -1,13 +1,19 @@
 #include "support/TcpPeer.h"
 
+#include <linux/sockios.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
+
+#include "support/Deadline.h"
 
 namespace {
 
@@ -28,6 +34,10 @@ sockaddr_in loopbackAddress(std::uint16_t port) {
     return address;
 }
 
+void setOption(int socket, int level, int option, int value) {
+    checked(::setsockopt(socket, level, option, &value, sizeof(value)), "setsockopt");
+}
+
 void setNonBlocking(int socket) {
     int enabled = 1;
     checked(::ioctl(socket, FIONBIO, &enabled), "FIONBIO");
@@ -44,8 +54,12 @@ bool isReadable(int socket) {
 
 } // namespace
 
-TcpPeer::TcpPeer(std::uint16_t port)
-    : socket(checked(::socket(AF_INET, SOCK_STREAM, 0), "socket")) {
+TcpPeer::TcpPeer(std::uint16_t port, int receiveBuffer)
+    : socket(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
+    setOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
+    if (receiveBuffer > 0) {
+        setOption(socket, SOL_SOCKET, SO_RCVBUF, receiveBuffer);
+    }
     const sockaddr_in address = loopbackAddress(port);
     checked(::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)),
             "connect");
@@ -58,14 +72,27 @@ TcpPeer::~TcpPeer() {
 void TcpPeer::Send(const Bytes& bytes) const {
     std::size_t sent = 0;
     while (sent < bytes.size()) {
-        const ssize_t result = ::write(socket, bytes.data() + sent, bytes.size() - sent);
-        sent += static_cast<std::size_t>(checked(static_cast<int>(result), "write"));
+        const ssize_t result =
+            ::sendto(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL, nullptr, 0);
+        sent += static_cast<std::size_t>(checked(static_cast<int>(result), "send"));
     }
 }
 
+bool TcpPeer::IsDelivered() const {
+    int underWay = 0;
+    const auto look = [&] { checked(::ioctl(socket, SIOCOUTQ, &underWay), "SIOCOUTQ"); };
+    look();
+    return driveUntil(look, [&] { return underWay == 0; });
+}
+
 Bytes TcpPeer::Receive(std::size_t max) {
-    Bytes bytes(max);
-    bytes.resize(ReceiveInto(bytes.data(), max));
+    Bytes bytes;
+    std::array<unsigned char, 0x10000> chunk;
+    std::size_t received = 0;
+    do {
+        received = ReceiveInto(chunk.data(), std::min(chunk.size(), max - bytes.size()));
+        bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + static_cast<long>(received));
+    } while (received == chunk.size());
     return bytes;
 }
 
@@ -95,6 +122,9 @@ void TcpPeer::Close() {
 }
 
 void TcpPeer::CloseWithReset() {
+    if (socket == -1) {
+        return;
+    }
     const linger atOnce{1, 0};
     checked(::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce)), "SO_LINGER");
     Close();

@@ -2,34 +2,43 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "support/Bytes.h"
 
+constexpr std::uint16_t kPluginPort = 48000;
+
 // The far end of a TCP connection over loopback, driven by a test.
 //
-// It uses `read` and `write` only, so that planned failures of the socket calls of the code under
-// test do not hit it. Set-up failures throw std::system_error.
-class TcpPeer final {
+// It receives and sends by calls that SocketFaults leaves alone, so that planned failures of the
+// code under test do not hit it. What fails throws std::system_error.
+class TcpPeer {
 public:
-    // Connects to 127.0.0.1.
-    explicit TcpPeer(std::uint16_t port);
+    // Connects to 127.0.0.1; the server may accept later. With a small receive buffer, in bytes,
+    // the server has to send a large answer in parts.
+    explicit TcpPeer(std::uint16_t port, int receiveBuffer = 0);
     ~TcpPeer();
     TcpPeer(const TcpPeer&) = delete;
     TcpPeer& operator=(const TcpPeer&) = delete;
 
     // Sends all of it; blocks only if the other side never reads.
     void Send(const Bytes& bytes) const;
+    // Waits until the server's system has taken all that was sent, whether or not the server has
+    // looked at it; false if it has no room.
+    bool IsDelivered() const;
     // What has arrived so far, at most `max` bytes. Never waits.
-    Bytes Receive(std::size_t max = 0x100000);
+    Bytes Receive(std::size_t max = std::numeric_limits<std::size_t>::max());
     // The same without allocating. Returns the number of bytes.
     std::size_t ReceiveInto(unsigned char* bytes, std::size_t max);
     // Whether an earlier Receive ran into the other side's orderly end, or into a reset.
     bool SawEnd() const { return sawEnd; }
     bool SawReset() const { return sawReset; }
+    bool HasEnded() const { return sawEnd || sawReset; }
 
+    // Says that no more comes, and goes on receiving.
     void HalfClose() const;
+    // Closing a second time does nothing. With a reset, the other side gets no orderly end.
     void Close();
-    // The other side gets a reset instead of an orderly end.
     void CloseWithReset();
 
 private:

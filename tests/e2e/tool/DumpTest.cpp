@@ -51,7 +51,7 @@ protected:
                 *simulator,
                 velmar(join({writeDataref(1, i32(-3)), readDataref(1), runCommand(2, 1)})));
             client.Exchange(*simulator, velmar(pollCommandStates()));
-            client.ShutdownSending();
+            client.HalfClose();
             client.IsClosedByServer(*simulator);
         }
         capture.Finish();
