@@ -1,13 +1,10 @@
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <string>
 
 #include "e2e/EndToEndTest.h"
+#include "support/LoopbackListener.h"
 
 namespace {
 
@@ -30,26 +27,8 @@ protected:
     const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
 };
 
-// A socket that listens on the plugin's port, as another program might.
-class OtherProgram final {
-public:
-    OtherProgram() : socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        const int enabled = 1;
-        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &enabled, sizeof(enabled));
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(48000);
-        EXPECT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-        EXPECT_EQ(::listen(socket, 1), 0);
-    }
-    ~OtherProgram() { ::close(socket); }
-
-private:
-    int socket;
-};
-
 TEST_F(LifecycleTest, EndsWithTheExactLineWhenThePortIsTaken) {
-    const OtherProgram other;
+    const LoopbackListener otherProgram(kPluginPort);
     simulator = SimulatorProcess::StartOnly();
     const int status = simulator->WaitForEnd();
     ASSERT_TRUE(WIFSIGNALED(status));

@@ -5,7 +5,8 @@
 #include <thread>
 #include <vector>
 
-#include "support/Bytes.h"
+#include "support/LoopbackListener.h"
+#include "support/TcpPeer.h"
 
 // Plays the server, byte by byte: it accepts connections one after the other, and on each of them
 // waits for a request and sends an answer, as often as written down. Another request than expected
@@ -35,17 +36,15 @@ public:
     ScriptedServer(const ScriptedServer&) = delete;
     ScriptedServer& operator=(const ScriptedServer&) = delete;
 
-    std::uint16_t Port() const { return port; }
+    std::uint16_t Port() const { return listener.Port(); }
     // "127.0.0.1:port".
-    std::string Place() const { return "127.0.0.1:" + std::to_string(port); }
+    std::string Place() const { return "127.0.0.1:" + std::to_string(Port()); }
 
 private:
     void play();
-    void play(const Connection& connection, int socket) const;
-    static Bytes receive(int socket, std::size_t most);
+    static void play(const Connection& connection, TcpPeer& client);
 
     const std::vector<Connection> script;
-    int listener = -1;
-    std::uint16_t port = 0;
+    LoopbackListener listener;
     std::thread thread;
 };

@@ -1,9 +1,7 @@
 #include "support/TcpPeer.h"
 
 #include <linux/sockios.h>
-#include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -11,48 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <system_error>
 
 #include "support/Deadline.h"
-
-namespace {
-
-constexpr int kPatienceMs = 20'000;
-
-int checked(int result, const char* what) {
-    if (result == -1) {
-        throw std::system_error(errno, std::generic_category(), what);
-    }
-    return result;
-}
-
-sockaddr_in loopbackAddress(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-void setOption(int socket, int level, int option, int value) {
-    checked(::setsockopt(socket, level, option, &value, sizeof(value)), "setsockopt");
-}
-
-void setNonBlocking(int socket) {
-    int enabled = 1;
-    checked(::ioctl(socket, FIONBIO, &enabled), "FIONBIO");
-}
-
-bool waitFor(int socket, short events, short wanted, int timeoutMs) {
-    pollfd entry{socket, events, 0};
-    return ::poll(&entry, 1, timeoutMs) == 1 && (entry.revents & wanted) != 0;
-}
-
-bool isReadable(int socket) {
-    return waitFor(socket, POLLIN, POLLIN | POLLERR | POLLHUP, 0);
-}
-
-} // namespace
+#include "support/Sockets.h"
 
 TcpPeer::TcpPeer(std::uint16_t port, int receiveBuffer)
     : socket(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
@@ -65,6 +24,12 @@ TcpPeer::TcpPeer(std::uint16_t port, int receiveBuffer)
             "connect");
 }
 
+// Only Send and Await may wait, and they would not if the socket were non-blocking.
+TcpPeer::TcpPeer(AcceptedSocket accepted) : socket(accepted.descriptor) {
+    int disabled = 0;
+    checked(::ioctl(socket, FIONBIO, &disabled), "FIONBIO");
+}
+
 TcpPeer::~TcpPeer() {
     Close();
 }
@@ -74,7 +39,7 @@ void TcpPeer::Send(const Bytes& bytes) const {
     while (sent < bytes.size()) {
         const ssize_t result =
             ::sendto(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL, nullptr, 0);
-        sent += static_cast<std::size_t>(checked(static_cast<int>(result), "send"));
+        sent += static_cast<std::size_t>(checked(result, "send"));
     }
 }
 
@@ -93,6 +58,15 @@ Bytes TcpPeer::Receive(std::size_t max) {
         received = ReceiveInto(chunk.data(), std::min(chunk.size(), max - bytes.size()));
         bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + static_cast<long>(received));
     } while (received == chunk.size());
+    return bytes;
+}
+
+Bytes TcpPeer::Await(std::size_t size) {
+    Bytes bytes;
+    while (bytes.size() < size && !HasEnded() && waitReadable(socket)) {
+        const Bytes more = Receive(size - bytes.size());
+        bytes.insert(bytes.end(), more.begin(), more.end());
+    }
     return bytes;
 }
 
@@ -128,32 +102,4 @@ void TcpPeer::CloseWithReset() {
     const linger atOnce{1, 0};
     checked(::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce)), "SO_LINGER");
     Close();
-}
-
-LoopbackListener::LoopbackListener()
-    : socket(checked(::socket(AF_INET, SOCK_STREAM, 0), "socket")) {
-    sockaddr_in address = loopbackAddress(0);
-    socklen_t length = sizeof(address);
-    checked(::bind(socket, reinterpret_cast<const sockaddr*>(&address), length), "bind");
-    checked(::listen(socket, 4), "listen");
-    checked(::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length), "getsockname");
-    port = ntohs(address.sin_port);
-}
-
-LoopbackListener::~LoopbackListener() {
-    ::close(socket);
-}
-
-int LoopbackListener::Accept() const {
-    const int accepted = checked(::accept(socket, nullptr, nullptr), "accept");
-    setNonBlocking(accepted);
-    return accepted;
-}
-
-bool waitReadable(int socket) {
-    return waitFor(socket, POLLIN, POLLIN, kPatienceMs);
-}
-
-bool waitBroken(int socket) {
-    return waitFor(socket, 0, POLLERR | POLLHUP, kPatienceMs);
 }

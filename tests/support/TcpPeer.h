@@ -5,8 +5,12 @@
 #include <limits>
 
 #include "support/Bytes.h"
+#include "support/Sockets.h"
 
-constexpr std::uint16_t kPluginPort = 48000;
+// A descriptor that somebody accepted, to be closed by whoever takes it.
+struct AcceptedSocket {
+    int descriptor;
+};
 
 // The far end of a TCP connection over loopback, driven by a test.
 //
@@ -17,6 +21,7 @@ public:
     // Connects to 127.0.0.1; the server may accept later. With a small receive buffer, in bytes,
     // the server has to send a large answer in parts.
     explicit TcpPeer(std::uint16_t port, int receiveBuffer = 0);
+    explicit TcpPeer(AcceptedSocket accepted);
     ~TcpPeer();
     TcpPeer(const TcpPeer&) = delete;
     TcpPeer& operator=(const TcpPeer&) = delete;
@@ -28,7 +33,9 @@ public:
     bool IsDelivered() const;
     // What has arrived so far, at most `max` bytes. Never waits.
     Bytes Receive(std::size_t max = std::numeric_limits<std::size_t>::max());
-    // The same without allocating. Returns the number of bytes.
+    // Waits, with a deadline, for so many bytes. Fewer when the connection ends before.
+    Bytes Await(std::size_t size);
+    // As Receive, without allocating. Returns the number of bytes.
     std::size_t ReceiveInto(unsigned char* bytes, std::size_t max);
     // Whether an earlier Receive ran into the other side's orderly end, or into a reset.
     bool SawEnd() const { return sawEnd; }
@@ -46,24 +53,3 @@ private:
     bool sawEnd = false;
     bool sawReset = false;
 };
-
-// A listening socket on a port that the system chooses.
-class LoopbackListener final {
-public:
-    LoopbackListener();
-    ~LoopbackListener();
-    LoopbackListener(const LoopbackListener&) = delete;
-    LoopbackListener& operator=(const LoopbackListener&) = delete;
-
-    std::uint16_t Port() const { return port; }
-    // Waits for a client. The socket is non-blocking and the caller's.
-    int Accept() const;
-
-private:
-    int socket = -1;
-    std::uint16_t port = 0;
-};
-
-// Wait, with a deadline, until the socket has something to read, or has met an error or a hang-up.
-bool waitReadable(int socket);
-bool waitBroken(int socket);

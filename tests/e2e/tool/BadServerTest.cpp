@@ -5,7 +5,8 @@
 
 #include "e2e/ToolRun.h"
 #include "support/Bytes.h"
-#include "support/TcpPeer.h"
+#include "support/LoopbackListener.h"
+#include "support/Sockets.h"
 
 #include <gtest/gtest.h>
 

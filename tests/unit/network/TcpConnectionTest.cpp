@@ -25,6 +25,7 @@
 #include "support/Deadline.h"
 #include "support/FakeProtocol.h"
 #include "support/FakeUtilities.h"
+#include "support/LoopbackListener.h"
 #include "support/RecordingLogger.h"
 #include "support/SocketFaults.h"
 #include "support/TcpPeer.h"

@@ -6,41 +6,18 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <stdexcept>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "TcpServerTest.h"
 #include "common/Utilities.h"
+#include "support/LoopbackListener.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// Another program that is bound to the port, and listens if it is told to.
-class Occupant final {
-public:
-    Occupant() : socket(::socket(AF_INET, SOCK_STREAM, 0)) {
-        const int enabled = 1;
-        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &enabled, sizeof(enabled));
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(kPort);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-            throw std::runtime_error("the port is not free");
-        }
-    }
-    ~Occupant() { ::close(socket); }
-    Occupant(const Occupant&) = delete;
-    Occupant& operator=(const Occupant&) = delete;
-
-    bool Listen() const { return ::listen(socket, 1) == 0; }
-
-private:
-    int socket;
-};
 
 int optionOf(int socket, int option) {
     int value = 0;
@@ -58,7 +35,7 @@ std::vector<int> receiveBuffersOnThePort() {
         sockaddr_in address{};
         socklen_t length = sizeof(address);
         if (::getsockname(file, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
-            address.sin_family == AF_INET && address.sin_port == htons(kPort)) {
+            address.sin_family == AF_INET && address.sin_port == htons(kPluginPort)) {
             const bool listens = optionOf(file, SO_ACCEPTCONN) != 0;
             sizes.insert(listens ? sizes.begin() : sizes.end(), optionOf(file, SO_RCVBUF));
         }
@@ -79,9 +56,7 @@ TEST_F(TcpServerTest, ListensOnItsPort) {
 TEST_F(TcpServerTest, ListensOnEveryLocalAddress) {
     start();
     const int client = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(kPort);
+    sockaddr_in address = loopbackAddress(kPluginPort);
     address.sin_addr.s_addr = htonl(0x7F010203); // 127.1.2.3
     EXPECT_EQ(::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     ::close(client);
@@ -100,8 +75,7 @@ TEST_F(TcpServerTest, SkipsASecondInit) {
 
 // Error 98 is not in the table of texts.
 TEST_F(TcpServerTest, IsFatalWhenAnotherProgramListensOnThePort) {
-    const Occupant occupant;
-    ASSERT_TRUE(occupant.Listen());
+    const LoopbackListener otherProgram(kPluginPort);
     Utilities realUtilities;
     TcpServer second(&logger, &realUtilities, &factory);
     EXPECT_THROW(second.Init(), FatalReport);
@@ -188,7 +162,7 @@ TEST_F(TcpServerTest, IsNotListeningWhenListenFails) {
 }
 
 TEST_F(TcpServerTest, SharesThePortWithAProgramThatDoesNotListen) {
-    const Occupant occupant;
+    const LoopbackListener otherProgram(kPluginPort, std::nullopt);
     EXPECT_TRUE(server->Init());
 }
 

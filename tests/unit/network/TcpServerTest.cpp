@@ -28,8 +28,8 @@ TEST_F(TcpServerTest, CostsOneFailingAcceptPerTickWithoutClients) {
 
 TEST_F(TcpServerTest, AcceptsOneClientPerTick) {
     start();
-    const TcpPeer first(kPort);
-    const TcpPeer second(kPort);
+    const TcpPeer first(kPluginPort);
+    const TcpPeer second(kPluginPort);
     ASSERT_TRUE(driveUntil([this] { tick(); }, [this] { return factory.connectionsServed >= 1; }));
     EXPECT_EQ(factory.connectionsServed, 1);
     tick();
@@ -40,7 +40,7 @@ TEST_F(TcpServerTest, AcceptsOneClientPerTick) {
 
 TEST_F(TcpServerTest, LetsANewClientTakeItsFirstStepInTheTickThatAcceptsIt) {
     start();
-    TcpPeer peer(kPort);
+    TcpPeer peer(kPluginPort);
     peer.Send(fromHex("11 22 33 44"));
     ASSERT_TRUE(driveUntil([this] { tick(); }, [this] { return factory.connectionsServed == 1; }));
     EXPECT_EQ(faults.Count(SocketCall::Receive), 1U);
@@ -133,7 +133,7 @@ TEST_F(TcpServerTest, IsFatalWhenAcceptFails) {
 TEST_F(TcpServerTest, TurnsAClientAwayWhoseSocketCannotBeSetUp) {
     start();
     logger.throwsOnError = false;
-    TcpPeer peer(kPort);
+    TcpPeer peer(kPluginPort);
     faults.Fail(SocketCall::SetOption, EINVAL);
     ASSERT_TRUE(driveUntil([this] { tick(); }, [this] { return !logger.messages.empty(); }));
     EXPECT_THAT(logger.messages,
@@ -173,7 +173,7 @@ TEST_F(TcpServerTest, StopsListening) {
     server->Cleanup();
     EXPECT_THAT(logger.messages,
                 ElementsAre(std::pair(LogLevelVerbose, "Verbose@TcpServer::Cleanup")));
-    EXPECT_THROW(TcpPeer{kPort}, std::system_error);
+    EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
 }
 
 TEST_F(TcpServerTest, WarnsOfASecondCleanup) {
@@ -232,7 +232,7 @@ TEST_F(TcpServerTest, ReleasesEverythingWhenItIsDeleted) {
     server.reset();
     EXPECT_THAT(deleted, ElementsAre(1));
     EXPECT_TRUE(seesTheEnd(*peer));
-    EXPECT_THROW(TcpPeer{kPort}, std::system_error);
+    EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
 }
 
 } // namespace

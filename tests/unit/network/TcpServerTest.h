@@ -19,8 +19,6 @@
 #include "support/SocketFaults.h"
 #include "support/TcpPeer.h"
 
-constexpr std::uint16_t kPort = 48000;
-
 // A server, and the clients that connect to it.
 class TcpServerTest : public testing::Test {
 protected:
@@ -54,7 +52,7 @@ protected:
 
     // A client that has been accepted.
     std::unique_ptr<TcpPeer> connect() {
-        auto peer = std::make_unique<TcpPeer>(kPort);
+        auto peer = std::make_unique<TcpPeer>(kPluginPort);
         const int before = factory.connectionsServed;
         EXPECT_TRUE(
             driveUntil([this] { tick(); }, [&] { return factory.connectionsServed > before; }));

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+// A server's socket on 127.0.0.1, driven by a test. Set-up failures throw std::system_error.
+class LoopbackListener final {
+public:
+    // On a port that the system chooses, or on this one. Without a backlog it is bound to the port
+    // and does not listen.
+    explicit LoopbackListener(std::uint16_t port = 0, std::optional<int> backlog = 4);
+    ~LoopbackListener();
+    LoopbackListener(const LoopbackListener&) = delete;
+    LoopbackListener& operator=(const LoopbackListener&) = delete;
+
+    std::uint16_t Port() const { return port; }
+    // Waits for a client, with a deadline. The socket is non-blocking and the caller's; -1 when
+    // nobody connects.
+    int Accept() const;
+
+private:
+    int socket;
+    std::uint16_t port = 0;
+};

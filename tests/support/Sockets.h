@@ -1,0 +1,30 @@
+#pragma once
+
+#include <netinet/in.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <system_error>
+
+// What the sockets of tests have in common.
+
+constexpr std::uint16_t kPluginPort = 48000;
+
+// The result of a system call; throws std::system_error when it failed.
+template <typename Result>
+Result checked(Result result, const char* what) {
+    if (result == -1) {
+        throw std::system_error(errno, std::generic_category(), what);
+    }
+    return result;
+}
+
+// 127.0.0.1.
+sockaddr_in loopbackAddress(std::uint16_t port);
+void setOption(int socket, int level, int option, int value);
+
+// Whether something can be read now: bytes, the end, or an error.
+bool isReadable(int socket);
+// Wait, with a deadline, until the socket has something to read, or has met an error or a hang-up.
+bool waitReadable(int socket);
+bool waitBroken(int socket);
