@@ -1,26 +1,20 @@
 #include "fuzz/FuzzClient.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cstdint>
+#include "support/Sockets.h"
 
 namespace {
 
-constexpr std::uint16_t kPort = 48000;
 constexpr std::size_t kLargestRead = 64UL * 1024;
 
 } // namespace
 
 void FuzzClient::connect() {
     socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(kPort);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const sockaddr_in address = loopbackAddress(kPluginPort);
     ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
 }
 
