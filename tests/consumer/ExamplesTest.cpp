@@ -1,15 +1,13 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "e2e/SimulatorProcess.h"
 #include "support/TemporaryDirectory.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -23,26 +21,8 @@ protected:
         simulator->Ask("run");
     }
 
-    // The lines that a program prints, which must end well.
-    static std::vector<std::string> linesOf(const std::string& command) {
-        FILE* const pipe = ::popen(command.c_str(), "r");
-        EXPECT_NE(pipe, nullptr) << command;
-        std::string text;
-        for (int character = std::fgetc(pipe); character != EOF; character = std::fgetc(pipe)) {
-            text += static_cast<char>(character);
-        }
-        const int status = ::pclose(pipe);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << command << ": " << text;
-        std::istringstream stream(text);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
-
     static std::vector<std::string> example(const std::string& call) {
-        return linesOf(std::string(EXAMPLES_FOLDER) + "/" + call);
+        return linesOf(outputOf(std::string(EXAMPLES_FOLDER) + "/" + call));
     }
 
     float get(const std::string& dataref) { return std::stof(simulator->Get(dataref)); }
@@ -88,7 +68,7 @@ TEST_F(ExamplesTest, ThePageHasProgramsThatRun) {
     for (const auto& entry : std::filesystem::directory_iterator(PAGE_FOLDER)) {
         const std::string name = entry.path().filename();
         if (name.rfind("program_", 0) == 0 && entry.path().extension().empty()) {
-            EXPECT_FALSE(linesOf(entry.path()).empty()) << name;
+            EXPECT_FALSE(outputOf(entry.path()).empty()) << name;
             ++programs;
         }
     }

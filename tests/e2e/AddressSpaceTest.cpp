@@ -1,15 +1,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <iostream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
 #include "support/AddressSpaceLimit.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -28,10 +27,7 @@ protected:
     }
 
     std::string processFile(const char* file) const {
-        const std::ifstream stream("/proc/" + std::to_string(simulator->Pid()) + "/" + file);
-        std::ostringstream text;
-        text << stream.rdbuf();
-        return text.str();
+        return contentOf("/proc/" + std::to_string(simulator->Pid()) + "/" + file);
     }
 
     rlim_t addressSpace() const {
@@ -133,8 +129,7 @@ struct Mapping {
 
 std::vector<Mapping> mappingsIn(const std::string& smaps) {
     std::vector<Mapping> mappings;
-    std::istringstream text(smaps);
-    for (std::string line; std::getline(text, line);) {
+    for (const std::string& line : linesOf(smaps)) {
         if (line.starts_with("Size:")) {
             mappings.push_back({std::stol(line.substr(5)), ""});
         } else if (line.starts_with("VmFlags:") && !mappings.empty()) {

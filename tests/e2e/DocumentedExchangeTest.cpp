@@ -1,9 +1,9 @@
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -30,9 +30,8 @@ void addLine(Bytes& bytes, const std::string& line) {
 }
 
 std::vector<DocumentedMessage> readPage() {
-    std::ifstream page(TARNEL_PAGE);
     std::vector<DocumentedMessage> messages;
-    for (std::string line; std::getline(page, line);) {
+    for (const std::string& line : linesOf(contentOf(TARNEL_PAGE))) {
         if (line == "client" || line == "server") {
             messages.push_back({line == "client", {}});
         } else if (!messages.empty() && isHex(line.substr(0, line.find(' ')), 4)) {

@@ -1,8 +1,8 @@
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "e2e/EndToEndTest.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -11,10 +11,8 @@ protected:
     // Pages that the simulator's process touched for the first time, or for the first time since
     // they were taken from it, so far.
     long minorFaults() const {
-        std::ifstream file("/proc/" + std::to_string(simulator->Pid()) + "/stat");
-        std::string text;
-        std::getline(file, text);
-        // Behind the program's name, which may hold anything, eight fields come first.
+        const std::string text = contentOf("/proc/" + std::to_string(simulator->Pid()) + "/stat");
+        // After the program's name, which may hold anything, eight fields come first.
         std::istringstream fields(text.substr(text.rfind(')') + 1));
         std::string skipped;
         for (int i = 0; i < 7; ++i) {

@@ -3,9 +3,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <system_error>
+
+#include "support/Text.h"
 
 TemporaryDirectory::TemporaryDirectory() : former(std::filesystem::current_path()) {
     std::string pattern = (std::filesystem::temp_directory_path() / "orvane-XXXXXX").string();
@@ -35,13 +36,7 @@ void TemporaryDirectory::Write(const std::string& relativePath, const std::strin
 }
 
 std::string TemporaryDirectory::Read(const std::string& relativePath) const {
-    const std::ifstream file(path / relativePath, std::ios::binary);
-    if (!file) {
-        throw std::runtime_error("cannot read " + relativePath);
-    }
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
+    return contentOf(path / relativePath);
 }
 
 bool TemporaryDirectory::Has(const std::string& relativePath) const {

@@ -6,17 +6,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <fstream>
-#include <memory>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "headless/xplm/Simulator.h"
 #include "support/TemporaryDirectory.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -24,27 +21,9 @@ using testing::ElementsAre;
 
 const std::string kPlugin = ORVANE_PLUGIN_PATH;
 
-std::vector<std::string> outputOf(const std::string& program) {
-    const std::string command = program + " '" + kPlugin + "'";
-    const auto close = [](FILE* stream) { pclose(stream); };
-    const std::unique_ptr<FILE, decltype(close)> stream(popen(command.c_str(), "r"), close);
-    if (stream == nullptr) {
-        throw std::runtime_error("cannot run " + command);
-    }
-    std::string text;
-    std::array<char, 4096> chunk{};
-    while (const std::size_t size = std::fread(chunk.data(), 1, chunk.size(), stream.get())) {
-        text.append(chunk.data(), size);
-    }
-    std::vector<std::string> lines;
-    std::istringstream input(text);
-    for (std::string line; std::getline(input, line);) {
-        lines.push_back(line);
-    }
-    if (lines.empty()) {
-        throw std::runtime_error("no output from " + command);
-    }
-    return lines;
+// Of a program that is given the plugin.
+std::vector<std::string> linesAbout(const std::string& program) {
+    return linesOf(outputOf(program + " '" + kPlugin + "'"));
 }
 
 // One line of nm: a kind such as "U" or "T", and a name such as "recv@GLIBC_2.2.5".
@@ -56,7 +35,7 @@ struct Symbol {
 
 std::vector<Symbol> dynamicSymbols(const std::string& selection) {
     std::vector<Symbol> symbols;
-    for (const std::string& line : outputOf("nm -D " + selection)) {
+    for (const std::string& line : linesAbout("nm -D " + selection)) {
         // An undefined symbol has blanks for an address.
         std::istringstream fields(line.substr(line.find_first_not_of("0123456789abcdef ")));
         Symbol symbol{};
@@ -87,14 +66,10 @@ std::vector<int> numbersOf(const std::string& version) {
 }
 
 bool isMapped() {
-    std::ifstream maps("/proc/self/maps");
     const std::string fileName = kPlugin.substr(kPlugin.find_last_of('/'));
-    for (std::string line; std::getline(maps, line);) {
-        if (line.ends_with(fileName)) {
-            return true;
-        }
-    }
-    return false;
+    const std::vector<std::string> mappings = linesOf(contentOf("/proc/self/maps"));
+    return std::any_of(mappings.begin(), mappings.end(),
+                       [&](const std::string& line) { return line.ends_with(fileName); });
 }
 
 TEST(PluginBinaryTest, ExportsTheFiveEntryPointsAndNothingElse) {
@@ -156,7 +131,7 @@ TEST(PluginBinaryTest, NeedsOnlyTheLibrariesOfTheSystem) {
     const std::set<std::string> allowed{"libc.so.6", "libm.so.6", "libstdc++.so.6", "libgcc_s.so.1",
                                         "ld-linux-x86-64.so.2"};
     std::set<std::string> needed;
-    for (const std::string& line : outputOf("readelf --dynamic --wide")) {
+    for (const std::string& line : linesAbout("readelf --dynamic --wide")) {
         if (line.find("(NEEDED)") != std::string::npos) {
             const auto open = line.find('[');
             needed.insert(line.substr(open + 1, line.find(']') - open - 1));
