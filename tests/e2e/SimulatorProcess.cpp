@@ -1,41 +1,18 @@
 #include "e2e/SimulatorProcess.h"
 
-#include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
-#include <system_error>
-#include <thread>
+#include <utility>
 
-extern char** environ;
+#include "support/Text.h"
 
 namespace {
 
-using std::chrono::steady_clock;
 constexpr std::chrono::seconds kDeadline(60);
-
-void check(int error, const char* what) {
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), what);
-    }
-}
-
-struct Pipe {
-    Pipe() {
-        if (::pipe2(ends, O_CLOEXEC) == -1) {
-            throw std::system_error(errno, std::generic_category(), "pipe2");
-        }
-    }
-    int ends[2];
-};
 
 } // namespace
 
@@ -59,40 +36,19 @@ void SimulatorProcess::spawn(std::vector<std::string> extraArguments) {
     std::signal(SIGPIPE, SIG_IGN);
     std::vector<std::string> arguments{HEADLESS_SIM, PLUGIN, "--console", "--paused"};
     arguments.insert(arguments.end(), extraArguments.begin(), extraArguments.end());
-    const Pipe toChild;
-    const Pipe fromChild;
-    posix_spawn_file_actions_t actions;
-    check(posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
-    check(posix_spawn_file_actions_adddup2(&actions, toChild.ends[0], STDIN_FILENO), "stdin");
-    check(posix_spawn_file_actions_adddup2(&actions, fromChild.ends[1], STDOUT_FILENO), "stdout");
-    // The plugin must live with the default: a broken connection kills by signal.
-    posix_spawnattr_t attributes;
-    check(posix_spawnattr_init(&attributes), "posix_spawnattr_init");
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    check(posix_spawnattr_setsigdefault(&attributes, &defaults), "setsigdefault");
-    check(posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF), "setflags");
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    const int error = posix_spawn(&pid, argv[0], &actions, &attributes, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-    ::close(toChild.ends[0]);
-    ::close(fromChild.ends[1]);
-    input = toChild.ends[1];
-    outputPipe = fromChild.ends[0];
-    check(error, argv[0]);
+    const Channel toChild = pipeToChild();
+    const Channel fromChild = pipeFromChild();
+    input = toChild.ours;
+    outputPipe = fromChild.ours;
+    process = std::make_unique<ChildProcess>(
+        std::move(arguments),
+        ChildProcess::Setting{.input = toChild.theirs, .output = fromChild.theirs});
+    ::close(toChild.theirs);
+    ::close(fromChild.theirs);
 }
 
 SimulatorProcess::~SimulatorProcess() {
-    if (pid != -1) {
-        ::kill(pid, SIGKILL);
-        ::waitpid(pid, nullptr, 0);
-    }
+    process.reset();
     ::close(input);
     ::close(outputPipe);
 }
@@ -143,16 +99,7 @@ int SimulatorProcess::WaitForEnd() {
     while (readMore()) {
     }
     output += unread;
-    int status = 0;
-    const auto deadline = steady_clock::now() + kDeadline;
-    while (::waitpid(pid, &status, WNOHANG) != pid) {
-        if (steady_clock::now() > deadline) {
-            throw std::runtime_error("the simulator does not end");
-        }
-        std::this_thread::yield();
-    }
-    pid = -1;
-    return status;
+    return process->WaitForEnd();
 }
 
 bool SimulatorProcess::readMore() {
@@ -182,19 +129,12 @@ std::string SimulatorProcess::takeLine() {
 }
 
 std::string SimulatorProcess::LogText() const {
-    const std::ifstream file(workingDirectory / "Log.txt");
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    const std::filesystem::path file = workingDirectory / "Log.txt";
+    return std::filesystem::exists(file) ? contentOf(file) : "";
 }
 
 std::vector<std::string> SimulatorProcess::LogLines() const {
-    std::istringstream text(LogText());
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(text, line);) {
-        lines.push_back(line);
-    }
-    return lines;
+    return linesOf(LogText());
 }
 
 std::string SimulatorProcess::LastLogMessage() const {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "support/ChildProcess.h"
 
 // A real headless-sim process with the real plugin in it, driven frame by frame.
 //
@@ -47,7 +47,7 @@ public:
     // The last line without the plugin's name and the time stamp.
     std::string LastLogMessage() const;
 
-    pid_t Pid() const { return pid; }
+    pid_t Pid() const { return process->Pid(); }
 
 private:
     struct WithoutWaiting {};
@@ -58,12 +58,12 @@ private:
     std::string takeLine();
 
     std::filesystem::path workingDirectory;
-    pid_t pid = -1;
+    std::unique_ptr<ChildProcess> process;
     int input = -1;
     int outputPipe = -1;
     std::string unread;
     std::string output;
 };
 
-// The message of a log line, behind the plugin's name, the date and the time.
+// The message of a log line, after the plugin's name, the date and the time.
 std::string messageOf(const std::string& logLine);

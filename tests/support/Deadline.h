@@ -6,7 +6,7 @@
 // loaded machine; the test then fails instead of hanging.
 template <class Step, class Condition>
 bool driveUntil(Step step, Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;

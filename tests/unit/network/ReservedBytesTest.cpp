@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <sys/sysinfo.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <limits>
 #include <memory>
 #include <new>
 #include <vector>
+
+#include "support/ChildProcess.h"
 
 namespace {
 
@@ -42,12 +42,8 @@ TEST(ReservedBytesTest, DoNotStandInTheWayOfAForkWhenTheyOutgrowTheMachine) {
     for (std::size_t reserved = 0; reserved < total + total / 2; reserved += kBufferOfAConnection) {
         reservations.push_back(std::make_unique<ReservedBytes>(kBufferOfAConnection));
     }
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(0);
-    }
-    ASSERT_NE(child, -1);
-    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+    ChildProcess child([] {});
+    EXPECT_EQ(child.WaitForEnd(), 0);
 }
 
 } // namespace

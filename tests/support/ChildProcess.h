@@ -1,0 +1,59 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// A process of the test's own, which is gone after the destructor. Failures to make one throw
+// std::system_error.
+class ChildProcess final {
+public:
+    struct Setting {
+        // Descriptors for the child's standard input, output and error, which the caller closes
+        // afterwards; without one the child shares the test's.
+        std::optional<int> input{};
+        std::optional<int> output{};
+        std::optional<int> errors{};
+        // Instead of the test's own.
+        std::optional<std::vector<std::string>> environment{};
+        // A process group of its own, as a shell gives it.
+        bool hasOwnGroup = false;
+    };
+
+    // Runs a program, which is the first of the arguments. Signals that the test ignores have their
+    // usual effect in it.
+    ChildProcess(std::vector<std::string> arguments, const Setting& setting);
+    // Forks; the child does this and ends well.
+    explicit ChildProcess(const std::function<void()>& work);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    pid_t Pid() const { return pid; }
+    // Throws when it has ended: the number may be another's by then.
+    void Signal(int signal) const;
+
+    bool HasEnded();
+    // Waits, with a deadline, and returns the wait status.
+    int WaitForEnd();
+    // As the shell tells it: 128 more than the signal that ended it.
+    int ExitCode() const;
+
+private:
+    pid_t pid = -1;
+    int status = 0;
+    bool ended = false;
+};
+
+// The test's end, and the child's.
+struct Channel {
+    int ours = -1;
+    int theirs = -1;
+};
+
+// Both close when a program is run.
+Channel pipeFromChild();
+Channel pipeToChild();
