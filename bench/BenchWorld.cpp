@@ -4,17 +4,11 @@
 #include <numeric>
 
 #include "bench/Figure.h"
-#include "plugin/DatarefAccessors.h"
-#include "plugin/PluginCallbacks.h"
-#include "plugin/PluginGlobals.h"
 
 namespace {
 
 // Those of a connection.
 constexpr int kBufferSize = 0x0FFFFFFF;
-
-constexpr const char* kAircraftDescription = "sim/aircraft/view/acf_descrip";
-constexpr int kAircraftDescriptionSize = 260;
 
 // Five digits, so that names are equally long.
 std::string numbered(const std::string& prefix, std::int64_t number) {
@@ -66,30 +60,11 @@ std::vector<std::string> callsOf(headless::CallRecorder& recorder,
 
 } // namespace
 
-BenchWorld::BenchWorld()
-    : observer(MyCommandCallBack),
-      provider(&logger, GetInt, SetInt, GetFloat, SetFloat, GetDouble, SetDouble, GetIntArray,
-               SetIntArray, GetFloatArray, SetFloatArray, GetByteArray, SetByteArray),
-      factory(&simState, &observer, &logger, &utilities, &provider),
-      resources(&utilities, &logger),
-      server(&logger, &utilities, &factory),
-      plugin(MyFlightLoopCallback, &observer, &resources, &server, &provider, &simState, &logger),
-      in(kBufferSize, &logger),
-      out(kBufferSize, &logger),
-      former(globalPlugin) {
-    globalPlugin = &plugin;
+BenchWorld::BenchWorld() : in(kBufferSize, &logger), out(kBufferSize, &logger) {
     logger.SetLogLevel(LogLevelWarning);
-    simulator.Log().KeepInMemory(false);
-    simulator.Datarefs().Define({.name = kAircraftDescription,
-                                 .types = xplmType_Data,
-                                 .elements = kAircraftDescriptionSize});
-    simulator.Datarefs().SetBytes(kAircraftDescription, "Glider of the benchmarks");
+    simulator.Datarefs().SetBytes("sim/aircraft/view/acf_descrip", "Glider of the benchmarks");
     simState.SetPlaneLoaded(true);
     simState.ReadPlaneId();
-}
-
-BenchWorld::~BenchWorld() {
-    globalPlugin = former;
 }
 
 std::vector<std::string> BenchWorld::DefineDatarefs(const std::string& kind, XPLMDataTypeID type,

@@ -4,30 +4,19 @@
 #include <string>
 #include <vector>
 
-#include "commands/CommandObserver.h"
 #include "common/LoggingService.h"
-#include "common/SimStateInformation.h"
 #include "common/Utilities.h"
-#include "datarefs/DatarefProvider.h"
-#include "headless/xplm/Simulator.h"
-#include "network/NetworkResources.h"
-#include "network/ProtocolFactory.h"
 #include "network/RingBuffer.h"
-#include "network/TcpServer.h"
-#include "plugin/XPlanePlugin.h"
 #include "support/Bytes.h"
+#include "support/PluginWorld.h"
 
-// A simulator with an aircraft, and the plugin's real objects in it, wired as at its start, but for
-// the network: what a client sends and gets passes through `in` and `out`.
+// A simulator with an aircraft, and the plugin's real objects in it, but for the network: what a
+// client sends and gets passes through `in` and `out`.
 //
-// Nothing is recorded while a benchmark runs, so that nothing grows. Several worlds may exist; the
-// simulator's calls go to the last one made.
-class BenchWorld final {
+// Nothing is recorded while a benchmark runs, so that nothing grows.
+class BenchWorld final : public PluginWorld<LoggingService, Utilities> {
 public:
     BenchWorld();
-    ~BenchWorld();
-    BenchWorld(const BenchWorld&) = delete;
-    BenchWorld& operator=(const BenchWorld&) = delete;
 
     // `count` datarefs "sim/bench/KIND/dataref_10000" and up, with values that differ. Arrays have
     // `elements` elements.
@@ -45,21 +34,8 @@ public:
         in.WriteByteArray(request.data(), request.size());
     }
 
-    headless::Simulator simulator;
-    SimStateInformation simState;
-    LoggingService logger;
-    Utilities utilities;
-    CommandObserver observer;
-    DatarefProvider provider;
-    ProtocolFactory factory;
-    NetworkResources resources;
-    TcpServer server;
-    XPlanePlugin plugin;
     RingBuffer in;
     RingBuffer out;
-
-private:
-    XPlanePlugin* former;
 };
 
 // Ends the program with the first difference.

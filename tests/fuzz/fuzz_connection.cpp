@@ -12,7 +12,6 @@
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/NarrowFactory.h"
 #include "fuzz/ScriptMutator.h"
-#include "network/ProtocolFactory.h"
 #include "network/TcpServer.h"
 #include "support/PrivateNetwork.h"
 #include "support/SocketFaults.h"
@@ -179,9 +178,7 @@ private:
     }
 
     FuzzWorld world{endsOfAnyProtocol()};
-    ProtocolFactory factory{&world.simState, &world.observer, &world.logger, &world.utilities,
-                            &world.provider};
-    NarrowFactory narrowFactory{factory, &world.logger};
+    NarrowFactory narrowFactory{world.factory, &world.logger};
     SocketFaults faults;
     TcpServer server{&world.logger, &world.utilities, &narrowFactory};
     std::array<FuzzClient, kClients> clients;
