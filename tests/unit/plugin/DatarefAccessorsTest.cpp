@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "PluginObjects.h"
+#include "headless/xplm/Simulator.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "PluginObjects.h"
+#include "headless/xplm/Simulator.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "common/SimStateInformation.h"
-#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/TcpServer.h"
 #include "plugin/PluginGlobals.h"
@@ -15,12 +14,18 @@
 // A plugin object among fakes, for the plain functions that find it through globalPlugin. It is
 // global only after Publish(), and never after the object is gone.
 struct PluginObjects {
-    PluginObjects() = default;
+    explicit PluginObjects(XPlanePlugin::FlightLoopCallback callback = askForTheNextFlightLoop)
+        : flightLoop(callback) {}
     ~PluginObjects() { globalPlugin = nullptr; }
     PluginObjects(const PluginObjects&) = delete;
     PluginObjects& operator=(const PluginObjects&) = delete;
 
     void Publish() { globalPlugin = &plugin; }
+
+    static float askForTheNextFlightLoop(float /*sinceLastCall*/, float /*sinceLastLoop*/,
+                                         int /*counter*/, void* /*refcon*/) {
+        return -1.0F;
+    }
 
     RecordingLogger logger;
     FakeUtilities utilities;
@@ -30,11 +35,6 @@ struct PluginObjects {
     SimStateInformation simState;
     NetworkResources resources{&utilities, &logger};
     TcpServer server{&logger, &utilities, &factory};
-    XPlanePlugin plugin{[](float, float, int, void*) { return -1.0F; },
-                        &observer,
-                        &resources,
-                        &server,
-                        &provider,
-                        &simState,
-                        &logger};
+    XPlanePlugin::FlightLoopCallback flightLoop;
+    XPlanePlugin plugin{flightLoop, &observer, &resources, &server, &provider, &simState, &logger};
 };

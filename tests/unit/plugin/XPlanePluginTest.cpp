@@ -9,27 +9,18 @@
 #include <chrono>
 #include <new>
 #include <string>
+#include <system_error>
 
-#include "LoopbackSocket.h"
-#include "common/SimStateInformation.h"
+#include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
-#include "network/NetworkResources.h"
-#include "network/TcpServer.h"
-#include "support/FakeCommandObserver.h"
-#include "support/FakeDatarefProvider.h"
-#include "support/FakeProtocol.h"
-#include "support/FakeUtilities.h"
-#include "support/RecordingLogger.h"
+#include "support/Deadline.h"
+#include "support/LoopbackListener.h"
+#include "support/TcpPeer.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-float flightLoop(float /*sinceLastCall*/, float /*sinceLastLoop*/, int /*counter*/,
-                 void* /*refcon*/) {
-    return -1.0F;
-}
 
 class XPlanePluginTest : public testing::Test {
 protected:
@@ -64,15 +55,13 @@ protected:
     }
 
     headless::Simulator simulator;
-    RecordingLogger logger;
-    FakeUtilities utilities;
-    FakeProtocolFactory factory;
-    FakeCommandObserver observer;
-    FakeDatarefProvider provider;
-    SimStateInformation simState;
-    NetworkResources resources{&utilities, &logger};
-    TcpServer server{&logger, &utilities, &factory};
-    XPlanePlugin plugin{flightLoop, &observer, &resources, &server, &provider, &simState, &logger};
+    PluginObjects objects;
+    RecordingLogger& logger = objects.logger;
+    FakeProtocolFactory& factory = objects.factory;
+    FakeCommandObserver& observer = objects.observer;
+    FakeDatarefProvider& provider = objects.provider;
+    SimStateInformation& simState = objects.simState;
+    XPlanePlugin& plugin = objects.plugin;
 
     Text outName = filled();
     Text outSignature = filled();
@@ -135,17 +124,14 @@ TEST_F(XPlanePluginTest, WantsItsFirstCallTwoFlightLoopsLater) {
 }
 
 TEST_F(XPlanePluginTest, ListensOnceItHasStarted) {
-    LoopbackSocket early;
-    EXPECT_EQ(early.Connect(), ECONNREFUSED);
+    EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
     start();
-    LoopbackSocket client;
-    EXPECT_EQ(client.Connect(), 0);
+    EXPECT_NO_THROW(TcpPeer{kPluginPort});
 }
 
 TEST_F(XPlanePluginTest, IsRefusedWhenTheServerDoesNotListen) {
     logger.throwsOnError = false;
-    LoopbackSocket otherProgram;
-    otherProgram.Listen();
+    const LoopbackListener otherProgram(kPluginPort);
     EXPECT_EQ(start(), 0);
     EXPECT_THAT(logger.At(LogLevelError),
                 ElementsAre("Error@TcpServer::Init : bind() : text of error 98"));
@@ -225,8 +211,7 @@ TEST_F(XPlanePluginTest, KeepsServingWhileItIsDisabled) {
     EXPECT_THAT(simulator.Recorder().Calls(), IsEmpty());
     EXPECT_THAT(provider.calls, IsEmpty());
     EXPECT_EQ(simulator.Loops().Count(), 1U);
-    LoopbackSocket client;
-    EXPECT_EQ(client.Connect(), 0);
+    EXPECT_NO_THROW(TcpPeer{kPluginPort});
 }
 
 // Flight loop.
@@ -240,15 +225,14 @@ TEST_F(XPlanePluginTest, PublishesItsDatarefsBeforeItServesTheNetwork) {
     start();
     int servedWhenPublishing = -1;
     provider.onCall = [&] { servedWhenPublishing = factory.connectionsServed; };
-    LoopbackSocket client;
-    ASSERT_EQ(client.Connect(), 0);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (factory.connectionsServed == 0 && std::chrono::steady_clock::now() < deadline) {
-        provider.calls.clear();
-        plugin.FlightLoop(0.02F, 0.02F, 1, nullptr);
-        EXPECT_THAT(provider.calls, ElementsAre("ProcessFlightLoop"));
-    }
-    EXPECT_EQ(factory.connectionsServed, 1);
+    const TcpPeer client(kPluginPort);
+    EXPECT_TRUE(driveUntil(
+        [&] {
+            provider.calls.clear();
+            plugin.FlightLoop(0.02F, 0.02F, 1, nullptr);
+            EXPECT_THAT(provider.calls, ElementsAre("ProcessFlightLoop"));
+        },
+        [&] { return factory.connectionsServed == 1; }));
     EXPECT_EQ(servedWhenPublishing, 0);
 }
 
@@ -377,8 +361,7 @@ TEST_F(XPlanePluginTest, StopsItsFlightLoopAndItsServer) {
     EXPECT_EQ(simulator.Recorder().Calls()[0].handle, nullptr) << "the refcon";
     EXPECT_EQ(simulator.Loops().Count(), 0U);
     EXPECT_THAT(logger.At(LogLevelVerbose), ElementsAre("Verbose@TcpServer::Cleanup"));
-    LoopbackSocket client;
-    EXPECT_EQ(client.Connect(), ECONNREFUSED);
+    EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
 }
 
 // The test is inverted: what it has, it leaves to the simulator.
