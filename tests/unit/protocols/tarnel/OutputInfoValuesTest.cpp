@@ -10,6 +10,7 @@
 #include "OutputInfoTest.h"
 #include "datarefs/DatarefProvider.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 namespace {
 
@@ -161,28 +162,20 @@ TEST_F(OutputInfoTest, LeavesNoTraceOfAnOwnArrayWithANegativeCount) {
 }
 
 TEST_F(OutputInfoTest, NamesTheElementTypeOfADummyForWhichThereIsNoRoom) {
-    const auto fatalLineOf = [&](std::int32_t type) -> std::string {
+    const auto fatalLineOf = [&](std::int32_t type) {
         RingBuffer narrow(64, &logger);
-        try {
-            make({.name = "no/such", .type = type, .count = 100})->GetDummyData(&narrow);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
+        const auto output = make({.name = "no/such", .type = type, .count = 100});
+        return textOf<FatalReport>([&] { output->GetDummyData(&narrow); });
     };
     EXPECT_EQ(fatalLineOf(3), "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");
     EXPECT_EQ(fatalLineOf(4), "Error@RingBuffer::WriteFloat : GetNumWriteBytesAvailable() < 4");
 }
 
 TEST_F(OutputInfoTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) {
-    const auto fatalLineOf = [&](const OutputRecord& fields) -> std::string {
+    const auto fatalLineOf = [&](const OutputRecord& fields) {
         RingBuffer narrow(64, &logger);
-        try {
-            make(fields)->GetData(&narrow);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
+        const auto output = make(fields);
+        return textOf<FatalReport>([&] { output->GetData(&narrow); });
     };
     EXPECT_EQ(fatalLineOf({.name = "sim/ints", .type = 3, .count = 2147483647}),
               "Error@RingBuffer::WriteInt32 : GetNumWriteBytesAvailable() < 4");

@@ -13,6 +13,7 @@
 #include "support/Bytes.h"
 #include "support/FakeCommandObserver.h"
 #include "support/RecordingLogger.h"
+#include "support/TextOf.h"
 
 // One client's protocol before a simulator of its own, with the packets that its tests send most.
 class VelmarProtocolTest : public testing::Test {
@@ -45,12 +46,7 @@ protected:
     // The line with which one Feed ends the process; nothing when it does not.
     std::string fatalLineOf(const Bytes& packets) {
         fill(in, packets);
-        try {
-            protocol->Feed(&in, &out);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
+        return textOf<FatalReport>([&] { protocol->Feed(&in, &out); });
     }
 
     void define(const char* datarefName, XPLMDataTypeID types, int elements = 0) {

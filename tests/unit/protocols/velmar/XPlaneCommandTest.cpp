@@ -10,6 +10,7 @@
 #include "network/RingBuffer.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"
+#include "support/TextOf.h"
 
 namespace {
 
@@ -25,12 +26,7 @@ protected:
 
     // The line that ends the process, or nothing.
     std::string fatalLineOf(const Bytes& bytes) {
-        try {
-            read(bytes);
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
+        return textOf<FatalReport>([&] { read(bytes); });
     }
 
     headless::Simulator simulator;

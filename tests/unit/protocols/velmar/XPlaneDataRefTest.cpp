@@ -10,6 +10,7 @@
 #include "network/RingBuffer.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"
+#include "support/TextOf.h"
 
 namespace {
 
@@ -20,17 +21,6 @@ protected:
     std::unique_ptr<XPlaneDataRef> read(const Bytes& bytes) {
         fill(in, bytes);
         return std::unique_ptr<XPlaneDataRef>(XPlaneDataRef::FromStream(&in, &logger));
-    }
-
-    // The line that ends the process, or nothing.
-    template <class Action>
-    static std::string fatalLineOf(Action action) {
-        try {
-            action();
-        } catch (const FatalReport& report) {
-            return report.what();
-        }
-        return {};
     }
 
     void define(XPLMDataTypeID types, int elements = 0) {
@@ -126,16 +116,18 @@ TEST_F(XPlaneDataRefTest, ReturnsNullOfTwelveBytesAndConsumesNothing) {
 }
 
 TEST_F(XPlaneDataRefTest, EndsTheProcessOnATornNameWithTheLengthAsARawCharacter) {
-    EXPECT_EQ(
-        fatalLineOf([&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  41  61 62 63")); }),
-        "FATAL@XPlaneDataRef::FromStream : tried to read string with A bytes, got 3");
+    EXPECT_EQ(textOf<FatalReport>(
+                  [&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  41  61 62 63")); }),
+              "FATAL@XPlaneDataRef::FromStream : tried to read string with A bytes, got 3");
     EXPECT_EQ(logger.At(LogLevelError).size(), 1U);
 }
 
 TEST_F(XPlaneDataRefTest, PutsALengthThatIsNoTextIntoTheLineAsItIs) {
-    EXPECT_EQ(fatalLineOf([&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  FF")); }),
-              "FATAL@XPlaneDataRef::FromStream : tried to read string with \xFF bytes, got 0");
-    EXPECT_EQ(fatalLineOf([&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  02  61")); }),
+    EXPECT_EQ(
+        textOf<FatalReport>([&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  FF")); }),
+        "FATAL@XPlaneDataRef::FromStream : tried to read string with \xFF bytes, got 0");
+    EXPECT_EQ(textOf<FatalReport>(
+                  [&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  02  61")); }),
               "FATAL@XPlaneDataRef::FromStream : tried to read string with \x02 bytes, got 1");
 }
 
@@ -223,7 +215,7 @@ TEST_F(XPlaneDataRefTest, EndsTheProcessWhenAnArrayDoesNotFitTheAnswer) {
     define(xplmType_IntArray, 3);
     RingBuffer narrow(15, &logger);
     const auto dataref = resolved(VelmarDataType::IntArray, 3);
-    EXPECT_EQ(fatalLineOf([&] { dataref->ReadData(&narrow); }),
+    EXPECT_EQ(textOf<FatalReport>([&] { dataref->ReadData(&narrow); }),
               "Error@RingBuffer::WriteByteArray : GetNumWriteBytesAvailable() < length");
 }
 
@@ -233,7 +225,7 @@ TEST_F(XPlaneDataRefTest, EndsTheProcessForAHugeArrayWithoutAskingForItsMemory) 
     for (const auto type : {VelmarDataType::IntArray, VelmarDataType::FloatArray}) {
         narrow.ResetBuffer();
         const auto dataref = resolved(type, 0xFFFFFFFF);
-        EXPECT_EQ(fatalLineOf([&] { dataref->ReadData(&narrow); }),
+        EXPECT_EQ(textOf<FatalReport>([&] { dataref->ReadData(&narrow); }),
                   "Error@RingBuffer::WriteByteArray : GetNumWriteBytesAvailable() < length");
         // The length of the whole array, though not all of it was read: 4 * 0xFFFFFFFF in 32 bits.
         EXPECT_EQ(toHex(drain(narrow)), "FC FF FF FF");
@@ -366,7 +358,7 @@ TEST_F(XPlaneDataRefTest, SetsNothingOfAFloatArrayThatHasNotArrivedWhole) {
 TEST_F(XPlaneDataRefTest, EndsTheProcessOnATornScalar) {
     define(xplmType_Int | xplmType_Float);
     const auto lineOf = [&](VelmarDataType type, const char* hex) {
-        return fatalLineOf([&] { write(*resolved(type), hex); });
+        return textOf<FatalReport>([&] { write(*resolved(type), hex); });
     };
     EXPECT_EQ(lineOf(VelmarDataType::Int, "04 00 00"),
               "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4");
