@@ -6,7 +6,7 @@
 
 #include "support/Bytes.h"
 
-// Where a floor stores its bytes: as fast as bytes can be stored one value behind the other.
+// Where a floor stores its bytes: as fast as bytes can be stored one value after the other.
 class PlainMemory final {
 public:
     explicit PlainMemory(std::size_t size) : bytes(size), position(bytes.data()) {}

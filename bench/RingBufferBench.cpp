@@ -10,7 +10,7 @@
 namespace {
 
 // As the protocols see it: through its interface, without knowing its class.
-IRingBuffer& behindInterface(RingBuffer& buffer) {
+IRingBuffer& throughInterface(RingBuffer& buffer) {
     IRingBuffer* hidden = &buffer;
     benchmark::DoNotOptimize(hidden);
     return *hidden;
@@ -19,7 +19,7 @@ IRingBuffer& behindInterface(RingBuffer& buffer) {
 class RingBufferCase {
 public:
     explicit RingBufferCase(std::size_t size)
-        : source(size), target(size), buffer(behindInterface(world.out)) {
+        : source(size), target(size), buffer(throughInterface(world.out)) {
         std::iota(source.begin(), source.end(), static_cast<unsigned char>(1));
     }
 

@@ -46,7 +46,7 @@ TEST_F(MemoryTest, StaysWhereItWasHoweverLongAConnectionLives) {
     EXPECT_LT(after - before, 1024);
 }
 
-// 400 MB go out behind the first thousand exchanges, more than a buffer of the connection holds.
+// 400 MB go out after the first thousand exchanges, more than a buffer of the connection holds.
 TEST_F(MemoryTest, TouchesNoNewPagesHoweverLongAConnectionLives) {
     startSimulator();
     const long beforeTheClient = minorFaults();

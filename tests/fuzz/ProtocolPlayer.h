@@ -6,7 +6,7 @@
 #include "fuzz/FuzzWorld.h"
 #include "network/IProtocol.h"
 
-// Plays a script with one protocol and no connection around it: a Send puts its bytes behind those
+// Plays a script with one protocol and no connection around it: a Send puts its bytes after those
 // that are left and feeds the protocol, a Tick feeds it once more. The answers are dropped. Both
 // buffers are small, so that running out of room is tried as well.
 //

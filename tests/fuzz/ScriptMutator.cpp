@@ -51,7 +51,7 @@ void mendData(Bytes& bytes, std::size_t begin) {
     bytes.resize(begin + kDataHeader + items * kDataItem);
 }
 
-// A Tarnel message stands at the front, or behind its identification.
+// A Tarnel message stands at the front, or after its identification.
 void mend(Bytes& bytes) {
     for (const std::size_t begin : {std::size_t{0}, std::size_t{4}}) {
         if (bytes.size() < begin + kDefinitionsHeader) {

@@ -123,7 +123,7 @@ private:
             faults.Fail(SocketCall::Accept, detail % 2 == 0 ? EAGAIN : ECONNRESET);
             break;
         }
-        // After a partial send the rest is taken from behind the end of a short payload.
+        // After a partial send the rest is taken from after the end of a short payload.
         world.logger.Allow(
             "Error@RingBuffer::MoveReadPosForward : GetNumReadBytesAvailable() < amount");
     }

@@ -90,7 +90,7 @@ TEST_F(AnswerWriterTest, KeepsTheOrderOfLongAnswers) {
     EXPECT_EQ(toHex(drain(buffer)), "08");
 }
 
-TEST_F(AnswerWriterTest, CountsTheRoomBehindWhatWasGathered) {
+TEST_F(AnswerWriterTest, CountsTheRoomAfterWhatWasGathered) {
     RingBuffer buffer(64, &logger);
     AnswerWriter writer(&buffer);
     EXPECT_EQ(writer.Room(), 63U);
@@ -115,7 +115,7 @@ TEST_F(AnswerWriterTest, WrapsAtTheEndOfTheStorageAsValuesDo) {
     EXPECT_EQ(buffer.GetNumWriteBytesAvailable(), 15U);
 }
 
-TEST_F(AnswerWriterTest, WrapsBehindALongArrayAsItsElementsWould) {
+TEST_F(AnswerWriterTest, WrapsAfterALongArrayAsItsElementsWould) {
     RingBuffer buffer(8192, &logger);
     advance(buffer, 192);
     const std::vector<std::int32_t> values = numbers(2000);

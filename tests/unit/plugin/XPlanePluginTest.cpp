@@ -84,7 +84,7 @@ TEST_F(XPlanePluginTest, HasASignatureOf30CharactersAndADescriptionOf75) {
     EXPECT_EQ(std::string(outDescription.data()).size(), 75U);
 }
 
-TEST_F(XPlanePluginTest, WritesNothingBehindTheTexts) {
+TEST_F(XPlanePluginTest, WritesNothingAfterTheTexts) {
     start();
     EXPECT_EQ(std::string(outName.data() + 26, 230), std::string(230, '#'));
     EXPECT_EQ(std::string(outSignature.data() + 31, 225), std::string(225, '#'));

@@ -125,7 +125,7 @@ TEST_F(TarnelDataTest, StopsAtAnUnknownActionAndStartsOverWithTheNextRequest) {
     EXPECT_EQ(answer(), kNoPlane);
 }
 
-TEST_F(TarnelDataTest, NeverReachesDefinitionsBehindAnUnknownAction) {
+TEST_F(TarnelDataTest, NeverReachesDefinitionsAfterAnUnknownAction) {
     defineTwoActions();
     EXPECT_EQ(feed(dataMessage({{99, 6}})), 0);
     EXPECT_EQ(feed(definitionsMessage({{.action = 99}}, {})), 0);

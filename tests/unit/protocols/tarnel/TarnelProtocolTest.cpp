@@ -79,13 +79,13 @@ TEST_F(TarnelProtocolTest, AnswersTwoVersionRequestsInOneBufferByTwoCalls) {
     EXPECT_EQ(in.GetNumReadBytesAvailable(), 0U);
 }
 
-TEST_F(TarnelProtocolTest, DoesNotGoBackBehindAMessageThatItHasConsumed) {
+TEST_F(TarnelProtocolTest, DoesNotGoBackBeforeAMessageThatItHasConsumed) {
     feed(join({versionMessage(), {0x01, 0x02}}));
     in.RestoreReadPos();
     EXPECT_EQ(drain(in), (Bytes{0x01, 0x02}));
 }
 
-TEST_F(TarnelProtocolTest, DoesNotGoBackBehindAnEmptiedBuffer) {
+TEST_F(TarnelProtocolTest, DoesNotGoBackBeforeAnEmptiedBuffer) {
     feed(versionMessage());
     fill(in, {0x01, 0x02});
     in.RestoreReadPos();

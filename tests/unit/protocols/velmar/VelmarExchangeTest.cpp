@@ -126,12 +126,12 @@ TEST_F(VelmarExchangeTest, LooksForAnIdentificationInTheUnreadBytesOfATornPacket
     // 02 00 00 00 and 07 00 00 00 are dropped as identifications, one with each receive.
     EXPECT_EQ(send("00 00"), "");
     EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "");
-    // Now the former poll is found, and the identification behind it is an unknown packet type.
+    // Now the former poll is found, and the identification after it is an unknown packet type.
     EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "08 00 00 00 00 00 00 00 00 00 00 00");
     EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "04 00 00 00 00 00 00 00");
 }
 
-TEST_F(VelmarExchangeTest, NeverFindsAnIdentificationBehindTwoLeftBytes) {
+TEST_F(VelmarExchangeTest, NeverFindsAnIdentificationAfterTwoLeftBytes) {
     EXPECT_EQ(send("55 66 77 88  08 00 00 00  08 00"), "04 00 00 00 00 00 00 00");
     // 08 00 55 66, 77 88 08 00, 00 00 55 66, 77 88 08 00 and so on.
     for (int request = 0; request < 4; ++request) {

@@ -131,7 +131,7 @@ TEST_F(VelmarProtocolTest, ReadsAnArrayOfSizeZeroAsItsLengthOnly) {
     EXPECT_EQ(ask("05 00 00 00  08 00 00 00"), "05 00 00 00 08 00 00 00 01 00 00 00 00 00 00 00");
 }
 
-TEST_F(VelmarProtocolTest, ReadsNothingBehindTheStatusOfATypeWithoutAValue) {
+TEST_F(VelmarProtocolTest, ReadsNothingAfterTheStatusOfATypeWithoutAValue) {
     define("sim/a", xplmType_Int);
     ask(datarefPacket(8, 0, 0, "sim/a"));
     ask(datarefPacket(9, 6, 0, "sim/a"));
@@ -269,7 +269,7 @@ TEST_F(VelmarProtocolTest, HandlesAllEightPacketTypesInOneFeed) {
     EXPECT_EQ(in.GetNumReadBytesAvailable(), 0U);
 }
 
-TEST_F(VelmarProtocolTest, AnswersWholePacketsAndKeepsATornOneBehindThem) {
+TEST_F(VelmarProtocolTest, AnswersWholePacketsAndKeepsATornOneAfterThem) {
     EXPECT_EQ(ask("05 00 00 00  09 00 00 00  08 00 00 00  02 00 00 00  09 00"),
               "05 00 00 00 09 00 00 00 02 00 00 00 01 00 00 00 00 00 00 00");
     EXPECT_EQ(in.GetNumReadBytesAvailable(), 6U);

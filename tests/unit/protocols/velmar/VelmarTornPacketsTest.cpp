@@ -14,7 +14,7 @@ constexpr const char* kNoInt = "Error@RingBuffer::ReadInt32 : GetNumReadBytesAva
 constexpr const char* kNoFloat = "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4";
 constexpr const char* kNoByte = "Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1";
 
-// Each packet is cut behind every byte, and whatever happens is named; a waiting one is completed.
+// Each packet is cut after every byte, and whatever happens is named; a waiting one is completed.
 class VelmarTornPacketsTest : public VelmarProtocolTest {
 protected:
     void SetUp() override {
@@ -32,7 +32,7 @@ protected:
     void expectFatal(const Bytes& packet, std::size_t first, std::size_t last,
                      const std::string& line) {
         for (std::size_t cut = first; cut <= last; ++cut) {
-            SCOPED_TRACE(testing::Message() << "cut behind " << cut << " bytes");
+            SCOPED_TRACE(testing::Message() << "cut after " << cut << " bytes");
             drain(in);
             drain(out);
             EXPECT_EQ(fatalLineOf(head(packet, cut)), line);
@@ -44,7 +44,7 @@ protected:
     void expectWaiting(const Bytes& packet, std::size_t first, std::size_t last,
                        const std::string& reply) {
         for (std::size_t cut = first; cut <= last; ++cut) {
-            SCOPED_TRACE(testing::Message() << "cut behind " << cut << " bytes");
+            SCOPED_TRACE(testing::Message() << "cut after " << cut << " bytes");
             drain(in);
             drain(out);
             EXPECT_EQ(fatalLineOf(head(packet, cut)), kWaits);
@@ -171,7 +171,7 @@ TEST_F(VelmarTornPacketsTest, LetsARunOfNothingButItsTypeWait) {
     EXPECT_EQ(simulator.Recorder().CallsOf("XPLMCommandOnce").size(), 1U);
 }
 
-TEST_F(VelmarTornPacketsTest, EndsTheProcessOnARunTornBehindItsType) {
+TEST_F(VelmarTornPacketsTest, EndsTheProcessOnARunTornAfterItsType) {
     const Bytes packet = fromHex("07 00 00 00  07 00 00 00  01");
     expectFatal(packet, 5, 7, kNoWord);
     expectFatal(packet, 8, 8, kNoByte);
