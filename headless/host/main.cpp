@@ -5,9 +5,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -25,7 +28,7 @@ constexpr const char* kFooter =
     "  headless-sim lin.xpl --console --paused      step frames by hand; type help";
 
 void declareOptions(CLI::App& app, headless::SessionOptions& options) {
-    app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)")->required();
+    app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)");
     app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
     app.add_option("--hz", options.framesPerSecond, "Frames per second")
@@ -37,7 +40,26 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options) {
         ->capture_default_str();
     app.add_flag("--console", options.console, "Take commands from standard input");
     app.add_flag("--paused", options.paused, "Stand still at first");
+    app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
+    // What is left over is named by requireNothingElse().
+    app.allow_extras();
     app.footer(kFooter);
+}
+
+void requireNothingElse(const CLI::App& app, const headless::SessionOptions& options) {
+    const std::vector<std::string> extras = app.remaining();
+    const auto option = std::find_if(extras.begin(), extras.end(),
+                                     [](const std::string& word) { return word[0] == '-'; });
+    if (option != extras.end()) {
+        throw std::invalid_argument("unknown option " + *option + "; see headless-sim --help");
+    }
+    if (!extras.empty()) {
+        throw std::invalid_argument("unexpected argument " + extras.front() +
+                                    "; one plugin is loaded at a time");
+    }
+    if (options.plugin.empty()) {
+        throw std::invalid_argument("no plugin is given; see headless-sim --help");
+    }
 }
 
 int complain(const std::exception& error, int status) {
@@ -79,6 +101,7 @@ int parseAndRun(int argc, char** argv) {
     } catch (const CLI::Success& request) {
         return app.exit(request);
     }
+    requireNothingElse(app, options);
     return runSession(options);
 }
 

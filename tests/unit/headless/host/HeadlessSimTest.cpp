@@ -123,6 +123,23 @@ TEST_F(HeadlessSimTest, WrongUsageIsOneLineAndStatus2) {
     }
 }
 
+TEST_F(HeadlessSimTest, NamesTheUnknownOption) {
+    EXPECT_EQ(run("--dration 5 " FAKE_PLUGIN), 2);
+    EXPECT_EQ(errors, "headless-sim: unknown option --dration; see headless-sim --help\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --log=x -z 5"), 2);
+    EXPECT_EQ(errors, "headless-sim: unknown option -z; see headless-sim --help\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " other.xpl"), 2);
+    EXPECT_EQ(errors,
+              "headless-sim: unexpected argument other.xpl; one plugin is loaded at a time\n");
+    EXPECT_EQ(run("--hz 60"), 2);
+    EXPECT_EQ(errors, "headless-sim: no plugin is given; see headless-sim --help\n");
+}
+
+TEST_F(HeadlessSimTest, TellsItsVersion) {
+    EXPECT_EQ(run("--version"), 0);
+    EXPECT_EQ(output, "headless-sim " ORVANE_VERSION "\n");
+}
+
 TEST_F(HeadlessSimTest, WarnsWhenThePluginStaysInTheProcess) {
     EXPECT_EQ(run(STICKY_PLUGIN " --duration 0"), 0);
     EXPECT_EQ(errors, "headless-sim: warning: " STICKY_PLUGIN
