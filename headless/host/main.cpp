@@ -1,5 +1,6 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
+#include "headless/host/AbortReport.h"
 #include "headless/host/MainLoop.h"
 #include "headless/world/TextLines.h"
 
@@ -68,6 +69,7 @@ int complain(const std::exception& error, int status) {
 }
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
+    const headless::AbortReport abortReport(session.Simulator().Log(), options.plugin);
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
     headless::MainLoop loop(session, options);
     session.StartPlugin();

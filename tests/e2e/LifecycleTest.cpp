@@ -29,12 +29,18 @@ protected:
 
 TEST_F(LifecycleTest, EndsWithTheExactLineWhenThePortIsTaken) {
     const LoopbackListener otherProgram(kPluginPort);
+    ::testing::internal::CaptureStderr();
     simulator = SimulatorProcess::StartOnly();
     const int status = simulator->WaitForEnd();
+    const std::string errors = ::testing::internal::GetCapturedStderr();
     ASSERT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), SIGABRT);
     EXPECT_EQ(simulator->LastLogMessage(),
               "Error@TcpServer::Init : bind() : Unknown Socket Error Code 98");
+    EXPECT_EQ(errors.rfind("headless-sim: ", 0), 0U) << errors;
+    EXPECT_NE(errors.find(": another program has the plugin's port; end that program"),
+              std::string::npos)
+        << errors;
 }
 
 TEST_F(LifecycleTest, WritesTheConfigurationFileAtTheFirstStartAndReadsItAtTheSecond) {

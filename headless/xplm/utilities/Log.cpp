@@ -48,6 +48,10 @@ void Log::OpenFile(const std::string& path) {
 }
 
 void Log::Write(std::string_view added) {
+    tail += added;
+    if (tail.size() > 2 * kTail) {
+        tail.erase(0, tail.size() - kTail);
+    }
     if (keep) {
         text += added;
     }
@@ -57,6 +61,14 @@ void Log::Write(std::string_view added) {
     if (echo) {
         writeAll(STDERR_FILENO, added);
     }
+}
+
+std::string_view Log::LastLine() const {
+    std::string_view line = tail;
+    if (!line.empty() && line.back() == '\n') {
+        line.remove_suffix(1);
+    }
+    return line.substr(line.rfind('\n') + 1);
 }
 
 std::vector<std::string> Log::Lines() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,12 +26,20 @@ public:
     void EchoToStderr(bool on) { echo = on; }
     void KeepInMemory(bool on) { keep = on; }
 
+    // The last line, without its newline, also when nothing is kept in memory. Of a long line the
+    // end. Valid until the next Write(); takes no memory, so that a signal handler may ask.
+    std::string_view LastLine() const;
+
     const std::string& Text() const { return text; }
     // The text split at its newlines, without them. A line without its newline yet is included.
     std::vector<std::string> Lines() const;
 
 private:
+    static constexpr std::size_t kTail = 1024;
+
     std::string text;
+    // The last kTail characters or a little more.
+    std::string tail;
     int file = -1;
     bool echo = false;
     bool keep = true;

@@ -88,6 +88,9 @@ TEST_F(HeadlessSimTest, ASignalEndsAPausedRunToo) {
 TEST_F(HeadlessSimTest, TheLastLineBeforeAnAbortIsInTheLog) {
     EXPECT_EQ(run(ABORTING_PLUGIN " --duration 1"), -SIGABRT);
     EXPECT_EQ(folder.Read("Log.txt"), "the last line\n");
+    EXPECT_THAT(errors, StartsWith("headless-sim: " ABORTING_PLUGIN
+                                   ": the plugin ended the process (abort); last line of the log: "
+                                   "the last line\n"));
 }
 
 TEST_F(HeadlessSimTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {

@@ -64,6 +64,18 @@ TEST(LogTest, TextIsNotKeptInMemoryWhenToldSo) {
     EXPECT_EQ(folder.Read("Log.txt"), "one\n");
 }
 
+TEST(LogTest, KnowsTheLastLineAlsoWhenNothingIsKept) {
+    Log log;
+    log.KeepInMemory(false);
+    EXPECT_EQ(log.LastLine(), "");
+    log.Write("one\ntw");
+    EXPECT_EQ(log.LastLine(), "tw");
+    log.Write("o\n");
+    EXPECT_EQ(log.LastLine(), "two");
+    log.Write(std::string(5000, 'x') + "end\n");
+    EXPECT_TRUE(log.LastLine().ends_with("xxend"));
+}
+
 TEST(LogTest, EchoesToStandardErrorWhenToldSo) {
     Log log;
     ::testing::internal::CaptureStderr();
