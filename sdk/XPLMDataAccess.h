@@ -25,6 +25,23 @@ enum {
 
 // Returns null for an unknown name. Look-ups are slow; handles stay valid.
 XPLM_API XPLMDataRef XPLMFindDataRef(const char* inDataRefName);
+// How many datarefs there are; indices count from 0 and stay while the simulator runs.
+XPLM_API int XPLMCountDataRefs(void);
+XPLM_API void XPLMGetDataRefsByIndex(int offset, int count, XPLMDataRef* outDataRefs);
+
+typedef struct {
+    int structSize;
+    // Borrowed; lives as long as the dataref.
+    const char* name;
+    XPLMDataTypeID type;
+    int writable;
+    XPLMPluginID owner;
+} XPLMDataRefInfo_t;
+
+XPLM_API void XPLMGetDataRefInfo(XPLMDataRef inDataRef, XPLMDataRefInfo_t* outInfo);
+
+// 0 for a handle that was never given out and for an orphan, whose owner is gone.
+XPLM_API int XPLMIsDataRefGood(XPLMDataRef inDataRef);
 XPLM_API int XPLMCanWriteDataRef(XPLMDataRef inDataRef);
 XPLM_API XPLMDataTypeID XPLMGetDataRefTypes(XPLMDataRef inDataRef);
 
@@ -64,3 +81,13 @@ XPLM_API XPLMDataRef XPLMRegisterDataAccessor(
     XPLMSetDatavf_f inWriteFloatArray, XPLMGetDatab_f inReadData, XPLMSetDatab_f inWriteData,
     void* inReadRefcon, void* inWriteRefcon);
 XPLM_API void XPLMUnregisterDataAccessor(XPLMDataRef inDataRef);
+
+// Shared data: a dataref that belongs to all plugins and lives in the simulator.
+typedef void (*XPLMDataChanged_f)(void* inRefcon);
+
+// Makes the data if need be. Returns 0 when the name exists with another type.
+XPLM_API int XPLMShareData(const char* inDataName, XPLMDataTypeID inDataType,
+                           XPLMDataChanged_f inNotificationFunc, void* inNotificationRefcon);
+// The arguments are those of XPLMShareData.
+XPLM_API int XPLMUnshareData(const char* inDataName, XPLMDataTypeID inDataType,
+                             XPLMDataChanged_f inNotificationFunc, void* inNotificationRefcon);
