@@ -68,21 +68,17 @@ void PluginHost::Start() {
     if (started) {
         throw PluginError(file + ": the plugin is started already");
     }
-    StartText outName{};
-    StartText outSignature{};
-    StartText outDescription{};
-    if (entryPoints.start(outName.data(), outSignature.data(), outDescription.data()) != 1) {
-        simulator.DropRegistrations();
+    id = simulator.Plugins().AddLoaded(file, {.receive = entryPoints.receiveMessage,
+                                              .enable = [this] { return enablePlugin(); },
+                                              .disable = [this] { disablePlugin(); }});
+    if (!callStart()) {
+        simulator.DropRegistrations(id);
+        simulator.Plugins().RemovePlugin(id);
         throw PluginError(file + ": the plugin refused to start");
     }
-    name = upToZero(outName);
-    signature = upToZero(outSignature);
-    description = upToZero(outDescription);
+    simulator.Plugins().Describe(id, texts);
+    simulator.Plugins().MarkEnabled(id, false);
     started = true;
-    const auto receive = entryPoints.receiveMessage;
-    id = simulator.Plugins().AddPlugin(signature, [receive](int message, void* parameter) {
-        receive(XPLM_PLUGIN_XPLANE, message, parameter);
-    });
 }
 
 void PluginHost::Enable() {
@@ -90,16 +86,14 @@ void PluginHost::Enable() {
         throw PluginError(
             file + (started ? ": the plugin is enabled already" : ": the plugin is not started"));
     }
-    if (entryPoints.enable() != 1) {
+    if (!enablePlugin()) {
         throw PluginError(file + ": the plugin refused to be enabled");
     }
-    enabled = true;
 }
 
 void PluginHost::Disable() {
     if (enabled) {
-        enabled = false;
-        entryPoints.disable();
+        disablePlugin();
     }
 }
 
@@ -107,16 +101,17 @@ void PluginHost::Stop() {
     if (started) {
         Disable();
         started = false;
-        entryPoints.stop();
+        {
+            const PluginContext::Call call(simulator.Context(), id, "XPluginStop");
+            entryPoints.stop();
+        }
+        simulator.DropRegistrations(id);
         simulator.Plugins().RemovePlugin(id);
-        simulator.DropRegistrations();
     }
 }
 
 void PluginHost::SendMessage(int message, void* parameter) {
-    if (started) {
-        entryPoints.receiveMessage(XPLM_PLUGIN_XPLANE, message, parameter);
-    }
+    simulator.Plugins().SendFromSimulator(id, message, parameter);
 }
 
 bool PluginHost::Unload() {
@@ -127,6 +122,32 @@ bool PluginHost::Unload() {
     ::dlclose(library);
     library = nullptr;
     return !isMapped(file);
+}
+
+bool PluginHost::callStart() {
+    StartText name{};
+    StartText signature{};
+    StartText description{};
+    const PluginContext::Call call(simulator.Context(), id, "XPluginStart");
+    const bool agreed = entryPoints.start(name.data(), signature.data(), description.data()) == 1;
+    texts = {upToZero(name), upToZero(signature), upToZero(description), file};
+    return agreed;
+}
+
+// The plugin counts as enabled in its own XPluginEnable and XPluginDisable.
+bool PluginHost::enablePlugin() {
+    simulator.Plugins().MarkEnabled(id, true);
+    const PluginContext::Call call(simulator.Context(), id, "XPluginEnable");
+    enabled = entryPoints.enable() == 1;
+    simulator.Plugins().MarkEnabled(id, enabled);
+    return enabled;
+}
+
+void PluginHost::disablePlugin() {
+    enabled = false;
+    const PluginContext::Call call(simulator.Context(), id, "XPluginDisable");
+    entryPoints.disable();
+    simulator.Plugins().MarkEnabled(id, false);
 }
 
 void PluginHost::load() {

@@ -16,6 +16,8 @@ public:
 
 // Loads one plugin and takes it through its life, as the simulator does.
 //
+// While a plugin is not enabled the simulator calls nothing of it.
+//
 // Load on construction, then Start, Enable, messages and flight loops, Disable, Stop, Unload; a
 // stopped plugin may be started again. What the plugin left registered is dropped at Stop. The
 // destructor takes the steps that are missing. The simulator outlives the host.
@@ -34,7 +36,7 @@ public:
     void Disable();
     void Stop();
 
-    // From the simulator to the plugin, at any time between Start and Stop.
+    // From the simulator to the plugin; dropped unless it is enabled.
     void SendMessage(int message, void* parameter);
 
     // Disables and stops if needed, then unloads. Returns false when the library stays mapped in
@@ -45,9 +47,7 @@ public:
     bool IsEnabled() const { return enabled; }
 
     // As the plugin gave them at its last start.
-    const std::string& Name() const { return name; }
-    const std::string& Signature() const { return signature; }
-    const std::string& Description() const { return description; }
+    const PluginTexts& Texts() const { return texts; }
 
 private:
     struct EntryPoints {
@@ -58,6 +58,10 @@ private:
         void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
     };
 
+    bool callStart();
+    // The steps themselves, which plugins may ask for as well.
+    bool enablePlugin();
+    void disablePlugin();
     void load();
     void resolveEntryPoints();
     void requireLoaded() const;
@@ -69,9 +73,7 @@ private:
     bool started = false;
     bool enabled = false;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    std::string name;
-    std::string signature;
-    std::string description;
+    PluginTexts texts;
 };
 
 } // namespace headless

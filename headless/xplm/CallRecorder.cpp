@@ -11,12 +11,15 @@ void CallRecorder::Clear() {
     recentRefusals.clear();
 }
 
-void CallRecorder::Refuse(Refusal reason, const char* function, const char* detail) {
+void CallRecorder::Refuse(Refusal reason, const char* refusing, const char* detail) {
     ++counts.at(static_cast<std::size_t>(reason));
     if (recentRefusals.size() == kRecentRefusals) {
         recentRefusals.pop_front();
     }
-    recentRefusals.push_back({reason, function, detail});
+    recentRefusals.push_back({reason, refusing, detail});
+    if (observer) {
+        observer(recentRefusals.back());
+    }
 }
 
 std::vector<RecordedCall> CallRecorder::CallsOf(const std::string& function) const {
@@ -24,6 +27,16 @@ std::vector<RecordedCall> CallRecorder::CallsOf(const std::string& function) con
     std::copy_if(calls.begin(), calls.end(), std::back_inserter(found),
                  [&](const RecordedCall& call) { return call.function == function; });
     return found;
+}
+
+const char* CallRecorder::Describe(Refusal reason) {
+    static constexpr std::array<const char*, static_cast<std::size_t>(Refusal::Count)> kTexts{
+        "null",          "not a handle",      "its owner is gone",
+        "unknown name",  "null text",         "another type",
+        "read-only",     "the name is taken", "refused on purpose",
+        "known already", "not registered",    "an end without a beginning",
+        "no such plugin"};
+    return kTexts.at(static_cast<std::size_t>(reason));
 }
 
 std::size_t CallRecorder::Refusals(Refusal reason) const {

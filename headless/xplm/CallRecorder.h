@@ -3,8 +3,10 @@
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace headless {
@@ -57,17 +59,29 @@ public:
     void Clear();
 
     template <class... Arguments>
-    void Record(const char* function, const void* handle, const Arguments&... arguments) {
+    void Record(const char* called, const void* handle, const Arguments&... arguments) {
         if (enabled) {
-            calls.push_back({function, describe(arguments...), handle});
+            calls.push_back({called, describe(arguments...), handle});
         }
     }
 
-    void Refuse(Refusal reason, const char* function, const char* detail);
+    // The SDK's function that a plugin is in, for refusals; kept by address.
+    void Enter(const char* sdkFunction) { function = sdkFunction; }
+    const char* Entered() const { return function; }
+
+    void Refuse(Refusal reason, const char* refusing, const char* detail);
+    void Refuse(Refusal reason, const char* detail) { Refuse(reason, function, detail); }
+    // Is told of every refusal after it was counted.
+    void SetObserver(std::function<void(const RefusedCall&)> refusalObserver) {
+        observer = std::move(refusalObserver);
+    }
 
     const std::vector<RecordedCall>& Calls() const { return calls; }
     // The calls of one function, in order.
     std::vector<RecordedCall> CallsOf(const std::string& function) const;
+
+    // In words: "no such handle".
+    static const char* Describe(Refusal reason);
 
     std::size_t Refusals(Refusal reason) const;
     std::size_t NullHandleCalls() const { return Refusals(Refusal::NullHandle); }
@@ -83,6 +97,8 @@ private:
     }
 
     bool enabled = false;
+    const char* function = "";
+    std::function<void(const RefusedCall&)> observer;
     std::vector<RecordedCall> calls;
     std::array<std::size_t, static_cast<std::size_t>(Refusal::Count)> counts{};
     std::deque<RefusedCall> recentRefusals;

@@ -1,5 +1,28 @@
 #include "headless/xplm/Simulator.h"
 
+#include "headless/xplm/FunctionTable.h"
+#include "headless/xplm/camera/Camera.h"
+#include "headless/xplm/display/Avionics.h"
+#include "headless/xplm/display/DrawCallbacks.h"
+#include "headless/xplm/display/Keyboard.h"
+#include "headless/xplm/display/Windows.h"
+#include "headless/xplm/graphics/LocalFrame.h"
+#include "headless/xplm/instance/Instances.h"
+#include "headless/xplm/map/Maps.h"
+#include "headless/xplm/menus/MenuTable.h"
+#include "headless/xplm/navigation/FlightPlan.h"
+#include "headless/xplm/planes/Aircraft.h"
+#include "headless/xplm/plugin/Features.h"
+#include "headless/xplm/scenery/Objects.h"
+#include "headless/xplm/scenery/Terrain.h"
+#include "headless/xplm/sound/Sounds.h"
+#include "headless/xplm/utilities/ErrorCallbacks.h"
+#include "headless/xplm/utilities/SystemFolder.h"
+#include "headless/xplm/weather/Weather.h"
+#include "headless/xplm/widgets/WidgetTree.h"
+
+#include <utility>
+
 namespace headless {
 
 namespace {
@@ -8,14 +31,56 @@ Simulator* current = nullptr;
 
 } // namespace
 
+// What few plugins use, apart, so that not everybody needs its headers.
+struct Simulator::Rooms {
+    explicit Rooms(Simulator& simulator)
+        : errors(simulator.context, simulator.recorder),
+          features(simulator.context, simulator.recorder),
+          menus(simulator.context, simulator.commands, simulator.recorder),
+          drawing(simulator.context, simulator.recorder),
+          windows(simulator.context, simulator.recorder),
+          keyboard(windows, simulator.context, simulator.recorder),
+          avionics(simulator.context, simulator.recorder),
+          widgets(windows, simulator.context, simulator.recorder),
+          aircraft(simulator.plugins, simulator.context, folder, simulator.recorder),
+          terrain(simulator.context, simulator.recorder),
+          objects(folder, simulator.context, simulator.recorder),
+          instances(simulator.context, simulator.recorder, "instance"),
+          camera(simulator.context),
+          maps(simulator.context, simulator.recorder),
+          sounds(simulator.clock, simulator.context, simulator.recorder) {}
+
+    SystemFolder folder;
+    ErrorCallbacks errors;
+    headless::Features features;
+    MenuTable menus;
+    DrawCallbacks drawing;
+    headless::Windows windows;
+    headless::Keyboard keyboard;
+    headless::Avionics avionics;
+    WidgetTree widgets;
+    LocalFrame frame;
+    headless::Aircraft aircraft;
+    FlightPlans plans;
+    headless::Terrain terrain;
+    headless::Objects objects;
+    headless::Instances instances;
+    headless::Camera camera;
+    headless::Maps maps;
+    headless::Sounds sounds;
+    headless::Weather weather;
+};
+
 Simulator::Simulator()
     : former(current),
-      datarefs(recorder),
+      notices(log),
+      threads(notices),
+      datarefs(context, recorder),
       access(datarefs, recorder),
-      commands(recorder),
-      flightLoops(clock, recorder),
-      plugins(recorder),
-      menu(recorder) {
+      commands(context, recorder),
+      flightLoops(clock, context, recorder),
+      plugins(context, recorder),
+      rooms(std::make_unique<Rooms>(*this)) {
     current = this;
 }
 
@@ -32,6 +97,93 @@ Simulator& Simulator::Current() {
     return *current;
 }
 
+Aircraft& Simulator::Aircraft() {
+    return rooms->aircraft;
+}
+
+Avionics& Simulator::Avionics() {
+    return rooms->avionics;
+}
+
+Camera& Simulator::Camera() {
+    return rooms->camera;
+}
+
+DrawCallbacks& Simulator::Drawing() {
+    return rooms->drawing;
+}
+
+ErrorCallbacks& Simulator::Errors() {
+    return rooms->errors;
+}
+
+Features& Simulator::Features() {
+    return rooms->features;
+}
+
+SystemFolder& Simulator::Folder() {
+    return rooms->folder;
+}
+
+LocalFrame& Simulator::Frame() {
+    return rooms->frame;
+}
+
+OwnedObjects<SceneryInstance>& Simulator::Instances() {
+    return rooms->instances;
+}
+
+Keyboard& Simulator::Keyboard() {
+    return rooms->keyboard;
+}
+
+Maps& Simulator::Maps() {
+    return rooms->maps;
+}
+
+MenuTable& Simulator::Menus() {
+    return rooms->menus;
+}
+
+const Menu& Simulator::PluginsMenu() {
+    return rooms->menus.PluginsMenu();
+}
+
+Objects& Simulator::Objects() {
+    return rooms->objects;
+}
+
+FlightPlans& Simulator::Plans() {
+    return rooms->plans;
+}
+
+Sounds& Simulator::Sounds() {
+    return rooms->sounds;
+}
+
+Terrain& Simulator::Terrain() {
+    return rooms->terrain;
+}
+
+Weather& Simulator::Weather() {
+    return rooms->weather;
+}
+
+WidgetTree& Simulator::Widgets() {
+    return rooms->widgets;
+}
+
+Windows& Simulator::Windows() {
+    return rooms->windows;
+}
+
+void Simulator::NotSimulated() {
+    const std::string function = recorder.Entered();
+    const SdkFunction* const known = FunctionTable::Find(function);
+    notices.Once(function + " is not simulated and answers 0" +
+                 (known == nullptr ? "" : ": " + std::string(known->difference)));
+}
+
 void Simulator::DebugString(const char* text) {
     if (text == nullptr) {
         recorder.Refuse(Refusal::NullText, "XPLMDebugString", "text");
@@ -41,16 +193,74 @@ void Simulator::DebugString(const char* text) {
     log.Write(text);
 }
 
-void Simulator::RunFrame(double seconds) {
-    clock.Advance(seconds);
-    commands.ContinueHeld();
-    flightLoops.Run(seconds);
+void Simulator::ReloadScenery() {
+    plugins.Broadcast(XPLM_MSG_SCENERY_LOADED, nullptr);
 }
 
-void Simulator::DropRegistrations() {
-    flightLoops.Clear();
-    commands.DropHandlers();
-    datarefs.DropPluginDatarefs();
+void Simulator::PlaceUser(const WorldPosition& position, double heading, double speed) {
+    const LocalPosition local = rooms->frame.ToLocal(position);
+    const std::pair<const char*, double> values[] = {
+        {"sim/flightmodel/position/latitude", position.latitude},
+        {"sim/flightmodel/position/longitude", position.longitude},
+        {"sim/flightmodel/position/elevation", position.altitude},
+        {"sim/flightmodel/position/local_x", local.x},
+        {"sim/flightmodel/position/local_y", local.y},
+        {"sim/flightmodel/position/local_z", local.z},
+        {"sim/flightmodel/position/psi", heading},
+        {"sim/flightmodel/position/true_airspeed", speed},
+    };
+    for (const auto& [name, value] : values) {
+        if (const Dataref* dataref = datarefs.Lookup(name)) {
+            dataref->Value().SetDouble(value);
+        }
+    }
+}
+
+void Simulator::RunFrame(double seconds) {
+    flightLoops.Run(xplm_FlightLoop_Phase_AfterFlightModel, seconds);
+    rooms->objects.FinishLoads();
+    rooms->sounds.Advance();
+    rooms->camera.Move();
+    tellOfNewDatarefs();
+    clock.Advance(seconds);
+    commands.ContinueHeld();
+    flightLoops.Run(xplm_FlightLoop_Phase_BeforeFlightModel, seconds);
+}
+
+void Simulator::DropRegistrations(XPLMPluginID plugin) {
+    flightLoops.DropOf(plugin);
+    commands.DropOf(plugin);
+    datarefs.DropOf(plugin);
+    rooms->errors.DropOf(plugin);
+    rooms->features.DropOf(plugin);
+    rooms->menus.DropOf(plugin);
+    rooms->drawing.DropOf(plugin);
+    rooms->keyboard.DropOf(plugin);
+    rooms->avionics.DropOf(plugin);
+    rooms->widgets.DropOf(plugin);
+    rooms->windows.DropOf(plugin);
+    rooms->aircraft.DropOf(plugin);
+    rooms->terrain.Probes().DropOf(plugin);
+    rooms->instances.DropOf(plugin);
+    rooms->objects.DropOf(plugin);
+    rooms->camera.DropOf(plugin);
+    rooms->maps.DropOf(plugin);
+    rooms->sounds.DropOf(plugin);
+}
+
+void Simulator::tellOfNewDatarefs() {
+    const int count = datarefs.Count();
+    if (std::exchange(datarefsTold, count) == count) {
+        return;
+    }
+    for (int i = 0; i < plugins.Count(); ++i) {
+        const XPLMPluginID plugin = plugins.Nth(i);
+        if (rooms->features.IsEnabledFor(plugin, Features::kDatarefNotifications)) {
+            // The count is passed as the pointer itself.
+            plugins.SendFromSimulator(plugin, XPLM_MSG_DATAREFS_ADDED,
+                                      reinterpret_cast<void*>(static_cast<intptr_t>(count)));
+        }
+    }
 }
 
 } // namespace headless

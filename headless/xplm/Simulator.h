@@ -2,6 +2,8 @@
 
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/Clock.h"
+#include "headless/xplm/Notices.h"
+#include "headless/xplm/ThreadGuard.h"
 #include "headless/xplm/data/DatarefAccess.h"
 #include "headless/xplm/data/DatarefTable.h"
 #include "headless/xplm/menus/Menu.h"
@@ -10,15 +12,44 @@
 #include "headless/xplm/utilities/CommandTable.h"
 #include "headless/xplm/utilities/Log.h"
 
+#include <memory>
+#include <string>
+
 namespace headless {
+
+class Aircraft;
+class Avionics;
+class Camera;
+class DrawCallbacks;
+class ErrorCallbacks;
+class Features;
+class FlightPlans;
+class Keyboard;
+class LocalFrame;
+class Maps;
+class MenuTable;
+class Objects;
+class Sounds;
+class SystemFolder;
+class Terrain;
+class Weather;
+class WidgetTree;
+class Windows;
+template <class Object>
+class OwnedObjects;
+struct SceneryInstance;
+struct WorldPosition;
 
 // The simulator's side of the plugin SDK as an ordinary object.
 //
 // The SDK's C functions forward to Current(). Making a Simulator makes it the current one until it
 // is destroyed, then the former is again, so every test can have a fresh one; simulators are
-// destroyed in the reverse order of their making. One thread.
+// destroyed in the reverse order of their making. One thread: calls from others are reported.
 class Simulator final {
 public:
+    // As the SDK tells it: 12.14.
+    static constexpr int kUsualVersion = 12140;
+
     Simulator();
     ~Simulator();
     Simulator(const Simulator&) = delete;
@@ -32,32 +63,86 @@ public:
     CommandTable& Commands() { return commands; }
     FlightLoops& Loops() { return flightLoops; }
     PluginRegistry& Plugins() { return plugins; }
-    Menu& PluginsMenu() { return menu; }
+    PluginContext& Context() { return context; }
     headless::Log& Log() { return log; }
-    const headless::Clock& Clock() const { return clock; }
+    headless::Notices& Notices() { return notices; }
+    headless::Clock& Clock() { return clock; }
     CallRecorder& Recorder() { return recorder; }
+
+    headless::Aircraft& Aircraft();
+    headless::Avionics& Avionics();
+    headless::Camera& Camera();
+    DrawCallbacks& Drawing();
+    ErrorCallbacks& Errors();
+    headless::Features& Features();
+    SystemFolder& Folder();
+    LocalFrame& Frame();
+    OwnedObjects<SceneryInstance>& Instances();
+    headless::Keyboard& Keyboard();
+    headless::Maps& Maps();
+    MenuTable& Menus();
+    const Menu& PluginsMenu();
+    headless::Objects& Objects();
+    FlightPlans& Plans();
+    headless::Sounds& Sounds();
+    headless::Terrain& Terrain();
+    headless::Weather& Weather();
+    WidgetTree& Widgets();
+    headless::Windows& Windows();
+
+    // The simulator's version: 12140 is 12.14.
+    int Version() const { return version; }
+    void SetVersion(int simulatorVersion) { version = simulatorVersion; }
+
+    // Every function of the SDK begins with this; the name is kept by address.
+    void Enter(const char* function) {
+        if (threads.Check(function)) {
+            recorder.Enter(function);
+        }
+    }
+    // The function that was entered does nothing here; says so once.
+    void NotSimulated();
 
     // The plugin's side of the log; null is recorded and ignored.
     void DebugString(const char* text);
+    void Speak(const char* text) { spoken = text == nullptr ? "" : text; }
+    const std::string& LastSpoken() const { return spoken; }
+    int NextTexture() { return ++textures; }
+    // Tells plugins that the scenery was loaded.
+    void ReloadScenery();
+    // Moves the user's aircraft, in every dataref that exists. Degrees true, metres per second.
+    void PlaceUser(const WorldPosition& position, double heading, double speed);
 
-    // One frame of simulated time: held commands continue, then the flight loops that are due run.
+    // One frame of simulated time: what is due after the former frame's flight model, then, with
+    // the time advanced, held commands continue and what is due before the next flight model runs.
     void RunFrame(double seconds);
 
-    // Drops the datarefs, command handlers and flight loops that were registered through the SDK,
-    // as the simulator does when a plugin is gone. The commands that it created stay.
-    void DropRegistrations();
+    // Drops what the plugin registered and made through the SDK, as the simulator does when it is
+    // gone. The commands that it created stay. XPLM_PLUGIN_XPLANE is a test that plays the plugin.
+    void DropRegistrations(XPLMPluginID plugin = XPLM_PLUGIN_XPLANE);
 
 private:
+    struct Rooms;
+
+    void tellOfNewDatarefs();
+
     Simulator* former;
     CallRecorder recorder;
     headless::Clock clock;
     headless::Log log;
+    headless::Notices notices;
+    ThreadGuard threads;
+    PluginContext context;
     DatarefTable datarefs;
     DatarefAccess access;
     CommandTable commands;
     FlightLoops flightLoops;
     PluginRegistry plugins;
-    Menu menu;
+    std::unique_ptr<Rooms> rooms;
+    int version = kUsualVersion;
+    int textures = 0;
+    int datarefsTold = 0;
+    std::string spoken;
 };
 
 } // namespace headless

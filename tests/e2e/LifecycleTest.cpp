@@ -94,13 +94,17 @@ TEST_F(LifecycleTest, ServesAgainAfterStopAndStartInOneProcess) {
     EXPECT_EQ(exchange(again), versionAnswer);
 }
 
-TEST_F(LifecycleTest, ServesOnWhileThePluginIsDisabled) {
+// The simulator calls no flight loop of a disabled plugin.
+TEST_F(LifecycleTest, ARequestWaitsWhileThePluginIsDisabled) {
     startSimulator();
-    simulator->Ask("disable");
     TestClient client;
     EXPECT_EQ(exchange(client), versionAnswer);
+    simulator->Ask("disable");
+    client.Send(tarnel(versionMessage()));
+    simulator->Step(10);
+    EXPECT_TRUE(client.Received().empty());
     simulator->Ask("enable");
-    EXPECT_EQ(exchange(client), versionAnswer);
+    EXPECT_EQ(client.Answer(*simulator), versionAnswer);
 }
 
 TEST_F(LifecycleTest, StopsWhileAnAnswerIsHalfSent) {

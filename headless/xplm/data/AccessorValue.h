@@ -2,6 +2,7 @@
 
 #include "XPLMDataAccess.h"
 #include "headless/xplm/data/IDatarefValue.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 
@@ -25,10 +26,13 @@ struct DatarefAccessors {
 };
 
 // The value of a dataref that a plugin publishes. Every access is handed to the plugin as it
-// stands: checking offsets and counts is the plugin's part. A null slot reads as zero.
+// stands: checking offsets and counts is the plugin's part. A null slot reads as zero, and so does
+// all while the plugin is disabled.
 class AccessorValue final : public IDatarefValue {
 public:
-    explicit AccessorValue(const DatarefAccessors& pluginAccessors) : accessors(pluginAccessors) {}
+    // Belongs to the plugin that runs.
+    AccessorValue(const DatarefAccessors& pluginAccessors, PluginContext& pluginContext)
+        : accessors(pluginAccessors), context(pluginContext), owner(pluginContext.Plugin()) {}
 
     int GetInt() override;
     void SetInt(int value) override;
@@ -44,7 +48,12 @@ public:
     void SetBytes(void* values, int offset, int count) override;
 
 private:
+    template <class Result, class... Parameters, class... Arguments>
+    Result call(Result (*accessor)(void*, Parameters...), void* refcon, Arguments... arguments);
+
     DatarefAccessors accessors;
+    PluginContext& context;
+    XPLMPluginID owner;
 };
 
 } // namespace headless

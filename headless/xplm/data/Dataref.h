@@ -10,21 +10,24 @@ namespace headless {
 
 // One dataref; its address is the handle that plugins hold.
 //
-// When a plugin takes its dataref back the object stays, without a value, so that late uses of the
-// handle are harmless and can be told from others.
+// When its plugin goes the object stays as an orphan, without a value: late uses of the handle are
+// harmless, and who registers the name again gives the same handle a value.
 class Dataref final {
 public:
     enum class Owner { Simulator, Plugin };
 
-    Dataref(DatarefDefinition datarefDefinition, Owner datarefOwner,
+    Dataref(DatarefDefinition datarefDefinition, Owner datarefOwner, XPLMPluginID owningPlugin,
             std::unique_ptr<IDatarefValue> datarefValue)
         : definition(std::move(datarefDefinition)),
           owner(datarefOwner),
+          plugin(owningPlugin),
           value(std::move(datarefValue)) {}
 
     const DatarefDefinition& Definition() const { return definition; }
     bool Offers(XPLMDataTypeID type) const { return (definition.types & type) != 0; }
     bool IsPluginOwned() const { return owner == Owner::Plugin; }
+    // Who registered it; the simulator for its own.
+    XPLMPluginID Plugin() const { return plugin; }
 
     bool IsLive() const { return value != nullptr; }
     void Retire() { value.reset(); }
@@ -35,6 +38,7 @@ public:
 private:
     DatarefDefinition definition;
     Owner owner;
+    XPLMPluginID plugin;
     std::unique_ptr<IDatarefValue> value;
 };
 

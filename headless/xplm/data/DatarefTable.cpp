@@ -19,18 +19,21 @@ Dataref& DatarefTable::Define(const DatarefDefinition& definition) {
     if (Lookup(definition.name) != nullptr) {
         throw std::invalid_argument(definition.name + ": the dataref exists already");
     }
-    return add(definition, Dataref::Owner::Simulator, std::make_unique<StoredValue>(definition));
+    return add(Dataref(definition, Dataref::Owner::Simulator, XPLM_PLUGIN_XPLANE,
+                       std::make_unique<StoredValue>(definition)));
 }
 
 Dataref* DatarefTable::Lookup(std::string_view name) const {
     const auto found = byName.find(name);
-    return found == byName.end() ? nullptr : found->second;
+    return found == byName.end() || !found->second->IsLive() ? nullptr : found->second;
 }
 
 std::vector<std::string> DatarefTable::Names() const {
     std::vector<std::string> names;
     for (const auto& [name, dataref] : byName) {
-        names.push_back(name);
+        if (dataref->IsLive()) {
+            names.push_back(name);
+        }
     }
     return names;
 }
@@ -103,11 +106,14 @@ std::string DatarefTable::GetText(std::string_view name) const {
     return bytes.substr(0, bytes.find('\0'));
 }
 
-void DatarefTable::DropPluginDatarefs() {
+void DatarefTable::DropOf(XPLMPluginID plugin) {
     for (const auto& dataref : datarefs) {
-        if (dataref->IsPluginOwned() && dataref->IsLive()) {
-            retire(*dataref);
+        if (dataref->IsPluginOwned() && dataref->Plugin() == plugin) {
+            dataref->Retire();
         }
+    }
+    for (const auto& [dataref, value] : shared) {
+        value->DropOf(plugin);
     }
 }
 
@@ -139,8 +145,9 @@ XPLMDataRef DatarefTable::Register(const char* name, XPLMDataTypeID types, bool 
         recorder.Refuse(Refusal::NameTaken, kRegister, name);
         return nullptr;
     }
-    return &add({.name = name, .types = types, .writable = writable}, Dataref::Owner::Plugin,
-                std::make_unique<AccessorValue>(accessors));
+    return &add(Dataref({.name = name, .types = types, .writable = writable},
+                        Dataref::Owner::Plugin, context.Plugin(),
+                        std::make_unique<AccessorValue>(accessors, context)));
 }
 
 void DatarefTable::Unregister(XPLMDataRef handle) {
@@ -154,7 +161,48 @@ void DatarefTable::Unregister(XPLMDataRef handle) {
         recorder.Refuse(Refusal::NotRegistered, kUnregister, name);
         return;
     }
-    retire(*dataref);
+    dataref->Retire();
+}
+
+bool DatarefTable::Share(const char* name, XPLMDataTypeID type,
+                         const DataNotification& notification) {
+    if (name == nullptr) {
+        recorder.Refuse(Refusal::NullText, "name");
+        return false;
+    }
+    if (Lookup(name) == nullptr) {
+        const DatarefDefinition definition{.name = name, .types = type};
+        auto value = std::make_unique<SharedValue>(definition, context);
+        SharedValue* const made = value.get();
+        shared[&add(Dataref(definition, Dataref::Owner::Simulator, XPLM_PLUGIN_XPLANE,
+                            std::move(value)))] = made;
+    }
+    SharedValue* const value = sharedOf(name, type);
+    if (value == nullptr) {
+        recorder.Refuse(Refusal::NameTaken, name);
+        return false;
+    }
+    value->Notify(notification);
+    return true;
+}
+
+bool DatarefTable::Unshare(const char* name, XPLMDataTypeID type,
+                           const DataNotification& notification) {
+    SharedValue* const value = name == nullptr ? nullptr : sharedOf(name, type);
+    const bool known = value != nullptr && value->Forget(notification);
+    if (!known) {
+        recorder.Refuse(Refusal::NotRegistered, name == nullptr ? "name" : name);
+    }
+    return known;
+}
+
+XPLMDataRef DatarefTable::Nth(int index) const {
+    return index < 0 || index >= Count() ? nullptr
+                                         : datarefs[static_cast<std::size_t>(index)].get();
+}
+
+const Dataref* DatarefTable::Peek(XPLMDataRef handle) const {
+    return handles.count(handle) == 0 ? nullptr : static_cast<const Dataref*>(handle);
 }
 
 Dataref* DatarefTable::Resolve(XPLMDataRef handle, const char* function) {
@@ -179,18 +227,23 @@ const char* DatarefTable::NameOf(XPLMDataRef handle) const {
     return known ? static_cast<const Dataref*>(handle)->Definition().name.c_str() : "(none)";
 }
 
-Dataref& DatarefTable::add(const DatarefDefinition& definition, Dataref::Owner owner,
-                           std::unique_ptr<IDatarefValue> value) {
-    datarefs.push_back(std::make_unique<Dataref>(definition, owner, std::move(value)));
-    Dataref& added = *datarefs.back();
-    handles.insert(&added);
-    byName[definition.name] = &added;
-    return added;
+Dataref& DatarefTable::add(Dataref dataref) {
+    Dataref*& known = byName[dataref.Definition().name];
+    if (known != nullptr) {
+        *known = std::move(dataref);
+        return *known;
+    }
+    datarefs.push_back(std::make_unique<Dataref>(std::move(dataref)));
+    known = datarefs.back().get();
+    handles.insert(known);
+    return *known;
 }
 
-void DatarefTable::retire(Dataref& dataref) {
-    byName.erase(dataref.Definition().name);
-    dataref.Retire();
+SharedValue* DatarefTable::sharedOf(const char* name, XPLMDataTypeID type) const {
+    const Dataref* const dataref = Lookup(name);
+    const auto found = shared.find(dataref);
+    const bool fits = found != shared.end() && dataref->Definition().types == type;
+    return fits ? found->second : nullptr;
 }
 
 IDatarefValue& DatarefTable::valueOf(std::string_view name, XPLMDataTypeID type) const {

@@ -3,6 +3,7 @@
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/data/AccessorValue.h"
 #include "headless/xplm/data/Dataref.h"
+#include "headless/xplm/data/SharedValue.h"
 
 #include <map>
 #include <memory>
@@ -14,7 +15,7 @@
 
 namespace headless {
 
-// All datarefs by name: the simulator's own and those that plugins publish.
+// All datarefs by name: the simulator's own, those that plugins publish, and shared data.
 //
 // Two sides meet here. The host (tests, headless-sim) defines datarefs and reads and writes them by
 // name, also read-only ones: it is the simulator. Plugins find, publish and take back; what they do
@@ -24,7 +25,8 @@ namespace headless {
 // that the dataref does not offer.
 class DatarefTable final {
 public:
-    explicit DatarefTable(CallRecorder& callRecorder) : recorder(callRecorder) {}
+    DatarefTable(PluginContext& pluginContext, CallRecorder& callRecorder)
+        : context(pluginContext), recorder(callRecorder) {}
     DatarefTable(const DatarefTable&) = delete;
     DatarefTable& operator=(const DatarefTable&) = delete;
 
@@ -55,29 +57,42 @@ public:
     // From now on plugins cannot register this name, or any name.
     void RefuseRegistration(const std::string& name) { refusedNames.insert(name); }
     void RefuseAllRegistrations(bool refuse) { refuseAll = refuse; }
-    // Drops every dataref that a plugin registered, as the simulator does when the plugin is gone.
-    void DropPluginDatarefs();
+    // Makes orphans of the datarefs that the plugin registered, as the simulator does when it is
+    // gone, and takes its notifications of shared data away.
+    void DropOf(XPLMPluginID plugin);
 
     // Plugin side.
     XPLMDataRef Find(const char* name);
     XPLMDataRef Register(const char* name, XPLMDataTypeID types, bool writable,
                          const DatarefAccessors& accessors);
     void Unregister(XPLMDataRef handle);
+    // False when the name exists as something else.
+    bool Share(const char* name, XPLMDataTypeID type, const DataNotification& notification);
+    bool Unshare(const char* name, XPLMDataTypeID type, const DataNotification& notification);
+    // Orphans count: an index belongs to a dataref for good.
+    int Count() const { return static_cast<int>(datarefs.size()); }
+    // Null for an index that does not exist.
+    XPLMDataRef Nth(int index) const;
+    // Null for a handle that was never given out; orphans are found. Nothing is refused.
+    const Dataref* Peek(XPLMDataRef handle) const;
     // The live dataref of a handle. Null, and the refusal recorded, for any other handle.
     Dataref* Resolve(XPLMDataRef handle, const char* function);
     // For records: also of a stale handle; "(none)" for a handle that was never given out.
     const char* NameOf(XPLMDataRef handle) const;
 
 private:
-    Dataref& add(const DatarefDefinition& definition, Dataref::Owner owner,
-                 std::unique_ptr<IDatarefValue> value);
-    void retire(Dataref& dataref);
+    // Gives an orphan of the name its value, else makes the dataref.
+    Dataref& add(Dataref dataref);
+    SharedValue* sharedOf(const char* name, XPLMDataTypeID type) const;
     IDatarefValue& valueOf(std::string_view name, XPLMDataTypeID type) const;
 
+    PluginContext& context;
     CallRecorder& recorder;
     std::vector<std::unique_ptr<Dataref>> datarefs;
     std::unordered_set<const void*> handles;
+    // Orphans included.
     std::map<std::string, Dataref*, std::less<>> byName;
+    std::map<const Dataref*, SharedValue*> shared;
     std::set<std::string> refusedNames;
     bool refuseAll = false;
 };

@@ -44,12 +44,27 @@ void writeElements(std::vector<Element>& stored, const Element* values, int offs
     }
 }
 
+template <class Element>
+void growTo(std::vector<Element>& stored, bool offered, int elements) {
+    const auto size = static_cast<std::size_t>(std::max(0, elements));
+    if (offered && size > stored.size()) {
+        stored.resize(size);
+    }
+}
+
 } // namespace
 
 StoredValue::StoredValue(const DatarefDefinition& definition)
-    : ints(storageFor<int>(definition, xplmType_IntArray)),
+    : types(definition.types),
+      ints(storageFor<int>(definition, xplmType_IntArray)),
       floats(storageFor<float>(definition, xplmType_FloatArray)),
       bytes(storageFor<char>(definition, xplmType_Data)) {}
+
+void StoredValue::Grow(int elements) {
+    growTo(ints, (types & xplmType_IntArray) != 0, elements);
+    growTo(floats, (types & xplmType_FloatArray) != 0, elements);
+    growTo(bytes, (types & xplmType_Data) != 0, elements);
+}
 
 int StoredValue::GetInt() {
     constexpr double kLowest = std::numeric_limits<int>::min();

@@ -15,6 +15,9 @@ class StoredValue final : public IDatarefValue {
 public:
     explicit StoredValue(const DatarefDefinition& definition);
 
+    // Arrays of its types have this many elements or more from now on.
+    void Grow(int elements);
+
     int GetInt() override;
     void SetInt(int value) override;
     float GetFloat() override;
@@ -29,6 +32,7 @@ public:
     void SetBytes(void* values, int offset, int count) override;
 
 private:
+    XPLMDataTypeID types;
     // Holds every int and every float exactly.
     double number = 0.0;
     std::vector<int> ints;

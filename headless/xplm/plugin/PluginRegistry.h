@@ -2,57 +2,107 @@
 
 #include "XPLMPlugin.h"
 #include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
+#include <cstddef>
+#include <deque>
 #include <functional>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace headless {
 
 // A message from one plugin to another. Of a name sent to a dataref editor (kMessageAddDataref)
 // the text is copied, since the sender's memory is gone when a test looks.
 struct PluginMessage {
+    XPLMPluginID from = XPLM_PLUGIN_XPLANE;
     XPLMPluginID plugin = XPLM_NO_PLUGIN_ID;
     int message = 0;
     const void* parameter = nullptr;
     std::string text;
 };
 
-// The plugins that the simulator knows by signature, and the messages sent to them.
+// What a plugin tells about itself, and the file that it came from.
+struct PluginTexts {
+    std::string name;
+    std::string signature;
+    std::string description;
+    std::string path;
+};
+
+// How a loaded plugin is reached; empty functions do nothing.
+struct PluginHooks {
+    std::function<void(XPLMPluginID from, int message, void* parameter)> receive{};
+    // False when the plugin refuses.
+    std::function<bool()> enable{};
+    std::function<void()> disable{};
+};
+
+// The plugins that the simulator knows, switching them on and off, and the messages sent to them.
 //
-// Tests add fakes of other plugins here; a loaded plugin is added with a receiver.
+// Tests add fakes of other plugins, which are enabled at once; the host adds what it loads, which
+// is enabled when it says so. Ids are never used again.
 class PluginRegistry final {
 public:
     // Asks the dataref editor to list the dataref whose name the parameter points to.
     static constexpr int kMessageAddDataref = 0x01000000;
+    static constexpr std::size_t kMaxMessages = 4096;
 
-    using Receiver = std::function<void(int message, void* parameter)>;
-
-    explicit PluginRegistry(CallRecorder& callRecorder) : recorder(callRecorder) {}
+    PluginRegistry(PluginContext& pluginContext, CallRecorder& callRecorder)
+        : context(pluginContext), recorder(callRecorder) {}
     PluginRegistry(const PluginRegistry&) = delete;
     PluginRegistry& operator=(const PluginRegistry&) = delete;
 
-    XPLMPluginID AddPlugin(const std::string& signature, Receiver receiver = {});
+    // Host side.
+    XPLMPluginID AddPlugin(const std::string& signature, PluginHooks hooks = {});
+    XPLMPluginID AddLoaded(const std::string& path, PluginHooks hooks);
     void RemovePlugin(XPLMPluginID plugin);
+    // What a plugin said of itself at its start.
+    void Describe(XPLMPluginID plugin, const PluginTexts& texts);
+    // From now on the simulator calls the plugin, or does not.
+    void MarkEnabled(XPLMPluginID plugin, bool enabled);
+    // Null for a plugin that does not exist.
+    const PluginTexts* TextsOf(XPLMPluginID plugin) const;
+    // A message of the simulator's own, to one plugin or to all. Disabled ones receive nothing.
+    void SendFromSimulator(XPLMPluginID plugin, int message, void* parameter);
+    void Broadcast(int message, void* parameter);
+    // Whether somebody asked for all plugins to be loaded anew since the last call.
+    bool TakeReloadRequest();
+    // The last kMaxMessages that plugins sent.
+    const std::deque<PluginMessage>& Messages() const { return messages; }
+    void ClearMessages() { messages.clear(); }
 
-    // XPLM_NO_PLUGIN_ID when nobody has the signature.
+    // Plugin side. XPLM_NO_PLUGIN_ID when nobody has the signature, path or index.
     XPLMPluginID FindBySignature(const char* signature);
-    // Ignored for a plugin that does not exist.
+    XPLMPluginID FindByPath(const char* path);
+    int Count() const { return static_cast<int>(plugins.size()); }
+    XPLMPluginID Nth(int index) const;
+    bool IsEnabled(XPLMPluginID plugin) const;
+    bool Enable(XPLMPluginID plugin);
+    void Disable(XPLMPluginID plugin);
+    void RequestReload() { reloadRequested = true; }
+    // The sender is the plugin that runs. XPLM_NO_PLUGIN_ID is all plugins; disabled ones and those
+    // that do not exist receive nothing.
     void SendMessage(XPLMPluginID plugin, int message, void* parameter);
-
-    const std::vector<PluginMessage>& Messages() const { return messages; }
 
 private:
     struct Plugin {
-        std::string signature;
-        Receiver receiver;
+        PluginTexts texts;
+        PluginHooks hooks;
+        bool enabled = false;
     };
 
+    XPLMPluginID add(Plugin plugin);
+    void deliverToAll(XPLMPluginID from, int message, void* parameter);
+    void deliver(XPLMPluginID from, XPLMPluginID plugin, int message, void* parameter);
+    void remember(XPLMPluginID plugin, int message, void* parameter);
+
+    PluginContext& context;
     CallRecorder& recorder;
     std::map<XPLMPluginID, Plugin> plugins;
     XPLMPluginID nextId = XPLM_PLUGIN_XPLANE + 1;
-    std::vector<PluginMessage> messages;
+    std::deque<PluginMessage> messages;
+    bool reloadRequested = false;
 };
 
 } // namespace headless

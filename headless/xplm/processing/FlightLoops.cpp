@@ -19,16 +19,8 @@ void FlightLoops::Register(XPLMFlightLoop_f callback, float interval, void* refc
         return;
     }
     recorder.Record("XPLMRegisterFlightLoopCallback", refcon, interval);
-    if (Loop* known = find(callback, refcon)) {
-        schedule(*known, interval);
-        return;
-    }
-    Loop added;
-    added.callback = callback;
-    added.refcon = refcon;
-    added.lastCall = clock.Now();
-    schedule(added, interval);
-    loops.push_back(added);
+    Loop* const known = find(callback, refcon);
+    schedule(known != nullptr ? *known : add(callback, refcon), interval, true);
 }
 
 void FlightLoops::Unregister(XPLMFlightLoop_f callback, void* refcon) {
@@ -42,12 +34,46 @@ void FlightLoops::Unregister(XPLMFlightLoop_f callback, void* refcon) {
     sweep();
 }
 
-void FlightLoops::Run(double seconds) {
+void FlightLoops::SetInterval(XPLMFlightLoop_f callback, float interval, bool fromNow,
+                              void* refcon) {
+    if (Loop* known = find(callback, refcon)) {
+        schedule(*known, interval, fromNow);
+    } else {
+        recorder.Refuse(Refusal::NotRegistered, "callback");
+    }
+}
+
+XPLMFlightLoopID FlightLoops::Create(const XPLMCreateFlightLoop_t* parameters) {
+    if (parameters == nullptr || parameters->callbackFunc == nullptr) {
+        recorder.Refuse(Refusal::NullHandle, "callback");
+        return nullptr;
+    }
+    Loop& added = add(parameters->callbackFunc, parameters->refcon);
+    added.phase = parameters->phase;
+    added.hasHandle = true;
+    return &added;
+}
+
+void FlightLoops::Destroy(XPLMFlightLoopID handle) {
+    if (Loop* known = resolve(handle)) {
+        known->removed = true;
+        sweep();
+    }
+}
+
+void FlightLoops::Schedule(XPLMFlightLoopID handle, float interval, bool fromNow) {
+    if (Loop* known = resolve(handle)) {
+        schedule(*known, interval, fromNow);
+    }
+}
+
+void FlightLoops::Run(XPLMFlightLoopPhaseType phase, double seconds) {
     running = true;
     const std::size_t count = loops.size();
     for (std::size_t i = 0; i < count; ++i) {
-        if (isDue(loops[i])) {
-            call(i, seconds);
+        Loop& loop = *loops[i];
+        if (loop.phase == phase && isDue(loop) && context.IsActive(loop.owner)) {
+            call(loop, seconds);
         }
     }
     running = false;
@@ -56,27 +82,51 @@ void FlightLoops::Run(double seconds) {
 
 std::size_t FlightLoops::Count() const {
     return static_cast<std::size_t>(
-        std::count_if(loops.begin(), loops.end(), [](const Loop& loop) { return !loop.removed; }));
+        std::count_if(loops.begin(), loops.end(), [](const auto& loop) { return !loop->removed; }));
 }
 
-void FlightLoops::Clear() {
-    for (Loop& loop : loops) {
-        loop.removed = true;
+void FlightLoops::DropOf(XPLMPluginID plugin) {
+    for (const auto& loop : loops) {
+        loop->removed = loop->removed || loop->owner == plugin;
     }
     sweep();
 }
 
-FlightLoops::Loop* FlightLoops::find(XPLMFlightLoop_f callback, const void* refcon) {
-    const auto found = std::find_if(loops.begin(), loops.end(), [&](const Loop& loop) {
-        return !loop.removed && loop.callback == callback && loop.refcon == refcon;
-    });
-    return found == loops.end() ? nullptr : &*found;
+FlightLoops::Loop& FlightLoops::add(XPLMFlightLoop_f callback, void* refcon) {
+    auto added = std::make_unique<Loop>();
+    added->callback = callback;
+    added->refcon = refcon;
+    added->owner = context.Plugin();
+    added->lastCall = clock.Now();
+    added->lastFrame = clock.Frame();
+    loops.push_back(std::move(added));
+    return *loops.back();
 }
 
-void FlightLoops::schedule(Loop& loop, float interval) const {
+FlightLoops::Loop* FlightLoops::find(XPLMFlightLoop_f callback, const void* refcon) {
+    const auto found = std::find_if(loops.begin(), loops.end(), [&](const auto& loop) {
+        return !loop->removed && !loop->hasHandle && loop->callback == callback &&
+               loop->refcon == refcon;
+    });
+    return found == loops.end() ? nullptr : found->get();
+}
+
+FlightLoops::Loop* FlightLoops::resolve(const void* handle) {
+    const auto found = std::find_if(loops.begin(), loops.end(), [&](const auto& loop) {
+        return !loop->removed && loop->hasHandle && loop.get() == handle;
+    });
+    if (found == loops.end()) {
+        recorder.Refuse(handle == nullptr ? Refusal::NullHandle : Refusal::UnknownHandle,
+                        "flight loop");
+        return nullptr;
+    }
+    return found->get();
+}
+
+void FlightLoops::schedule(Loop& loop, float interval, bool fromNow) const {
     loop.interval = interval;
-    loop.sinceTime = clock.Now();
-    loop.sinceFrame = clock.Frame();
+    loop.sinceTime = fromNow ? clock.Now() : loop.lastCall;
+    loop.sinceFrame = fromNow ? clock.Frame() : loop.lastFrame;
 }
 
 bool FlightLoops::isDue(const Loop& loop) const {
@@ -93,21 +143,20 @@ bool FlightLoops::isDue(const Loop& loop) const {
     return false;
 }
 
-// Works by index and on a copy: the callback may register others and move the list.
-void FlightLoops::call(std::size_t index, double seconds) {
-    const Loop called = loops[index];
-    loops[index].lastCall = clock.Now();
-    const double sinceLast = clock.Now() - called.lastCall;
-    const float next = called.callback(static_cast<float>(sinceLast), static_cast<float>(seconds),
-                                       static_cast<int>(clock.Frame()), called.refcon);
-    schedule(loops[index], next);
+// The callback may register others; a loop stays where it is until it is swept away.
+void FlightLoops::call(Loop& loop, double seconds) {
+    const double sinceLast = clock.Now() - loop.lastCall;
+    loop.lastCall = clock.Now();
+    loop.lastFrame = clock.Frame();
+    const PluginContext::Call call(context, loop.owner, "flight loop");
+    const float next = loop.callback(static_cast<float>(sinceLast), static_cast<float>(seconds),
+                                     static_cast<int>(clock.Frame()), loop.refcon);
+    schedule(loop, next, true);
 }
 
 void FlightLoops::sweep() {
     if (!running) {
-        loops.erase(std::remove_if(loops.begin(), loops.end(),
-                                   [](const Loop& loop) { return loop.removed; }),
-                    loops.end());
+        std::erase_if(loops, [](const auto& loop) { return loop->removed; });
     }
 }
 

@@ -3,9 +3,11 @@
 #include "XPLMProcessing.h"
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/Clock.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace headless {
@@ -13,47 +15,64 @@ namespace headless {
 // The callbacks that plugins want to have called while the simulator runs.
 //
 // An interval is in seconds when positive and in flight loops when negative; 0 is never. Callbacks
-// may register and unregister others and themselves while they are called; one that is registered
-// during a frame is not called before the next.
+// may come and go while they are called; one that is registered during a frame is not called before
+// the next. Those of a disabled plugin wait.
 class FlightLoops final {
 public:
-    FlightLoops(const Clock& simulatedClock, CallRecorder& callRecorder)
-        : clock(simulatedClock), recorder(callRecorder) {}
+    FlightLoops(const Clock& simulatedClock, PluginContext& pluginContext,
+                CallRecorder& callRecorder)
+        : clock(simulatedClock), context(pluginContext), recorder(callRecorder) {}
     FlightLoops(const FlightLoops&) = delete;
     FlightLoops& operator=(const FlightLoops&) = delete;
 
-    // A pair of callback and refcon that is known already gets the new interval.
+    // A pair of callback and refcon that is known already gets the new interval. It runs before the
+    // flight model.
     void Register(XPLMFlightLoop_f callback, float interval, void* refcon);
     void Unregister(XPLMFlightLoop_f callback, void* refcon);
+    // The interval counts from now, or from the last call.
+    void SetInterval(XPLMFlightLoop_f callback, float interval, bool fromNow, void* refcon);
 
-    // Calls what is due at the clock's time and frame. `seconds` is the length of the frame.
-    void Run(double seconds);
+    // Null when the structure has no callback.
+    XPLMFlightLoopID Create(const XPLMCreateFlightLoop_t* parameters);
+    void Destroy(XPLMFlightLoopID handle);
+    void Schedule(XPLMFlightLoopID handle, float interval, bool fromNow);
+
+    // Calls what is due in this phase at the clock's time and frame. `seconds` is the length of the
+    // frame.
+    void Run(XPLMFlightLoopPhaseType phase, double seconds);
 
     std::size_t Count() const;
-    // Drops all, as the simulator does with those of a plugin that is gone.
-    void Clear();
+    void DropOf(XPLMPluginID plugin);
 
 private:
     struct Loop {
         XPLMFlightLoop_f callback = nullptr;
         void* refcon = nullptr;
+        XPLMFlightLoopPhaseType phase = xplm_FlightLoop_Phase_BeforeFlightModel;
+        XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
+        // Made by Create(), so that only its handle finds it.
+        bool hasHandle = false;
         float interval = 0.0F;
         // Time and frame that the interval counts from.
         double sinceTime = 0.0;
         std::int64_t sinceFrame = 0;
         double lastCall = 0.0;
+        std::int64_t lastFrame = 0;
         bool removed = false;
     };
 
+    Loop& add(XPLMFlightLoop_f callback, void* refcon);
     Loop* find(XPLMFlightLoop_f callback, const void* refcon);
-    void schedule(Loop& loop, float interval) const;
+    Loop* resolve(const void* handle);
+    void schedule(Loop& loop, float interval, bool fromNow) const;
     bool isDue(const Loop& loop) const;
-    void call(std::size_t index, double seconds);
+    void call(Loop& loop, double seconds);
     void sweep();
 
     const Clock& clock;
+    PluginContext& context;
     CallRecorder& recorder;
-    std::vector<Loop> loops;
+    std::vector<std::unique_ptr<Loop>> loops;
     bool running = false;
 };
 

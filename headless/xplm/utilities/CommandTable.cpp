@@ -37,9 +37,10 @@ void CommandTable::ContinueHeld() {
     }
 }
 
-void CommandTable::DropHandlers() {
+void CommandTable::DropOf(XPLMPluginID plugin) {
     for (const auto& [name, command] : commands) {
-        command->handlers.clear();
+        std::erase_if(command->handlers,
+                      [&](const CommandHandler& handler) { return handler.owner == plugin; });
     }
 }
 
@@ -79,7 +80,7 @@ void CommandTable::RegisterHandler(XPLMCommandRef handle, XPLMCommandCallback_f 
         return;
     }
     recorder.Record(kFunction, handle, command->name, before ? 1 : 0);
-    const CommandHandler added{callback, before, refcon};
+    const CommandHandler added{callback, before, refcon, context.Plugin()};
     auto& handlers = command->handlers;
     if (std::find(handlers.begin(), handlers.end(), added) != handlers.end()) {
         recorder.Refuse(Refusal::AlreadyRegistered, kFunction, command->name.c_str());
@@ -97,8 +98,8 @@ void CommandTable::UnregisterHandler(XPLMCommandRef handle, XPLMCommandCallback_
     }
     recorder.Record(kFunction, handle, command->name, before ? 1 : 0);
     auto& handlers = command->handlers;
-    const auto found =
-        std::find(handlers.begin(), handlers.end(), CommandHandler{callback, before, refcon});
+    const CommandHandler wanted{callback, before, refcon, context.Plugin()};
+    const auto found = std::find(handlers.begin(), handlers.end(), wanted);
     if (found == handlers.end()) {
         recorder.Refuse(Refusal::NotRegistered, kFunction, command->name.c_str());
         return;
@@ -173,9 +174,10 @@ bool CommandTable::runHandlers(Command& command, XPLMCommandPhase phase, bool be
     for (const CommandHandler& handler : walked) {
         const auto& now = command.handlers;
         const bool gone = std::find(now.begin(), now.end(), handler) == now.end();
-        if (handler.before != before || gone) {
+        if (handler.before != before || gone || !context.IsActive(handler.owner)) {
             continue;
         }
+        const PluginContext::Call call(context, handler.owner, "command handler");
         if (handler.callback(&command, phase, handler.refcon) == 0) {
             return false;
         }

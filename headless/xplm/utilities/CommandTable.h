@@ -2,6 +2,7 @@
 
 #include "XPLMUtilities.h"
 #include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 #include <array>
 #include <cstddef>
@@ -22,6 +23,8 @@ struct CommandHandler {
     XPLMCommandCallback_f callback = nullptr;
     bool before = false;
     void* refcon = nullptr;
+    // The plugin that registered it.
+    XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
 
     bool operator==(const CommandHandler&) const = default;
 };
@@ -48,13 +51,15 @@ struct CommandEvent {
 // All commands by name. Handles stay valid for the table's life.
 //
 // Handlers run in the order of their registration, those before the simulator first; the first
-// that returns 0 swallows the phase. Every Begin and End raises its phase, nested ones too;
-// a command is held until as many Ends as Begins came. Handlers may come and go during dispatch.
+// that returns 0 swallows the phase. Those of a disabled plugin are left out. Every Begin and End
+// raises its phase, nested ones too; a command is held until as many Ends as Begins came. Handlers
+// may come and go during dispatch.
 class CommandTable final {
 public:
     static constexpr std::size_t kMaxEvents = 4096;
 
-    explicit CommandTable(CallRecorder& callRecorder) : recorder(callRecorder) {}
+    CommandTable(PluginContext& pluginContext, CallRecorder& callRecorder)
+        : context(pluginContext), recorder(callRecorder) {}
     CommandTable(const CommandTable&) = delete;
     CommandTable& operator=(const CommandTable&) = delete;
 
@@ -68,8 +73,8 @@ public:
     void ClearEvents() { events.clear(); }
     // Raises the continue phase of every held command; once per frame.
     void ContinueHeld();
-    // Drops the handlers of all commands, as the simulator does when the plugin is gone.
-    void DropHandlers();
+    // Drops the plugin's handlers, as the simulator does when it is gone.
+    void DropOf(XPLMPluginID plugin);
 
     // Plugin side. Null or foreign handles are recorded and ignored.
     XPLMCommandRef Find(const char* name);
@@ -87,6 +92,7 @@ private:
     void raise(Command& command, XPLMCommandPhase phase);
     bool runHandlers(Command& command, XPLMCommandPhase phase, bool before);
 
+    PluginContext& context;
     CallRecorder& recorder;
     std::map<std::string, std::unique_ptr<Command>, std::less<>> commands;
     std::map<const void*, Command*> byHandle;

@@ -48,6 +48,7 @@ void Log::OpenFile(const std::string& path) {
 }
 
 void Log::Write(std::string_view added) {
+    const std::lock_guard<std::mutex> lock(mutex);
     tail += added;
     if (tail.size() > 2 * kTail) {
         tail.erase(0, tail.size() - kTail);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,8 @@ public:
 private:
     static constexpr std::size_t kTail = 1024;
 
+    // Plugins write from threads of their own.
+    std::mutex mutex;
     std::string text;
     // The last kTail characters or a little more.
     std::string tail;

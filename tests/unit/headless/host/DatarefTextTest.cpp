@@ -20,8 +20,9 @@ protected:
         return DatarefText::Format(dataref);
     }
 
+    headless::PluginContext context;
     CallRecorder recorder;
-    DatarefTable table{recorder};
+    DatarefTable table{context, recorder};
     int count = 0;
 };
 

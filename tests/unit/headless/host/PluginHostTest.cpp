@@ -58,9 +58,9 @@ TEST_F(PluginHostTest, TakesAPluginThroughItsLife) {
 TEST_F(PluginHostTest, KnowsThePluginsTextsAndSignature) {
     PluginHost host(sim, FAKE_PLUGIN);
     host.Start();
-    EXPECT_EQ(host.Name(), "Fake");
-    EXPECT_EQ(host.Signature(), "headless.tests.fake");
-    EXPECT_EQ(host.Description(), "A plugin for tests.");
+    EXPECT_EQ(host.Texts().name, "Fake");
+    EXPECT_EQ(host.Texts().signature, "headless.tests.fake");
+    EXPECT_EQ(host.Texts().description, "A plugin for tests.");
     EXPECT_NE(XPLMFindPluginBySignature("headless.tests.fake"), XPLM_NO_PLUGIN_ID);
     host.Stop();
     EXPECT_EQ(XPLMFindPluginBySignature("headless.tests.fake"), XPLM_NO_PLUGIN_ID);

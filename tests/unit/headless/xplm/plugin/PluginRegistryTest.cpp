@@ -48,7 +48,7 @@ TEST_F(PluginRegistryTest, RecordsMessagesAndCopiesTheNameOfAnAddedDataref) {
 }
 
 TEST_F(PluginRegistryTest, AMessageToNobodyIsDroppedAndRecorded) {
-    XPLMSendMessageToPlugin(XPLM_NO_PLUGIN_ID, 5, nullptr);
+    XPLMSendMessageToPlugin(77, 5, nullptr);
     EXPECT_TRUE(sim.Plugins().Messages().empty());
     EXPECT_EQ(sim.Recorder().Refusals(Refusal::UnknownPlugin), 1U);
 }
@@ -56,10 +56,11 @@ TEST_F(PluginRegistryTest, AMessageToNobodyIsDroppedAndRecorded) {
 TEST_F(PluginRegistryTest, AReceiverGetsTheMessageAndMayRemoveItsPlugin) {
     int received = 0;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    id = sim.Plugins().AddPlugin("tests.receiver", [&](int message, void* /*parameter*/) {
-        sim.Plugins().RemovePlugin(id);
-        received = message;
-    });
+    id = sim.Plugins().AddPlugin(
+        "tests.receiver", {.receive = [&](XPLMPluginID /*from*/, int message, void* /*parameter*/) {
+            sim.Plugins().RemovePlugin(id);
+            received = message;
+        }});
     XPLMSendMessageToPlugin(id, 7, nullptr);
     EXPECT_EQ(received, 7);
 }

@@ -234,7 +234,7 @@ TEST_F(CommandTableTest, RecordsTheCallsOfPlugins) {
 
 TEST_F(CommandTableTest, DroppingHandlersKeepsTheCommands) {
     XPLMRegisterCommandHandler(&gear, &listen, 1, &a);
-    sim.Commands().DropHandlers();
+    sim.Commands().DropOf(XPLM_PLUGIN_XPLANE);
     XPLMCommandOnce(&gear);
     EXPECT_TRUE(journal.empty());
     EXPECT_EQ(gear.passedOn, (PhaseCounts{1, 0, 1}));

@@ -1,0 +1,46 @@
+#include "headless/xplm/camera/Camera.h"
+
+#include <utility>
+
+namespace headless {
+
+void Camera::Control(XPLMCameraControlDuration howLong, XPLMCameraControl_f callback,
+                     void* refcon) {
+    const auto former = control;
+    void* const formerRefcon = controlRefcon;
+    const XPLMPluginID formerOwner = owner;
+    duration = callback == nullptr ? 0 : howLong;
+    control = callback;
+    controlRefcon = refcon;
+    owner = context.Plugin();
+    if (former != nullptr && context.IsActive(formerOwner)) {
+        const PluginContext::Call call(context, formerOwner, "camera control");
+        former(nullptr, 1, formerRefcon);
+    }
+}
+
+void Camera::Release() {
+    duration = 0;
+    control = nullptr;
+}
+
+void Camera::Move() {
+    if (control == nullptr || !context.IsActive(owner)) {
+        return;
+    }
+    const PluginContext::Call call(context, owner, "camera control");
+    XPLMCameraPosition_t moved = position;
+    if (control(&moved, 0, controlRefcon) == 0) {
+        Release();
+    } else {
+        position = moved;
+    }
+}
+
+void Camera::DropOf(XPLMPluginID plugin) {
+    if (owner == plugin) {
+        Release();
+    }
+}
+
+} // namespace headless

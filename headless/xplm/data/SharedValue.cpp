@@ -1,0 +1,87 @@
+#include "headless/xplm/data/SharedValue.h"
+
+#include <algorithm>
+
+namespace headless {
+
+void SharedValue::Notify(const DataNotification& notification) {
+    notifications.push_back(notification);
+}
+
+bool SharedValue::Forget(const DataNotification& notification) {
+    const auto found = std::find(notifications.begin(), notifications.end(), notification);
+    if (found == notifications.end()) {
+        return false;
+    }
+    notifications.erase(found);
+    return true;
+}
+
+void SharedValue::DropOf(XPLMPluginID plugin) {
+    std::erase_if(notifications, [&](const auto& one) { return one.owner == plugin; });
+}
+
+void SharedValue::SetInt(int number) {
+    value.SetInt(number);
+    tell();
+}
+
+void SharedValue::SetFloat(float number) {
+    value.SetFloat(number);
+    tell();
+}
+
+void SharedValue::SetDouble(double number) {
+    value.SetDouble(number);
+    tell();
+}
+
+int SharedValue::GetInts(int* values, int offset, int max) {
+    return value.GetInts(values, offset, max);
+}
+
+void SharedValue::SetInts(int* values, int offset, int count) {
+    grow(offset, count);
+    value.SetInts(values, offset, count);
+    tell();
+}
+
+int SharedValue::GetFloats(float* values, int offset, int max) {
+    return value.GetFloats(values, offset, max);
+}
+
+void SharedValue::SetFloats(float* values, int offset, int count) {
+    grow(offset, count);
+    value.SetFloats(values, offset, count);
+    tell();
+}
+
+int SharedValue::GetBytes(void* values, int offset, int max) {
+    return value.GetBytes(values, offset, max);
+}
+
+void SharedValue::SetBytes(void* values, int offset, int count) {
+    grow(offset, count);
+    value.SetBytes(values, offset, count);
+    tell();
+}
+
+void SharedValue::grow(int offset, int count) {
+    // A slip must not exhaust the memory.
+    constexpr int kMostElements = 1 << 24;
+    if (offset >= 0 && count > 0 && offset <= kMostElements && count <= kMostElements) {
+        value.Grow(offset + count);
+    }
+}
+
+void SharedValue::tell() {
+    // Callbacks may come and go while they are called.
+    for (const DataNotification& told : std::vector<DataNotification>(notifications)) {
+        if (told.callback != nullptr && context.IsActive(told.owner)) {
+            const PluginContext::Call call(context, told.owner, "shared data notification");
+            told.callback(told.refcon);
+        }
+    }
+}
+
+} // namespace headless

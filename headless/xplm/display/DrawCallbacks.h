@@ -1,0 +1,44 @@
+#pragma once
+
+#include "XPLMDisplay.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace headless {
+
+// Callbacks for drawing. They are kept and never called: there is nothing to draw on.
+class DrawCallbacks final {
+public:
+    DrawCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
+        : context(pluginContext), recorder(callRecorder) {}
+    DrawCallbacks(const DrawCallbacks&) = delete;
+    DrawCallbacks& operator=(const DrawCallbacks&) = delete;
+
+    // False without a callback.
+    bool Register(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
+    // False when it is not registered.
+    bool Unregister(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
+    void DropOf(XPLMPluginID plugin);
+
+    std::size_t Count() const { return entries.size(); }
+
+private:
+    struct Entry {
+        XPLMDrawCallback_f callback;
+        XPLMDrawingPhase phase;
+        bool before;
+        void* refcon;
+        XPLMPluginID owner;
+
+        bool operator==(const Entry&) const = default;
+    };
+
+    PluginContext& context;
+    CallRecorder& recorder;
+    std::vector<Entry> entries;
+};
+
+} // namespace headless

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "headless/xplm/OwnedObjects.h"
+#include "headless/xplm/display/Windows.h"
+
+#include <string>
+#include <vector>
+
+namespace headless {
+
+struct HotKey {
+    char virtualKey = 0;
+    XPLMKeyFlags flags = 0;
+    std::string description;
+    XPLMHotKey_f callback = nullptr;
+    void* refcon = nullptr;
+};
+
+// Who hears of a key: sniffers before the windows, the window that has the keyboard, sniffers after
+// the windows, hot keys. Each but a hot key may swallow it.
+class Keyboard final {
+public:
+    Keyboard(Windows& allWindows, PluginContext& pluginContext, CallRecorder& callRecorder)
+        : windows(allWindows),
+          context(pluginContext),
+          recorder(callRecorder),
+          hotKeys(pluginContext, callRecorder, "hot key") {}
+    Keyboard(const Keyboard&) = delete;
+    Keyboard& operator=(const Keyboard&) = delete;
+
+    // Host side: a key goes down or up, as the flags tell.
+    void Press(char key, XPLMKeyFlags flags, char virtualKey);
+    void DropOf(XPLMPluginID plugin);
+
+    // Plugin side. False without a callback, or when it is not registered.
+    bool AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
+    bool RemoveSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
+    OwnedObjects<HotKey>& HotKeys() { return hotKeys; }
+
+private:
+    struct Sniffer {
+        XPLMKeySniffer_f callback;
+        bool beforeWindows;
+        void* refcon;
+        XPLMPluginID owner;
+
+        bool operator==(const Sniffer&) const = default;
+    };
+
+    // False when one of them swallows the key.
+    bool passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey);
+    void runHotKeys(XPLMKeyFlags flags, char virtualKey);
+
+    Windows& windows;
+    PluginContext& context;
+    CallRecorder& recorder;
+    std::vector<Sniffer> sniffers;
+    OwnedObjects<HotKey> hotKeys;
+};
+
+} // namespace headless

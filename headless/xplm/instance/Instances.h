@@ -1,0 +1,22 @@
+#pragma once
+
+#include "XPLMInstance.h"
+#include "headless/xplm/OwnedObjects.h"
+
+#include <string>
+#include <vector>
+
+namespace headless {
+
+// An object that a plugin placed in the scenery, as it was told to stand.
+struct SceneryInstance {
+    XPLMObjectRef object = nullptr;
+    std::vector<std::string> datarefs;
+    XPLMDrawInfoDouble_t position{};
+    // One for each dataref.
+    std::vector<float> values;
+};
+
+using Instances = OwnedObjects<SceneryInstance>;
+
+} // namespace headless

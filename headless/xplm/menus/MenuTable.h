@@ -1,0 +1,57 @@
+#pragma once
+
+#include "headless/xplm/OwnedObjects.h"
+#include "headless/xplm/menus/Menu.h"
+#include "headless/xplm/utilities/CommandTable.h"
+
+#include <string>
+
+namespace headless {
+
+// The plugins menu and the menus that plugins make.
+//
+// Each plugin counts the items of a menu that it appended itself, separators included, so its
+// indices stay while other plugins come and go. A plugin's menus and items go with it.
+class MenuTable final {
+public:
+    MenuTable(PluginContext& pluginContext, CommandTable& commandTable, CallRecorder& callRecorder);
+    MenuTable(const MenuTable&) = delete;
+    MenuTable& operator=(const MenuTable&) = delete;
+
+    // Host side.
+    const Menu& PluginsMenu() const { return *pluginsMenu; }
+    // Chooses an item of the plugins menu by the texts of the items that lead to it, "A > B".
+    // Throws std::invalid_argument when there is no such item or it is not enabled.
+    void Click(const std::string& path);
+    void DropOf(XPLMPluginID plugin);
+
+    // Plugin side. Indices that do not exist are refused.
+    XPLMMenuID FindPluginsMenu();
+    XPLMMenuID Create(const char* name, XPLMMenuID parent, int parentItem,
+                      XPLMMenuHandler_f handler, void* reference);
+    void Destroy(XPLMMenuID menu);
+    void Clear(XPLMMenuID menu);
+    // The new item's index, or -1 when there is no such menu or no text.
+    int Append(XPLMMenuID menu, const char* text, void* reference);
+    int AppendWithCommand(XPLMMenuID menu, const char* text, XPLMCommandRef command);
+    void AppendSeparator(XPLMMenuID menu);
+    void SetName(XPLMMenuID menu, int index, const char* text);
+    void Check(XPLMMenuID menu, int index, XPLMMenuCheck check);
+    XPLMMenuCheck CheckState(XPLMMenuID menu, int index);
+    void Enable(XPLMMenuID menu, int index, bool enabled);
+    void Remove(XPLMMenuID menu, int index);
+
+private:
+    int append(Menu& menu, MenuItem item);
+    // Null when the menu or the item does not exist.
+    MenuItem* itemAt(XPLMMenuID menu, int index);
+    void choose(const Menu& menu, const MenuItem& item);
+
+    PluginContext& context;
+    CommandTable& commands;
+    CallRecorder& recorder;
+    OwnedObjects<Menu> menus;
+    Menu* pluginsMenu;
+};
+
+} // namespace headless

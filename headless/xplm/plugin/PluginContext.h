@@ -1,0 +1,63 @@
+#pragma once
+
+#include "XPLMDefs.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace headless {
+
+// Which plugin's code runs, and which plugins are switched on.
+//
+// Whoever calls a plugin makes a Call for as long as that takes, so that what the plugin registers
+// can be told to be its own. Without a call it is the simulator itself (XPLM_PLUGIN_XPLANE), as it
+// is in a test that plays the plugin. A plugin is active unless it was told to be inactive: the
+// simulator calls nothing of an inactive one.
+class PluginContext final {
+public:
+    class Call final {
+    public:
+        // The name of the callback is kept by address.
+        Call(PluginContext& pluginContext, XPLMPluginID called, const char* callbackName)
+            : context(pluginContext), plugin(context.plugin), callback(context.callback) {
+            context.plugin = called;
+            context.callback = callbackName;
+        }
+        ~Call() {
+            context.plugin = plugin;
+            context.callback = callback;
+        }
+        Call(const Call&) = delete;
+        Call& operator=(const Call&) = delete;
+
+    private:
+        PluginContext& context;
+        // Who was called before.
+        XPLMPluginID plugin;
+        const char* callback;
+    };
+
+    XPLMPluginID Plugin() const { return plugin; }
+    // For people: "flight loop", "XPluginStart"; "none" outside of calls.
+    const char* Callback() const { return callback; }
+
+    bool IsActive(XPLMPluginID asked) const {
+        const auto index = static_cast<std::size_t>(asked < 0 ? 0 : asked);
+        return index >= inactive.size() || !inactive[index];
+    }
+    void SetActive(XPLMPluginID told, bool active) {
+        const auto index = static_cast<std::size_t>(told);
+        if (index >= inactive.size()) {
+            inactive.resize(index + 1, false);
+        }
+        inactive[index] = !active;
+    }
+
+private:
+    XPLMPluginID plugin = XPLM_PLUGIN_XPLANE;
+    const char* callback = "none";
+    // By plugin id; those beyond the end are active.
+    std::vector<bool> inactive;
+};
+
+} // namespace headless

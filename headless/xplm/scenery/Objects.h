@@ -1,0 +1,54 @@
+#pragma once
+
+#include "XPLMScenery.h"
+#include "headless/xplm/OwnedObjects.h"
+#include "headless/xplm/utilities/SystemFolder.h"
+
+#include <deque>
+#include <string>
+
+namespace headless {
+
+// An object file that a plugin loaded. Only its path is known: nothing is drawn.
+struct SceneryObject {
+    std::string path;
+};
+
+// The objects of all plugins. A file that exists can be loaded; what is loaded in the background is
+// there in the next frame.
+class Objects final {
+public:
+    Objects(const SystemFolder& systemFolder, PluginContext& pluginContext,
+            CallRecorder& callRecorder)
+        : folder(systemFolder),
+          context(pluginContext),
+          objects(pluginContext, callRecorder, "object") {}
+    Objects(const Objects&) = delete;
+    Objects& operator=(const Objects&) = delete;
+
+    // Null when there is no such file.
+    XPLMObjectRef Load(const char* path);
+    void LoadLater(const char* path, XPLMObjectLoaded_f callback, void* refcon);
+    void Unload(XPLMObjectRef handle) { objects.Remove(handle); }
+    // Null, and the refusal recorded, when there is no such object.
+    const SceneryObject* Resolve(XPLMObjectRef handle) { return objects.Resolve(handle); }
+
+    // Once per frame.
+    void FinishLoads();
+    void DropOf(XPLMPluginID plugin);
+
+private:
+    struct Pending {
+        std::string path;
+        XPLMObjectLoaded_f callback;
+        void* refcon;
+        XPLMPluginID owner;
+    };
+
+    const SystemFolder& folder;
+    PluginContext& context;
+    OwnedObjects<SceneryObject> objects;
+    std::deque<Pending> pending;
+};
+
+} // namespace headless

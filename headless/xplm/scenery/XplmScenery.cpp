@@ -1,0 +1,58 @@
+#include "XPLMScenery.h"
+#include "headless/xplm/Here.h"
+#include "headless/xplm/scenery/Objects.h"
+#include "headless/xplm/scenery/Terrain.h"
+
+using headless::here;
+
+XPLMProbeRef XPLMCreateProbe(XPLMProbeType /*inProbeType*/) {
+    return here().Terrain().Probes().Add({});
+}
+
+void XPLMDestroyProbe(XPLMProbeRef inProbe) {
+    here().Terrain().Probes().Remove(inProbe);
+}
+
+XPLMProbeResult XPLMProbeTerrainXYZ(XPLMProbeRef inProbe, float inX, float /*inY*/, float inZ,
+                                    XPLMProbeInfo_t* outInfo) {
+    return here().Terrain().Probe(inProbe, inX, inZ, outInfo);
+}
+
+float XPLMGetMagneticVariation(double /*latitude*/, double /*longitude*/) {
+    here();
+    return 0.0F;
+}
+
+float XPLMDegTrueToDegMagnetic(float headingDegreesTrue) {
+    here();
+    return headingDegreesTrue;
+}
+
+float XPLMDegMagneticToDegTrue(float headingDegreesMagnetic) {
+    here();
+    return headingDegreesMagnetic;
+}
+
+XPLMObjectRef XPLMLoadObject(const char* inPath) {
+    return here().Objects().Load(inPath);
+}
+
+void XPLMLoadObjectAsync(const char* inPath, XPLMObjectLoaded_f inCallback, void* inRefcon) {
+    here().Objects().LoadLater(inPath, inCallback, inRefcon);
+}
+
+void XPLMDrawObjects(XPLMObjectRef inObject, int /*inCount*/, XPLMDrawInfo_t* /*inLocations*/,
+                     int /*lighting*/, int /*earth_relative*/) {
+    here().Objects().Resolve(inObject);
+}
+
+void XPLMUnloadObject(XPLMObjectRef inObject) {
+    here().Objects().Unload(inObject);
+}
+
+// There is no library of objects.
+int XPLMLookupObjects(const char* /*inPath*/, float /*inLatitude*/, float /*inLongitude*/,
+                      XPLMLibraryEnumerator_f /*enumerator*/, void* /*ref*/) {
+    here();
+    return 0;
+}

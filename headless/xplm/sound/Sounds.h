@@ -1,0 +1,50 @@
+#pragma once
+
+#include "XPLMSound.h"
+#include "headless/xplm/Clock.h"
+#include "headless/xplm/OwnedObjects.h"
+
+#include <optional>
+
+namespace headless {
+
+// A sound that is being played, to nobody's ears.
+struct Sound {
+    // When it is over, in simulated seconds; none for one that repeats until it is stopped.
+    std::optional<double> end;
+    XPLMPCMComplete_f callback = nullptr;
+    void* refcon = nullptr;
+    FMOD_VECTOR position{};
+    float volume = 1.0F;
+    float pitch = 0.0F;
+};
+
+// Sounds last as long as they would and then tell their plugin.
+class Sounds final {
+public:
+    Sounds(const Clock& simulatedClock, PluginContext& pluginContext, CallRecorder& callRecorder)
+        : clock(simulatedClock),
+          context(pluginContext),
+          sounds(pluginContext, callRecorder, "sound") {}
+    Sounds(const Sounds&) = delete;
+    Sounds& operator=(const Sounds&) = delete;
+
+    // Null for a format that is unknown or without a rate.
+    Sound* Play(unsigned bytes, FMOD_SOUND_FORMAT format, int hertz, int channels, bool repeat,
+                XPLMPCMComplete_f callback, void* refcon);
+    // False, and the refusal recorded, when there is no such sound.
+    bool Stop(const void* handle);
+    // Null, and the refusal recorded, when there is no such sound.
+    Sound* Resolve(const void* handle) { return sounds.Resolve(handle); }
+
+    // Once per frame: ends the sounds that are over.
+    void Advance();
+    void DropOf(XPLMPluginID plugin) { sounds.DropOf(plugin); }
+
+private:
+    const Clock& clock;
+    PluginContext& context;
+    OwnedObjects<Sound> sounds;
+};
+
+} // namespace headless

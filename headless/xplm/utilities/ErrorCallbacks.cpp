@@ -1,0 +1,33 @@
+#include "headless/xplm/utilities/ErrorCallbacks.h"
+
+namespace headless {
+
+namespace {
+
+// What the SDK answers without calling it an error.
+bool isOrdinary(Refusal reason) {
+    return reason == Refusal::UnknownName || reason == Refusal::StaleHandle ||
+           reason == Refusal::Ordered;
+}
+
+} // namespace
+
+ErrorCallbacks::ErrorCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
+    : context(pluginContext) {
+    callRecorder.SetObserver([this](const RefusedCall& refused) { tell(refused); });
+}
+
+void ErrorCallbacks::tell(const RefusedCall& refused) {
+    const auto found = callbacks.find(context.Plugin());
+    if (found == callbacks.end() || found->second == nullptr || telling ||
+        isOrdinary(refused.reason)) {
+        return;
+    }
+    const std::string message =
+        refused.function + ": " + refused.detail + ": " + CallRecorder::Describe(refused.reason);
+    telling = true;
+    found->second(message.c_str());
+    telling = false;
+}
+
+} // namespace headless

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "XPLMUtilities.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
+
+#include <map>
+
+namespace headless {
+
+// Tells a plugin what the simulator refused it, when the plugin asked to be told of errors.
+class ErrorCallbacks final {
+public:
+    ErrorCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder);
+    ErrorCallbacks(const ErrorCallbacks&) = delete;
+    ErrorCallbacks& operator=(const ErrorCallbacks&) = delete;
+
+    // Of the plugin that calls; null for none.
+    void Set(XPLMError_f callback) { callbacks[context.Plugin()] = callback; }
+    void DropOf(XPLMPluginID plugin) { callbacks.erase(plugin); }
+
+private:
+    void tell(const RefusedCall& refused);
+
+    PluginContext& context;
+    std::map<XPLMPluginID, XPLMError_f> callbacks;
+    bool telling = false;
+};
+
+} // namespace headless

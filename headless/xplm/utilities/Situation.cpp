@@ -1,0 +1,56 @@
+#include "headless/xplm/utilities/Situation.h"
+
+#include <fstream>
+#include <limits>
+#include <utility>
+
+namespace headless {
+
+namespace {
+
+constexpr const char* kHeading = "headless-sim situation 1";
+
+bool isOwnNumber(const Dataref& dataref) {
+    return !dataref.IsPluginOwned() &&
+           dataref.Offers(xplmType_Double | xplmType_Float | xplmType_Int);
+}
+
+} // namespace
+
+bool Situation::Save(const std::string& path) const {
+    std::ofstream file(path);
+    file << kHeading << '\n';
+    file.precision(std::numeric_limits<double>::max_digits10);
+    for (const std::string& name : datarefs.Names()) {
+        const Dataref& dataref = *datarefs.Lookup(name);
+        if (isOwnNumber(dataref)) {
+            file << name << ' ' << dataref.Value().GetDouble() << '\n';
+        }
+    }
+    file.close();
+    return file.good();
+}
+
+bool Situation::Load(const std::string& path) const {
+    std::ifstream file(path);
+    std::string heading;
+    if (!std::getline(file, heading) || heading != kHeading) {
+        return false;
+    }
+    std::vector<std::pair<std::string, double>> numbers;
+    for (std::pair<std::string, double> number; file >> number.first >> number.second;) {
+        numbers.push_back(number);
+    }
+    if (!file.eof()) {
+        return false;
+    }
+    for (const auto& [name, number] : numbers) {
+        const Dataref* const dataref = datarefs.Lookup(name);
+        if (dataref != nullptr && isOwnNumber(*dataref)) {
+            dataref->Value().SetDouble(number);
+        }
+    }
+    return true;
+}
+
+} // namespace headless

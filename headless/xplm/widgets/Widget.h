@@ -1,0 +1,28 @@
+#pragma once
+
+#include "XPLMDisplay.h"
+#include "XPWidgetDefs.h"
+#include "headless/xplm/display/Screen.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace headless {
+
+// One widget; its address is the handle that plugins hold.
+struct Widget {
+    Rectangle geometry;
+    bool visible = false;
+    std::string descriptor;
+    Widget* parent = nullptr;
+    // From back to front.
+    std::vector<Widget*> children;
+    // The newest is asked first.
+    std::vector<XPWidgetFunc_t> callbacks;
+    std::map<XPWidgetPropertyID, intptr_t> properties;
+    // Of a root; null for others.
+    XPLMWindowID window = nullptr;
+};
+
+} // namespace headless
