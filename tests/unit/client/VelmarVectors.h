@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "ByteReader.h"
+#include "ByteWriter.h"
+#include "orvane/velmar/Client.h"
+#include "support/WireVectors.h"
+
+// The statements of Velmar's vectors, in the library's terms. Datarefs are known by the numbers
+// that they were registered under.
+using VectorDatarefs = std::map<std::uint32_t, orvane::velmar::Dataref>;
+
+void writePacket(orvane::detail::ByteWriter& writer, const WireWords& words,
+                 VectorDatarefs& datarefs);
+
+// Reads the reply that the statement describes. Throws detail::UnexpectedAnswer for another.
+void expectReply(orvane::detail::ByteReader& reader, const WireWords& words,
+                 const VectorDatarefs& datarefs);
