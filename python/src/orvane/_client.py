@@ -1,0 +1,184 @@
+"""What all clients are made of."""
+
+import asyncio
+import weakref
+from typing import Any, Callable, Generic, List, Optional, Protocol, Type, TypeVar
+
+from orvane._core.link import Link
+from orvane._core.steps import Plan
+from orvane._shells.aio import AsyncioShell
+from orvane._shells.blocking import BlockingShell
+from orvane.errors import Error
+from orvane.options import Backoff, Callbacks, OnLoss, OnStart, Options
+
+
+class Session(Protocol):
+    """What a client does, as plans."""
+
+    link: Link
+
+    def __init__(self, options: Options) -> None:
+        ...
+
+    def reconnect(self) -> Plan[None]:
+        ...
+
+
+S = TypeVar("S", bound=Session)
+T = TypeVar("T")
+C = TypeVar("C", bound="BlockingClient[Any]")
+A = TypeVar("A", bound="AsyncioClient[Any]")
+
+
+class AnyClient(Generic[S]):
+    """The arguments and callbacks of every client."""
+
+    _session_type: Type[S]
+
+    def __init__(
+        self,
+        host: str = "127.0.0.1",
+        port: int = 48000,
+        *,
+        timeout: float = 2.0,
+        on_loss: OnLoss = OnLoss.RECONNECT,
+        on_start: OnStart = OnStart.THROW,
+        backoff: Backoff = Backoff(),
+        cancelled: Optional[Callable[[], bool]] = None,
+        release_held: bool = True,
+        release_within: float = 0.5,
+    ) -> None:
+        """All times are in seconds.
+
+        host: a name or an IPv4 address; the server speaks IPv4 only.
+        timeout: for connecting, and for each answer from the request on. The server answers in the
+            second frame after a request, so a simulator at 20 frames per second takes 0.1.
+        on_loss: what a call does that finds its connection lost.
+        on_start: what the client does when the simulator is not there yet.
+        backoff: how long to wait between two tries to connect, and when to give up.
+        cancelled: asked ten times a second while a call waits. True ends the call with a
+            CancelledError.
+        release_held: whether commands that were begun and not ended are ended when the client goes,
+            is cancelled or interrupted, reconnects, or defines anew.
+        release_within: how long that may take when the client goes.
+        """
+        options = Options(
+            host=host,
+            port=port,
+            timeout=timeout,
+            on_loss=on_loss,
+            on_start=on_start,
+            backoff=backoff,
+            cancelled=cancelled,
+            release_held=release_held,
+            release_within=release_within,
+        )
+        self._session: S = self._session_type(options)
+
+    @property
+    def is_connected(self) -> bool:
+        return self._session.link.is_connected
+
+    def set_callbacks(
+        self,
+        connected: Optional[Callable[[], None]] = None,
+        disconnected: Optional[Callable[[Error], None]] = None,
+        not_released: Optional[Callable[[List[str]], None]] = None,
+    ) -> None:
+        """Functions that are called within the calls of the client, and may not call it.
+
+        connected: after each new connection with its declarations, but for the first one.
+        disconnected: with the reason, when the connection was lost, or given up because of an
+        answer
+            that was wrong or late. Not for `close` and `reconnect`.
+        not_released: with the names of commands that are still down, since nobody was reached who
+            could end them. Without it they are told as a NotReleasedWarning.
+        """
+        self._session.link.callbacks = Callbacks(connected, disconnected, not_released)
+
+
+class BlockingClient(AnyClient[S]):
+    """Calls block until their answer is there. Used from one thread at a time.
+
+    `with` closes it; a client that is forgotten is closed when it is collected or the program ends.
+    """
+
+    def __init__(self, *args: Any, **options: Any) -> None:
+        """Connects. ConnectError, TimeoutError."""
+        super().__init__(*args, **options)
+        self._shell = BlockingShell(self._session.link.options.cancelled)
+        self._run(self._session.link.start())
+        weakref.finalize(self, _close, self._shell, self._session.link)
+
+    def _run(self, plan: Plan[T]) -> T:
+        return self._shell.run(self._session.link.call(plan))
+
+    def reconnect(self) -> None:
+        """Closes the connection if there is one, makes a new one and declares everything again.
+
+        ConnectError: `backoff.within` is over.
+        """
+        self._run(self._session.reconnect())
+
+    def close(self) -> None:
+        """Releases what is held and closes the connection. The next call makes a new one."""
+        _close(self._shell, self._session.link)
+
+    def __enter__(self: C) -> C:
+        return self
+
+    def __exit__(self, *error: object) -> None:
+        self.close()
+
+
+class AsyncioClient(AnyClient[S]):
+    """Calls are awaited. Tasks of one event loop may share a client: their calls take turns.
+
+    `async with` connects and closes it; a client that is forgotten while it holds a command
+    releases it when it is collected or the program ends, which may block for `release_within`. A
+    call that is cancelled closes the connection and releases what is held before it raises
+    asyncio's CancelledError.
+    """
+
+    def __init__(self, *args: Any, **options: Any) -> None:
+        super().__init__(*args, **options)
+        self._shell = AsyncioShell(self._session.link.options.cancelled)
+        self._turn: Optional[asyncio.Lock] = None
+        weakref.finalize(self, _abandon, self._session.link)
+
+    async def connect(self) -> None:
+        """ConnectError, TimeoutError."""
+        await self._run(self._session.link.start())
+
+    async def _run(self, plan: Plan[T]) -> T:
+        # Made here, since it belongs to the loop that runs.
+        self._turn = self._turn or asyncio.Lock()
+        async with self._turn:
+            return await self._shell.run(self._session.link.call(plan))
+
+    async def reconnect(self) -> None:
+        """Closes the connection if there is one, makes a new one and declares everything again.
+
+        ConnectError: `backoff.within` is over.
+        """
+        await self._run(self._session.reconnect())
+
+    async def close(self) -> None:
+        """Releases what is held and closes the connection. The next call makes a new one."""
+        await self._run(self._session.link.close())
+
+    async def __aenter__(self: A) -> A:
+        await self.connect()
+        return self
+
+    async def __aexit__(self, *error: object) -> None:
+        await self.close()
+
+
+def _close(shell: BlockingShell, link: Link) -> None:
+    shell.run(link.close())
+
+
+def _abandon(link: Link) -> None:
+    """Its event loop may be gone, so what it holds is released without one."""
+    BlockingShell().run(link.abandon())

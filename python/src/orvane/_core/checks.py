@@ -1,0 +1,31 @@
+"""What the server would silently read as something else is a ValueError before it is sent."""
+
+from numbers import Integral, Real
+
+INT32 = range(-(2**31), 2**31)
+UINT32 = range(2**32)
+# Half a step above the largest 32-bit float.
+_TOO_LARGE = (2.0 - 2.0**-24) * 2.0**127
+
+
+def check_name(name: str, longest: int) -> None:
+    if not name:
+        raise ValueError("a name is empty")
+    size = len(name.encode())
+    if size > longest:
+        raise ValueError(f"the name {name} has {size} bytes; at most {longest} are allowed")
+    if "\0" in name:
+        raise ValueError(f"the name {name[: name.index(chr(0))]} has a zero byte in it")
+
+
+def check_int32(value: object, what: str) -> None:
+    if not isinstance(value, Integral) or int(value) not in INT32:
+        raise ValueError(f"{what} is {value!r}, which is not a 32-bit int")
+
+
+def check_float32(value: object, what: str) -> None:
+    """Infinities and NaN are floats, too."""
+    if not isinstance(value, Real):
+        raise ValueError(f"{what} is {value!r}, which is not a number")
+    if _TOO_LARGE <= abs(float(value)) != float("inf"):
+        raise ValueError(f"{what} is {value!r}, which is too large for a 32-bit float")

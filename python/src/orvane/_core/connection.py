@@ -1,0 +1,92 @@
+"""Exchanges on one connection, and what is said when they fail."""
+
+import os
+import time
+from typing import Optional
+
+from orvane._core.frames import FrameReader, UnexpectedAnswer
+from orvane._core.steps import Cancelled, Connect, Late, Limit, Look, Plan, Receive, Send
+from orvane.errors import CancelledError, ClosedError, ConnectError, TimeoutError
+from orvane.options import Options
+
+
+class Connection:
+    """At most one request is outstanding. Any error of an exchange leaves it out of step."""
+
+    def __init__(self, options: Options) -> None:
+        self._options = options
+
+    def place(self, doing: str) -> str:
+        """The beginning of the text of an error."""
+        return f"{self._options.host}:{self._options.port}: {doing}: "
+
+    def usual_limit(self) -> Limit:
+        return Limit(time.monotonic() + self._options.timeout)
+
+    def connect(self, limit: Optional[Limit] = None) -> Plan[None]:
+        """ConnectError, TimeoutError, CancelledError."""
+        limit = limit or self.usual_limit()
+        place = self.place("connecting")
+        try:
+            yield Connect(self._options.host, self._options.port, limit)
+        except Late:
+            milliseconds = f"{self._options.timeout * 1000:g} ms"
+            raise TimeoutError(
+                f"{place}expected a connection within {milliseconds}, got none"
+            ) from None
+        except Cancelled:
+            raise CancelledError(f"{place}expected a connection, was cancelled") from None
+        except OSError as error:
+            raise ConnectError(place + _error_text(error)) from error
+
+    def exchange(
+        self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
+    ) -> Plan[bytes]:
+        """Sends a request and returns the payload of its answer, which has at most `most` bytes.
+
+        UnexpectedAnswer, ClosedError, TimeoutError, CancelledError.
+        """
+        limit = limit or self.usual_limit()
+        frame = FrameReader(most)
+        try:
+            self._expect_silence((yield Look()), doing)
+            yield Send(request, limit)
+            while True:
+                data = yield Receive(limit)
+                if not data:
+                    raise self._lost(doing, frame, "the end of the connection")
+                payload = frame.feed(data)
+                if payload is not None:
+                    return payload
+        except Late:
+            raise TimeoutError(self.place(doing) + self._lateness(frame)) from None
+        except Cancelled:
+            raise CancelledError(
+                f"{self.place(doing)}expected {frame.expected}, was cancelled and got {frame.got}"
+            ) from None
+        except OSError as error:
+            raise self._lost(doing, frame, _error_text(error)) from error
+
+    def _expect_silence(self, waiting: Optional[bytes], doing: str) -> None:
+        """Tells a connection that ended, or is out of step, before anything is sent on it."""
+        if waiting:
+            raise UnexpectedAnswer("silence before the request", "bytes")
+        if waiting is not None:
+            raise ClosedError(f"{self.place(doing)}expected an open connection, got its end")
+
+    def _lost(self, doing: str, frame: FrameReader, why: str) -> ClosedError:
+        return ClosedError(
+            f"{self.place(doing)}expected {frame.expected}, got {frame.got} and {why}"
+        )
+
+    def _lateness(self, frame: FrameReader) -> str:
+        milliseconds = f"{self._options.timeout * 1000:g} ms"
+        if frame.has_begun:
+            return f"expected {frame.expected} within {milliseconds}, got {frame.got}"
+        return f"no answer within {milliseconds} (is the simulator paused or loading?)"
+
+
+def _error_text(error: OSError) -> str:
+    if error.strerror:
+        return error.strerror
+    return os.strerror(error.errno) if error.errno else str(error) or type(error).__name__

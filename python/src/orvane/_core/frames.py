@@ -1,0 +1,104 @@
+"""Answers as they come: a length, and that many bytes."""
+
+import struct
+from typing import Optional
+
+_WORD = struct.Struct("<I")
+_HEADER_SIZE = 4
+
+
+class UnexpectedAnswer(Exception):
+    """An answer that its request cannot have."""
+
+    def __init__(self, expected: str, got: str) -> None:
+        super().__init__(f"expected {expected}, got {got}")
+
+
+def count_of_bytes(count: int) -> str:
+    """ "1 byte" or "5 bytes"."""
+    return f"{count} byte{'' if count == 1 else 's'}"
+
+
+class FrameReader:
+    """Puts one answer together from bytes as they arrive."""
+
+    def __init__(self, most: int) -> None:
+        self._most = most
+        self._bytes = bytearray()
+        self._size: Optional[int] = None
+
+    def feed(self, data: bytes) -> Optional[bytes]:
+        """The payload of the answer, once it is complete.
+
+        UnexpectedAnswer: it is longer than it may be, or something follows it.
+        """
+        self._bytes += data
+        if self._size is None:
+            if len(self._bytes) < _HEADER_SIZE:
+                return None
+            length: int = _WORD.unpack_from(self._bytes)[0]
+            if length > self._most:
+                raise UnexpectedAnswer(
+                    f"an answer of at most {count_of_bytes(self._most)}", count_of_bytes(length)
+                )
+            self._size = _HEADER_SIZE + length
+        if len(self._bytes) > self._size:
+            raise UnexpectedAnswer("silence after the answer", "bytes")
+        if len(self._bytes) < self._size:
+            return None
+        return bytes(memoryview(self._bytes)[_HEADER_SIZE:])
+
+    @property
+    def expected(self) -> str:
+        """What it waits for."""
+        if self._size is None:
+            return "the length of an answer"
+        return f"an answer of {count_of_bytes(self._size - _HEADER_SIZE)}"
+
+    @property
+    def has_begun(self) -> bool:
+        return bool(self._bytes)
+
+    @property
+    def got(self) -> str:
+        """What it has got of that."""
+        if self._size is None:
+            return count_of_bytes(len(self._bytes))
+        return count_of_bytes(len(self._bytes) - _HEADER_SIZE)
+
+
+class ByteReader:
+    """Takes values from an answer, little-endian. Reading beyond its end is an UnexpectedAnswer."""
+
+    def __init__(self, data: bytes) -> None:
+        self._bytes = data
+        self._position = 0
+
+    def take(self, count: int) -> bytes:
+        end = self._position + count
+        if end > len(self._bytes):
+            raise UnexpectedAnswer(f"an answer of at least {end} bytes", str(len(self._bytes)))
+        taken = self._bytes[self._position : end]
+        self._position = end
+        return taken
+
+    def read_uint8(self) -> int:
+        return self.take(1)[0]
+
+    def read_uint32(self) -> int:
+        value: int = _WORD.unpack(self.take(4))[0]
+        return value
+
+    def expect_uint32(self, value: int, what: str) -> None:
+        """Reads a uint32 that can have one value only."""
+        position = self._position
+        got = self.read_uint32()
+        if got != value:
+            size = len(self._bytes)
+            raise UnexpectedAnswer(
+                f"{what} {value} at byte {position} of an answer of {size}", str(got)
+            )
+
+    def expect_end(self) -> None:
+        if self._position != len(self._bytes):
+            raise UnexpectedAnswer(f"an answer of {self._position} bytes", str(len(self._bytes)))

@@ -1,0 +1,281 @@
+"""Keeps a connection to the server, and makes a new one when it is lost or out of step."""
+
+import time
+import warnings
+from collections import Counter
+from dataclasses import dataclass
+from typing import Callable, List, Optional, Protocol, TypeVar
+
+from orvane._core.connection import Connection
+from orvane._core.frames import UnexpectedAnswer
+from orvane._core.steps import Cancelled, Close, Limit, Plan, Wait
+from orvane.errors import (
+    CancelledError,
+    ClosedError,
+    ConnectError,
+    Error,
+    NotReleasedWarning,
+    ProtocolError,
+    TimeoutError,
+)
+from orvane.options import Callbacks, OnLoss, OnStart, Options
+
+T = TypeVar("T")
+
+RELEASING = "releasing what is held"
+DECLARING = "repeating the declarations"
+# They can be torn like any other request.
+TRIES_TO_DECLARE = 2
+
+
+@dataclass(frozen=True)
+class Repeat:
+    """What may be done a second time, on a new connection."""
+
+    when_torn: bool = False
+    """after an answer of unexpected shape"""
+    when_lost: bool = False
+    """after the end of the connection, with OnLoss.RECONNECT"""
+
+
+class NotRepeated(Exception):
+    """The connection was lost on the way, a new one was made, and the work not repeated on it."""
+
+
+class Owner(Protocol):
+    """What a link keeps a connection for. Commands that are held are counted by name."""
+
+    def declare(self) -> Plan[None]:
+        """Repeats the declarations on a new connection."""
+
+    def take_held(self) -> "Counter[str]":
+        """What is held on the connection, which is over; the owner forgets it."""
+
+    def release_here(self, limit: Limit) -> Plan[None]:
+        """Releases what is held on the connection, and forgets it."""
+
+    def release_by_name(self, held: "Counter[str]", limit: Limit) -> Plan[None]:
+        """Releases what was held on another connection."""
+
+
+class Link:
+    """Any failure in the middle of an exchange closes the connection.
+
+    Each new connection begins with the declarations, and each that ends leaves behind what was held
+    on it, which is released by name.
+    """
+
+    def __init__(self, options: Options, owner: Owner) -> None:
+        self.options = options
+        self.callbacks = Callbacks()
+        self.is_connected = False
+        self._connection = Connection(options)
+        self._owner = owner
+        # What was begun on former connections and not ended since.
+        self._left_over: "Counter[str]" = Counter()
+
+    def exchange(
+        self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
+    ) -> Plan[bytes]:
+        """On the connection that is there; see `Connection.exchange`."""
+        return self._connection.exchange(request, doing, most, limit)
+
+    def place(self, doing: str) -> str:
+        """The beginning of the text of an error."""
+        return self._connection.place(doing)
+
+    # Work ----------------------------------------------------------------------------------------
+
+    def carry_out(self, doing: str, repeat: Repeat, work: Callable[[], Plan[T]]) -> Plan[T]:
+        """Does the work, on a new connection if there is none, and once more if `repeat` allows.
+
+        NotRepeated: it was not done, or nobody knows.
+        """
+        yield from self._ensure_connected(doing)
+        try:
+            return (yield from self._attempt(doing, work))
+        except ProtocolError:
+            if not repeat.when_torn:
+                raise
+            is_lost = False
+        except ClosedError:
+            if self.options.on_loss is OnLoss.THROW:
+                raise
+            is_lost = True
+        if is_lost:
+            yield from self.reconnect()
+            if not repeat.when_lost:
+                raise NotRepeated
+        else:
+            yield from self._connect_anew(1)
+        return (yield from self._attempt(doing, work))
+
+    def _ensure_connected(self, doing: str) -> Plan[None]:
+        if self.is_connected:
+            return
+        if self.options.on_loss is OnLoss.THROW:
+            raise ClosedError(
+                f"{self.place(doing)}expected a connection, got none: it was closed before"
+            )
+        yield from self.reconnect()
+
+    def _attempt(self, doing: str, work: Callable[[], Plan[T]]) -> Plan[T]:
+        try:
+            return (yield from work())
+        except UnexpectedAnswer as answer:
+            error = ProtocolError(self.place(doing) + str(answer))
+            yield from self._drop(error)
+            raise error from None
+        except Error as error:
+            yield from self._drop(error)
+            raise
+        except GeneratorExit:
+            raise
+        except BaseException:
+            yield from self.disconnect()
+            raise
+
+    # Connections ---------------------------------------------------------------------------------
+
+    def start(self) -> Plan[None]:
+        """The first connection."""
+        if self.options.on_start is OnStart.WAIT:
+            yield from self._back_off(lambda: self._make_declared(TRIES_TO_DECLARE))
+        else:
+            yield from self._make_declared(TRIES_TO_DECLARE)
+
+    def reconnect(self) -> Plan[None]:
+        """With back-off. ConnectError when its time is over; other errors at once."""
+        yield from self.disconnect()
+        yield from self._back_off(lambda: self._connect_anew(TRIES_TO_DECLARE))
+
+    def renew(self) -> Plan[None]:
+        """For a server that was there a moment ago: backs off only with OnLoss.RECONNECT."""
+        if self.options.on_loss is OnLoss.RECONNECT:
+            yield from self.reconnect()
+        else:
+            yield from self._connect_anew(TRIES_TO_DECLARE)
+
+    def disconnect(self) -> Plan[None]:
+        """Closes the connection; what was held on it is left over."""
+        self._left_over += self._owner.take_held()
+        self.is_connected = False
+        yield Close()
+
+    def _back_off(self, connect: Callable[[], Plan[None]]) -> Plan[None]:
+        backoff = self.options.backoff
+        end = time.monotonic() + backoff.within
+        delay = backoff.first_delay
+        tries = 1
+        while True:
+            try:
+                return (yield from connect())
+            except (ConnectError, TimeoutError, ClosedError) as error:
+                reason = str(error)
+            again = time.monotonic() + delay
+            if again >= end:
+                raise ConnectError(f"{reason}; gave up at try {tries}")
+            try:
+                yield Wait(Limit(again))
+            except Cancelled:
+                raise CancelledError(f"{reason}; was cancelled at try {tries}") from None
+            delay = min(delay * 2, backoff.longest_delay)
+            tries += 1
+
+    def _connect_anew(self, tries_to_declare: int) -> Plan[None]:
+        yield from self.disconnect()
+        yield from self._make_declared(tries_to_declare)
+        if self.callbacks.connected is not None:
+            self.callbacks.connected()
+
+    def _make_declared(self, tries: int) -> Plan[None]:
+        while True:
+            yield from self._connection.connect()
+            try:
+                yield from self._release_left_over(self._connection.usual_limit())
+                yield from self._owner.declare()
+                self.is_connected = True
+                return
+            except UnexpectedAnswer as answer:
+                yield from self.disconnect()
+                tries -= 1
+                if tries < 1:
+                    raise ProtocolError(self.place(DECLARING) + str(answer)) from None
+            except GeneratorExit:
+                raise
+            except BaseException:
+                yield from self.disconnect()
+                raise
+
+    def _drop(self, reason: Error) -> Plan[None]:
+        yield from self.disconnect()
+        if self.callbacks.disconnected is not None:
+            self.callbacks.disconnected(reason)
+
+    # What is held --------------------------------------------------------------------------------
+
+    def call(self, work: Plan[T]) -> Plan[T]:
+        """A call of the client's user: when it is cancelled or interrupted, nothing stays held."""
+        try:
+            return (yield from work)
+        except CancelledError as error:
+            held = yield from self._let_go(self._release_limit())
+            if held:
+                raise CancelledError(f"{error}; not released: {', '.join(held)}") from None
+            raise
+        except (Exception, GeneratorExit):
+            raise
+        except BaseException:
+            yield from self._let_go(self._release_limit())
+            raise
+
+    def release_before(self) -> Plan[None]:
+        """Before definitions go: if it fails, the next connection releases what was held."""
+        if self.is_connected and self.options.release_held:
+            limit = self._release_limit()
+            try:
+                yield from self._attempt(RELEASING, lambda: self._owner.release_here(limit))
+            except Error:
+                pass
+
+    def close(self) -> Plan[None]:
+        """Releases what is held, on this connection or on another, and closes it."""
+        limit = self._release_limit()
+        yield from self.release_before()
+        yield from self._let_go(limit)
+
+    def abandon(self) -> Plan[None]:
+        """Releases what is held without the connection that is there."""
+        yield from self._let_go(self._release_limit())
+
+    def _let_go(self, limit: Limit) -> Plan[List[str]]:
+        """Closes the connection, and releases what is left over on a new one.
+
+        Returns what is still held.
+        """
+        yield from self.disconnect()
+        if not self.options.release_held:
+            self._left_over.clear()
+        if self._left_over:
+            try:
+                yield from self._connection.connect(limit)
+                yield from self._release_left_over(limit)
+            except (Error, UnexpectedAnswer):
+                self._tell_not_released(sorted(self._left_over))
+            yield Close()
+        return sorted(self._left_over)
+
+    def _release_left_over(self, limit: Limit) -> Plan[None]:
+        if self._left_over and self.options.release_held:
+            yield from self._owner.release_by_name(self._left_over, limit)
+        self._left_over.clear()
+
+    def _release_limit(self) -> Limit:
+        return Limit(time.monotonic() + self.options.release_within, is_cancellable=False)
+
+    def _tell_not_released(self, names: List[str]) -> None:
+        if self.callbacks.not_released is not None:
+            self.callbacks.not_released(names)
+        else:
+            text = f"{self.place(RELEASING)}still held: {', '.join(names)}"
+            warnings.warn(text, NotReleasedWarning, stacklevel=2)

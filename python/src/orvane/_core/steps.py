@@ -1,0 +1,73 @@
+"""What the core asks of whoever does its input and output.
+
+A plan is a generator. It yields steps, one at a time, and gets the result of each: bytes for those
+that have some. A step that fails is thrown into the plan: as an OSError of the network, as `Late`,
+as `Cancelled`, or as whatever interrupts the program. The plan may then yield further steps, to
+clean up. All times are those of `time.monotonic`, in seconds.
+"""
+
+from dataclasses import dataclass
+from typing import Generator, Optional, TypeVar, Union
+
+T = TypeVar("T")
+
+
+class Late(Exception):
+    """The deadline of a step is over."""
+
+
+class Cancelled(Exception):
+    """The client's `cancelled` has said so."""
+
+
+@dataclass(frozen=True)
+class Limit:
+    """Until when a step may take, and whether `cancelled` ends it."""
+
+    deadline: float
+    is_cancellable: bool = True
+
+
+@dataclass(frozen=True)
+class Connect:
+    """Makes a connection; there is none."""
+
+    host: str
+    port: int
+    limit: Limit
+
+
+@dataclass(frozen=True)
+class Send:
+    """Sends all the bytes, in one call as far as the system takes them."""
+
+    data: bytes
+    limit: Limit
+
+
+@dataclass(frozen=True)
+class Receive:
+    """Waits for bytes. No bytes mean the end of the connection."""
+
+    limit: Limit
+
+
+@dataclass(frozen=True)
+class Look:
+    """What has arrived without being asked for: None if nothing has, no bytes if the end has."""
+
+
+@dataclass(frozen=True)
+class Wait:
+    """Waits until the deadline, which is no failure."""
+
+    limit: Limit
+
+
+@dataclass(frozen=True)
+class Close:
+    """Closes the connection, if there is one."""
+
+
+Step = Union[Connect, Send, Receive, Look, Wait, Close]
+Plan = Generator[Step, Optional[bytes], T]

@@ -1,0 +1,1 @@
+"""The two styles of input and output: each carries out the core's plans."""

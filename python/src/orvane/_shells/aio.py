@@ -1,0 +1,135 @@
+"""Plans on asyncio's event loop."""
+
+import asyncio
+import socket
+from typing import Any, Awaitable, Callable, Optional, TypeVar
+
+from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
+from orvane._shells.limits import Waiting
+
+T = TypeVar("T")
+
+
+class _Stream(asyncio.Protocol):
+    """What has arrived on a connection, and who waits for it."""
+
+    def __init__(self) -> None:
+        self.arrived = bytearray()
+        self.has_ended = False
+        self.failure: Optional[Exception] = None
+        self.waiter: Optional["asyncio.Future[None]"] = None
+
+    def data_received(self, data: bytes) -> None:
+        self.arrived += data
+        self._wake()
+
+    def eof_received(self) -> bool:
+        self.has_ended = True
+        self._wake()
+        return False
+
+    def connection_lost(self, exc: Optional[Exception]) -> None:
+        self.has_ended = True
+        self.failure = exc
+        self._wake()
+
+    def _wake(self) -> None:
+        if self.waiter is not None and not self.waiter.done():
+            self.waiter.set_result(None)
+
+    def peek(self) -> Optional[bytes]:
+        """What can be taken, no bytes at the end, None if there is nothing yet."""
+        if self.arrived:
+            return bytes(self.arrived)
+        if self.failure is not None:
+            raise self.failure
+        return b"" if self.has_ended else None
+
+
+class AsyncioShell:
+    """One connection at a time. Used by one task at a time."""
+
+    def __init__(self, cancelled: Optional[Callable[[], bool]] = None) -> None:
+        self._waiting = Waiting(cancelled)
+        self._stream = _Stream()
+        self._transport: Optional[asyncio.Transport] = None
+
+    async def run(self, plan: Plan[T]) -> T:
+        """Carries the plan out to its end, and returns its result or raises its error."""
+        try:
+            step = next(plan)
+            while True:
+                try:
+                    result = await self._do(step)
+                except BaseException as error:  # for the plan, which cleans up
+                    step = plan.throw(error)
+                else:
+                    step = plan.send(result)
+        except StopIteration as end:
+            value: T = end.value
+            return value
+
+    async def _do(self, step: Step) -> Optional[bytes]:
+        if isinstance(step, Receive):
+            return await self._receive(step.limit)
+        if isinstance(step, Look):
+            return self._stream.peek()
+        if isinstance(step, Send):
+            self._send(step.data)
+        elif isinstance(step, Wait):
+            await self._wait(step.limit)
+        elif isinstance(step, Connect):
+            await self._connect(step)
+        else:
+            assert isinstance(step, Close)
+            await self._close()
+        return None
+
+    async def _connect(self, step: Connect) -> None:
+        await self._close()
+        self._stream = _Stream()
+        loop = asyncio.get_running_loop()
+        making = loop.create_connection(
+            lambda: self._stream, step.host, step.port, family=socket.AF_INET
+        )
+        transport, _ = await self._within(making, step.limit)
+        self._transport = transport
+        made = transport.get_extra_info("socket")
+        made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+
+    # The first call hands over everything that the system takes.
+    def _send(self, data: bytes) -> None:
+        assert self._transport is not None
+        self._transport.write(data)
+
+    async def _receive(self, limit: Limit) -> bytes:
+        stream = self._stream
+        while stream.peek() is None:
+            stream.waiter = asyncio.get_running_loop().create_future()
+            await self._within(stream.waiter, limit)
+        taken = stream.peek() or b""
+        stream.arrived.clear()
+        return taken
+
+    async def _wait(self, limit: Limit) -> None:
+        try:
+            while True:
+                await asyncio.sleep(self._waiting.next_slice(limit))
+        except Late:
+            return
+
+    async def _within(self, awaited: Awaitable[Any], limit: Limit) -> Any:
+        task = asyncio.ensure_future(awaited)
+        try:
+            while not task.done():
+                await asyncio.wait({task}, timeout=self._waiting.next_slice(limit))
+            return task.result()
+        finally:
+            task.cancel()
+
+    async def _close(self) -> None:
+        if self._transport is not None:
+            self._transport.abort()
+            self._transport = None
+            # The loop closes the socket in its next round.
+            await asyncio.sleep(0)

@@ -1,0 +1,120 @@
+"""Plans on a socket whose calls block."""
+
+import errno
+import socket
+import time
+from typing import Any, Callable, Optional, TypeVar
+
+from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
+from orvane._shells.limits import Waiting
+from orvane._shells.ready import wait_readable, wait_writable
+
+T = TypeVar("T")
+
+_CHUNK = 65536
+# What a connection that is being made answers, on the systems there are.
+_UNDER_WAY = (0, errno.EINPROGRESS, errno.EWOULDBLOCK, errno.EAGAIN)
+
+
+class BlockingShell:
+    """One connection at a time. Used from one thread at a time."""
+
+    def __init__(self, cancelled: Optional[Callable[[], bool]] = None) -> None:
+        self._waiting = Waiting(cancelled)
+        self._socket: Optional[socket.socket] = None
+
+    def run(self, plan: Plan[T]) -> T:
+        """Carries the plan out to its end, and returns its result or raises its error."""
+        try:
+            step = next(plan)
+            while True:
+                try:
+                    result = self._do(step)
+                except BaseException as error:  # for the plan, which cleans up
+                    step = plan.throw(error)
+                else:
+                    step = plan.send(result)
+        except StopIteration as end:
+            value: T = end.value
+            return value
+
+    def _do(self, step: Step) -> Optional[bytes]:
+        if isinstance(step, Receive):
+            return self._receive(step.limit)
+        if isinstance(step, Look):
+            return self._look()
+        if isinstance(step, Send):
+            self._send(step)
+        elif isinstance(step, Wait):
+            self._wait(step.limit)
+        elif isinstance(step, Connect):
+            self._connect(step)
+        else:
+            assert isinstance(step, Close)
+            self._close()
+        return None
+
+    @property
+    def _connected(self) -> socket.socket:
+        assert self._socket is not None
+        return self._socket
+
+    def _connect(self, step: Connect) -> None:
+        self._close()
+        failure = OSError("no such host")
+        for found in socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM):
+            self._socket = socket.socket(*found[:3])
+            try:
+                self._connect_to(self._socket, found[4], step.limit)
+                return
+            except OSError as error:
+                failure = error
+        raise failure
+
+    def _connect_to(self, made: socket.socket, address: Any, limit: Limit) -> None:
+        made.setblocking(False)
+        error = made.connect_ex(address)
+        if error not in _UNDER_WAY:
+            raise OSError(error, "")
+        while not wait_writable(made, self._waiting.next_slice(limit)):
+            pass
+        error = made.getsockopt(socket.SOL_SOCKET, socket.SO_ERROR)
+        if error != 0:
+            raise OSError(error, "")
+        # A request is one write that waits for its answer; nothing is gained by holding it back.
+        made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+
+    # The first call hands over everything; what a full socket does not take follows as it can.
+    def _send(self, step: Send) -> None:
+        sent = self._try_to_send(step.data)
+        while sent < len(step.data):
+            if wait_writable(self._connected, self._waiting.next_slice(step.limit)):
+                sent += self._try_to_send(step.data[sent:])
+
+    def _try_to_send(self, data: bytes) -> int:
+        try:
+            return self._connected.send(data)
+        except BlockingIOError:
+            return 0
+
+    def _receive(self, limit: Limit) -> bytes:
+        while not wait_readable(self._connected, self._waiting.next_slice(limit)):
+            pass
+        return self._connected.recv(_CHUNK)
+
+    def _look(self) -> Optional[bytes]:
+        if not wait_readable(self._connected, 0):
+            return None
+        return self._connected.recv(1, socket.MSG_PEEK)
+
+    def _wait(self, limit: Limit) -> None:
+        try:
+            while True:
+                time.sleep(self._waiting.next_slice(limit))
+        except Late:
+            return
+
+    def _close(self) -> None:
+        if self._socket is not None:
+            self._socket.close()
+            self._socket = None

@@ -1,0 +1,68 @@
+"""How a client connects, waits and gives up."""
+
+import enum
+from dataclasses import dataclass, field
+from typing import Callable, List, Optional
+
+from orvane.errors import Error
+
+
+class OnLoss(enum.Enum):
+    """What a call does that finds its connection lost."""
+
+    THROW = "throw"
+    """Raises, and so does every call until `reconnect` has made a new connection."""
+
+    RECONNECT = "reconnect"
+    """Reconnects by itself, as `reconnect` does, and repeats the declarations.
+
+    An answer that does not come in time is raised as a TimeoutError all the same; the next call
+    reconnects then.
+    """
+
+
+class OnStart(enum.Enum):
+    """What a new client does when the simulator is not there yet."""
+
+    THROW = "throw"
+    """Raises a ConnectError or a TimeoutError at once."""
+
+    WAIT = "wait"
+    """Tries again and again, as `reconnect` does."""
+
+
+@dataclass(frozen=True)
+class Backoff:
+    """How long to wait between two tries, in seconds.
+
+    `first_delay`, then twice as long after each try, up to `longest_delay`. It gives up, with a
+    ConnectError, when `within` is over.
+    """
+
+    first_delay: float = 0.25
+    longest_delay: float = 5.0
+    within: float = 60.0
+
+
+@dataclass(frozen=True)
+class Options:
+    """The arguments of every client."""
+
+    host: str = "127.0.0.1"
+    port: int = 48000
+    timeout: float = 2.0
+    on_loss: OnLoss = OnLoss.RECONNECT
+    on_start: OnStart = OnStart.THROW
+    backoff: Backoff = field(default_factory=Backoff)
+    cancelled: Optional[Callable[[], bool]] = None
+    release_held: bool = True
+    release_within: float = 0.5
+
+
+@dataclass
+class Callbacks:
+    """What a client calls, within its own calls. A callback may not call its client."""
+
+    connected: Optional[Callable[[], None]] = None
+    disconnected: Optional[Callable[[Error], None]] = None
+    not_released: Optional[Callable[[List[str]], None]] = None

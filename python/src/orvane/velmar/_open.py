@@ -1,0 +1,52 @@
+"""Datarefs whose type nobody has said.
+
+The server does not tell a dataref's type, and one that is read as another than its own is 0. So it
+is read as each type, and taken for the first as which it is not 0. A write as another type is
+dropped.
+"""
+
+from array import array
+from numbers import Real
+from typing import Iterable, List, Optional, Sequence, Tuple, cast
+
+from orvane._core.checks import INT32
+from orvane.velmar.values import Dataref, Type, Value, Writable
+
+# As many elements has an array that is found; those that it does not have are 0.
+_ELEMENTS_LOOKED_AT = 64
+
+
+def candidates(name: str) -> List[Dataref]:
+    return [
+        Dataref(name, Type.FLOAT),
+        Dataref(name, Type.INT),
+        Dataref(name, Type.FLOAT_ARRAY, _ELEMENTS_LOOKED_AT),
+        Dataref(name, Type.INT_ARRAY, _ELEMENTS_LOOKED_AT),
+    ]
+
+
+def find_type(name: str, values: Sequence[Value]) -> Tuple[Optional[Dataref], Value]:
+    """What a dataref is by its values as each candidate, if that can be told, and its value."""
+    for candidate, value in zip(candidates(name), values):
+        if any(value) if isinstance(value, array) else value != 0:
+            return candidate, value
+    return None, values[0]
+
+
+def ways_to_write(name: str, value: Writable) -> List[Tuple[Dataref, Writable]]:
+    """As what a value is written: as floats and, if all of it is whole, as ints."""
+    if isinstance(value, Real):
+        number = float(value)
+        ways: List[Tuple[Dataref, Writable]] = [(Dataref(name, Type.FLOAT), number)]
+        if _is_whole(number):
+            ways.append((Dataref(name, Type.INT), int(number)))
+        return ways
+    numbers = [float(each) for each in cast(Iterable[float], value)]
+    ways = [(Dataref(name, Type.FLOAT_ARRAY, len(numbers)), numbers)]
+    if all(map(_is_whole, numbers)):
+        ways.append((Dataref(name, Type.INT_ARRAY, len(numbers)), list(map(int, numbers))))
+    return ways
+
+
+def _is_whole(value: float) -> bool:
+    return value.is_integer() and int(value) in INT32
