@@ -55,6 +55,13 @@ def read_vectors() -> List[Vector]:
     return vectors
 
 
+def bytes_of(text: str) -> bytes:
+    """Bytes as the vectors have them, of one message."""
+    data = bytearray()
+    _add_bytes(data, 0, text.split())
+    return bytes(data)
+
+
 def _without_remark(line: str) -> str:
     return "" if line.startswith("#") else line.partition(" #")[0].rstrip()
 

@@ -46,16 +46,15 @@ class Session:
     def read(self, texts: Sequence[str]) -> Plan[List[Value]]:
         names = yield from self.registrar.register_as_needed(texts)
         replies = yield from ask_each(self.link, "reading", ALWAYS, names, names, self._reads)
-        values: List[Value] = []
-        found: List[Dataref] = []
-        for name, values_of_name in zip(names, replies):
-            value = values_of_name[0]
-            if self._names.datarefs[name] is None:
-                dataref, value = find_type(name, values_of_name)
-                found += [dataref] if dataref is not None else []
-            values.append(value)
-        yield from self.registrar.register_datarefs(found)
-        return values
+        return [self._value(name, values) for name, values in zip(names, replies)]
+
+    def _value(self, name: str, values: Sequence[Value]) -> Value:
+        if self._names.datarefs[name] is not None:
+            return values[0]
+        dataref, value = find_type(name, values)
+        if dataref is not None:
+            self._names.want(name, dataref)
+        return value
 
     def write(self, values: Mapping[str, Writable]) -> Plan[None]:
         names = yield from self.registrar.register_as_needed(list(values))

@@ -1,0 +1,67 @@
+"""A fixture `simulator` for pytest.
+
+    def test_gear(simulator):
+        simulator.press("sim/flight_controls/landing_gear_up")
+        assert simulator.get("sim/cockpit2/controls/gear_handle_down") == 0
+
+It flies. A mark gives it the arguments of `orvane.testing.Simulator`:
+
+    @pytest.mark.simulator(hz=200, datarefs={"my/lamp": "int"})
+
+`--orvane-headless-sim` and `--orvane-plugin` say where the program and the plugin are, as do the
+environment variables ORVANE_HEADLESS_SIM and ORVANE_PLUGIN. Where the system permits it, a run with
+such tests moves into a network of its own, so that several can fly at a time; with
+`--orvane-network=shared` it does not, as it must not if the tests need another network.
+"""
+
+from typing import Iterator
+
+import pytest
+
+from orvane.testing.console import SimulatorError
+from orvane.testing.network import enter_private_network
+from orvane.testing.simulator import Simulator
+
+
+def pytest_addoption(parser: pytest.Parser) -> None:
+    group = parser.getgroup("orvane")
+    group.addoption("--orvane-headless-sim", help="the headless-sim program", metavar="FILE")
+    group.addoption("--orvane-plugin", help="the plugin, lin.xpl", metavar="FILE")
+    group.addoption(
+        "--orvane-network",
+        choices=("private", "shared"),
+        default="private",
+        help="the network that tests with a simulator run in",
+    )
+
+
+def pytest_configure(config: pytest.Config) -> None:
+    config.addinivalue_line("markers", "simulator(**arguments): arguments of the simulator")
+
+
+def pytest_collection_finish(session: pytest.Session) -> None:
+    needs_one = any("simulator" in getattr(item, "fixturenames", ()) for item in session.items)
+    if needs_one and session.config.getoption("--orvane-network") == "private":
+        # Where that is not permitted, a simulator that finds its port taken says so.
+        enter_private_network()
+
+
+@pytest.fixture
+def simulator(request: pytest.FixtureRequest) -> Iterator[Simulator]:
+    """A simulator that flies, for one test."""
+    mark = request.node.get_closest_marker("simulator")
+    config = request.config
+    try:
+        made = Simulator(
+            config.getoption("--orvane-headless-sim"),
+            config.getoption("--orvane-plugin"),
+            **(mark.kwargs if mark is not None else {}),
+        )
+        made.start()
+    except SimulatorError as error:
+        pytest.fail(str(error), pytrace=False)
+    try:
+        made.fly()
+        yield made
+    finally:
+        made.stop()

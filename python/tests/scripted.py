@@ -1,0 +1,103 @@
+"""Plays the server for a plan, without a socket and without time."""
+
+import time
+from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Union
+
+from vectors import bytes_of
+
+from orvane._core.steps import Close, Connect, Look, Plan, Receive, Send, Step, Wait
+
+T = TypeVar("T")
+
+# What a request gets: an answer, the end of the connection (no bytes), or a failure.
+Outcome = Union[bytes, BaseException]
+Turn = Tuple[bytes, Outcome]
+
+
+def wire(*texts: str) -> bytes:
+    """Bytes, as tests/vectors writes them."""
+    return bytes_of(" ".join(texts))
+
+
+def framed(*texts: str) -> bytes:
+    """An answer, with its length in front."""
+    payload = wire(*texts)
+    return len(payload).to_bytes(4, "little") + payload
+
+
+class ScriptedServer:
+    """Accepts connections one after the other, and expects on each of them the requests written
+    down.
+
+    An exception in place of a connection is how it fails.
+    """
+
+    def __init__(self, *connections: Union[Sequence[Turn], BaseException]) -> None:
+        self._coming: Iterator[Union[Sequence[Turn], BaseException]] = iter(connections)
+        self._turns: Optional[List[Turn]] = None
+        self._outcome: Optional[Outcome] = None
+        self.waits: List[float] = []
+        self.places: List[Tuple[str, int]] = []
+        # What a Look finds, once.
+        self.waiting: Optional[bytes] = None
+
+    def run(self, plan: Plan[T]) -> T:
+        try:
+            step = next(plan)
+            while True:
+                try:
+                    result = self._do(step)
+                except BaseException as error:
+                    step = plan.throw(error)
+                else:
+                    step = plan.send(result)
+        except StopIteration as end:
+            value: T = end.value
+            return value
+
+    @property
+    def is_connected(self) -> bool:
+        return self._turns is not None
+
+    def expect_end(self) -> None:
+        """Everything that was written down has happened."""
+        assert not self._turns, "requests did not come"
+        assert next(self._coming, None) is None, "a connection was not made"
+
+    def _do(self, step: Step) -> Optional[bytes]:
+        if isinstance(step, Connect):
+            self._accept(step)
+        elif isinstance(step, Close):
+            assert not self._turns or self._outcome is not None, "closed too early"
+            self._turns = self._outcome = None
+        elif isinstance(step, Wait):
+            self.waits.append(round(step.limit.deadline - time.monotonic(), 2))
+        elif isinstance(step, Send):
+            self._take(step.data)
+        elif isinstance(step, Look):
+            found, self.waiting = self.waiting, None
+            return found
+        else:
+            return self._answer(step)
+        return None
+
+    def _accept(self, step: Connect) -> None:
+        assert self._turns is None, "there is a connection already"
+        self.places.append((step.host, step.port))
+        coming: Any = next(self._coming)
+        if isinstance(coming, BaseException):
+            raise coming
+        self._turns = list(coming)
+
+    def _take(self, request: bytes) -> None:
+        assert self._turns is not None, "there is no connection"
+        assert self._turns, f"another request: {request.hex(' ')}"
+        expected, self._outcome = self._turns.pop(0)
+        assert request.hex(" ") == expected.hex(" ")
+
+    def _answer(self, step: Receive) -> bytes:
+        outcome, self._outcome = self._outcome, None
+        assert outcome is not None
+        if isinstance(outcome, BaseException):
+            raise outcome
+        return outcome

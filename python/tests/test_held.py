@@ -1,0 +1,272 @@
+"""What is held is released: on the living connection, else by name on another."""
+
+from typing import Any, List
+
+import pytest
+from scripted import ScriptedServer, Turn, framed, wire
+from test_tarnel_session import Client, TRAILER
+
+from orvane import CancelledError, ClosedError, NotReleasedWarning, OnLoss, TimeoutError
+from orvane._core.steps import Cancelled, Late
+from orvane.options import Callbacks, Options
+from orvane.tarnel import ConditionDataref, Definitions, Input
+from orvane.velmar import Action
+from orvane.velmar._session import Session
+
+EMPTY = framed(TRAILER)
+NONE = Definitions()
+NO_DEFINITIONS: Turn = (
+    wire("11 22 33 44 C0 FF EE DD E8 01 00 00 00 00 00 00 74 00 00 00 00 00 00 00"),
+    EMPTY,
+)
+BRAKES = Definitions(inputs=[Input(7, to_command="brakes/max", held=True)])
+DEFINING: Turn = (
+    wire(
+        "11 22 33 44 C0 FF EE DD E8 01 00 00 01 00 00 00 74 00 00 00 00 00 00 00",
+        '[ 07 00 00 00 @32 06 00 00 00 @68 01 00 00 00 @280 "brakes/max" @488 ]',
+    ),
+    EMPTY,
+)
+
+
+def sending(*values: int, answer: Any = EMPTY) -> Turn:
+    """Values for action 7."""
+    items = " ".join(f"07 00 00 00 {value:02X} 00 00 00" for value in values)
+    head = f"11 22 33 44 DE AD BE EF 08 00 00 00 {len(values):02X} 00 00 00"
+    return wire(head, items), answer
+
+
+def releasing(name: str = "brakes/max", times: int = 1, answer: Any = None) -> Turn:
+    """By name, on a connection that knows nothing of it."""
+    register = f'03 00 00 00 01 00 00 00 {len(name):02X} "{name}"'
+    ends = "07 00 00 00 01 00 00 00 03 " * times
+    request = wire("55 66 77 88", register, ends, "04 00 00 00 01 00 00 00")
+    success = framed("03 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 01 00 00 00 01 00 00 00")
+    return request, success if answer is None else answer
+
+
+def test_close_releases_on_the_living_connection() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(0)])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.run(client.session.link.close())
+    server.expect_end()
+    assert client.happened == []
+
+
+def test_nothing_is_released_that_was_released_or_never_pressed() -> None:
+    server = ScriptedServer([DEFINING, sending(2), sending(1, 0)])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 2})
+    client.exchange([(7, 1), (7, 0)])
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+def test_define_releases_before_it_drops_a_held_input() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(0), NO_DEFINITIONS])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.define(NONE)
+    server.expect_end()
+
+
+def test_a_reconnection_releases_by_name_before_it_declares() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(1, answer=b"")], [releasing(), DEFINING])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.exchange({7: 1})
+    server.expect_end()
+    client.run(client.session.link.close())  # nothing is held any more
+    assert client.happened[1:] == ["connected"]
+
+
+def test_a_press_whose_answer_never_came_counts_as_held() -> None:
+    server = ScriptedServer([DEFINING, sending(1, answer=Late())], [releasing()])
+    client = Client(server)
+    client.define(BRAKES)
+    with pytest.raises(TimeoutError):
+        client.exchange({7: 1})
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+@pytest.mark.parametrize("interruption", [Cancelled(), KeyboardInterrupt()])
+def test_an_interrupted_call_releases_by_name(interruption: BaseException) -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(1, answer=interruption)], [releasing()])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    with pytest.raises((CancelledError, KeyboardInterrupt)):
+        client.exchange({7: 1})
+    server.expect_end()
+    assert not server.is_connected
+
+
+def test_what_cannot_be_released_is_told() -> None:
+    server = ScriptedServer(
+        [DEFINING, sending(1), sending(1, answer=Cancelled())], ConnectionRefusedError(111, "no")
+    )
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    with pytest.raises(CancelledError, match="got 0 bytes; not released: brakes/max$"):
+        client.exchange({7: 1})
+    assert client.happened[1:] == ["not released: ['brakes/max']"]
+
+
+def test_what_cannot_be_released_is_a_warning_if_nobody_listens() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(0, answer=Late())], Late())
+    client = Client(server)
+    client.session.link.callbacks = Callbacks()
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    with pytest.warns(NotReleasedWarning, match="releasing what is held: still held: brakes/max$"):
+        client.run(client.session.link.close())
+
+
+def test_what_was_not_released_is_released_by_the_next_connection() -> None:
+    server = ScriptedServer(
+        [DEFINING, sending(1), sending(0, answer=Late())], Late(), [releasing(), DEFINING]
+    )
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.run(client.session.link.close())
+    client.run(client.session.reconnect())
+    server.expect_end()
+
+
+def test_nothing_is_released_when_told_so() -> None:
+    lost = sending(1, answer=b"")
+    server = ScriptedServer([DEFINING, sending(1), NO_DEFINITIONS, DEFINING, lost], [DEFINING])
+    client = Client(server, release_held=False)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.define(NONE)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+GATE = ConditionDataref("gate")
+
+
+@pytest.mark.parametrize(
+    "refinement, values, releases",
+    [
+        ({}, [1], [sending(0)]),
+        ({"skipped_when_one": True}, [1], []),
+        ({"skipped_when_zero": True}, [1, 0], [sending(2)]),
+        ({"skipped_when_zero": True}, [1, 3], []),
+        ({"fixed": 0}, [1], []),
+        ({"fixed": 1}, [0], [releasing()]),
+        # Whether these values counted, only the dataref knows.
+        ({"skipped_while_positive": GATE}, [1, 0], [releasing()]),
+        ({"skipped_while_zero": GATE}, [0], []),
+    ],
+)
+def test_follows_what_values_do(refinement: Any, values: List[int], releases: List[Turn]) -> None:
+    from orvane.tarnel import _wire
+
+    definitions = Definitions(inputs=[Input(7, to_command="brakes/max", held=True, **refinement)])
+    defining: Turn = (_wire.definitions_request(definitions), EMPTY)
+    server = ScriptedServer([defining, sending(*values), *releases])
+    client = Client(server)
+    client.define(definitions)
+    client.exchange([(7, value) for value in values])
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+def test_counts_what_is_held_twice() -> None:
+    from orvane.tarnel import _wire
+
+    twice = Definitions(inputs=[Input(7, to_command="brakes/max", held=True)] * 2)
+    defining: Turn = (_wire.definitions_request(twice), EMPTY)
+    server = ScriptedServer(
+        [defining, sending(1), sending(1, answer=b"")], [releasing(times=2), defining]
+    )
+    client = Client(server)
+    client.define(twice)
+    client.exchange({7: 1})
+    client.exchange({7: 1})
+    server.expect_end()
+
+
+# Velmar -------------------------------------------------------------------------------------------
+
+REGISTERING: Turn = (
+    wire('55 66 77 88 03 00 00 00 01 00 00 00 0A "brakes/max"'),
+    framed("03 00 00 00 01 00 00 00 01 00 00 00"),
+)
+
+
+def running(action: int, answer: bytes = framed()) -> Turn:
+    return wire(f"55 66 77 88 07 00 00 00 01 00 00 00 {action:02X}"), answer
+
+
+class VelmarClient:
+    def __init__(self, server: ScriptedServer, **options: Any) -> None:
+        self.server = server
+        self.session = Session(Options(**options))
+        self.run(self.session.link.start())
+
+    def run(self, plan: Any) -> Any:
+        return self.server.run(self.session.link.call(plan))
+
+    def act(self, *actions: Action) -> None:
+        for action in actions:
+            self.run(self.session.run("brakes/max", action))
+
+
+def test_velmar_ends_on_the_living_connection_as_often_as_it_began() -> None:
+    both: Turn = (
+        wire("55 66 77 88", "07 00 00 00 01 00 00 00 03 " * 2),
+        framed(),
+    )
+    server = ScriptedServer([REGISTERING, running(2), running(2), running(2), running(3), both])
+    client = VelmarClient(server)
+    client.act(Action.BEGIN, Action.BEGIN, Action.BEGIN, Action.END)
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+def test_velmar_ends_by_name_after_a_loss_and_registers_again() -> None:
+    server = ScriptedServer(
+        [REGISTERING, running(2), running(1, answer=b"")], [releasing(), REGISTERING]
+    )
+    client = VelmarClient(server)
+    client.act(Action.BEGIN)
+    with pytest.raises(ClosedError, match="expected it done, got a new connection; it was not rep"):
+        client.act(Action.ONCE)
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+def test_velmar_keeps_down_what_it_is_told_to() -> None:
+    server = ScriptedServer([REGISTERING, running(2)])
+    client = VelmarClient(server, release_held=False)
+    client.act(Action.BEGIN)
+    client.run(client.session.link.close())
+    server.expect_end()
+
+
+def test_velmar_leaves_a_command_alone_that_a_new_simulator_does_not_have() -> None:
+    refused = framed(
+        "03 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00"
+        " 04 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00"
+    )
+    server = ScriptedServer(
+        [REGISTERING, running(2, answer=b"")], [releasing(answer=refused), REGISTERING]
+    )
+    client = VelmarClient(server, on_loss=OnLoss.THROW)
+    with pytest.raises(ClosedError):
+        client.act(Action.BEGIN)
+    client.run(client.session.reconnect())
+    server.expect_end()
