@@ -108,7 +108,7 @@ class BlockingClient(AnyClient[S]):
         super().__init__(*args, **options)
         self._shell = BlockingShell(self._session.link.options.cancelled)
         self._run(self._session.link.start())
-        weakref.finalize(self, _close, self._shell, self._session.link)
+        weakref.finalize(self, _forget, self._shell, self._session.link)
 
     def _run(self, plan: Plan[T]) -> T:
         return self._shell.run(self._session.link.call(plan))
@@ -122,7 +122,7 @@ class BlockingClient(AnyClient[S]):
 
     def close(self) -> None:
         """Releases what is held and closes the connection. The next call makes a new one."""
-        _close(self._shell, self._session.link)
+        self._run(self._session.link.close())
 
     def __enter__(self: C) -> C:
         return self
@@ -175,10 +175,12 @@ class AsyncioClient(AnyClient[S]):
         await self.close()
 
 
-def _close(shell: BlockingShell, link: Link) -> None:
-    shell.run(link.close())
+def _forget(shell: BlockingShell, link: Link) -> None:
+    if not link.is_done:
+        shell.run(link.close())
 
 
 def _abandon(link: Link) -> None:
     """Its event loop may be gone, so what it holds is released without one."""
-    BlockingShell().run(link.abandon())
+    if not link.is_done:
+        BlockingShell().run(link.abandon())

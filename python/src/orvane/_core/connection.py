@@ -1,6 +1,7 @@
 """Exchanges on one connection, and what is said when they fail."""
 
 import os
+import socket
 import time
 from typing import Optional
 
@@ -87,6 +88,7 @@ class Connection:
 
 
 def _error_text(error: OSError) -> str:
-    if error.strerror:
-        return error.strerror
-    return os.strerror(error.errno) if error.errno else str(error) or type(error).__name__
+    # Errors of name resolution have numbers of their own; asyncio has texts of its own.
+    if error.errno and not isinstance(error, socket.gaierror):
+        return os.strerror(error.errno)
+    return error.strerror or str(error) or type(error).__name__

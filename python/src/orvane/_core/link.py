@@ -73,6 +73,7 @@ class Link:
         self._owner = owner
         # What was begun on former connections and not ended since.
         self._left_over: "Counter[str]" = Counter()
+        self._is_told = False
 
     def exchange(
         self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
@@ -158,7 +159,10 @@ class Link:
 
     def disconnect(self) -> Plan[None]:
         """Closes the connection; what was held on it is left over."""
-        self._left_over += self._owner.take_held()
+        held = self._owner.take_held()
+        if held:
+            self._left_over += held
+            self._is_told = False
         self.is_connected = False
         yield Close()
 
@@ -273,7 +277,13 @@ class Link:
     def _release_limit(self) -> Limit:
         return Limit(time.monotonic() + self.options.release_within, is_cancellable=False)
 
+    @property
+    def is_done(self) -> bool:
+        """Nothing is open, and all that is held was released, or told not to be."""
+        return not self.is_connected and (self._is_told or not self._left_over)
+
     def _tell_not_released(self, names: List[str]) -> None:
+        self._is_told = True
         if self.callbacks.not_released is not None:
             self.callbacks.not_released(names)
         else:

@@ -63,12 +63,17 @@ class BlockingShell:
         self._close()
         failure = OSError("no such host")
         for found in socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM):
-            self._socket = socket.socket(*found[:3])
+            made = socket.socket(*found[:3])
             try:
-                self._connect_to(self._socket, found[4], step.limit)
-                return
-            except OSError as error:
+                self._connect_to(made, found[4], step.limit)
+            except BaseException as error:
+                made.close()
+                if not isinstance(error, OSError):
+                    raise
                 failure = error
+            else:
+                self._socket = made
+                return
         raise failure
 
     def _connect_to(self, made: socket.socket, address: Any, limit: Limit) -> None:

@@ -14,7 +14,7 @@ such tests moves into a network of its own, so that several can fly at a time; w
 `--orvane-network=shared` it does not, as it must not if the tests need another network.
 """
 
-from typing import Iterator
+from typing import Any, Dict, Iterator
 
 import pytest
 
@@ -50,18 +50,23 @@ def pytest_collection_finish(session: pytest.Session) -> None:
 def simulator(request: pytest.FixtureRequest) -> Iterator[Simulator]:
     """A simulator that flies, for one test."""
     mark = request.node.get_closest_marker("simulator")
-    config = request.config
-    try:
-        made = Simulator(
-            config.getoption("--orvane-headless-sim"),
-            config.getoption("--orvane-plugin"),
-            **(mark.kwargs if mark is not None else {}),
-        )
-        made.start()
-    except SimulatorError as error:
-        pytest.fail(str(error), pytrace=False)
+    made = _start(request.config, mark.kwargs if mark is not None else {})
     try:
         made.fly()
         yield made
     finally:
         made.stop()
+
+
+def _start(config: pytest.Config, arguments: Dict[str, Any]) -> Simulator:
+    try:
+        made = Simulator(
+            config.getoption("--orvane-headless-sim"),
+            config.getoption("--orvane-plugin"),
+            **arguments,
+        )
+        made.start()
+        return made
+    except SimulatorError as error:
+        why = str(error)
+    pytest.fail(why, pytrace=False)

@@ -1,0 +1,82 @@
+"""The same calls in both styles, so that a test is written once."""
+
+import asyncio
+import inspect
+from contextlib import contextmanager
+from typing import Any, Callable, Iterator, Type
+
+import pytest
+
+from orvane import tarnel, velmar
+
+
+class Driven:
+    """A client for asyncio whose calls block: each is run on a loop of its own."""
+
+    def __init__(self, client_type: Type[Any], *args: Any, **options: Any) -> None:
+        self._loop = asyncio.new_event_loop()
+        self._client = client_type(*args, **options)
+        try:
+            self._run(self._client.connect())
+        except BaseException:
+            self._loop.close()
+            raise
+
+    def _run(self, awaited: Any) -> Any:
+        return self._loop.run_until_complete(awaited)
+
+    def __getattr__(self, name: str) -> Any:
+        attribute = getattr(self._client, name)
+        if not callable(attribute):
+            return attribute
+
+        def call(*args: Any, **arguments: Any) -> Any:
+            result = attribute(*args, **arguments)
+            if inspect.isasyncgen(result):
+                return self._items(result)
+            if hasattr(result, "__aenter__"):
+                return self._block(result)
+            return self._run(result) if inspect.isawaitable(result) else result
+
+        return call
+
+    def __getitem__(self, name: str) -> Any:
+        return self._run(self._client[name])
+
+    def _items(self, items: Any) -> Iterator[Any]:
+        while True:
+            yield self._run(items.__anext__())
+
+    @contextmanager
+    def _block(self, manager: Any) -> Iterator[Any]:
+        self._run(manager.__aenter__())
+        try:
+            yield
+        finally:
+            self._run(manager.__aexit__(None, None, None))
+
+    def __enter__(self) -> "Driven":
+        return self
+
+    def __exit__(self, *error: object) -> None:
+        self._run(self._client.close())
+        self._loop.close()
+
+
+Make = Callable[..., Any]
+
+
+def _asyncio_tarnel(*args: Any, **options: Any) -> Driven:
+    return Driven(tarnel.AsyncClient, *args, **options)
+
+
+def _asyncio_velmar(*args: Any, **options: Any) -> Driven:
+    return Driven(velmar.AsyncClient, *args, **options)
+
+
+tarnel_in_both_styles = pytest.mark.parametrize(
+    "connect", [tarnel.Client, _asyncio_tarnel], ids=["blocking", "asyncio"]
+)
+velmar_in_both_styles = pytest.mark.parametrize(
+    "connect", [velmar.Client, _asyncio_velmar], ids=["blocking", "asyncio"]
+)
