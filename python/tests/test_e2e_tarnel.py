@@ -68,7 +68,7 @@ def test_drives_inputs_and_reports_outputs(connect: Make, simulator: Simulator) 
 def test_follows_the_aircraft(connect: Make, simulator: Simulator) -> None:
     ids: List[int] = []
     with connect(timeout=20) as client:
-        client.set_callbacks(aircraft_changed=ids.append)
+        client.on_aircraft_changed(ids.append)
         first = client.define(DEFINITIONS)
         client.exchange({INT: 5})
         simulator.unload_aircraft()

@@ -92,7 +92,7 @@ def test_says_all_that_the_simulator_does_not_have(connect: Make, simulator: Sim
     with connect(timeout=20) as client:
         with pytest.raises(Refused) as refused:
             client.read(["no/such/dataref", "test/int", "nor/this"])
-        assert refused.value.names == ("no/such/dataref", "nor/this")
+        assert refused.value.refused_names == ("no/such/dataref", "nor/this")
         # Shorter than the server can bear without padding.
         with pytest.raises(Refused, match="does not have no$"):
             client.run("no")

@@ -6,19 +6,11 @@ And every answer is read as what it means, or as unexpected.
 from typing import Any, Dict, List, Union
 
 import pytest
+from meanings import constant, dataref_value, definitions_of, numbers
 from vectors import Step, Vector, read_vectors
 
 from orvane._core.frames import ByteReader, UnexpectedAnswer
-from orvane.tarnel import (
-    Answer,
-    ConditionDataref,
-    ConditionType,
-    Definitions,
-    Input,
-    Output,
-    OutputType,
-    Version,
-)
+from orvane.tarnel import Answer, Definitions, OutputType, Version
 from orvane.tarnel import _wire as tarnel_wire
 from orvane.tarnel._layout import Layouts
 from orvane.velmar import Action, CommandState, Dataref, Type
@@ -28,64 +20,7 @@ from orvane.velmar._wire import Packet
 VECTORS = read_vectors()
 
 
-def numbers(text: str) -> List[float]:
-    return [float(word) if "." in word else int(word) for word in text.split(",")]
-
-
-def constant(text: str) -> str:
-    return text.upper().replace("-", "_")
-
-
 # Tarnel -------------------------------------------------------------------------------------------
-
-
-def condition_of(text: str) -> ConditionDataref:
-    name, type, element = text.split(",")
-    return ConditionDataref(name, ConditionType[constant(type)], int(element))
-
-
-def input_of(words: List[str]) -> Input:
-    _, action, target, name, *options = words
-    arguments: Dict[str, Any] = {f"to_{target.replace('-', '_')}": name}
-    for option in options:
-        key, _, value = option.partition("=")
-        if key == "element":
-            arguments["element"] = int(value)
-        elif key in ("int-range", "float-range"):
-            arguments[f"scaled_by_{key.replace('-', '_')}"] = tuple(numbers(value))
-        elif key == "datarefs":
-            arguments["scaled_by_datarefs"] = tuple(value.split(","))
-        elif key == "dataref-elements":
-            minimum, maximum, element = value.split(",")
-            arguments["scaled_by_dataref_elements"] = (minimum, maximum, int(element))
-        elif key in ("skip-one", "skip-zero"):
-            arguments[f"skipped_when_{key[5:]}"] = True
-        elif key.startswith("skip-while-"):
-            arguments[f"skipped_while_{key[11:]}"] = condition_of(value)
-        elif key == "fixed":
-            arguments["fixed"] = numbers(value)[0]
-        elif key == "held":
-            arguments["held"] = True
-        else:
-            assert key == "repeat-ms"
-            arguments["repeated_every"] = int(value) / 1000
-    return Input(int(action), **arguments)
-
-
-def output_of(words: List[str]) -> Output:
-    _, id, type, name, *elements = words
-    arguments: Dict[str, Any] = {f"of_{type.replace('-', '_')}": name}
-    if elements:
-        first, count = numbers(elements[0])
-        arguments.update(first_element=int(first), count=int(count))
-    return Output(int(id), **arguments)
-
-
-def definitions_of(meaning: List[List[str]]) -> Definitions:
-    return Definitions(
-        inputs=[input_of(words) for words in meaning if words[0] == "input"],
-        outputs=[output_of(words) for words in meaning if words[0] == "output"],
-    )
 
 
 def output_value(type: OutputType, text: str) -> Any:
@@ -130,10 +65,6 @@ def packet_of(words: List[str], datarefs: Dict[int, Dataref]) -> "Packet[Any]":
     assert type == "write"
     dataref = datarefs.get(number, Dataref("unknown", Type.INT))
     return velmar_wire.write(number, dataref, dataref_value(words[3], words[4]))
-
-
-def dataref_value(type: str, text: str) -> Any:
-    return numbers(text) if type.endswith("array") else numbers(text)[0]
 
 
 def expect_reply(reader: ByteReader, packet: "Packet[Any]", words: List[str]) -> None:

@@ -80,7 +80,7 @@ def test_refuses_all_unknown_names_at_once_and_keeps_the_others() -> None:
     client = VelmarClient(server)
     with pytest.raises(Refused) as refused:
         client.run(client.session.registrar.register_datarefs([bad, INT, worse]))
-    assert refused.value.names == ("no/int", "no/float")
+    assert refused.value.refused_names == ("no/int", "no/float")
     text = "127.0.0.1:48000: registering: the simulator does not have no/int, no/float"
     assert str(refused.value) == text
     assert client.run(client.session.read(["a/int"])) == [7]

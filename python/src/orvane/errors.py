@@ -44,11 +44,12 @@ class CancelledError(Error):
 
 
 class Refused(Error):
-    """The server answered, and the answer is no: the simulator does not have `names`."""
+    """The server answered, and the answer is no: the simulator does not have some of the names."""
 
     def __init__(self, message: str, names: Sequence[str]) -> None:
         super().__init__(message)
-        self.names: Tuple[str, ...] = tuple(names)
+        self.refused_names: Tuple[str, ...] = tuple(names)
+        """All that were refused in this call, in the order of the call."""
 
 
 class NotReleasedWarning(RuntimeWarning):

@@ -157,10 +157,12 @@ void expectOutputs(const Answer& answer, const Definitions& definitions, const W
     const std::string aircraft = wordsOf(step.text).at(1);
     EXPECT_EQ(answer.aircraftId, aircraft == "none" ? 0 : asNumber(aircraft));
     ASSERT_EQ(definitions.outputs().size(), step.meaning.size());
+    ASSERT_EQ(answer.outputs.size(), step.meaning.size());
     for (std::size_t i = 0; i < step.meaning.size(); ++i) {
         const Output& output = definitions.outputs()[i];
         ASSERT_EQ(output.id(), asNumber(step.meaning[i].at(1)));
-        EXPECT_EQ(answer.at(output.id()), outputValue(output.type(), step.meaning[i].at(2)))
+        EXPECT_EQ(answer.outputs[i].id, output.id());
+        EXPECT_EQ(answer.outputs[i].value, outputValue(output.type(), step.meaning[i].at(2)))
             << output.name();
     }
 }

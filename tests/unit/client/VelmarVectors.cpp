@@ -27,24 +27,8 @@ const std::map<std::string, velmar::CommandState> kStates{
     {"down", velmar::CommandState::Down},
     {"pressed", velmar::CommandState::Pressed}};
 
-velmar::Value datarefValue(const std::string& type, const std::string& text) {
-    switch (lookUp(kTypes, type)) {
-    case velmar::Type::Int:
-        return asInt(text);
-    case velmar::Type::Float:
-        return std::stof(text);
-    case velmar::Type::Byte:
-        return static_cast<std::uint8_t>(asInt(text));
-    case velmar::Type::IntArray:
-        return asNumbers<std::int32_t>(text);
-    case velmar::Type::FloatArray:
-        break;
-    }
-    return asNumbers<float>(text);
-}
-
 velmar::Dataref datarefOf(const WireWords& words) {
-    return {words.at(5), lookUp(kTypes, words.at(3)), asNumber(words.at(4))};
+    return {words.at(5), typeOfWord(words.at(3)), asNumber(words.at(4))};
 }
 
 void expectPoll(ByteReader& reader, const WireWords& words) {
@@ -58,6 +42,30 @@ void expectPoll(ByteReader& reader, const WireWords& words) {
 }
 
 } // namespace
+
+velmar::Type typeOfWord(const std::string& word) {
+    return lookUp(kTypes, word);
+}
+
+velmar::Action actionOfWord(const std::string& word) {
+    return lookUp(kActions, word);
+}
+
+velmar::Value valueOfWords(const std::string& type, const std::string& value) {
+    switch (typeOfWord(type)) {
+    case velmar::Type::Int:
+        return asInt(value);
+    case velmar::Type::Float:
+        return std::stof(value);
+    case velmar::Type::Byte:
+        return static_cast<std::uint8_t>(asInt(value));
+    case velmar::Type::IntArray:
+        return asNumbers<std::int32_t>(value);
+    case velmar::Type::FloatArray:
+        break;
+    }
+    return asNumbers<float>(value);
+}
 
 void writePacket(ByteWriter& writer, const WireWords& words, VectorDatarefs& datarefs) {
     namespace wire = velmar::wire;
@@ -75,9 +83,9 @@ void writePacket(ByteWriter& writer, const WireWords& words, VectorDatarefs& dat
     } else if (type == "read") {
         wire::writeRead(writer, number);
     } else if (type == "write") {
-        wire::writeWrite(writer, number, datarefValue(words.at(3), words.at(4)));
+        wire::writeWrite(writer, number, valueOfWords(words.at(3), words.at(4)));
     } else if (type == "run") {
-        wire::writeRun(writer, number, lookUp(kActions, words.at(3)));
+        wire::writeRun(writer, number, actionOfWord(words.at(3)));
     } else {
         ASSERT_EQ(type, "poll");
         wire::writePoll(writer);
@@ -105,10 +113,10 @@ void expectReply(ByteReader& reader, const WireWords& words, const VectorDataref
     } else if (type == "write") {
         wire::readWriteReply(reader, number);
     } else if (type == "read" && !isRefused) {
-        const velmar::Dataref dataref{"any", lookUp(kTypes, words.at(3)),
+        const velmar::Dataref dataref{"any", typeOfWord(words.at(3)),
                                       static_cast<std::uint32_t>(listOf(words.at(4)).size())};
         EXPECT_EQ(wire::readReadReply(reader, number, dataref),
-                  datarefValue(words.at(3), words.at(4)));
+                  valueOfWords(words.at(3), words.at(4)));
     } else {
         const velmar::Dataref& dataref = datarefs.begin()->second;
         EXPECT_THROW(type == "read"

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
@@ -11,6 +12,10 @@
 // The statements of Velmar's vectors, in the library's terms. Datarefs are known by the numbers
 // that they were registered under.
 using VectorDatarefs = std::map<std::uint32_t, orvane::velmar::Dataref>;
+
+orvane::velmar::Type typeOfWord(const std::string& word);
+orvane::velmar::Action actionOfWord(const std::string& word);
+orvane::velmar::Value valueOfWords(const std::string& type, const std::string& value);
 
 void writePacket(orvane::detail::ByteWriter& writer, const WireWords& words,
                  VectorDatarefs& datarefs);

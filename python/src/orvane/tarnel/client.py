@@ -1,35 +1,25 @@
 """The clients of Tarnel."""
 
-from typing import AsyncIterator, Callable, Iterator, List, Optional
+from typing import AsyncIterator, Callable, Iterator, Optional
 
 from orvane._client import AnyClient, AsyncioClient, BlockingClient
 from orvane._core.pace import Pace
-from orvane.errors import Error
 from orvane.tarnel._session import Items, Session
 from orvane.tarnel._wire import Version
 from orvane.tarnel.answer import Answer
 from orvane.tarnel.definitions import Definitions
 
 
-class _Callbacks(AnyClient[Session]):
-    def set_callbacks(
-        self,
-        connected: Optional[Callable[[], None]] = None,
-        disconnected: Optional[Callable[[Error], None]] = None,
-        not_released: Optional[Callable[[List[str]], None]] = None,
-        aircraft_changed: Optional[Callable[[int], None]] = None,
-    ) -> None:
-        """As of every client, and `aircraft_changed`.
+class _WithAircraft(AnyClient[Session]):
+    def on_aircraft_changed(self, callback: Optional[Callable[[int], None]]) -> None:
+        """Called like the others: with the id of another aircraft than in the answer before.
 
-        aircraft_changed: with the new id, or 0 when the aircraft was unloaded; not for the first
-        one
-            that is seen.
+        Or with 0 when it was unloaded; not for the first one that is seen.
         """
-        super().set_callbacks(connected, disconnected, not_released)
-        self._session.aircraft_changed = aircraft_changed
+        self._session.aircraft_changed = callback
 
 
-class Client(_Callbacks, BlockingClient[Session]):
+class Client(_WithAircraft, BlockingClient[Session]):
     """A connection that declares inputs and outputs once and then exchanges values.
 
     An answer whose shape does not fit the declarations means that the request reached the server in
@@ -74,7 +64,7 @@ class Client(_Callbacks, BlockingClient[Session]):
         return iter(lambda: self._run(plan(pace, items)), None)
 
 
-class AsyncClient(_Callbacks, AsyncioClient[Session]):
+class AsyncClient(_WithAircraft, AsyncioClient[Session]):
     """The same for asyncio; see `Client` for what each call does."""
 
     _session_type = Session
