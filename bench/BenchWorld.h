@@ -6,7 +6,13 @@
 
 #include "common/LoggingService.h"
 #include "common/Utilities.h"
+#include "datarefs/DatarefProvider.h"
+#include "headless/Simulator.h"
+#include "network/NetworkResources.h"
 #include "network/RingBuffer.h"
+#include "network/TcpServer.h"
+#include "plugin/XPlanePlugin.h"
+#include "protocols/ProtocolFactory.h"
 #include "support/Bytes.h"
 #include "support/PluginWorld.h"
 

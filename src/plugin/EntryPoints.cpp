@@ -13,13 +13,13 @@
 #include "common/Utilities.h"
 #include "datarefs/DatarefProvider.h"
 #include "network/NetworkResources.h"
-#include "network/ProtocolFactory.h"
 #include "network/TcpServer.h"
 #include "plugin/DatarefAccessors.h"
 #include "plugin/ExceptionBarrier.h"
 #include "plugin/PluginCallbacks.h"
 #include "plugin/PluginGlobals.h"
 #include "plugin/XPlanePlugin.h"
+#include "protocols/ProtocolFactory.h"
 
 namespace {
 

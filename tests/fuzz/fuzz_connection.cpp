@@ -13,6 +13,7 @@
 #include "fuzz/NarrowFactory.h"
 #include "fuzz/ScriptMutator.h"
 #include "network/TcpServer.h"
+#include "protocols/ProtocolFactory.h"
 #include "support/PrivateNetwork.h"
 #include "support/SocketFaults.h"
 

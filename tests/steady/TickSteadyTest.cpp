@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "network/ProtocolFactory.h"
 #include "network/TcpServer.h"
+#include "protocols/ProtocolFactory.h"
 #include "steady/SteadyWorld.h"
 #include "support/TarnelMessages.h"
 #include "support/TcpPeer.h"

@@ -9,9 +9,11 @@
 
 #include "WiredCommandObserver.h"
 #include "common/SimStateInformation.h"
+#include "headless/Simulator.h"
 #include "headless/xplm/Simulator.h"
 #include "network/ProtocolFactory.h"
 #include "network/TcpConnection.h"
+#include "protocols/ProtocolFactory.h"
 #include "support/Bytes.h"
 #include "support/FakeUtilities.h"
 #include "support/RecordingLogger.h"

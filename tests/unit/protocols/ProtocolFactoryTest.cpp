@@ -1,4 +1,4 @@
-#include "network/ProtocolFactory.h"
+#include "protocols/ProtocolFactory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
