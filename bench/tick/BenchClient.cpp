@@ -7,8 +7,11 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <system_error>
+
+#include "support/Deadline.h"
 
 namespace {
 
@@ -56,7 +59,19 @@ BenchClient::~BenchClient() {
     ::close(socket);
 }
 
-int BenchClient::AcceptedSocket() const {
+int BenchClient::AwaitAcceptance(const std::function<void()>& runFrame) const {
+    int accepted = -1;
+    const auto isAccepted = [&] {
+        accepted = acceptedSocket();
+        return accepted != -1;
+    };
+    if (!driveUntil(runFrame, isAccepted)) {
+        throw std::runtime_error("the plugin accepts no client");
+    }
+    return accepted;
+}
+
+int BenchClient::acceptedSocket() const {
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         const int descriptor = std::stoi(entry.path().filename());
         if (portOf(descriptor, ::getpeername) == port) {

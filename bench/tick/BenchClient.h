@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "support/Bytes.h"
 
@@ -15,14 +16,18 @@ public:
     BenchClient(const BenchClient&) = delete;
     BenchClient& operator=(const BenchClient&) = delete;
 
-    // The descriptor, in this process, of the plugin's end of the connection; -1 until accepted.
-    int AcceptedSocket() const;
+    // Runs frames until the plugin has accepted this client. Returns the descriptor, in this
+    // process, of the plugin's end of the connection.
+    int AwaitAcceptance(const std::function<void()>& runFrame) const;
 
     void Send(const Bytes& bytes) const;
     // Fills `bytes` to its size.
     void Receive(Bytes& bytes) const;
 
 private:
+    // -1 until accepted.
+    int acceptedSocket() const;
+
     int socket;
     std::uint16_t port;
 };

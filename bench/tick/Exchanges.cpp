@@ -62,7 +62,7 @@ std::size_t answerSize(int outputCount) {
 
 Exchanges::Exchanges(const std::string& plugin, int outputCount)
     : flight(plugin),
-      accepted(flight.AwaitAcceptance(client)),
+      accepted(client.AwaitAcceptance([this] { flight.RunFrame(); })),
       requests(kRequests),
       answer(answerSize(outputCount)) {
     deliver(definitions(outputCount));

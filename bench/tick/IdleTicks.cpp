@@ -10,7 +10,7 @@ constexpr int kWarmUpTicks = 1000;
 IdleTicks::IdleTicks(const std::string& plugin, int clientCount) : flight(plugin) {
     for (int i = 0; i < clientCount; ++i) {
         clients.push_back(std::make_unique<BenchClient>());
-        flight.AwaitAcceptance(*clients.back());
+        clients.back()->AwaitAcceptance([this] { flight.RunFrame(); });
     }
     for (int i = 0; i < kWarmUpTicks; ++i) {
         RunTick();

@@ -1,9 +1,6 @@
 #include "bench/tick/TickFlight.h"
 
 #include <cstdio>
-#include <stdexcept>
-
-#include "support/Deadline.h"
 
 namespace {
 
@@ -29,16 +26,4 @@ std::string TickFlight::DatarefName(int index) {
     char name[32];
     std::snprintf(name, sizeof(name), "bench/tick/value_%04d", index);
     return name;
-}
-
-int TickFlight::AwaitAcceptance(const BenchClient& client) {
-    int accepted = -1;
-    const auto isAccepted = [&] {
-        accepted = client.AcceptedSocket();
-        return accepted != -1;
-    };
-    if (!driveUntil([this] { RunFrame(); }, isAccepted)) {
-        throw std::runtime_error("the plugin accepts no client");
-    }
-    return accepted;
 }

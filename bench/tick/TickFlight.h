@@ -3,6 +3,7 @@
 #include <string>
 
 #include "bench/tick/BenchClient.h"
+#include "headless/Session.h"
 #include "headless/host/Session.h"
 #include "support/TemporaryDirectory.h"
 
@@ -24,8 +25,6 @@ public:
     headless::Simulator& Simulator() { return session.Simulator(); }
 
     void RunFrame() { session.Simulator().RunFrame(kFrameSeconds); }
-    // Runs frames until the plugin has accepted the client; the descriptor of the plugin's end.
-    int AwaitAcceptance(const BenchClient& client);
 
 private:
     static constexpr double kFrameSeconds = 1.0 / 60.0;
