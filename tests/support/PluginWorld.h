@@ -7,7 +7,7 @@
 #include "datarefs/DatarefProvider.h"
 #include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
-#include "network/ProtocolFactory.h"
+#include "protocols/ProtocolFactory.h"
 #include "network/TcpServer.h"
 #include "plugin/DatarefAccessors.h"
 #include "plugin/PluginCallbacks.h"

@@ -11,7 +11,6 @@
 #include "common/SimStateInformation.h"
 #include "headless/Simulator.h"
 #include "headless/xplm/Simulator.h"
-#include "network/ProtocolFactory.h"
 #include "network/TcpConnection.h"
 #include "protocols/ProtocolFactory.h"
 #include "support/Bytes.h"
