@@ -9,7 +9,6 @@
 #include <functional>
 #include <string>
 
-#include "fuzz/CaptureSeeds.h"
 #include "fuzz/Script.h"
 #include "support/TarnelMessages.h"
 #include "support/VelmarMessages.h"
@@ -203,18 +202,6 @@ void writeAnswers(const std::filesystem::path& folder) {
     write(folder, "version", fromHex("02 B1 6B 00 B5 01 00 07 0A 06 00 00 00"));
 }
 
-// Both protocols with plausible answers, as a script and as a capture file.
-void writeCaptures(const std::filesystem::path& folder) {
-    for (const Bytes& identification : {kTarnel, kVelmar}) {
-        const bool isVelmar = identification == kVelmar;
-        const std::string name = isVelmar ? "velmar" : "tarnel";
-        const Messages messages = isVelmar ? velmarMessages() : tarnelMessages();
-        const std::vector<Turn> turns = conversation(messages, identification);
-        write(folder / "fuzz_conversation", name, turnsAsScript(turns));
-        write(folder / "fuzz_capture", name, turnsAsCapture(turns));
-    }
-}
-
 // Every key of a profile once.
 void writeProfiles(const std::filesystem::path& folder) {
     const std::string profile =
@@ -256,7 +243,6 @@ int main(int argc, char** argv) {
     writeConfigs(folder / "fuzz_config");
     writeAnswers(folder / "fuzz_client");
     writeConfigs(folder / "fuzz_config_check");
-    writeCaptures(folder);
     writeProfiles(folder / "fuzz_profile");
     return 0;
 }

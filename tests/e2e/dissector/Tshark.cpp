@@ -52,6 +52,10 @@ std::string severityOf(const std::string& line) {
 
 } // namespace
 
+std::vector<std::string> runCommand(const std::string& command) {
+    return linesOf(outputOf(command));
+}
+
 std::vector<std::string> runTshark(const std::filesystem::path& capture,
                                    const std::vector<std::string>& arguments) {
     std::string command = "WIRESHARK_CONFIG_DIR=no-settings TZ=UTC LC_ALL=C.UTF-8 " +
@@ -60,7 +64,7 @@ std::vector<std::string> runTshark(const std::filesystem::path& capture,
     for (const std::string& argument : arguments) {
         command += " " + quoted(argument);
     }
-    return linesOf(outputOf(command + " 2>&1"));
+    return runCommand(command + " 2>&1");
 }
 
 std::vector<std::string> fieldsOf(const std::filesystem::path& capture,

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+// The lines that a shell command prints. Throws when it fails, or when the dissector has an error.
+std::vector<std::string> runCommand(const std::string& command);
+
 // What tshark, with our dissector and nobody's settings, prints of a capture: its lines. Throws
 // when tshark fails or the dissector cannot be loaded.
 std::vector<std::string> runTshark(const std::filesystem::path& capture,

@@ -69,7 +69,6 @@ void addDrive(Subcommands& subcommands);
 void addRecord(Subcommands& subcommands);
 void addReplay(Subcommands& subcommands);
 void addConfig(Subcommands& subcommands);
-void addDump(CLI::App& app, const GlobalOptions& globals, Work& work);
 void addHelp(Subcommands& subcommands);
 
 } // namespace orvane::tool

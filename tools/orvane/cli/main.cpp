@@ -69,7 +69,6 @@ void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
     addRecord(subcommands);
     addReplay(subcommands);
     addConfig(subcommands);
-    addDump(app, globals, work);
     addHelp(subcommands);
 }
 

@@ -1,0 +1,124 @@
+#include <gmock/gmock.h>
+#include <poll.h>
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "e2e/dissector/LiveCaptureTest.h"
+#include "e2e/dissector/Tshark.h"
+#include "support/Deadline.h"
+
+// The commands that the page of the tool gives for captures, to the letter.
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// The commands of the page, one a block.
+std::vector<std::string> documentedCommands() {
+    std::ifstream page(TOOL_PAGE);
+    std::vector<std::string> commands;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with("tshark ")) {
+            commands.push_back(line);
+        }
+    }
+    return commands;
+}
+
+// A command that goes on until Ctrl-C.
+class LiveCommand final {
+public:
+    explicit LiveCommand(const std::string& command)
+        : pipe(::popen(("echo $$; exec " + command + " 2>&1").c_str(), "r")) {
+        WaitFor("\n", [] {});
+        pid = std::stoi(output);
+    }
+    ~LiveCommand() {
+        ::kill(pid, SIGINT);
+        ::pclose(pipe);
+    }
+    LiveCommand(const LiveCommand&) = delete;
+    LiveCommand& operator=(const LiveCommand&) = delete;
+
+    bool WaitFor(const std::string& text, const std::function<void()>& step) {
+        return driveUntil(
+            [&] {
+                step();
+                receive();
+            },
+            [&] { return output.find(text) != std::string::npos; });
+    }
+    const std::string& Output() const { return output; }
+
+private:
+    void receive() {
+        pollfd waited{::fileno(pipe), POLLIN, 0};
+        std::array<char, 4096> bytes{};
+        if (::poll(&waited, 1, 20) > 0) {
+            const ssize_t count = ::read(waited.fd, bytes.data(), bytes.size());
+            output.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        }
+    }
+
+    FILE* const pipe;
+    pid_t pid = -1;
+    std::string output;
+};
+
+class LookAtACaptureTest : public LiveCaptureTest {
+protected:
+    LookAtACaptureTest() {
+        ::setenv("WIRESHARK_CONFIG_DIR", "no-settings", 1);
+        // The page's commands are given in the folder of the repository.
+        std::filesystem::create_directory_symlink(TOOLS_FOLDER, "tools");
+    }
+
+    void fly() {
+        TestClient client;
+        client.Exchange(*simulator, smallDefinitions());
+        client.Exchange(*simulator, tarnel(dataMessage({{7, -5}})));
+    }
+
+    const std::vector<std::string> commands = documentedCommands();
+};
+
+TEST_F(LookAtACaptureTest, ShowsLinesAndFieldsOfAFile) {
+    fly();
+    ASSERT_EQ(capture.Finish(), "flight.pcap");
+    ASSERT_EQ(commands.size(), 3U);
+    EXPECT_THAT(runCommand(commands[0] + " 2>errors"),
+                ElementsAre(HasSubstr(" Orvane 1530 Tarnel DEFINITIONS 2 inputs, 4 outputs"),
+                            HasSubstr(" Tarnel answer: test/int = 0, test/floats = 2 floats, "
+                                      "kyr/button = up and 1 more"),
+                            HasSubstr(" Tarnel DATA: test/int = -5"),
+                            HasSubstr(" Tarnel answer: test/int = 0, ")));
+    std::string text;
+    for (const std::string& line : runCommand(commands[1] + " 2>errors")) {
+        text += line;
+    }
+    const auto json = nlohmann::json::parse(text);
+    ASSERT_EQ(json.size(), 4U);
+    const auto& item = json[2]["_source"]["layers"]["orvane"]["orvane.tarnel.item"];
+    EXPECT_EQ(item["orvane.tarnel.item.value"], "-5");
+    EXPECT_EQ(item["orvane.name"], "test/int");
+    const auto& entries = json[3]["_source"]["layers"]["orvane"]["orvane.tarnel.entry"];
+    EXPECT_EQ(entries[1]["orvane.tarnel.entry.float"], nlohmann::json::array({"0", "0"}));
+}
+
+TEST_F(LookAtACaptureTest, ShowsLinesWhileTheMessagesTravel) {
+    ASSERT_EQ(commands.size(), 3U);
+    LiveCommand live(commands[2]);
+    EXPECT_TRUE(live.WaitFor("Tarnel DATA: test/int = -5", [this] { fly(); })) << live.Output();
+}
+
+} // namespace
