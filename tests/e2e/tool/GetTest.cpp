@@ -45,7 +45,36 @@ TEST_F(GetTest, FindsTheTypeOfWhatIsNotZero) {
               "orvane: test/ints: an array; test/ints:int[3] are its elements up to the last that "
               "is not 0\n"
               "orvane: test/floats: an array; test/floats:float[2] are its elements up to the last "
-              "that is not 0\n");
+              "that is not 0\n"
+              "orvane: test/minimum: 0 in every type; give the type if you know it\n");
+}
+
+TEST_F(GetTest, ReadsElementsOfAnArray) {
+    EXPECT_EQ(runTool({"get", "test/ints[1]"}).out, "-2\n");
+    EXPECT_EQ(runTool({"get", "test/floats[1]"}).out, "0.5\n");
+    const ToolResult result = runTool(
+        {"get", "test/ints[0]", "test/ints[1:4]", "test/floats[0:2]:float@m", "test/ints[7]"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out,
+              "test/ints[0]=1\n"
+              "test/ints[1:4]=-2,3,0\n"
+              "test/floats[0:2]:float@m=0,0.5\n"
+              "test/ints[7]=0\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(runTool({"get", "--json", "test/ints[1]", "test/ints[1:3]"}).out,
+              "{\"name\":\"test/ints[1]\",\"type\":\"int\",\"value\":-2}\n"
+              "{\"name\":\"test/ints[1:3]\",\"type\":\"int[2]\",\"value\":[-2,3]}\n");
+    EXPECT_EQ(runTool({"get", "no/such[3]"}).err,
+              "orvane: no/such[3]: the simulator has no such dataref\n");
+}
+
+TEST_F(GetTest, SaysWhenAValueIsZeroInEveryType) {
+    simulator->Ask("set test/int 0");
+    const ToolResult result = runTool({"get", "test/int"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "0\n");
+    EXPECT_EQ(result.err, "orvane: test/int: 0 in every type; give the type if you know it\n");
+    EXPECT_EQ(runTool({"get", "test/int:int"}).err, "");
 }
 
 TEST_F(GetTest, ReadsZeroAsAnotherType) {

@@ -60,6 +60,25 @@ TEST_F(RecordTest, FindsOutATypeThatIsNotGiven) {
     EXPECT_EQ(withoutTimes(directory.Read("r.csv")), "time,test/int:int\nT,5\n");
 }
 
+TEST_F(RecordTest, WritesElementsOfAnArray) {
+    simulator->Ask("set test/ints 1,-2,3");
+    const ToolResult result =
+        runTool({"record", "test/ints[1]", "test/ints[1:4]", "-n", "1", "-o", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(withoutTimes(directory.Read("r.csv")),
+              "time,test/ints[1]:int,test/ints[1:4]:int\nT,-2,\"-2,3,0\"\n");
+}
+
+TEST_F(RecordTest, SaysWhatIsZeroInEveryType) {
+    const ToolResult result =
+        runTool({"record", "test/int", "test/floats[2]", "-n", "1", "-o", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.err.starts_with(
+        "orvane: test/int: 0 in every type, and recorded as test/int:float\n"
+        "orvane: test/floats[2]: 0 in every type, and recorded as test/floats[2]:float\n"))
+        << result.err;
+}
+
 TEST_F(RecordTest, KeepsItsPace) {
     EXPECT_EQ(
         runTool({"record", "test/float:float", "--rate", "5", "-T", "0.9", "-o", "r.csv"}).exitCode,

@@ -49,6 +49,19 @@ TEST_F(ReplayTest, GivesBackWhatWasRecorded) {
     EXPECT_EQ(simulator->Get("test/int"), "77");
 }
 
+TEST_F(ReplayTest, WritesElementsAndLeavesTheOthersAsTheyAre) {
+    simulator->Ask("set test/ints 1,2,3,4");
+    simulator->Ask("set test/floats 0.5,1.5,2.5,3.5");
+    directory.Write("r.csv",
+                    "time,test/ints[1]:int,test/floats[1:3]:float,test/ints[2]:int,test/int:int\n"
+                    "0.000,7,\"8,9\",6,5\n");
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(simulator->Get("test/ints"), "1,7,6,4,0,0,0,0");
+    EXPECT_EQ(simulator->Get("test/floats"), "0.5,8,9,3.5,0,0,0,0");
+    EXPECT_EQ(simulator->Get("test/int"), "5");
+}
+
 TEST_F(ReplayTest, BeginsAnewUntilTheInterrupt) {
     directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.050,2\n");
     ToolRun run({"replay", "r.csv", "--loop"});

@@ -37,6 +37,33 @@ TEST_F(SetTest, WritesAZeroWhateverTheTypeIs) {
     EXPECT_EQ(simulator->Get("test/float"), "0");
 }
 
+TEST_F(SetTest, WritesElementsAndLeavesTheOthersAsTheyAre) {
+    simulator->Ask("set test/ints 1,2,3,4,5");
+    simulator->Ask("set test/floats 0.5,1.5,2.5,3.5");
+    const ToolResult result = runTool({"set", "test/ints[1]=20", "test/ints[3:5]=40,50",
+                                       "test/floats[2]:float=9", "test/floats[0]=8"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(simulator->Get("test/ints"), "1,20,3,40,50,0,0,0");
+    EXPECT_EQ(simulator->Get("test/floats"), "8,1.5,9,3.5,0,0,0,0");
+    EXPECT_EQ(
+        runTool({"set", "--json", "test/ints[0]:int=7"}).out,
+        "{\"name\":\"test/ints[0]\",\"type\":\"int\",\"value\":7,\"reads\":7,\"taken\":true}\n");
+    EXPECT_EQ(runTool({"set", "kyr/external_forcescalefactor_value[3]:int=9"}).err,
+              "orvane: kyr/external_forcescalefactor_value[3]: 9 was not taken, it reads 0; the "
+              "plugin's own arrays refuse a write that reaches their last element\n");
+}
+
+TEST_F(SetTest, TakesWhatIsNotANumberForWrittenWhenItReadsSo) {
+    const ToolResult result = runTool({"set", "--json", "test/float=nan", "test/floats[1]=-inf"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(simulator->Get("test/float"), "nan");
+    EXPECT_EQ(result.out,
+              "{\"name\":\"test/float\",\"type\":\"float\",\"value\":null,\"reads\":null,"
+              "\"taken\":true}\n"
+              "{\"name\":\"test/floats[1]\",\"type\":\"float\",\"value\":null,\"reads\":null,"
+              "\"taken\":true}\n");
+}
+
 TEST_F(SetTest, TellsWhatWasNotTaken) {
     const ToolResult result = runTool({"set", "sim/time/paused:int=1", "test/int:int=3",
                                        "sim/version/xplane_internal_version=0"});

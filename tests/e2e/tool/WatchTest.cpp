@@ -51,6 +51,19 @@ TEST_F(WatchTest, PrintsRecords) {
     expectMatch(runTool(csv).out, "time,test/ints,test/int\n(\\d+\\.\\d+,\"1,2\",0\n){2}");
 }
 
+TEST_F(WatchTest, ShowsElementsOfAnArray) {
+    simulator->Ask("set test/ints 1,2,3,4");
+    const std::vector<std::string> names{"test/ints[3]", "test/ints[1:3]"};
+    expectMatch(runTool({"watch", "-n", "1", names[0], names[1]}).out,
+                "\\d+\\.\\d{3} test/ints\\[3\\]=4 test/ints\\[1:3\\]=2,3\n");
+    expectMatch(runTool({"watch", "-n", "1", "--json", names[0], names[1]}).out,
+                "\\{\"time\":[0-9.]+,\"test/ints\\[3\\]\":4,\"test/ints\\[1:3\\]\":\\[2,3\\]\\}\n");
+    const std::string table = runTool({"watch", "-n", "1", names[0], names[1]}, terminal()).out;
+    for (const char* const row : {"\r\ntest/ints[3] ", "\ntest/ints[1] ", "\ntest/ints[2] "}) {
+        EXPECT_NE(table.find(row), std::string::npos) << table;
+    }
+}
+
 TEST_F(WatchTest, SeesChangesAtOnce) {
     ToolRun run({"watch", "-i", "0.01", "test/int:int"});
     run.WaitForOut("test/int:int=0\n");

@@ -1,13 +1,16 @@
 #include "tools/orvane/datarefs/DatarefArgument.h"
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <map>
 #include <set>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -55,11 +58,47 @@ void checkName(std::string_view text, const std::string& name) {
     if (name.size() > kLongestName) {
         refuse(text, fmt::format("a name has at most {} characters", kLongestName));
     }
-    if (name.back() == ']') {
-        const std::string_view array = std::string_view(name).substr(0, name.rfind('['));
-        refuse(text, fmt::format("write an array as {}:float[N] or {}:int[N], which is its first N "
-                                 "elements",
-                                 array, array));
+}
+
+bool isOfInts(Type type) {
+    return type == Type::Int || type == Type::IntArray;
+}
+
+// "[2:5]:float", after the name.
+void readElements(std::string_view text, std::string_view rest, DatarefArgument& argument) {
+    const std::size_t closing = rest.find(']');
+    if (closing == std::string_view::npos) {
+        refuse(text, "the bracket is not closed");
+    }
+    try {
+        argument.elements =
+            parseElementRange(rest.substr(1, closing - 1), DatarefArgument::kMostElements);
+    } catch (const std::invalid_argument& reason) {
+        refuse(text, reason.what());
+    }
+    argument.arraySize = argument.elements->End();
+    argument.name += rest.substr(0, closing + 1);
+    rest.remove_prefix(closing + 1);
+    if (rest.empty()) {
+        return;
+    }
+    if (rest != ":int" && rest != ":float") {
+        refuse(text, "elements are int or float, as in NAME[3]:float");
+    }
+    argument.SetType({rest == ":int" ? Type::IntArray : Type::FloatArray});
+}
+
+// NAME, with its elements or its type.
+void readName(std::string_view text, std::string_view rest, DatarefArgument& argument) {
+    const std::size_t bracket = rest.find('[');
+    const std::size_t colon = rest.substr(0, bracket).rfind(':');
+    argument.name = rest.substr(0, std::min(bracket, colon));
+    checkName(text, argument.name);
+    if (colon != std::string_view::npos) {
+        argument.SetType(parseType(rest.substr(colon + 1)));
+    } else if (bracket != std::string_view::npos) {
+        argument.arrayName = argument.name;
+        readElements(text, rest.substr(bracket), argument);
     }
 }
 
@@ -70,12 +109,48 @@ void checkDistinct(const std::vector<DatarefArgument>& arguments) {
             refuse(argument.name, "named twice");
         }
     }
+    for (const DatarefArgument& argument : arguments) {
+        if (argument.elements && names.contains(argument.arrayName)) {
+            refuse(argument.arrayName, "named as a whole and by its elements");
+        }
+    }
 }
 
 } // namespace
 
 velmar::Dataref DatarefArgument::Dataref() const {
-    return {name, type.value_or(Type::Float), size};
+    if (!elements) {
+        return {name, type.value_or(Type::Float), size};
+    }
+    const bool isInts = isOfInts(type.value_or(Type::Float));
+    return {arrayName, isInts ? Type::IntArray : Type::FloatArray, arraySize};
+}
+
+void DatarefArgument::SetType(const TypeAndSize& registered) {
+    if (!elements) {
+        type = registered.type;
+        size = registered.size;
+    } else if (elements->isSingle) {
+        type = isOfInts(registered.type) ? Type::Int : Type::Float;
+    } else {
+        type = isOfInts(registered.type) ? Type::IntArray : Type::FloatArray;
+        size = elements->count;
+    }
+}
+
+velmar::Value DatarefArgument::ValueIn(const velmar::Value& registered) const {
+    return elements ? elements->Of(registered) : registered;
+}
+
+std::string DatarefArgument::NameAndType() const {
+    const velmar::Dataref dataref = Dataref();
+    const std::string word = isOfInts(dataref.type) ? "int" : "float";
+    return name + ":" + (elements ? word : typeText(dataref.type, dataref.size));
+}
+
+std::string DatarefArgument::ElementName(std::size_t place) const {
+    return elements ? fmt::format("{}[{}]", arrayName, elements->first + place)
+                    : fmt::format("{}[{}]", name, place);
 }
 
 TypeAndSize parseType(std::string_view text) {
@@ -105,17 +180,10 @@ DatarefArgument parseDatarefArgument(std::string_view text) {
         argument.unit = rest.substr(at + 1);
         rest = rest.substr(0, at);
     }
-    if (const std::size_t colon = rest.rfind(':'); colon != std::string_view::npos) {
-        const TypeAndSize parsed = parseType(rest.substr(colon + 1));
-        argument.type = parsed.type;
-        argument.size = parsed.size;
-        rest = rest.substr(0, colon);
-    }
-    argument.name = rest;
-    if (argument.name.find('=') != std::string::npos) {
+    if (rest.find('=') != std::string_view::npos) {
         refuse(text, "a value has no place here; only \"set\" takes one");
     }
-    checkName(text, argument.name);
+    readName(text, rest, argument);
     return argument;
 }
 
@@ -135,15 +203,64 @@ DatarefArgument parseAssignment(std::string_view text) {
 std::vector<DatarefArgument> parseDatarefArguments(const std::vector<std::string>& texts) {
     std::vector<DatarefArgument> arguments;
     std::transform(texts.begin(), texts.end(), std::back_inserter(arguments), parseDatarefArgument);
-    checkDistinct(arguments);
+    shareArrays(arguments);
     return arguments;
 }
 
 std::vector<DatarefArgument> parseAssignments(const std::vector<std::string>& texts) {
     std::vector<DatarefArgument> arguments;
     std::transform(texts.begin(), texts.end(), std::back_inserter(arguments), parseAssignment);
-    checkDistinct(arguments);
+    shareArrays(arguments);
     return arguments;
+}
+
+void shareArrays(std::vector<DatarefArgument>& arguments) {
+    checkDistinct(arguments);
+    struct Array {
+        std::uint32_t size = 0;
+        std::optional<Type> type;
+    };
+    std::map<std::string_view, Array> arrays;
+    for (const DatarefArgument& argument : arguments) {
+        if (!argument.elements) {
+            continue;
+        }
+        Array& array = arrays[argument.arrayName];
+        array.size = std::max(array.size, argument.arraySize);
+        if (argument.type && array.type && isOfInts(*argument.type) != isOfInts(*array.type)) {
+            refuse(argument.arrayName, "named as ints and as floats");
+        }
+        array.type = argument.type ? argument.type : array.type;
+    }
+    for (DatarefArgument& argument : arguments) {
+        if (argument.elements) {
+            const Array& array = arrays[argument.arrayName];
+            argument.arraySize = array.size;
+            if (array.type) {
+                argument.SetType({*array.type});
+            }
+        }
+    }
+}
+
+std::vector<std::pair<std::string, velmar::Value>> wholeValues(
+    std::span<const DatarefArgument> arguments, std::span<const velmar::Value> values,
+    std::span<const velmar::Value> before) {
+    std::vector<std::pair<std::string, velmar::Value>> whole;
+    std::map<std::string_view, std::size_t> places; // of arrays in `whole`
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const DatarefArgument& argument = arguments[i];
+        if (!argument.elements) {
+            whole.emplace_back(argument.name, values[i]);
+            continue;
+        }
+        const auto [place, isNew] = places.emplace(argument.arrayName, whole.size());
+        if (isNew) {
+            whole.emplace_back(argument.arrayName, before[i]);
+        }
+        argument.elements->Put(values[i], whole[place->second].second);
+    }
+    return whole;
 }
 
 } // namespace orvane::tool

@@ -82,14 +82,23 @@ DatarefReader::DatarefReader(velmar::Client& client, std::vector<DatarefArgument
             continue;
         }
         isOpen.push_back(!arguments[i].type);
-        arguments[i].type = datarefs[i].type;
-        names.push_back(arguments[i].name);
+        arguments[i].SetType({datarefs[i].type, datarefs[i].size});
+        names.push_back(datarefs[i].name);
         known.push_back(std::move(arguments[i]));
     }
     wasOpen = isOpen;
 }
 
 std::vector<Value> DatarefReader::Read() {
+    std::vector<Value> values = readWhole();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = known[i].ValueIn(values[i]);
+    }
+    return values;
+}
+
+// Arrays in full where only some elements of them are named.
+std::vector<Value> DatarefReader::readWhole() {
     return names.empty() ? std::vector<Value>() : client.read(names);
 }
 
@@ -107,13 +116,19 @@ void DatarefReader::TryAnotherType() {
 }
 
 void DatarefReader::look(std::size_t candidate) {
-    const std::vector<std::size_t> places = openAndZero();
+    const TypeAndSize& type = kCandidates[candidate];
+    std::vector<std::size_t> places;
+    for (const std::size_t place : openAndZero()) {
+        // Elements are those of an array.
+        if (!known[place].elements || type.size > 0) {
+            places.push_back(place);
+        }
+    }
     if (places.empty()) {
         return;
     }
-    const TypeAndSize& type = kCandidates[candidate];
     registerAs(places, type);
-    const std::vector<Value> values = Read();
+    const std::vector<Value> values = readWhole();
     for (const std::size_t place : places) {
         if (isZero(values[place])) {
             continue;
@@ -128,7 +143,9 @@ void DatarefReader::look(std::size_t candidate) {
 void DatarefReader::readOpenAsFloats() {
     std::vector<std::size_t> places;
     for (std::size_t i = 0; i < known.size(); ++i) {
-        if (isOpen[i] && known[i].type != Type::Float) {
+        const Type type = known[i].Dataref().type;
+        const bool isUsual = type == Type::Float || (known[i].elements && type == Type::FloatArray);
+        if (isOpen[i] && !isUsual) {
             places.push_back(i);
         }
     }
@@ -140,7 +157,7 @@ std::vector<std::size_t> DatarefReader::openAndZero() {
     if (std::find(isOpen.begin(), isOpen.end(), true) == isOpen.end()) {
         return places;
     }
-    const std::vector<Value> values = Read();
+    const std::vector<Value> values = readWhole();
     for (std::size_t i = 0; i < known.size(); ++i) {
         if (isOpen[i] && isZero(values[i])) {
             places.push_back(i);
@@ -154,8 +171,7 @@ std::vector<std::size_t> DatarefReader::openAndZero() {
 void DatarefReader::registerAs(const std::vector<std::size_t>& places, const TypeAndSize& type) {
     std::vector<velmar::Dataref> datarefs;
     for (const std::size_t place : places) {
-        known[place].type = type.type;
-        known[place].size = type.size;
+        known[place].SetType(type);
         datarefs.push_back(known[place].Dataref());
     }
     if (!datarefs.empty()) {

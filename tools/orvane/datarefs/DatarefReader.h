@@ -46,8 +46,11 @@ public:
 
     // Whether this type was found and not given.
     bool IsGuessed(std::size_t index) const { return wasOpen[index]; }
+    // Whether no type was given, and all were 0 so far.
+    bool IsZeroInEveryType(std::size_t index) const { return isOpen[index]; }
 
 private:
+    std::vector<velmar::Value> readWhole();
     void look(std::size_t candidate);
     void readOpenAsFloats();
     std::vector<std::size_t> openAndZero();

@@ -27,6 +27,9 @@ type, the first one is taken of float, int, float[64] and int[64] that is not 0,
 and of an array the elements up to the last one that is not 0. Give the type
 where 0 matters.
 
+NAME[3] is one element of an array, NAME[2:5] are its elements 2, 3 and 4; they are
+of type int or float.
+
 One NAME prints its value alone; several print a line NAME=VALUE each, as "set"
 takes it. A name that the simulator does not have makes the exit status 3; the
 others are printed.
@@ -34,6 +37,7 @@ others are printed.
 Examples:
   orvane get sim/cockpit2/controls/yoke_pitch_ratio
   orvane get sim/time/paused:int 'sim/flightmodel/position/q:float[4]'
+  orvane get 'sim/flightmodel/position/q[2:4]'
   orvane get --json sim/flightmodel/position/indicated_airspeed:float@kt)"};
 
 void print(const DatarefArgument& dataref, const velmar::Value& value, bool isAlone,
@@ -62,7 +66,9 @@ ExitCode get(const GlobalOptions& globals, const Names& texts) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         const DatarefArgument& dataref = reader.Known()[i];
         print(dataref, values[i], arguments.size() == 1, records);
-        if (dataref.size > 0 && reader.IsGuessed(i)) {
+        if (reader.IsZeroInEveryType(i)) {
+            tell(fmt::format("{}: 0 in every type; give the type if you know it", dataref.name));
+        } else if (dataref.size > 0 && !dataref.elements && reader.IsGuessed(i)) {
             tell(fmt::format("{}: an array; {}:{} are its elements up to the last that is not 0",
                              dataref.name, dataref.name, typeText(*dataref.type, dataref.size)));
         }

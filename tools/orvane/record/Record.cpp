@@ -29,11 +29,11 @@ constexpr double kUsualRate = 20;
 
 constexpr Description kRecord{
     "record", "Record the values of datarefs in a file",
-    R"(A name is NAME:TYPE, as for "orvane get"; where no type is given and a value is
-not 0 at the start, the type is found out, else float is recorded. All datarefs
-of a row are read together, and each row is written as a whole and at once:
-whatever ends a recording, its file is complete up to its last line. Ctrl-C is
-the usual end.
+    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get"; where no type is
+given and a value is not 0 at the start, the type is found out, else float is
+recorded. All datarefs of a row are read together, and each row is written as a
+whole and at once: whatever ends a recording, its file is complete up to its last
+line. Ctrl-C is the usual end.
 
 The file is CSV: "time" in seconds, then a column for each dataref, headed
 NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.
@@ -69,6 +69,12 @@ public:
             return ExitCode::NotFoundOrRefused;
         }
         reader.FindTypes();
+        for (std::size_t i = 0; i < reader.Known().size(); ++i) {
+            if (reader.IsZeroInEveryType(i)) {
+                tell(fmt::format("{}: 0 in every type, and recorded as {}", reader.Known()[i].name,
+                                 reader.Known()[i].NameAndType()));
+            }
+        }
         begin();
         try {
             recordRows();
@@ -84,14 +90,9 @@ public:
 
 private:
     void begin() {
-        std::vector<velmar::Dataref> datarefs;
-        for (const DatarefArgument& argument : reader.Known()) {
-            datarefs.push_back(argument.Dataref());
-            names.push_back(argument.name);
-        }
         file.emplace(options.file,
                      options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
-        file->Append(recordingHeader(datarefs));
+        file->Append(recordingHeader(reader.Known()));
     }
 
     void recordRows() {
@@ -99,7 +100,7 @@ private:
         const Limits& limits = options.limits;
         while (rows < limits.MostTurns() && pace.Due() < limits.MostSeconds() &&
                pace.WaitUntil(pace.Due())) {
-            const std::vector<velmar::Value> values = client.read(names);
+            const std::vector<velmar::Value> values = reader.Read();
             elapsed = pace.Elapsed();
             file->Append(recordingRow(elapsed, values));
             ++rows;
@@ -118,7 +119,6 @@ private:
     const RecordOptions& options;
     velmar::Client client;
     DatarefReader reader;
-    std::vector<std::string> names;
     std::optional<LineFile> file;
     StatusLine status;
     std::uint64_t rows = 0;

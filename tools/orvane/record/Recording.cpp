@@ -1,7 +1,6 @@
 #include "tools/orvane/record/Recording.h"
 
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/CsvFields.h"
 #include "tools/orvane/files/RecordWriter.h"
@@ -9,8 +8,8 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <functional>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -70,21 +69,23 @@ private:
         for (std::size_t i = 1; i < fields->size(); ++i) {
             isValid = readColumn((*fields)[i]) && isValid;
         }
-        return isValid;
+        return isValid && complainOfFailure([this] { shareArrays(recording.datarefs); });
     }
 
     bool readColumn(const std::string& text) {
-        try {
+        return complainOfFailure([&] {
             const DatarefArgument argument = parseDatarefArgument(text);
             if (!argument.type) {
-                complain(fmt::format("{}: the type is missing", text));
-                return false;
+                throw Failure(ExitCode::WrongUsage, fmt::format("{}: the type is missing", text));
             }
-            if (!names.insert(argument.name).second) {
-                complain(fmt::format("{}: named twice", argument.name));
-                return false;
-            }
-            recording.datarefs.push_back(argument.Dataref());
+            recording.datarefs.push_back(argument);
+        });
+    }
+
+    // Whether there was none.
+    bool complainOfFailure(const std::function<void()>& step) {
+        try {
+            step();
             return true;
         } catch (const Failure& failure) {
             complain(failure.what());
@@ -116,9 +117,9 @@ private:
         }
         RecordedRow row{*seconds, {}};
         for (std::size_t i = 0; i < recording.datarefs.size(); ++i) {
-            const velmar::Dataref& dataref = recording.datarefs[i];
+            const DatarefArgument& dataref = recording.datarefs[i];
             try {
-                row.values.push_back(parseValue(fields[i + 1], dataref.type, dataref.size));
+                row.values.push_back(parseValue(fields[i + 1], *dataref.type, dataref.size));
             } catch (const Failure& failure) {
                 complain(fmt::format("{}: {}", dataref.name, failure.what()));
                 return std::nullopt;
@@ -134,15 +135,14 @@ private:
     InputLines& lines;
     Problems& problems;
     Recording recording;
-    std::set<std::string> names;
 };
 
 } // namespace
 
-std::string recordingHeader(const std::vector<velmar::Dataref>& datarefs) {
+std::string recordingHeader(const std::vector<DatarefArgument>& datarefs) {
     std::vector<std::string> columns{std::string(kTime)};
-    for (const velmar::Dataref& dataref : datarefs) {
-        columns.push_back(fmt::format("{}:{}", dataref.name, typeText(dataref.type, dataref.size)));
+    for (const DatarefArgument& dataref : datarefs) {
+        columns.push_back(dataref.NameAndType());
     }
     return csvHeader(columns);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/files/InputLines.h"
 
@@ -16,10 +17,11 @@ namespace orvane::tool {
 //     time,sim/cockpit2/controls/yoke_pitch_ratio:float,test/ints:int[2]
 //     0.000,0.25,"3,4"
 //
-// What is read back is exactly what was written.
+// Elements of an array are headed as the user named them: NAME[3]:float. What is read back is
+// exactly what was written.
 
 // Both without the end of the line.
-std::string recordingHeader(const std::vector<velmar::Dataref>& datarefs);
+std::string recordingHeader(const std::vector<DatarefArgument>& datarefs);
 std::string recordingRow(double seconds, const std::vector<velmar::Value>& values);
 
 struct RecordedRow {
@@ -28,7 +30,7 @@ struct RecordedRow {
 };
 
 struct Recording {
-    std::vector<velmar::Dataref> datarefs;
+    std::vector<DatarefArgument> datarefs;
     std::vector<RecordedRow> rows;
     // The line that has no end and is therefore left out; 0 if there is none.
     std::size_t cutLine = 0;

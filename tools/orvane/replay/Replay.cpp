@@ -57,10 +57,13 @@ public:
         : options(replayOptions),
           recording(std::move(readRecording)),
           client(clientOptions(globals)) {
-        client.registerDatarefs(recording.datarefs);
-        for (const velmar::Dataref& dataref : recording.datarefs) {
-            names.push_back(dataref.name);
+        std::vector<velmar::Dataref> datarefs;
+        for (const DatarefArgument& dataref : recording.datarefs) {
+            datarefs.push_back(dataref.Dataref());
+            names.push_back(datarefs.back().name);
+            hasElements = hasElements || dataref.elements;
         }
+        client.registerDatarefs(datarefs);
     }
 
     ExitCode Run() {
@@ -104,11 +107,9 @@ private:
     }
 
     void write(const RecordedRow& row) {
-        std::vector<std::pair<std::string, velmar::Value>> values;
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            values.emplace_back(names[i], row.values[i]);
-        }
-        client.write(values);
+        const std::vector<velmar::Value> before =
+            hasElements ? client.read(names) : std::vector<velmar::Value>();
+        client.write(wholeValues(recording.datarefs, row.values, before));
         ++written;
     }
 
@@ -116,10 +117,12 @@ private:
         const std::vector<velmar::Value> values = client.read(names);
         status.Clear();
         for (std::size_t i = 0; i < names.size(); ++i) {
+            const DatarefArgument& dataref = recording.datarefs[i];
             const std::string wanted = valueText(recording.rows.back().values[i]);
-            if (valueText(values[i]) != wanted) {
-                tell(fmt::format("{} did not take or keep {}; it is {}", names[i], wanted,
-                                 valueText(values[i])));
+            const std::string read = valueText(dataref.ValueIn(values[i]));
+            if (read != wanted) {
+                tell(fmt::format("{} did not take or keep {}; it is {}", dataref.name, wanted,
+                                 read));
             }
         }
     }
@@ -134,6 +137,8 @@ private:
     bool isPlaying = false;
     velmar::Client client;
     std::vector<std::string> names;
+    // What is written then depends on what their arrays have.
+    bool hasElements = false;
     StatusLine status;
     std::size_t written = 0;
 };

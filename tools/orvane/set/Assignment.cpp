@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <type_traits>
 #include <variant>
 
@@ -19,8 +20,10 @@ using velmar::Type;
 using velmar::Value;
 
 Assignment::Way wayOf(const DatarefArgument& argument, const TypeAndSize& type) {
-    return {{argument.name, type.type, type.size},
-            parseValue(*argument.value, type.type, type.size)};
+    Assignment::Way way{argument, {}};
+    way.argument.SetType(type);
+    way.value = parseValue(*argument.value, *way.argument.type, way.argument.size);
+    return way;
 }
 
 std::vector<double> numbersOf(const Value& value) {
@@ -35,12 +38,21 @@ std::vector<double> numbersOf(const Value& value) {
         value);
 }
 
+// Of what is not a number, only the same is near.
+double distance(double one, double other) {
+    if (one == other || (std::isnan(one) && std::isnan(other))) {
+        return 0.0;
+    }
+    const double difference = std::abs(one - other);
+    return std::isnan(difference) ? std::numeric_limits<double>::infinity() : difference;
+}
+
 double distance(const Value& one, const Value& other) {
     const std::vector<double> left = numbersOf(one);
     const std::vector<double> right = numbersOf(other);
     double sum = 0.0;
     for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
-        sum += std::abs(left[i] - right[i]);
+        sum += distance(left[i], right[i]);
     }
     return sum;
 }
@@ -50,12 +62,11 @@ double distance(const Value& one, const Value& other) {
 Assignment makeAssignment(const DatarefArgument& argument) {
     try {
         if (argument.type) {
-            return {argument, {wayOf(argument, {*argument.type, argument.size})}};
+            return {{wayOf(argument, {*argument.type, argument.size})}};
         }
         const auto commas = std::count(argument.value->begin(), argument.value->end(), ',');
         const auto size = commas > 0 ? static_cast<std::uint32_t>(commas + 1) : 0;
-        Assignment assignment{argument,
-                              {wayOf(argument, {size > 0 ? Type::FloatArray : Type::Float, size})}};
+        Assignment assignment{{wayOf(argument, {size > 0 ? Type::FloatArray : Type::Float, size})}};
         try {
             assignment.ways.push_back(
                 wayOf(argument, {size > 0 ? Type::IntArray : Type::Int, size}));
@@ -69,7 +80,7 @@ Assignment makeAssignment(const DatarefArgument& argument) {
 }
 
 bool wasTaken(const Value& written, const Value& before, const Value& after) {
-    return after == written || before == written ||
+    return distance(after, written) == 0.0 || distance(before, written) == 0.0 ||
            distance(after, written) < distance(after, before);
 }
 

@@ -12,11 +12,10 @@ namespace orvane::tool {
 // value's text allows, a float first.
 struct Assignment {
     struct Way {
-        velmar::Dataref dataref;
+        DatarefArgument argument; // with a type
         velmar::Value value;
     };
 
-    DatarefArgument argument;
     std::vector<Way> ways;
 };
 

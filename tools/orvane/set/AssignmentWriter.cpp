@@ -2,9 +2,6 @@
 
 #include "tools/orvane/datarefs/DatarefReader.h"
 
-#include <string>
-#include <utility>
-
 namespace orvane::tool {
 
 namespace {
@@ -36,34 +33,43 @@ bool AssignmentWriter::wants(std::size_t index, std::size_t way) const {
 // Writes all that want this way. False when there are none.
 bool AssignmentWriter::write(std::size_t way) {
     std::vector<std::size_t> places;
-    std::vector<velmar::Dataref> datarefs;
-    std::vector<std::string> names;
-    std::vector<std::pair<std::string, velmar::Value>> values;
+    std::vector<DatarefArgument> arguments;
+    std::vector<velmar::Value> values;
     for (std::size_t i = 0; i < assignments.size(); ++i) {
         if (wants(i, way)) {
-            const Assignment::Way& chosen = assignments[i].ways[way];
             places.push_back(i);
-            datarefs.push_back(chosen.dataref);
-            names.push_back(chosen.dataref.name);
-            values.emplace_back(chosen.dataref.name, chosen.value);
+            arguments.push_back(assignments[i].ways[way].argument);
+            values.push_back(assignments[i].ways[way].value);
         }
     }
     if (places.empty()) {
         return false;
     }
-    client.registerDatarefs(datarefs);
+    const std::vector<std::string> names = registerAll(arguments);
     const std::vector<velmar::Value> before = client.read(names);
-    client.write(values);
+    client.write(wholeValues(arguments, values, before));
     const std::vector<velmar::Value> after = client.read(names);
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const velmar::Value& written = values[i].second;
-        const Outcome outcome{wasTaken(written, before[i], after[i]), datarefs[i], written,
-                              after[i]};
+        const velmar::Value reads = arguments[i].ValueIn(after[i]);
+        const Outcome outcome{wasTaken(values[i], arguments[i].ValueIn(before[i]), reads),
+                              arguments[i], values[i], reads};
         if (way == 0 || saysMore(outcome)) {
             outcomes[places[i]] = outcome;
         }
     }
     return true;
+}
+
+std::vector<std::string> AssignmentWriter::registerAll(
+    const std::vector<DatarefArgument>& arguments) {
+    std::vector<velmar::Dataref> datarefs;
+    std::vector<std::string> names;
+    for (const DatarefArgument& argument : arguments) {
+        datarefs.push_back(argument.Dataref());
+        names.push_back(datarefs.back().name);
+    }
+    client.registerDatarefs(datarefs);
+    return names;
 }
 
 } // namespace orvane::tool

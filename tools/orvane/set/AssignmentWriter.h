@@ -3,6 +3,7 @@
 #include "tools/orvane/set/Assignment.h"
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "orvane/velmar/Client.h"
@@ -17,7 +18,7 @@ public:
     // What became of an assignment.
     struct Outcome {
         bool isTaken = false;
-        velmar::Dataref dataref;
+        DatarefArgument argument;
         velmar::Value written;
         velmar::Value reads;
     };
@@ -29,6 +30,7 @@ public:
 private:
     bool wants(std::size_t index, std::size_t way) const;
     bool write(std::size_t way);
+    std::vector<std::string> registerAll(const std::vector<DatarefArgument>& arguments);
 
     velmar::Client& client;
     const std::vector<Assignment>& assignments;

@@ -30,6 +30,10 @@ float[N], which is the first N elements; the elements of an array are given with
 commas between them. Without a type, a value is written as a float and, if it is
 whole, as an int until the dataref has it.
 
+Elements of an array are NAME[3] or NAME[2:5], which is 2, 3 and 4, of type int or
+float. The protocol writes arrays from their first element on: the elements
+before are read, and written back together with the new ones.
+
 Each value is read back. One that the simulator did not take - because the
 dataref cannot be written, is of another type, or is set by the simulator itself
 - makes the exit status 3. Where the simulator lacks one of the datarefs, nothing
@@ -39,7 +43,8 @@ Examples:
   orvane set sim/time/zulu_time_sec=43200
   orvane set sim/operation/override/override_joystick:int=1 \
       sim/joystick/yoke_pitch_ratio:float=0.25
-  orvane set 'kyr/external_forcescalefactor_value:int[3]=100,100,80')"};
+  orvane set 'kyr/external_forcescalefactor_value:int[3]=100,100,80'
+  orvane set 'sim/cockpit2/engine/actuators/throttle_ratio[1]=0.5')"};
 
 constexpr const char* kOwnArrays =
     "; the plugin's own arrays refuse a write that reaches their last element";
@@ -47,10 +52,11 @@ constexpr const char* kOwnArrays =
 void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assignments) {
     std::vector<velmar::Dataref> datarefs;
     std::transform(assignments.begin(), assignments.end(), std::back_inserter(datarefs),
-                   [](const Assignment& each) { return each.ways.front().dataref; });
+                   [](const Assignment& each) { return each.ways.front().argument.Dataref(); });
     const std::vector<std::size_t> missing = registerKnown(client, datarefs);
     for (const std::size_t place : missing) {
-        tell(fmt::format("{}: the simulator has no such dataref", datarefs[place].name));
+        tell(fmt::format("{}: the simulator has no such dataref",
+                         assignments[place].ways.front().argument.name));
     }
     if (!missing.empty()) {
         throw Failure(ExitCode::NotFoundOrRefused, "nothing was written");
@@ -58,16 +64,17 @@ void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assign
 }
 
 void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
-    const velmar::Dataref& dataref = outcome.dataref;
+    const DatarefArgument& dataref = outcome.argument;
     records.Write({{"name", dataref.name},
-                   {"type", typeText(dataref.type, dataref.size)},
+                   {"type", typeText(*dataref.type, dataref.size)},
                    {"value", valueJson(outcome.written)},
                    {"reads", valueJson(outcome.reads)},
                    {"taken", outcome.isTaken}});
     if (outcome.isTaken) {
         return;
     }
-    const bool isOwnArray = dataref.size > 0 && dataref.name.starts_with("kyr/");
+    const bool isArray = dataref.size > 0 || dataref.elements;
+    const bool isOwnArray = isArray && dataref.name.starts_with("kyr/");
     tell(fmt::format("{}: {} was not taken, it reads {}{}", dataref.name,
                      valueText(outcome.written), valueText(outcome.reads),
                      isOwnArray ? kOwnArrays : ""));
@@ -93,7 +100,7 @@ ExitCode set(const GlobalOptions& globals, const Texts& texts) {
 
 void addSet(Subcommands& subcommands) {
     const auto [command, texts] = subcommands.Add<Texts>(kSet, set);
-    command.add_option("ASSIGNMENT", texts, "NAME=VALUE or NAME:TYPE=VALUE")->required();
+    command.add_option("ASSIGNMENT", texts, "NAME[:TYPE]=VALUE")->required();
 }
 
 } // namespace orvane::tool

@@ -71,8 +71,8 @@ void WatchTable::See(const std::vector<DatarefArgument>& datarefs,
             WatchedNumber& number = numbers[{dataref.name, place}];
             number.See(elements[place].number, elements[place].text, now);
             const bool isArray = dataref.size > 0;
-            rows.push_back({isArray ? fmt::format("{}[{}]", dataref.name, place) : dataref.name,
-                            dataref.unit, number});
+            rows.push_back(
+                {isArray ? dataref.ElementName(place) : dataref.name, dataref.unit, number});
         }
     }
 }

@@ -14,6 +14,7 @@ using orvane::tool::parseAssignments;
 using orvane::tool::parseDatarefArgument;
 using orvane::tool::parseDatarefArguments;
 using orvane::velmar::Type;
+using orvane::velmar::Value;
 
 namespace {
 
@@ -98,11 +99,87 @@ TEST(DatarefArgumentTest, SaysWhatIsWrongWithAName) {
     EXPECT_EQ(argumentRefusal(""), ": the name is missing");
     EXPECT_EQ(argumentRefusal(":int"), ":int: the name is missing");
     EXPECT_EQ(argumentRefusal("@kt"), "@kt: the name is missing");
-    EXPECT_EQ(argumentRefusal("a[3]"),
-              "a[3]: write an array as a:float[N] or a:int[N], which is its first N elements");
+    EXPECT_EQ(argumentRefusal("[3]"), "[3]: the name is missing");
     EXPECT_EQ(parseDatarefArgument(std::string(255, 'a')).name.size(), 255U);
     EXPECT_EQ(argumentRefusal(std::string(256, 'a')),
               std::string(256, 'a') + ": a name has at most 255 characters");
+}
+
+TEST(DatarefArgumentTest, TakesAnElementOfAnArray) {
+    const DatarefArgument argument = parseDatarefArgument("a/b[3]:int@kt");
+    EXPECT_EQ(argument.name, "a/b[3]");
+    EXPECT_EQ(argument.type, Type::Int);
+    EXPECT_EQ(argument.size, 0U);
+    EXPECT_EQ(argument.unit, "kt");
+    EXPECT_EQ(argument.text, "a/b[3]:int@kt");
+    EXPECT_EQ(argument.NameAndType(), "a/b[3]:int");
+    EXPECT_EQ(argument.Dataref().name, "a/b");
+    EXPECT_EQ(argument.Dataref().type, Type::IntArray);
+    EXPECT_EQ(argument.Dataref().size, 4U);
+    EXPECT_EQ(argument.ValueIn(Value(std::vector<std::int32_t>{1, 2, 3, 4})), Value(4));
+}
+
+TEST(DatarefArgumentTest, TakesSomeElementsOfAnArrayWithoutTheLast) {
+    const DatarefArgument argument = parseDatarefArgument("a[2:5]");
+    EXPECT_EQ(argument.name, "a[2:5]");
+    EXPECT_EQ(argument.type, std::nullopt);
+    EXPECT_EQ(argument.Dataref().type, Type::FloatArray);
+    EXPECT_EQ(argument.Dataref().size, 5U);
+    EXPECT_EQ(argument.ElementName(0), "a[2]");
+    EXPECT_EQ(argument.ValueIn(Value(std::vector<float>{0, 1, 2, 3, 4})),
+              Value(std::vector<float>{2, 3, 4}));
+    EXPECT_EQ(parseDatarefArgument("a[2:3]:float").type, Type::FloatArray);
+    EXPECT_EQ(parseDatarefArgument("a[2:3]:float").size, 1U);
+    EXPECT_EQ(parseDatarefArgument("a[0:500000]").Dataref().size, 500000U);
+}
+
+TEST(DatarefArgumentTest, SaysWhatIsWrongWithElements) {
+    const std::string syntax =
+        ": elements are [3] for one, and [2:5] for those from 2 up to, but without, 5";
+    EXPECT_EQ(argumentRefusal("a[]"), "a[]" + syntax);
+    EXPECT_EQ(argumentRefusal("a[x]"), "a[x]" + syntax);
+    EXPECT_EQ(argumentRefusal("a[-1]"), "a[-1]" + syntax);
+    EXPECT_EQ(argumentRefusal("a[1:]"), "a[1:]" + syntax);
+    EXPECT_EQ(argumentRefusal("a[1:2:3]"), "a[1:2:3]" + syntax);
+    EXPECT_EQ(argumentRefusal("a[3:3]"), "a[3:3]: [3:3] has no elements");
+    EXPECT_EQ(argumentRefusal("a[3"), "a[3: the bracket is not closed");
+    EXPECT_EQ(argumentRefusal("a[500000]"), "a[500000]: only the first 500000 elements can be had");
+    EXPECT_EQ(argumentRefusal("a[3]:float[2]"),
+              "a[3]:float[2]: elements are int or float, as in NAME[3]:float");
+    EXPECT_EQ(argumentRefusal("a[3]:byte"),
+              "a[3]:byte: elements are int or float, as in NAME[3]:float");
+    EXPECT_EQ(argumentRefusal("a[3]b"), "a[3]b: elements are int or float, as in NAME[3]:float");
+}
+
+TEST(DatarefArgumentTest, RegistersTheElementsOfOneArrayAlike) {
+    const auto arguments = parseDatarefArguments({"a[1]", "b", "a[3:6]:int", "a[0]"});
+    for (const std::size_t i : {0U, 2U, 3U}) {
+        EXPECT_EQ(arguments[i].Dataref().type, Type::IntArray) << i;
+        EXPECT_EQ(arguments[i].Dataref().size, 6U) << i;
+    }
+    EXPECT_EQ(arguments[0].type, Type::Int);
+    EXPECT_EQ(arguments[2].size, 3U);
+    EXPECT_EQ(refusal([] {
+                  parseDatarefArguments({"a[1]:int", "a[2]:float"});
+              }),
+              "a: named as ints and as floats");
+    EXPECT_EQ(refusal([] {
+                  parseDatarefArguments({"a[1]", "a:float[3]"});
+              }),
+              "a: named as a whole and by its elements");
+    EXPECT_EQ(refusal([] { parseDatarefArguments({"a[1]", "a[1]:int"}); }), "a[1]: named twice");
+}
+
+TEST(DatarefArgumentTest, PutsElementsIntoWhatTheirArrayHad) {
+    const auto arguments = parseDatarefArguments({"a[1]", "b", "a[2:4]"});
+    const Value before(std::vector<float>{9, 8, 7, 6});
+    const auto whole = orvane::tool::wholeValues(
+        arguments, std::vector<Value>{Value(0.5F), Value(1.0F), Value(std::vector<float>{3, 4})},
+        std::vector<Value>{before, Value(0.0F), before});
+    ASSERT_EQ(whole.size(), 2U);
+    EXPECT_EQ(whole[0].first, "a");
+    EXPECT_EQ(whole[0].second, Value(std::vector<float>{9, 0.5F, 3, 4}));
+    EXPECT_EQ(whole[1].first, "b");
 }
 
 TEST(DatarefArgumentTest, WantsAValueOnlyWhereOneIsWanted) {

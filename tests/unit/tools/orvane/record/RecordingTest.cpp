@@ -11,21 +11,21 @@
 
 namespace {
 
+using orvane::tool::DatarefArgument;
 using orvane::tool::InputLines;
+using orvane::tool::parseDatarefArguments;
 using orvane::tool::Problems;
 using orvane::tool::readRecording;
 using orvane::tool::Recording;
 using orvane::tool::recordingHeader;
 using orvane::tool::recordingRow;
-using orvane::velmar::Dataref;
 using orvane::velmar::Type;
 using orvane::velmar::Value;
 
-const std::vector<Dataref> kDatarefs = {{"sim/i", Type::Int, 0},
-                                        {"sim/f", Type::Float, 0},
-                                        {"sim/b", Type::Byte, 0},
-                                        {"sim/is", Type::IntArray, 2},
-                                        {"sim/fs", Type::FloatArray, 3}};
+std::vector<DatarefArgument> datarefs() {
+    return parseDatarefArguments(
+        {"sim/i:int", "sim/f:float", "sim/b:byte", "sim/is:int[2]", "sim/fs:float[3]"});
+}
 
 class RecordingTest : public testing::Test {
 protected:
@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(RecordingTest, HasAHeaderOfNamesAndTypesAndArraysInQuotes) {
-    EXPECT_EQ(recordingHeader(kDatarefs),
+    EXPECT_EQ(recordingHeader(datarefs()),
               "time,sim/i:int,sim/f:float,sim/b:byte,sim/is:int[2],sim/fs:float[3]");
     EXPECT_EQ(recordingRow(1.25, {Value(-5), Value(0.1F), Value(std::uint8_t{255}),
                                   Value(std::vector<std::int32_t>{1, 2}),
@@ -58,7 +58,7 @@ TEST_F(RecordingTest, ReadsBackExactlyWhatWasWritten) {
         Value(std::vector<float>{std::numeric_limits<float>::denorm_min(),
                                  std::numeric_limits<float>::max(), -0.0F})};
     const Recording recording =
-        read(recordingHeader(kDatarefs) + "\n" + recordingRow(0.017, values) + "\n");
+        read(recordingHeader(datarefs()) + "\n" + recordingRow(0.017, values) + "\n");
     EXPECT_EQ(problemText, "");
     ASSERT_EQ(recording.datarefs.size(), 5U);
     EXPECT_EQ(recording.datarefs[3].name, "sim/is");
@@ -69,6 +69,21 @@ TEST_F(RecordingTest, ReadsBackExactlyWhatWasWritten) {
     EXPECT_EQ(recording.rows[0].values, values);
     EXPECT_TRUE(std::signbit(std::get<4>(recording.rows[0].values[4])[2]));
     EXPECT_EQ(recording.cutLine, 0U);
+}
+
+TEST_F(RecordingTest, KeepsElementsByTheirNames) {
+    const std::vector<DatarefArgument> elements =
+        parseDatarefArguments({"sim/a[3]:float", "sim/a[0:2]", "sim/b[1]:int"});
+    const std::string header = recordingHeader(elements);
+    EXPECT_EQ(header, "time,sim/a[3]:float,sim/a[0:2]:float,sim/b[1]:int");
+    const Recording recording = read(header + "\n0.000,0.5,\"1,2\",7\n");
+    EXPECT_EQ(problemText, "");
+    ASSERT_EQ(recording.rows.size(), 1U);
+    EXPECT_EQ(recording.rows[0].values,
+              (std::vector<Value>{Value(0.5F), Value(std::vector<float>{1, 2}), Value(7)}));
+    EXPECT_EQ(recording.datarefs[1].Dataref().size, 4U);
+    read("time,sim/a[3]:float,sim/a[1]:int\n");
+    EXPECT_EQ(problemText, "r:1: sim/a: named as ints and as floats\n");
 }
 
 TEST_F(RecordingTest, LeavesOutALineThatWasCutOff) {
@@ -104,9 +119,9 @@ TEST_F(RecordingTest, ReportsAHeaderThatIsNone) {
     EXPECT_EQ(problemText,
               "r:1: this is no recording: its first line is not \"time,NAME:TYPE,...\"\n");
     read("time,sim/f:float,sim/f:int,sim/g\n");
-    EXPECT_EQ(problemText,
-              "r:1: sim/f: named twice\n"
-              "r:1: sim/g: the type is missing\n");
+    EXPECT_EQ(problemText, "r:1: sim/g: the type is missing\n");
+    read("time,sim/f:float,sim/f:int\n");
+    EXPECT_EQ(problemText, "r:1: sim/f: named twice\n");
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tools/orvane/cli/Failure.h"
 
 using orvane::tool::Assignment;
@@ -32,9 +34,9 @@ std::string refusalOf(const std::string& text) {
 TEST(AssignmentTest, WritesWithTheTypeThatIsGiven) {
     const Assignment made = assignment("a:int[2]=1,2");
     ASSERT_EQ(made.ways.size(), 1U);
-    EXPECT_EQ(made.ways[0].dataref.name, "a");
-    EXPECT_EQ(made.ways[0].dataref.type, Type::IntArray);
-    EXPECT_EQ(made.ways[0].dataref.size, 2U);
+    EXPECT_EQ(made.ways[0].argument.name, "a");
+    EXPECT_EQ(made.ways[0].argument.type, Type::IntArray);
+    EXPECT_EQ(made.ways[0].argument.size, 2U);
     EXPECT_EQ(made.ways[0].value, Value(std::vector<std::int32_t>{1, 2}));
 }
 
@@ -54,8 +56,8 @@ TEST(AssignmentTest, TriesAFractionAsFloatOnly) {
 TEST(AssignmentTest, TakesCommasForAnArray) {
     const Assignment made = assignment("a=1,2,3");
     ASSERT_EQ(made.ways.size(), 2U);
-    EXPECT_EQ(made.ways[0].dataref.type, Type::FloatArray);
-    EXPECT_EQ(made.ways[0].dataref.size, 3U);
+    EXPECT_EQ(made.ways[0].argument.type, Type::FloatArray);
+    EXPECT_EQ(made.ways[0].argument.size, 3U);
     EXPECT_EQ(made.ways[1].value, Value(std::vector<std::int32_t>{1, 2, 3}));
     EXPECT_EQ(assignment("a=1,2.5").ways.size(), 1U);
 }
@@ -69,6 +71,27 @@ TEST(AssignmentTest, SaysWhichValueIsWrong) {
 TEST(AssignmentTest, IsTakenWhenItReadsSo) {
     EXPECT_TRUE(wasTaken(Value(1.0F), Value(0.0F), Value(1.0F)));
     EXPECT_TRUE(wasTaken(Value(1.0F), Value(1.0F), Value(1.0F)));
+}
+
+TEST(AssignmentTest, IsTakenWhenItIsNotANumberAndReadsSo) {
+    const Value nan(std::nanf(""));
+    EXPECT_TRUE(wasTaken(nan, Value(0.0F), nan));
+    EXPECT_FALSE(wasTaken(nan, Value(0.0F), Value(0.0F)));
+    EXPECT_TRUE(wasTaken(Value(5.0F), nan, Value(5.0F)));
+    EXPECT_FALSE(wasTaken(Value(5.0F), nan, nan));
+    EXPECT_TRUE(wasTaken(Value(std::vector<float>{1, std::nanf("")}),
+                         Value(std::vector<float>{0, 0}),
+                         Value(std::vector<float>{1, -std::nanf("")})));
+    EXPECT_TRUE(wasTaken(Value(HUGE_VALF), Value(0.0F), Value(HUGE_VALF)));
+}
+
+TEST(AssignmentTest, TakesANumberForAnElementAndAListForSeveral) {
+    EXPECT_EQ(assignment("a[3]=1").ways[0].value, Value(1.0F));
+    EXPECT_EQ(assignment("a[3]=1").ways[1].value, Value(1));
+    EXPECT_EQ(assignment("a[2:4]=1,2").ways[0].value, Value(std::vector<float>{1, 2}));
+    EXPECT_EQ(assignment("a[2:4]:int=1,2").ways.size(), 1U);
+    EXPECT_EQ(refusalOf("a[2:5]=1,2"), "a[2:5]: 3 elements wanted, 2 given in \"1,2\"");
+    EXPECT_EQ(refusalOf("a[3]=1,2"), "a[3]: \"1,2\" is not a number that a float can hold");
 }
 
 TEST(AssignmentTest, IsTakenWhenTheDatarefHasMovedOnSince) {

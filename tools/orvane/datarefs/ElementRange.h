@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "orvane/velmar/Value.h"
+
+namespace orvane::tool {
+
+// Some of an array's elements, as a user names them: NAME[3], or NAME[2:5] for 2, 3 and 4.
+//
+// The protocol carries arrays from their first element on. What is registered is therefore the
+// whole of them up to the last one that is wanted, of which a range takes its part.
+struct ElementRange {
+    std::uint32_t first = 0;
+    std::uint32_t count = 1;
+    bool isSingle = true; // NAME[3], not NAME[3:4]: a number instead of an array
+
+    std::uint32_t End() const { return first + count; }
+    velmar::Value Of(const velmar::Value& array) const;
+    void Put(const velmar::Value& value, velmar::Value& array) const;
+};
+
+// The text between the brackets. std::invalid_argument, with the reason.
+ElementRange parseElementRange(std::string_view text, std::uint32_t mostElements);
+
+} // namespace orvane::tool
