@@ -69,7 +69,28 @@ TEST_F(ReplayTest, BeginsAnewUntilTheInterrupt) {
         EXPECT_TRUE(driveUntil([] {}, [&] { return simulator->Get("test/int") == value; }));
     }
     run.Signal(SIGINT);
-    EXPECT_EQ(run.Wait().exitCode, 0);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    std::smatch counted;
+    ASSERT_TRUE(std::regex_search(
+        result.err, counted, std::regex("r\\.csv: (\\d+) rows written, (\\d+) whole rounds?\n")))
+        << result.err;
+    EXPECT_GE(std::stoi(counted[1]), 3);
+    EXPECT_EQ(std::stoi(counted[1]) / 2, std::stoi(counted[2])) << result.err;
+}
+
+TEST_F(ReplayTest, SaysThatThePaceCouldNotBeKept) {
+    // Two frames per row, which is 0.4 s.
+    fly("5");
+    directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.010,2\n0.020,3\n0.030,4\n0.040,5\n");
+    const ToolResult result = runTool({"replay", "r.csv", "--timeout", "20"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(std::regex_match(
+        result.err,
+        std::regex("orvane: the pace could not be kept: rows were up to [1-9]\\.\\d s late\n"
+                   "r\\.csv: 5 rows written\n")))
+        << result.err;
+    EXPECT_EQ(simulator->Get("test/int"), "5");
 }
 
 TEST_F(ReplayTest, LeavesOutALineThatWasCutOff) {

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,6 +26,8 @@ namespace {
 
 constexpr double kSlowest = 0.01;
 constexpr double kFastest = 1000;
+// Rows that are less late than that are due to the frames, which an exchange waits for.
+constexpr double kNoticedSeconds = 0.5;
 
 constexpr Description kReplay{
     "replay", "Write recorded values back at the pace of their recording",
@@ -32,6 +35,10 @@ constexpr Description kReplay{
 written, and refused with exit status 5 when any line is wrong; a last line that
 was cut off is left out, with a note. Ctrl-C ends a replay; the values stay as
 they are then.
+
+A write takes two frames of the simulator, and four where elements of arrays
+are written. A row that is due earlier waits; where rows are late, a note says how
+much.
 
 The simulator drops what it cannot write, and moves on what it moves by itself:
 at the end the datarefs are read once, and those that do not have their last
@@ -70,7 +77,7 @@ public:
         isPlaying = true;
         try {
             do {
-                play();
+                wholeRounds += play() ? 1U : 0U;
             } while (options.loop && written > 0 && !isInterrupted());
             if (!isInterrupted() && written > 0) {
                 noteUnwritten();
@@ -91,19 +98,29 @@ private:
         return result;
     }
 
-    void play() {
+    // False when an interrupt ended it.
+    bool play() {
         const Pace pace(options.speed);
         for (const RecordedRow& row : recording.rows) {
-            const double sinceFirst = row.seconds - recording.rows.front().seconds;
-            if (!pace.WaitUntil(sinceFirst / options.speed)) {
-                return;
+            const double due = (row.seconds - recording.rows.front().seconds) / options.speed;
+            if (!pace.WaitUntil(due)) {
+                return false;
             }
+            secondsLate = std::max(secondsLate, pace.Elapsed() - due);
             write(row);
             if (status.IsDue()) {
-                status.Show(fmt::format("{:.1f} s, {} of {}", pace.Elapsed(), written,
-                                        rowsText(recording.rows.size())));
+                status.Show(progress(pace.Elapsed()));
             }
         }
+        return true;
+    }
+
+    std::string progress(double seconds) const {
+        const std::size_t rows = recording.rows.size();
+        const std::string round =
+            options.loop ? fmt::format("round {}, ", wholeRounds + 1) : std::string();
+        return fmt::format("{}{:.1f} s, {} of {}", round, seconds, written - wholeRounds * rows,
+                           rowsText(rows));
     }
 
     void write(const RecordedRow& row) {
@@ -129,7 +146,14 @@ private:
 
     void summarize() {
         status.Clear();
-        printError(fmt::format("{}: {} written", options.file, rowsText(written)));
+        if (secondsLate > kNoticedSeconds) {
+            tell(fmt::format("the pace could not be kept: rows were up to {:.1f} s late",
+                             secondsLate));
+        }
+        const std::string rounds = options.loop ? fmt::format(", {} whole {}", wholeRounds,
+                                                              wholeRounds == 1 ? "round" : "rounds")
+                                                : std::string();
+        printError(fmt::format("{}: {} written{}", options.file, rowsText(written), rounds));
     }
 
     const ReplayOptions& options;
@@ -141,6 +165,8 @@ private:
     bool hasElements = false;
     StatusLine status;
     std::size_t written = 0;
+    std::size_t wholeRounds = 0;
+    double secondsLate = 0; // the latest row
 };
 
 ExitCode replay(const GlobalOptions& globals, const ReplayOptions& options) {
