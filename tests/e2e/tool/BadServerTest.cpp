@@ -108,7 +108,7 @@ TEST_F(BadServerTest, ItClosesTheConnection) {
     }
 }
 
-TEST_F(BadServerTest, ItSpeaksNonsense) {
+TEST_F(BadServerTest, ItSendsSomethingUnexpected) {
     for (const Arguments& command : kCommands) {
         // The second time it is believed.
         expectExit(command, 5, [&] {

@@ -10,14 +10,14 @@
 
 namespace orvane::tool {
 
-// A client for commands that go on until they are told to end: it outlives the simulator, and comes
-// back with it.
+// A client for commands that go on until they are told to end: when the simulator goes away, it
+// waits and connects again.
 class ReconnectingClient final {
 public:
     using Tell = std::function<void(const std::string&)>;
 
-    // Connects. What the interrupt and `end` stop is no failure but the end. `tell` gets a line
-    // when the connection is lost, and an empty one when it is there again.
+    // Connects. An interrupt and `end` end it without a failure. `tell` gets a line when the
+    // connection is lost, and an empty one when it is there again.
     ReconnectingClient(const GlobalOptions& globals, std::chrono::steady_clock::time_point end,
                        Tell tell);
 

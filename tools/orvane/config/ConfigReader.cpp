@@ -21,7 +21,7 @@ constexpr std::array kTypes = {DatarefType::Int,        DatarefType::Float,
                                DatarefType::Double,     DatarefType::IntArray,
                                DatarefType::FloatArray, DatarefType::ByteArray};
 
-// What the plugin publishes in any case, behind the lines of the file and in this order.
+// What the plugin publishes in any case, after the lines of the file and in this order.
 const std::array<Declaration, 4>& ownDatarefs() {
     static const std::array<Declaration, 4> kOwn = {{
         {"kyr/autopilot_external_control", DatarefType::Int, 0},
@@ -38,7 +38,7 @@ std::optional<DatarefType> findType(std::string_view word) {
     return found != kTypes.end() ? std::optional(*found) : std::nullopt;
 }
 
-// Runs of spaces separate; spaces at the end leave one empty field behind them.
+// Runs of spaces separate; spaces at the end leave one empty field at the end.
 Fields splitFields(std::string_view text) {
     Fields fields;
     while (true) {
@@ -115,17 +115,17 @@ private:
         line.explanation = std::move(explanation);
     }
 
-    // Why the second field is no type, by what most likely went wrong.
+    // Why the second field is not a type, by what most likely went wrong.
     void ignoreType(const Fields& fields, std::string_view word, bool isCut) {
         if (isCut) {
             ignore(Reason::CutByComment,
-                   fmt::format("the comment sign cuts the line behind {}", quoted(fields.back())));
+                   fmt::format("the comment sign cuts the line after {}", quoted(fields.back())));
         } else if (fields[0].find('\t') != std::string_view::npos && word.empty()) {
             ignore(Reason::Tab, "a tab separates no fields; use spaces");
         } else if (word.find('\t') != std::string_view::npos) {
             ignore(Reason::Tab, fmt::format("the tab is part of the type {}", quoted(word)));
         } else if (word.empty()) {
-            ignore(Reason::NoType, fmt::format("no type behind the name {}", quoted(fields[0])));
+            ignore(Reason::NoType, fmt::format("no type after the name {}", quoted(fields[0])));
         } else if (word.ends_with('\r')) {
             ignore(Reason::CarriageReturn,
                    fmt::format("the carriage return is part of the type {}", quoted(word)));
@@ -139,10 +139,10 @@ private:
         const SizeField size = readSize(text);
         if (isBlank(text)) {
             ignore(isCut ? Reason::CutByComment : Reason::NoSize,
-                   fmt::format("no number of elements behind {}", fields[1]));
+                   fmt::format("no number of elements after {}", fields[1]));
         } else if (size.kind == SizeField::Kind::NoNumber) {
             ignore(isCut ? Reason::CutByComment : Reason::SizeNoNumber,
-                   fmt::format("the number of elements {} is none", quoted(text)));
+                   fmt::format("{} is not a number", quoted(text)));
         } else if (size.kind == SizeField::Kind::TooLarge) {
             ignore(Reason::SizeTooLarge,
                    fmt::format("the number of elements {} does not fit 32 bits", quoted(text)));

@@ -24,7 +24,7 @@ constexpr std::array<TypeAndSize, 3> kCandidates{
      {Type::FloatArray, DatarefReader::kElementsLookedAt},
      {Type::IntArray, DatarefReader::kElementsLookedAt}}};
 
-// Up to the last element that is not 0; 0 for what is no array.
+// Up to the last element that is not 0; 0 for what is not an array.
 std::uint32_t elementsInUse(const Value& value) {
     return std::visit(
         [](const auto& each) -> std::uint32_t {

@@ -39,7 +39,7 @@ public:
     Recording Read() {
         const std::optional<std::string> header = next();
         if (!header) {
-            complain("this is no recording: it has no header");
+            complain("not a recording: it has no header");
         } else if (readHeader(*header)) {
             while (const std::optional<std::string> line = next()) {
                 readRow(*line);
@@ -62,7 +62,7 @@ private:
     bool readHeader(const std::string& line) {
         const auto fields = csvFields(line);
         if (!fields || fields->size() < 2 || fields->front() != kTime) {
-            complain("this is no recording: its first line is not \"time,NAME:TYPE,...\"");
+            complain("not a recording: its first line is not \"time,NAME:TYPE,...\"");
             return false;
         }
         bool isValid = true;

@@ -6,7 +6,7 @@
 
 namespace orvane::tool {
 
-// What the terminal behind a file descriptor can do. A pipe, a file and TERM=dumb are no terminals:
+// What the terminal of a file descriptor can do. A pipe, a file and TERM=dumb are not terminals:
 // nothing is animated and nothing is coloured there.
 class Terminal final {
 public:

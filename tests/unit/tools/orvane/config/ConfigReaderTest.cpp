@@ -77,7 +77,7 @@ TEST(ConfigReaderTest, IgnoresATabInPlaceOfASpace) {
     expectIgnored("kyr/a\tfloat\n", Reason::Tab, "a tab separates no fields; use spaces");
     expectIgnored("kyr/a\tfloat \n", Reason::Tab, "a tab separates no fields; use spaces");
     expectIgnored("kyr/a float\t# light\n", Reason::CutByComment,
-                  "the comment sign cuts the line behind \"float\t\"");
+                  "the comment sign cuts the line after \"float\t\"");
     expectIgnored("kyr/a float\t\n", Reason::Tab, "the tab is part of the type \"float\t\"");
     expectIgnored("kyr/a int_array\t8\n", Reason::Tab,
                   "the tab is part of the type \"int_array\t8\"");
@@ -101,7 +101,7 @@ TEST(ConfigReaderTest, AcceptsArraysWithACarriageReturn) {
     EXPECT_FALSE(line.IsIgnored());
     EXPECT_EQ(line.declared.size, 8);
     EXPECT_TRUE(line.notes.empty());
-    expectIgnored("kyr/a int_array \r\n", Reason::NoSize, "no number of elements behind int_array");
+    expectIgnored("kyr/a int_array \r\n", Reason::NoSize, "no number of elements after int_array");
     expectIgnored("kyr/a int_array\r\n", Reason::CarriageReturn,
                   "the carriage return is part of the type \"int_array\r\"");
 }
@@ -110,27 +110,25 @@ TEST(ConfigReaderTest, IgnoresUnknownAndMissingTypes) {
     expectIgnored("kyr/a Float\n", Reason::UnknownType, "unknown type \"Float\"");
     expectIgnored("kyr/a long\n", Reason::UnknownType, "unknown type \"long\"");
     expectIgnored("float kyr/a\n", Reason::UnknownType, "unknown type \"kyr/a\"");
-    expectIgnored("kyr/a\n", Reason::NoType, "no type behind the name \"kyr/a\"");
-    expectIgnored("kyr/a \n", Reason::NoType, "no type behind the name \"kyr/a\"");
-    expectIgnored("kyr/a # float\n", Reason::NoType, "no type behind the name \"kyr/a\"");
+    expectIgnored("kyr/a\n", Reason::NoType, "no type after the name \"kyr/a\"");
+    expectIgnored("kyr/a \n", Reason::NoType, "no type after the name \"kyr/a\"");
+    expectIgnored("kyr/a # float\n", Reason::NoType, "no type after the name \"kyr/a\"");
 }
 
 TEST(ConfigReaderTest, IgnoresWhatACommentSignCuts) {
     expectIgnored("kyr/x#y float\n", Reason::CutByComment,
-                  "the comment sign cuts the line behind \"kyr/x\"");
+                  "the comment sign cuts the line after \"kyr/x\"");
     expectIgnored("kyr/x flo#at\n", Reason::CutByComment,
-                  "the comment sign cuts the line behind \"flo\"");
+                  "the comment sign cuts the line after \"flo\"");
     expectIgnored("kyr/x int_array#8\n", Reason::CutByComment,
-                  "no number of elements behind int_array");
+                  "no number of elements after int_array");
 }
 
 TEST(ConfigReaderTest, IgnoresSizesThatAreNone) {
-    expectIgnored("kyr/a int_array\n", Reason::NoSize, "no number of elements behind int_array");
-    expectIgnored("kyr/a byte_array \n", Reason::NoSize, "no number of elements behind byte_array");
-    expectIgnored("kyr/a int_array many\n", Reason::SizeNoNumber,
-                  "the number of elements \"many\" is none");
-    expectIgnored("kyr/a int_array - 5\n", Reason::SizeNoNumber,
-                  "the number of elements \"-\" is none");
+    expectIgnored("kyr/a int_array\n", Reason::NoSize, "no number of elements after int_array");
+    expectIgnored("kyr/a byte_array \n", Reason::NoSize, "no number of elements after byte_array");
+    expectIgnored("kyr/a int_array many\n", Reason::SizeNoNumber, "\"many\" is not a number");
+    expectIgnored("kyr/a int_array - 5\n", Reason::SizeNoNumber, "\"-\" is not a number");
     expectIgnored("kyr/a int_array 0\n", Reason::SizeBelowOne,
                   "the number of elements \"0\" reads as 0, below 1");
     expectIgnored("kyr/a int_array -3\n", Reason::SizeBelowOne,

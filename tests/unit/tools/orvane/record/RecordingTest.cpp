@@ -112,12 +112,11 @@ TEST_F(RecordingTest, ReportsEveryLineThatIsWrong) {
               "r:8: a quote is not closed\n");
 }
 
-TEST_F(RecordingTest, ReportsAHeaderThatIsNone) {
+TEST_F(RecordingTest, ReportsAHeaderThatIsWrong) {
     read("");
-    EXPECT_EQ(problemText, "r:1: this is no recording: it has no header\n");
+    EXPECT_EQ(problemText, "r:1: not a recording: it has no header\n");
     read("pitch,roll\n0,0\n");
-    EXPECT_EQ(problemText,
-              "r:1: this is no recording: its first line is not \"time,NAME:TYPE,...\"\n");
+    EXPECT_EQ(problemText, "r:1: not a recording: its first line is not \"time,NAME:TYPE,...\"\n");
     read("time,sim/f:float,sim/f:int,sim/g\n");
     EXPECT_EQ(problemText, "r:1: sim/g: the type is missing\n");
     read("time,sim/f:float,sim/f:int\n");
