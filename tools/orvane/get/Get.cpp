@@ -27,8 +27,8 @@ type, the first one is taken of float, int, float[64] and int[64] that is not 0,
 and of an array the elements up to the last one that is not 0. Give the type
 where 0 matters.
 
-NAME[3] is one element of an array, NAME[2:5] are its elements 2, 3 and 4; they are
-of type int or float.
+NAME[3] is one element of an array, NAME[2:5] are its elements 2, 3 and 4; they
+are of type int or float.
 
 One NAME prints its value alone; several print a line NAME=VALUE each, as "set"
 takes it. A name that the simulator does not have makes the exit status 3; the

@@ -29,11 +29,11 @@ constexpr double kUsualRate = 20;
 
 constexpr Description kRecord{
     "record", "Record the values of datarefs in a file",
-    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get"; where no type is
-given and a value is not 0 at the start, the type is found out, else float is
+    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get". Where no type is
+given and a value is not 0 at the start, the type is found out; else float is
 recorded. All datarefs of a row are read together, and each row is written as a
-whole and at once: whatever ends a recording, its file is complete up to its last
-line. Ctrl-C is the usual end.
+whole and at once: whatever ends a recording, its file is complete up to its
+last line. Ctrl-C is the usual end.
 
 The file is CSV: "time" in seconds, then a column for each dataref, headed
 NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.

@@ -82,7 +82,7 @@ private:
         });
     }
 
-    // Whether there was none.
+    // True when there was nothing to complain of.
     bool complainOfFailure(const std::function<void()>& step) {
         try {
             step();

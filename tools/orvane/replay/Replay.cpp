@@ -36,9 +36,8 @@ written, and refused with exit status 5 when any line is wrong; a last line that
 was cut off is left out, with a note. Ctrl-C ends a replay; the values stay as
 they are then.
 
-A write takes two frames of the simulator, and four where elements of arrays
-are written. A row that is due earlier waits; where rows are late, a note says how
-much.
+A write takes two frames of the simulator, and four where elements of arrays are
+written. Where rows get late by that, a note at the end says how much.
 
 The simulator drops what it cannot write, and moves on what it moves by itself:
 at the end the datarefs are read once, and those that do not have their last

@@ -30,14 +30,14 @@ float[N], which is the first N elements; the elements of an array are given with
 commas between them. Without a type, a value is written as a float and, if it is
 whole, as an int until the dataref has it.
 
-Elements of an array are NAME[3] or NAME[2:5], which is 2, 3 and 4, of type int or
-float. The protocol writes arrays from their first element on: the elements
+Elements of an array are NAME[3] or NAME[2:5], which is 2, 3 and 4, of type int
+or float. The protocol writes arrays from their first element on: the elements
 before are read, and written back together with the new ones.
 
 Each value is read back. One that the simulator did not take - because the
 dataref cannot be written, is of another type, or is set by the simulator itself
-- makes the exit status 3. Where the simulator lacks one of the datarefs, nothing
-is written at all.
+- makes the exit status 3. Where the simulator lacks one of the datarefs,
+nothing is written at all.
 
 Examples:
   orvane set sim/time/zulu_time_sec=43200
