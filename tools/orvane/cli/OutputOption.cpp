@@ -6,8 +6,10 @@ namespace orvane::tool {
 
 CLI::Option* declareOutput(CLI::App& command, std::string& path, bool& mayOverwrite,
                            const std::string& description) {
+    CLI::Option* const output =
+        command.add_option("-o,--output", path, description)->type_name("FILE");
     command.add_flag("--force", mayOverwrite, "Overwrite that file if it exists");
-    return command.add_option("-o,--output", path, description)->type_name("FILE");
+    return output;
 }
 
 } // namespace orvane::tool
