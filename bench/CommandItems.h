@@ -9,12 +9,11 @@
 // Items that run commands, one for each.
 class CommandCase : public DataMessageCase {
 protected:
-    static constexpr std::int32_t kCommand = 6;
-
     CommandCase(std::int64_t count, bool hold) {
         std::vector<InputRecord> records;
         for (const auto& name : world.DefineCommands(count)) {
-            records.push_back({.targetType = kCommand, .hold = hold ? 1 : 0, .target = name});
+            records.push_back(
+                {.targetType = RecordType::Command, .hold = hold ? 1 : 0, .target = name});
             commands.push_back(XPLMFindCommand(name.c_str()));
         }
         define(records);

@@ -8,16 +8,7 @@
 
 namespace {
 
-constexpr std::int32_t kInt = 1;
-constexpr std::int32_t kFloat = 2;
-constexpr std::int32_t kIntArray = 3;
-constexpr std::int32_t kFloatArray = 4;
-
-// Scaling modes.
-constexpr std::int32_t kNone = 0;
-constexpr std::int32_t kIntRange = 1;
-constexpr std::int32_t kFloatRange = 2;
-constexpr std::int32_t kDatarefRange = 3;
+constexpr std::int32_t kUnscaled = 0;
 
 std::int32_t rawValue(std::size_t item) {
     return static_cast<std::int32_t>(item * 997 % 65535 + 1);
@@ -52,7 +43,7 @@ public:
     explicit IntItems(std::int64_t count) {
         std::vector<InputRecord> records;
         for (const auto& name : world.DefineDatarefs("ints", xplmType_Int, count)) {
-            records.push_back({.targetType = kInt, .target = name});
+            records.push_back({.targetType = RecordType::Int, .target = name});
             datarefs.push_back(XPLMFindDataRef(name.c_str()));
         }
         define(records);
@@ -83,7 +74,8 @@ private:
 // Axes. With a range of two datarefs both are read for each item, as they may change.
 class FloatItems final : public SetterCase<float> {
 public:
-    FloatItems(std::int64_t count, std::int32_t scaling) : readsRange(scaling == kDatarefRange) {
+    FloatItems(std::int64_t count, std::int32_t scaling)
+        : readsRange(scaling == RecordScaling::DatarefRange) {
         const auto names = world.DefineDatarefs("floats", xplmType_Float, count);
         const auto minima = world.DefineDatarefs("minima", xplmType_Float, count);
         const auto maxima = world.DefineDatarefs("maxima", xplmType_Float, count);
@@ -92,9 +84,9 @@ public:
             world.simulator.Datarefs().SetFloat(minima[i], -1.0F);
             records.push_back({.intMinimum = -100,
                                .intMaximum = 100,
-                               .targetType = kFloat,
+                               .targetType = RecordType::Float,
                                .scaling = scaling,
-                               .rangeType = kFloat,
+                               .rangeType = RecordType::Float,
                                .floatMinimum = -0.5F,
                                .floatMaximum = 0.5F,
                                .rangeMinimumName = minima[i],
@@ -202,17 +194,17 @@ void addFloatFigure(const std::string& name, std::int32_t scaling) {
 
 void addFigures() {
     addFigureOf("int", [](std::int64_t count) { return IntItems(count); });
-    addFloatFigure("float", kNone);
-    addFloatFigure("float_int_range", kIntRange);
-    addFloatFigure("float_float_range", kFloatRange);
-    addFloatFigure("float_dataref_range", kDatarefRange);
+    addFloatFigure("float", kUnscaled);
+    addFloatFigure("float_int_range", RecordScaling::IntRange);
+    addFloatFigure("float_float_range", RecordScaling::FloatRange);
+    addFloatFigure("float_dataref_range", RecordScaling::DatarefRange);
     addFigureOf("int_array_element", [](std::int64_t count) {
-        return ArrayElementItems<int>(count, xplmType_IntArray, kIntArray, XPLMGetDatavi,
+        return ArrayElementItems<int>(count, xplmType_IntArray, RecordType::IntArray, XPLMGetDatavi,
                                       XPLMSetDatavi);
     });
     addFigureOf("float_array_element", [](std::int64_t count) {
-        return ArrayElementItems<float>(count, xplmType_FloatArray, kFloatArray, XPLMGetDatavf,
-                                        XPLMSetDatavf);
+        return ArrayElementItems<float>(count, xplmType_FloatArray, RecordType::FloatArray,
+                                        XPLMGetDatavf, XPLMSetDatavf);
     });
     addFigureOf("command_once", [](std::int64_t count) { return CommandOnceItems(count); });
     addFigureOf("command_hold", [](std::int64_t count) { return CommandHoldItems(count); });

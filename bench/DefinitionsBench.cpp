@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::int32_t kFloat = 2;
-
 constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
 class DefinitionsCase {
@@ -42,12 +40,12 @@ public:
         std::vector<OutputRecord> outputs;
         for (const auto& name : world.DefineDatarefs("inputs", xplmType_Float, count)) {
             const auto action = static_cast<std::int32_t>(inputs.size()) + 1;
-            inputs.push_back({.action = action, .targetType = kFloat, .target = name});
+            inputs.push_back({.action = action, .targetType = RecordType::Float, .target = name});
             names.push_back(name);
         }
         for (const auto& name : world.DefineDatarefs("outputs", xplmType_Float, count)) {
             const auto id = static_cast<std::uint32_t>(outputs.size()) + 1;
-            outputs.push_back({.id = id, .name = name, .type = kFloat});
+            outputs.push_back({.id = id, .name = name, .type = RecordType::Float});
             names.push_back(name);
         }
         request = definitionsMessage(inputs, outputs);
@@ -78,7 +76,8 @@ public:
         std::vector<OutputRecord> outputs;
         for (std::int64_t i = 0; i < count; ++i) {
             const std::string name = "kyr/bench/output_" + std::to_string(1000 + i);
-            outputs.push_back({.id = static_cast<std::uint32_t>(i), .name = name, .type = kFloat});
+            outputs.push_back(
+                {.id = static_cast<std::uint32_t>(i), .name = name, .type = RecordType::Float});
             lines.push_back(name + " float");
         }
         request = definitionsMessage({}, outputs);

@@ -64,7 +64,7 @@ public:
         std::vector<OutputRecord> records;
         for (const auto& name : world.DefineDatarefs("floats", xplmType_Float, count)) {
             const auto id = static_cast<std::uint32_t>(records.size()) + kFirstIdentifier;
-            records.push_back({.id = id, .name = name, .type = 2});
+            records.push_back({.id = id, .name = name, .type = RecordType::Float});
             outputs.push_back({id, XPLMFindDataRef(name.c_str())});
         }
         define(records);
@@ -96,14 +96,14 @@ class ArrayOutput final : public OutputStreamCase {
 public:
     using Getter = int (*)(XPLMDataRef, Element*, int, int);
 
-    ArrayOutput(std::int64_t elements, XPLMDataTypeID type, std::int32_t tarnelType, Getter getter)
+    ArrayOutput(std::int64_t elements, XPLMDataTypeID type, std::int32_t recordType, Getter getter)
         : OutputStreamCase(kHeadSize + static_cast<std::size_t>(elements) * 4 + kTrailerSize),
           elements(static_cast<int>(elements)),
           getter(getter) {
         const std::string name = world.DefineDatarefs("array", type, 1, this->elements).front();
         dataref = XPLMFindDataRef(name.c_str());
         define(
-            {{.id = kFirstIdentifier, .name = name, .type = tarnelType, .count = this->elements}});
+            {{.id = kFirstIdentifier, .name = name, .type = recordType, .count = this->elements}});
     }
 
     void Check() { check(*this); }
@@ -128,9 +128,10 @@ void addFigures() {
     addFigure("OutputStream/float", {1, 10, 100, 1000, 10000},
               [](std::int64_t count) { return FloatOutputs(count); });
     addFigure("OutputStream/int_array", {10, 100, 1000, 10000}, [](std::int64_t count) {
-        return ArrayOutput<int>(count, xplmType_IntArray, 3, XPLMGetDatavi);
+        return ArrayOutput<int>(count, xplmType_IntArray, RecordType::IntArray, XPLMGetDatavi);
     });
     addFigure("OutputStream/float_array", {10, 100, 1000, 10000}, [](std::int64_t count) {
-        return ArrayOutput<float>(count, xplmType_FloatArray, 4, XPLMGetDatavf);
+        return ArrayOutput<float>(count, xplmType_FloatArray, RecordType::FloatArray,
+                                  XPLMGetDatavf);
     });
 }

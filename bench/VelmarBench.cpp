@@ -16,9 +16,6 @@ constexpr std::uint32_t kRead = 5;
 constexpr std::uint32_t kWrite = 6;
 constexpr std::uint32_t kSuccess = 1;
 
-constexpr std::uint32_t kFloat = 2;
-constexpr std::uint32_t kFloatArray = 5;
-
 constexpr std::size_t kHeadSize = 12;
 constexpr std::size_t kLengthSize = 4;
 
@@ -91,7 +88,8 @@ private:
 
 class FloatReads final : public VelmarCase {
 public:
-    explicit FloatReads(std::int64_t count) : VelmarCase(count, xplmType_Float, kFloat, 0, 4) {
+    explicit FloatReads(std::int64_t count)
+        : VelmarCase(count, xplmType_Float, VelmarValueType::Float, 0, 4) {
         appendReads();
     }
 
@@ -110,7 +108,7 @@ public:
 class FloatWrites final : public VelmarCase {
 public:
     explicit FloatWrites(std::int64_t count)
-        : VelmarCase(count, xplmType_Float, kFloat, 0, 4), values(datarefs.size()) {
+        : VelmarCase(count, xplmType_Float, VelmarValueType::Float, 0, 4), values(datarefs.size()) {
         std::iota(values.begin(), values.end(), 0.25F);
         for (std::uint32_t id = 0; id < datarefs.size(); ++id) {
             append(writeDataref(id, f32(values[id])));
@@ -149,8 +147,8 @@ private:
 class ArrayRead final : public VelmarCase {
 public:
     explicit ArrayRead(std::int64_t elements)
-        : VelmarCase(1, xplmType_FloatArray, kFloatArray, static_cast<int>(elements),
-                     static_cast<std::size_t>(elements) * 4),
+        : VelmarCase(1, xplmType_FloatArray, VelmarValueType::FloatArray,
+                     static_cast<int>(elements), static_cast<std::size_t>(elements) * 4),
           size(static_cast<int>(elements)) {
         appendReads();
     }
@@ -171,7 +169,8 @@ private:
 class ArrayWrite final : public VelmarCase {
 public:
     explicit ArrayWrite(std::int64_t elements)
-        : VelmarCase(1, xplmType_FloatArray, kFloatArray, static_cast<int>(elements), 0),
+        : VelmarCase(1, xplmType_FloatArray, VelmarValueType::FloatArray,
+                     static_cast<int>(elements), 0),
           values(static_cast<std::size_t>(elements)) {
         std::iota(values.begin(), values.end(), 0.25F);
         Bytes value;

@@ -8,8 +8,6 @@
 
 namespace {
 
-enum Type { kIntArray = 3, kFloatArray = 4 };
-
 class BadInputTest : public EndToEndTest {
 protected:
     BadInputTest() { startSimulator(); }
@@ -36,7 +34,7 @@ protected:
         EXPECT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
     }
 
-    const Bytes poll = tarnel(dataMessage({}));
+    const Bytes poll = tarnelRequest(dataMessage({}));
 };
 
 TEST_F(BadInputTest, EndsTheSimulatorWhenInputRecordsAreAnnouncedButMissing) {
@@ -85,8 +83,8 @@ TEST_F(BadInputTest, EndsTheSimulatorWhenAVelmarDatarefsNameIsTorn) {
 
 TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithoutATrace) {
     const std::string fileBefore = directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg");
-    expectClosed(tarnel(definitionsMessage(
-        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = -1}})));
+    expectClosed(tarnelRequest(definitionsMessage(
+        {}, {{.id = 1, .name = "kyr/negative", .type = RecordType::IntArray, .count = -1}})));
     EXPECT_TRUE(
         simulator->LastLogMessage().starts_with("Warning@TcpConnection::ProcessEvents : Feed() : "))
         << simulator->LastLogMessage();
@@ -95,29 +93,31 @@ TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithout
 
     // The name is as free as before.
     TestClient client;
-    client.Exchange(*simulator,
-                    tarnel(definitionsMessage(
-                        {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = 2}})));
+    client.Exchange(
+        *simulator,
+        tarnelRequest(definitionsMessage(
+            {}, {{.id = 1, .name = "kyr/negative", .type = RecordType::IntArray, .count = 2}})));
     EXPECT_EQ(simulator->Get("kyr/negative"), "0,0");
 }
 
 TEST_F(BadInputTest, SendsZerosForElementsThatADatarefDoesNotHave) {
     simulator->Ask("set test/floats 1,1,1,1,1,1,1,1");
     TestClient client;
-    EXPECT_EQ(
-        client.Exchange(
-            *simulator,
-            tarnel(definitionsMessage(
-                {},
-                {{.id = 1, .name = "test/floats", .type = kFloatArray, .first = 7, .count = 3}}))),
-        join({fromHex("01 00 00 00 0C 00 00 00 00 00 80 3F 00 00 00 00 00 00 00 00"),
-              trailer(kAircraftOne)}));
+    EXPECT_EQ(client.Exchange(*simulator,
+                              tarnelRequest(definitionsMessage({}, {{.id = 1,
+                                                                     .name = "test/floats",
+                                                                     .type = RecordType::FloatArray,
+                                                                     .first = 7,
+                                                                     .count = 3}}))),
+              join({fromHex("01 00 00 00 0C 00 00 00 00 00 80 3F 00 00 00 00 00 00 00 00"),
+                    trailer(kAircraftOne)}));
 }
 
 TEST_F(BadInputTest, AnswersAnUnknownMessageWithTheOutputs) {
     TestClient client;
-    EXPECT_EQ(client.Exchange(*simulator, tarnel(fromHex("01 02 03 04 05 06 07 08 09 0A 0B 0C"))),
-              trailer(kAircraftOne));
+    EXPECT_EQ(
+        client.Exchange(*simulator, tarnelRequest(fromHex("01 02 03 04 05 06 07 08 09 0A 0B 0C"))),
+        trailer(kAircraftOne));
     EXPECT_EQ(simulator->LogText(), "");
 }
 

@@ -6,8 +6,6 @@
 
 namespace {
 
-enum Type { kInt = 1, kFloatArray = 4 };
-
 class ConnectionTest : public EndToEndTest {
 protected:
     ConnectionTest() {
@@ -27,14 +25,16 @@ protected:
 
     // An answer of 16 MB, more than the kernel takes at once.
     void requestHugeAnswer(TestClient& client) {
-        client.Send(tarnel(definitionsMessage(
-            {}, {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 4'000'000}})));
+        client.Send(tarnelRequest(definitionsMessage({}, {{.id = 1,
+                                                           .name = "test/floats",
+                                                           .type = RecordType::FloatArray,
+                                                           .count = 4'000'000}})));
     }
 
     int openFiles() { return static_cast<int>(simulator->AskNumber("fds")); }
 
-    const Bytes version = tarnel(versionMessage());
-    const Bytes poll = tarnel(dataMessage({}));
+    const Bytes version = tarnelRequest(versionMessage());
+    const Bytes poll = tarnelRequest(dataMessage({}));
 };
 
 TEST_F(ConnectionTest, WaitsForTheRestOfASplitIdentification) {
@@ -65,8 +65,9 @@ TEST_F(ConnectionTest, SkipsAnUnknownIdentificationSilentlyFourBytesAReceive) {
 
 TEST_F(ConnectionTest, AnswersATornMessageWithTheOutputsAndLosesItsPlaceInTheStream) {
     TestClient client;
-    const Bytes definitions = definitionsMessage({}, {{.id = 1, .name = "test/int", .type = kInt}});
-    client.Send(tarnel({definitions.begin(), definitions.begin() + 100}));
+    const Bytes definitions =
+        definitionsMessage({}, {{.id = 1, .name = "test/int", .type = RecordType::Int}});
+    client.Send(tarnelRequest({definitions.begin(), definitions.begin() + 100}));
     EXPECT_EQ(client.Answer(*simulator), trailer(kAircraftOne));
     EXPECT_EQ(simulator->LastLogMessage(),
               "Error@TarnelProtocol::tryParseConfig : numBytes (100) < packetSize(136)");
@@ -81,8 +82,8 @@ TEST_F(ConnectionTest, HandlesALargeRequestWholeThatArrivedBetweenTwoFrames) {
     TestClient client;
     client.Exchange(*simulator, version);
     // 4 + 20 + 356 * 488 + 116 bytes, some 174 KB.
-    const Bytes definitions =
-        tarnel(definitionsMessage(std::vector<InputRecord>(356), {{.id = 1, .type = kInt}}));
+    const Bytes definitions = tarnelRequest(
+        definitionsMessage(std::vector<InputRecord>(356), {{.id = 1, .type = RecordType::Int}}));
     ASSERT_EQ(definitions.size(), 173868U);
     client.Send(definitions);
     ASSERT_TRUE(client.IsDelivered());

@@ -8,8 +8,6 @@
 
 namespace {
 
-enum Type { kInt = 1, kFloatArray = 4, kCommand = 6 };
-
 constexpr int kWarmUp = 10;
 constexpr int kTimes = 100;
 
@@ -20,18 +18,18 @@ protected:
 
     // Everything a client can make the plugin keep: definitions, datarefs, commands.
     static Bytes definitions() {
-        return tarnel(definitionsMessage(
-            {{.action = 1, .targetType = kInt, .target = "test/int"},
-             {.action = 1, .targetType = kCommand, .hold = 1, .target = "test/hold"}},
-            {{.id = 1, .name = "kyr/numbers", .type = kFloatArray, .count = 1500},
-             {.id = 2, .name = "kyr/test_command", .type = kCommand}}));
+        return tarnelRequest(definitionsMessage(
+            {{.action = 1, .targetType = RecordType::Int, .target = "test/int"},
+             {.action = 1, .targetType = RecordType::Command, .hold = 1, .target = "test/hold"}},
+            {{.id = 1, .name = "kyr/numbers", .type = RecordType::FloatArray, .count = 1500},
+             {.id = 2, .name = "kyr/test_command", .type = RecordType::Command}}));
     }
 
     void expectServed(TestClient& client) {
-        const Bytes answer = client.Exchange(*simulator, tarnel(versionMessage()));
+        const Bytes answer = client.Exchange(*simulator, tarnelRequest(versionMessage()));
         ASSERT_EQ(toHex(answer), "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
         client.Exchange(*simulator, definitions());
-        client.Exchange(*simulator, tarnel(dataMessage({{1, 1}})));
+        client.Exchange(*simulator, tarnelRequest(dataMessage({{1, 1}})));
     }
 
     void expectOk(const std::string& command) {

@@ -10,8 +10,6 @@ namespace {
 
 constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
-enum Type { kInt = 1, kFloat = 2 };
-
 class LifecycleTest : public EndToEndTest {
 protected:
     void expectCleanEnd() {
@@ -21,7 +19,7 @@ protected:
     }
 
     Bytes exchange(TestClient& client) {
-        return client.Exchange(*simulator, tarnel(versionMessage()));
+        return client.Exchange(*simulator, tarnelRequest(versionMessage()));
     }
 
     const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
@@ -66,8 +64,9 @@ TEST_F(LifecycleTest, DeclaresAClientsDatarefInTheConfigurationFileOnce) {
     const std::string before = directory.Read(kConfigFile);
     TestClient client;
     for (int i = 0; i < 2; ++i) {
-        client.Exchange(*simulator, tarnel(definitionsMessage(
-                                        {}, {{.id = 1, .name = "kyr/gauge", .type = kFloat}})));
+        client.Exchange(*simulator,
+                        tarnelRequest(definitionsMessage(
+                            {}, {{.id = 1, .name = "kyr/gauge", .type = RecordType::Float}})));
     }
     EXPECT_EQ(directory.Read(kConfigFile), before + "\nkyr/gauge float");
 }
@@ -110,7 +109,7 @@ TEST_F(LifecycleTest, ARequestWaitsWhileThePluginIsDisabled) {
 TEST_F(LifecycleTest, StopsWhileAnAnswerIsHalfSent) {
     startSimulator();
     TestClient client(4096);
-    client.Send(tarnel(
+    client.Send(tarnelRequest(
         definitionsMessage({}, {{.id = 1, .name = "test/floats", .type = 4, .count = 4'000'000}})));
     simulator->Step(10);
     ASSERT_FALSE(client.Received().empty());
@@ -120,7 +119,7 @@ TEST_F(LifecycleTest, StopsWhileAnAnswerIsHalfSent) {
 TEST_F(LifecycleTest, UnloadsWithACommandSubscribedAndPressesItAfterwards) {
     startSimulator();
     TestClient client;
-    client.Exchange(*simulator, tarnel(definitionsMessage(
+    client.Exchange(*simulator, tarnelRequest(definitionsMessage(
                                     {}, {{.id = 1, .name = "kyr/test_command", .type = 6}})));
     EXPECT_TRUE(simulator->Ask("stop").starts_with("ok"));
     EXPECT_TRUE(simulator->Ask("command once kyr/test_command").starts_with("ok"));
@@ -131,7 +130,7 @@ TEST_F(LifecycleTest, PassesACommandOnAfterItsClientHasGone) {
     startSimulator();
     {
         TestClient client;
-        client.Exchange(*simulator, tarnel(definitionsMessage(
+        client.Exchange(*simulator, tarnelRequest(definitionsMessage(
                                         {}, {{.id = 1, .name = "kyr/test_command", .type = 6}})));
     }
     simulator->Step(5);

@@ -5,24 +5,23 @@
 
 namespace {
 
-enum Type { kInt = 1, kFloat = 2, kIntArray = 3, kFloatArray = 4, kCommand = 6 };
-enum Scaling { kIntRange = 1, kFloatRange = 2, kDatarefRange = 3 };
-
 class TarnelExchangeTest : public EndToEndTest {
 protected:
     TarnelExchangeTest() { startSimulator(); }
 
     Bytes define(TestClient& client, const std::vector<InputRecord>& inputs,
                  const std::vector<OutputRecord>& outputs) {
-        return client.Exchange(*simulator, tarnel(definitionsMessage(inputs, outputs)));
+        return client.Exchange(*simulator, tarnelRequest(definitionsMessage(inputs, outputs)));
     }
 
     Bytes send(TestClient& client, std::uint32_t action, std::int32_t value) {
-        return client.Exchange(*simulator, tarnel(dataMessage({{action, value}})));
+        return client.Exchange(*simulator, tarnelRequest(dataMessage({{action, value}})));
     }
 
     // An answer tells that the request was executed only in the next frame's values.
-    Bytes poll(TestClient& client) { return client.Exchange(*simulator, tarnel(dataMessage({}))); }
+    Bytes poll(TestClient& client) {
+        return client.Exchange(*simulator, tarnelRequest(dataMessage({})));
+    }
 };
 
 TEST_F(TarnelExchangeTest, ShakesHandsByteByByte) {
@@ -40,20 +39,20 @@ TEST_F(TarnelExchangeTest, AnswersABareIdentificationWithTheAircraft) {
 }
 
 const std::vector<InputRecord> kInputs{
-    {.action = 1, .targetType = kInt, .target = "test/int"},
+    {.action = 1, .targetType = RecordType::Int, .target = "test/int"},
     {.action = 2,
-     .targetType = kFloat,
-     .scaling = kFloatRange,
+     .targetType = RecordType::Float,
+     .scaling = RecordScaling::FloatRange,
      .floatMinimum = -1.0F,
      .floatMaximum = 1.0F,
      .target = "test/float"},
-    {.action = 3, .targetIndex = 2, .targetType = kIntArray, .target = "test/ints"}};
+    {.action = 3, .targetIndex = 2, .targetType = RecordType::IntArray, .target = "test/ints"}};
 
 const std::vector<OutputRecord> kOutputs{
-    {.id = 10, .name = "test/int", .type = kInt},
-    {.id = 11, .name = "test/float", .type = kFloat},
-    {.id = 12, .name = "test/ints", .type = kIntArray, .first = 1, .count = 3},
-    {.id = 13, .name = "no/such", .type = kFloatArray, .count = 1},
+    {.id = 10, .name = "test/int", .type = RecordType::Int},
+    {.id = 11, .name = "test/float", .type = RecordType::Float},
+    {.id = 12, .name = "test/ints", .type = RecordType::IntArray, .first = 1, .count = 3},
+    {.id = 13, .name = "no/such", .type = RecordType::FloatArray, .count = 1},
     {.id = 14, .name = "test/int", .type = 5}};
 
 TEST_F(TarnelExchangeTest, DrivesInputsAndReportsOutputsByteByByte) {
@@ -99,19 +98,19 @@ TEST_F(TarnelExchangeTest, ScalesAnAxisInEveryMode) {
                            .targetIndex = element,
                            .intMinimum = -100,
                            .intMaximum = 100,
-                           .targetType = kFloatArray,
+                           .targetType = RecordType::FloatArray,
                            .scaling = scaling,
-                           .rangeType = kFloat,
+                           .rangeType = RecordType::Float,
                            .floatMinimum = -2.0F,
                            .floatMaximum = 2.0F,
                            .rangeMinimumName = "test/minimum",
                            .rangeMaximumName = "test/maximum",
                            .target = "test/floats"};
     };
-    define(
-        client,
-        {axis(1, kIntRange, 0), axis(1, kFloatRange, 1), axis(1, kDatarefRange, 2), axis(1, 0, 3)},
-        {});
+    define(client,
+           {axis(1, RecordScaling::IntRange, 0), axis(1, RecordScaling::FloatRange, 1),
+            axis(1, RecordScaling::DatarefRange, 2), axis(1, 0, 3)},
+           {});
     send(client, 1, 65535);
     EXPECT_EQ(simulator->Get("test/floats"), "100,2,5,1,0,0,0,0");
     send(client, 1, 0);
@@ -121,8 +120,8 @@ TEST_F(TarnelExchangeTest, ScalesAnAxisInEveryMode) {
 TEST_F(TarnelExchangeTest, RunsAndHoldsCommands) {
     TestClient client;
     define(client,
-           {{.action = 1, .targetType = kCommand, .target = "test/once"},
-            {.action = 2, .targetType = kCommand, .hold = 1, .target = "test/hold"}},
+           {{.action = 1, .targetType = RecordType::Command, .target = "test/once"},
+            {.action = 2, .targetType = RecordType::Command, .hold = 1, .target = "test/hold"}},
            {});
     send(client, 1, 1);
     send(client, 2, 1);
@@ -138,20 +137,20 @@ TEST_F(TarnelExchangeTest, RunsAndHoldsCommands) {
 TEST_F(TarnelExchangeTest, SharesAKyrDatarefBetweenClientsAndTheSimulator) {
     TestClient owner;
     const InputRecord input{.action = 1,
-                            .targetType = kFloat,
-                            .scaling = kFloatRange,
+                            .targetType = RecordType::Float,
+                            .scaling = RecordScaling::FloatRange,
                             .floatMinimum = 0.0F,
                             .floatMaximum = 8.0F,
                             .target = "kyr/test_value"};
     // The outputs of a message are made after its inputs, so a second one finds the dataref.
-    define(owner, {}, {{.id = 1, .name = "kyr/test_value", .type = kFloat}});
-    define(owner, {input}, {{.id = 1, .name = "kyr/test_value", .type = kFloat}});
+    define(owner, {}, {{.id = 1, .name = "kyr/test_value", .type = RecordType::Float}});
+    define(owner, {input}, {{.id = 1, .name = "kyr/test_value", .type = RecordType::Float}});
     send(owner, 1, 65535);
     EXPECT_EQ(simulator->Get("kyr/test_value"), "8");
 
     simulator->Ask("set kyr/test_value 0.5");
     TestClient reader;
-    EXPECT_EQ(define(reader, {}, {{.id = 9, .name = "kyr/test_value", .type = kFloat}}),
+    EXPECT_EQ(define(reader, {}, {{.id = 9, .name = "kyr/test_value", .type = RecordType::Float}}),
               join({fromHex("09 00 00 00 04 00 00 00 00 00 00 3F"), trailer(kAircraftOne)}));
 }
 
@@ -160,8 +159,9 @@ TEST_F(TarnelExchangeTest, ReportsACommandOfTheSimulatorsUser) {
     const auto state = [](const char* byte) {
         return join({fromHex("05 00 00 00 01 00 00 00"), fromHex(byte), trailer(kAircraftOne)});
     };
-    EXPECT_EQ(define(client, {}, {{.id = 5, .name = "kyr/test_command", .type = kCommand}}),
-              state("00"));
+    EXPECT_EQ(
+        define(client, {}, {{.id = 5, .name = "kyr/test_command", .type = RecordType::Command}}),
+        state("00"));
 
     simulator->Ask("command begin kyr/test_command");
     EXPECT_EQ(poll(client), state("01"));
@@ -178,8 +178,8 @@ TEST_F(TarnelExchangeTest, ReportsACommandOfTheSimulatorsUser) {
 TEST_F(TarnelExchangeTest, ReportsAnotherAircraftAndNoneAtAll) {
     TestClient client;
     const std::vector<OutputRecord> outputs{
-        {.id = 1, .name = "test/int", .type = kInt},
-        {.id = 2, .name = "kyr/test_command", .type = kCommand}};
+        {.id = 1, .name = "test/int", .type = RecordType::Int},
+        {.id = 2, .name = "kyr/test_command", .type = RecordType::Command}};
     simulator->Ask("set test/int 7");
     EXPECT_EQ(define(client, {}, outputs), join({fromHex("01 00 00 00 04 00 00 00 07 00 00 00 "
                                                          "02 00 00 00 01 00 00 00 00"),
@@ -198,19 +198,19 @@ TEST_F(TarnelExchangeTest, ReportsAnotherAircraftAndNoneAtAll) {
 TEST_F(TarnelExchangeTest, KeepsTwoClientsApart) {
     TestClient first;
     TestClient second;
-    define(first, {{.action = 1, .targetType = kInt, .target = "test/int"}},
-           {{.id = 1, .name = "test/int", .type = kInt}});
+    define(first, {{.action = 1, .targetType = RecordType::Int, .target = "test/int"}},
+           {{.id = 1, .name = "test/int", .type = RecordType::Int}});
     EXPECT_EQ(poll(second), trailer(kAircraftOne));
 
     define(second,
            {{.action = 1,
              .intMaximum = 65535,
-             .targetType = kFloat,
-             .scaling = kIntRange,
+             .targetType = RecordType::Float,
+             .scaling = RecordScaling::IntRange,
              .target = "test/float"}},
-           {{.id = 1, .name = "test/float", .type = kFloat}});
-    first.Send(tarnel(dataMessage({{1, 3}})));
-    second.Send(tarnel(dataMessage({{1, 4}})));
+           {{.id = 1, .name = "test/float", .type = RecordType::Float}});
+    first.Send(tarnelRequest(dataMessage({{1, 3}})));
+    second.Send(tarnelRequest(dataMessage({{1, 4}})));
     first.Answer(*simulator);
     second.Answer(*simulator);
     EXPECT_EQ(poll(first),
@@ -221,8 +221,8 @@ TEST_F(TarnelExchangeTest, KeepsTwoClientsApart) {
 
 TEST_F(TarnelExchangeTest, ReplacesAllDefinitionsByTheNextMessage) {
     TestClient client;
-    define(client, {{.action = 1, .targetType = kInt, .target = "test/int"}},
-           {{.id = 1, .name = "test/int", .type = kInt}});
+    define(client, {{.action = 1, .targetType = RecordType::Int, .target = "test/int"}},
+           {{.id = 1, .name = "test/int", .type = RecordType::Int}});
     EXPECT_EQ(define(client, {}, {}), trailer(kAircraftOne));
     send(client, 1, 5);
     EXPECT_EQ(simulator->Get("test/int"), "0");

@@ -6,16 +6,13 @@
 
 namespace {
 
-enum Type { kInt = 1, kFloat = 2, kByte = 3, kIntArray = 4, kFloatArray = 5 };
-enum Action { kOnce = 1, kBegin = 2, kEnd = 3 };
-
 class VelmarExchangeTest : public EndToEndTest {
 protected:
     VelmarExchangeTest() { startSimulator(); }
 
     // The request for these packets, and its answer in hex.
     std::string exchange(TestClient& client, const Bytes& packets) {
-        client.Send(join({fromHex("55 66 77 88"), packets}));
+        client.Send(velmarRequest(packets));
         return toHex(client.Answer(*simulator));
     }
 
@@ -27,14 +24,14 @@ protected:
 
 TEST_F(VelmarExchangeTest, AnswersEachOfTheEightPacketTypes) {
     TestClient client;
-    EXPECT_EQ(exchange(client, registerDataref(7, kFloat, 1, "test/float")),
+    EXPECT_EQ(exchange(client, registerDataref(7, VelmarValueType::Float, 1, "test/float")),
               "01 00 00 00 07 00 00 00 01 00 00 00");
     EXPECT_EQ(exchange(client, registerCommand(9, "test/once")),
               "03 00 00 00 09 00 00 00 01 00 00 00");
     EXPECT_EQ(exchange(client, writeDataref(7, f32(1.0F))), "06 00 00 00 07 00 00 00 01 00 00 00");
     EXPECT_EQ(exchange(client, readDataref(7)),
               "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00 00 00 80 3F");
-    EXPECT_EQ(exchange(client, runCommand(9, kOnce)), "");
+    EXPECT_EQ(exchange(client, runCommand(9, VelmarAction::Once)), "");
     EXPECT_EQ(exchange(client, pollCommandStates()), "01 00 00 00 09 00 00 00 02");
     EXPECT_EQ(exchange(client, unregisterCommand(9)), "04 00 00 00 09 00 00 00 01 00 00 00");
     EXPECT_EQ(exchange(client, unregisterDataref(7)), "02 00 00 00 07 00 00 00 01 00 00 00");
@@ -43,7 +40,7 @@ TEST_F(VelmarExchangeTest, AnswersEachOfTheEightPacketTypes) {
 
 TEST_F(VelmarExchangeTest, RefusesWhatTheSimulatorDoesNotKnow) {
     TestClient client;
-    EXPECT_EQ(exchange(client, registerDataref(1, kInt, 1, "no/such/dataref")),
+    EXPECT_EQ(exchange(client, registerDataref(1, VelmarValueType::Int, 1, "no/such/dataref")),
               "01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00");
     EXPECT_EQ(exchange(client, registerCommand(1, "no/such/command")),
               "03 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00");
@@ -54,8 +51,9 @@ TEST_F(VelmarExchangeTest, RefusesWhatTheSimulatorDoesNotKnow) {
 
 TEST_F(VelmarExchangeTest, AnswersSeveralPacketsOfOneRequestInOneFrame) {
     TestClient client;
-    client.Send(join({fromHex("55 66 77 88"), registerDataref(1, kInt, 1, "test/int"),
-                      writeDataref(1, u32(42)), readDataref(1), pollCommandStates()}));
+    client.Send(
+        join({fromHex("55 66 77 88"), registerDataref(1, VelmarValueType::Int, 1, "test/int"),
+              writeDataref(1, u32(42)), readDataref(1), pollCommandStates()}));
     EXPECT_EQ(toHex(client.AnswerFrame(*simulator)),
               "30 00 00 00 "
               "01 00 00 00 01 00 00 00 01 00 00 00 "
@@ -67,13 +65,14 @@ TEST_F(VelmarExchangeTest, AnswersSeveralPacketsOfOneRequestInOneFrame) {
 
 TEST_F(VelmarExchangeTest, SwitchesBetweenTheProtocolsMessageByMessage) {
     TestClient client;
-    exchange(client, registerDataref(1, kInt, 1, "test/int"));
-    EXPECT_EQ(client.Exchange(*simulator, tarnel(definitionsMessage(
-                                              {}, {{.id = 1, .name = "test/int", .type = kInt}}))),
+    exchange(client, registerDataref(1, VelmarValueType::Int, 1, "test/int"));
+    EXPECT_EQ(client.Exchange(*simulator,
+                              tarnelRequest(definitionsMessage(
+                                  {}, {{.id = 1, .name = "test/int", .type = RecordType::Int}}))),
               join({fromHex("01 00 00 00 04 00 00 00 00 00 00 00"), trailer(kAircraftOne)}));
     EXPECT_EQ(exchange(client, writeDataref(1, u32(5))), "06 00 00 00 01 00 00 00 01 00 00 00");
     // Each protocol has kept what it was told before.
-    EXPECT_EQ(client.Exchange(*simulator, tarnel(dataMessage({}))),
+    EXPECT_EQ(client.Exchange(*simulator, tarnelRequest(dataMessage({}))),
               join({fromHex("01 00 00 00 04 00 00 00 05 00 00 00"), trailer(kAircraftOne)}));
     EXPECT_EQ(exchange(client, readDataref(1)),
               "05 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 05 00 00 00");
@@ -82,9 +81,9 @@ TEST_F(VelmarExchangeTest, SwitchesBetweenTheProtocolsMessageByMessage) {
 TEST_F(VelmarExchangeTest, KeepsTheNumbersOfTwoClientsApart) {
     TestClient first;
     TestClient second;
-    exchange(first, registerDataref(1, kInt, 1, "test/int"));
+    exchange(first, registerDataref(1, VelmarValueType::Int, 1, "test/int"));
     EXPECT_EQ(exchange(second, readDataref(1)), "05 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00");
-    exchange(second, registerDataref(1, kFloat, 1, "test/float"));
+    exchange(second, registerDataref(1, VelmarValueType::Float, 1, "test/float"));
     exchange(first, writeDataref(1, u32(3)));
     exchange(second, writeDataref(1, f32(2.0F)));
     EXPECT_EQ(simulator->Get("test/int"), "3");
@@ -106,16 +105,16 @@ TEST_F(VelmarExchangeTest, ReportsACommandPressedBetweenTwoPolls) {
 TEST_F(VelmarExchangeTest, BeginsAndEndsACommand) {
     TestClient client;
     exchange(client, registerCommand(4, "test/hold"));
-    exchange(client, runCommand(4, kBegin));
+    exchange(client, runCommand(4, VelmarAction::Begin));
     expectEvents("test/hold", "end=0");
-    exchange(client, runCommand(4, kEnd));
+    exchange(client, runCommand(4, VelmarAction::End));
     expectEvents("test/hold", "end=1");
 }
 
 TEST_F(VelmarExchangeTest, WritesWholeArraysOfTheSimulator) {
     TestClient client;
-    exchange(client, registerDataref(1, kIntArray, 8, "test/ints"));
-    exchange(client, registerDataref(2, kFloatArray, 2, "test/floats"));
+    exchange(client, registerDataref(1, VelmarValueType::IntArray, 8, "test/ints"));
+    exchange(client, registerDataref(2, VelmarValueType::FloatArray, 2, "test/floats"));
     EXPECT_EQ(exchange(client, writeDataref(1, join({u32(1), u32(2), u32(3), u32(4), u32(5), u32(6),
                                                      u32(7), u32(8)}))),
               "06 00 00 00 01 00 00 00 01 00 00 00");
@@ -129,18 +128,18 @@ TEST_F(VelmarExchangeTest, WritesWholeArraysOfTheSimulator) {
 TEST_F(VelmarExchangeTest, NeverWritesTheLastElementOfThePluginsOwnArrays) {
     const char* const own = "kyr/external_forcescalefactor_value";
     TestClient client;
-    exchange(client, registerDataref(1, kIntArray, 4, own));
+    exchange(client, registerDataref(1, VelmarValueType::IntArray, 4, own));
     EXPECT_EQ(exchange(client, writeDataref(1, join({u32(1), u32(2), u32(3), u32(4)}))),
               "06 00 00 00 01 00 00 00 01 00 00 00");
     EXPECT_EQ(simulator->Get(own), "0,0,0,0");
-    exchange(client, registerDataref(2, kIntArray, 3, own));
+    exchange(client, registerDataref(2, VelmarValueType::IntArray, 3, own));
     exchange(client, writeDataref(2, join({u32(1), u32(2), u32(3)})));
     EXPECT_EQ(simulator->Get(own), "1,2,3,0");
 }
 
 TEST_F(VelmarExchangeTest, CarriesAnIntAsOneByte) {
     TestClient client;
-    exchange(client, registerDataref(1, kByte, 1, "test/int"));
+    exchange(client, registerDataref(1, VelmarValueType::Byte, 1, "test/int"));
     exchange(client, writeDataref(1, {0xFF}));
     EXPECT_EQ(simulator->Get("test/int"), "255");
     simulator->Ask("set test/int 258");

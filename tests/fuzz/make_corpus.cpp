@@ -15,8 +15,9 @@
 
 namespace {
 
-const Bytes kTarnel = u32(0x44332211);
-const Bytes kVelmar = u32(0x88776655);
+// The identifications alone.
+const Bytes kTarnel = tarnelRequest({});
+const Bytes kVelmar = velmarRequest({});
 
 using Messages = std::vector<Bytes>;
 

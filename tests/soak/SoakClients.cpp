@@ -10,20 +10,10 @@
 
 namespace {
 
-enum Type { kInt = 1, kFloat = 2, kFloatArray = 4, kCommand = 6 };
-
 constexpr std::size_t kAircraftEntry = 12;
 constexpr std::size_t kNumberEntry = 12;
 constexpr std::size_t kCommandEntry = 9;
 constexpr const char* kPitch = "sim/cockpit2/controls/yoke_pitch_ratio";
-
-Bytes tarnel(const Bytes& message) {
-    return join({fromHex("11 22 33 44"), message});
-}
-
-Bytes velmar(const Bytes& packets) {
-    return join({fromHex("55 66 77 88"), packets});
-}
 
 void expectSize(const Bytes& answer, std::size_t size) {
     if (answer.size() != size) {
@@ -51,22 +41,23 @@ void SoakClients::Play(std::size_t round) {
 void SoakClients::redefine(std::size_t round) {
     const std::size_t count = 1 + round % 40;
     const InputRecord input{.action = 1,
-                            .targetType = kFloat,
+                            .targetType = RecordType::Float,
                             .scaling = 2,
                             .floatMinimum = -1.0F,
                             .floatMaximum = 1.0F,
                             .target = kPitch};
-    std::vector<OutputRecord> outputs(count, {.id = 2, .name = kPitch, .type = kFloat});
-    outputs.push_back({.id = 3, .name = "kyr/soak_button", .type = kCommand});
-    const Bytes answer = controls.Exchange(simulator, tarnel(definitionsMessage({input}, outputs)));
+    std::vector<OutputRecord> outputs(count, {.id = 2, .name = kPitch, .type = RecordType::Float});
+    outputs.push_back({.id = 3, .name = "kyr/soak_button", .type = RecordType::Command});
+    const Bytes answer =
+        controls.Exchange(simulator, tarnelRequest(definitionsMessage({input}, outputs)));
     expectSize(answer, count * kNumberEntry + kCommandEntry + kAircraftEntry);
 }
 
 // The value that an axis is moved to, and the button pressed, are seen in the next answer.
 void SoakClients::fly() {
     simulator.Ask("command once kyr/soak_button");
-    const Bytes before = controls.Exchange(simulator, tarnel(dataMessage({{1, 65535}})));
-    const Bytes after = controls.Exchange(simulator, tarnel(dataMessage({{1, 0}})));
+    const Bytes before = controls.Exchange(simulator, tarnelRequest(dataMessage({{1, 65535}})));
+    const Bytes after = controls.Exchange(simulator, tarnelRequest(dataMessage({{1, 0}})));
     const auto buttonOf = [](const Bytes& answer) {
         return answer.at(answer.size() - kAircraftEntry - 1);
     };
@@ -81,26 +72,26 @@ void SoakClients::fly() {
 void SoakClients::registerAnew() {
     const Bytes answer = panel.Exchange(
         simulator,
-        velmar(join({registerDataref(7, 2, 0, "sim/time/zulu_time_sec"), readDataref(7),
-                     registerCommand(9, "sim/flight_controls/flaps_down"), runCommand(9, 1),
-                     pollCommandStates(), unregisterCommand(9), unregisterDataref(7)})));
+        velmarRequest(join({registerDataref(7, 2, 0, "sim/time/zulu_time_sec"), readDataref(7),
+                            registerCommand(9, "sim/flight_controls/flaps_down"), runCommand(9, 1),
+                            pollCommandStates(), unregisterCommand(9), unregisterDataref(7)})));
     // Two registrations, a float, a poll that lists the command, two farewells.
     expectSize(answer, 12 + 20 + 12 + 9 + 12 + 12);
 }
 
 void SoakClients::visitAndClose() {
     TestClient client;
-    expectSize(client.Exchange(simulator, tarnel(versionMessage())), 12);
+    expectSize(client.Exchange(simulator, tarnelRequest(versionMessage())), 12);
     const OutputRecord elements{
-        .id = 1, .name = "kyr/soak_elements", .type = kFloatArray, .count = 16};
-    expectSize(client.Exchange(simulator, tarnel(definitionsMessage({}, {elements}))),
+        .id = 1, .name = "kyr/soak_elements", .type = RecordType::FloatArray, .count = 16};
+    expectSize(client.Exchange(simulator, tarnelRequest(definitionsMessage({}, {elements}))),
                8 + 64 + kAircraftEntry);
     ++served;
 }
 
 void SoakClients::visitAndHalfClose() {
     TestClient client;
-    client.Send(velmar(registerCommand(1, "sim/flight_controls/flaps_down")));
+    client.Send(velmarRequest(registerCommand(1, "sim/flight_controls/flaps_down")));
     client.HalfClose();
     expectSize(client.Answer(simulator), 12);
     if (!client.IsClosedByServer(simulator)) {
@@ -114,8 +105,8 @@ void SoakClients::visitAndHalfClose() {
 // line.
 void SoakClients::visitAndVanish(std::size_t round) {
     TestClient client(4096);
-    client.Send(tarnel(definitionsMessage(
-        {}, {{.id = 1, .name = "no/such", .type = kFloatArray, .count = 2'000'000}})));
+    client.Send(tarnelRequest(definitionsMessage(
+        {}, {{.id = 1, .name = "no/such", .type = RecordType::FloatArray, .count = 2'000'000}})));
     const std::size_t frames = round % 5;
     simulator.Step(static_cast<int>(frames));
     client.Close();

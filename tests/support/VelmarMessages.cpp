@@ -41,3 +41,7 @@ Bytes runCommand(std::uint32_t id, std::uint8_t action) {
 Bytes pollCommandStates() {
     return u32(8);
 }
+
+Bytes velmarRequest(const Bytes& packets) {
+    return join({{0x55, 0x66, 0x77, 0x88}, packets});
+}

@@ -5,6 +5,14 @@
 
 #include "support/Bytes.h"
 
+struct VelmarValueType {
+    enum : std::uint32_t { Int = 1, Float = 2, Byte = 3, IntArray = 4, FloatArray = 5 };
+};
+// What to do with a command; anything else ends it, too.
+struct VelmarAction {
+    enum : std::uint8_t { Once = 1, Begin = 2, End = 3 };
+};
+
 // The packets of a Velmar client, written to the wire without a look at the plugin's own code and
 // without the identification of the protocol that goes before a request.
 Bytes registerDataref(std::uint32_t id, std::uint32_t type, std::uint32_t elements,
@@ -15,6 +23,7 @@ Bytes unregisterCommand(std::uint32_t id);
 Bytes readDataref(std::uint32_t id);
 // `value` goes with its length in front.
 Bytes writeDataref(std::uint32_t id, const Bytes& value);
-// 1 once, 2 begin, anything else end.
 Bytes runCommand(std::uint32_t id, std::uint8_t action);
 Bytes pollCommandStates();
+// The request for packets: the identification of the protocol, and the packets.
+Bytes velmarRequest(const Bytes& packets);

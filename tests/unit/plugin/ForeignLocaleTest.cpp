@@ -27,9 +27,6 @@ using testing::Each;
 using testing::EndsWith;
 using testing::MatchesRegex;
 
-enum Type { kIntArray = 3 };
-
-constexpr std::uint16_t kPort = 48000;
 constexpr const char* kLocalConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
 // Groups every digit, as some countries' locales group thousands.
@@ -58,14 +55,14 @@ protected:
 
     // Until an answer begins to arrive.
     void exchange(TcpPeer& client, const Bytes& message) {
-        client.Send(join({fromHex("11 22 33 44"), message}));
+        client.Send(tarnelRequest(message));
         EXPECT_TRUE(driveUntil([&] { simulator.RunFrame(0.02); },
                                [&] { return !client.Receive().empty(); }));
     }
 
     static Bytes twelveOutputs() {
         std::vector<OutputRecord> outputs(12);
-        outputs[0] = {.id = 1, .name = "kyr/wide", .type = kIntArray, .count = 1500};
+        outputs[0] = {.id = 1, .name = "kyr/wide", .type = RecordType::IntArray, .count = 1500};
         return definitionsMessage({}, outputs);
     }
 
@@ -85,7 +82,7 @@ TEST_F(ForeignLocaleTest, WouldGroupTheDigitsOfAStream) {
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheTimesOfTheLogAsTheyAre) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, versionMessage());
     EXPECT_THAT(simulator.Log().Lines(),
                 Each(MatchesRegex("XPlaneOrvane [0-9]{4}-[0-9]{1,2}-[0-9]{1,2} "
@@ -93,7 +90,7 @@ TEST_F(ForeignLocaleTest, LeavesTheTimesOfTheLogAsTheyAre) {
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheCountsOfADefinitionsMessageAsTheyAre) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, twelveOutputs());
     EXPECT_THAT(simulator.Log().Lines(),
                 Contains(MatchesRegex(".* Verbose@TcpConnection::ProcessEvents : recv\\(\\) "
@@ -108,7 +105,7 @@ TEST_F(ForeignLocaleTest, LeavesTheCountsOfADefinitionsMessageAsTheyAre) {
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheNumbersOfAnUnknownMessageAsTheyAre) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, join({fromHex("01 02 03 04"), zeros(16)}));
     expectLogged(
         "Verbose@TarnelProtocol::tryParseConfig defHeader.specifier(67305985) != "
@@ -119,30 +116,30 @@ TEST_F(ForeignLocaleTest, LeavesTheNumbersOfAnUnknownMessageAsTheyAre) {
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheNumbersOfShortMessagesAsTheyAre) {
-    TcpPeer empty(kPort);
+    TcpPeer empty(kPluginPort);
     exchange(empty, {});
     expectLogged(
         "Verbose@TarnelProtocol::tryParseConfig numBytes(0) < sizeof(DefinitionHeaderStruct)(20)");
     expectLogged("Verbose@TarnelProtocol::tryParseData numBytes(0) < sizeof(DataHeaderStruct)(12)");
 
-    TcpPeer torn(kPort);
+    TcpPeer torn(kPluginPort);
     exchange(torn, fromHex("DE AD BE EF 08 00 00 00 E8 03 00 00"));
     expectLogged("WARNING@TarnelProtocol::tryParseData : numBytes (12) < packetSize(8012)");
 
-    TcpPeer tornDefinitions(kPort);
+    TcpPeer tornDefinitions(kPluginPort);
     exchange(tornDefinitions,
              fromHex("C0 FF EE DD E8 01 00 00 03 00 00 00 74 00 00 00 00 00 00 00"));
     expectLogged("Error@TarnelProtocol::tryParseConfig : numBytes (20) < packetSize(1484)");
 }
 
 TEST_F(ForeignLocaleTest, LeavesAnUnknownActionAsItIs) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, dataMessage({{1'234'567, 0}}));
     expectLogged("WARNING@TarnelProtocol::tryParseData : unknown action id(1234567)");
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheNumberOfASocketErrorAsItIs) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, versionMessage());
     client.CloseWithReset();
     const std::string line =
@@ -152,7 +149,7 @@ TEST_F(ForeignLocaleTest, LeavesTheNumberOfASocketErrorAsItIs) {
 }
 
 TEST_F(ForeignLocaleTest, LeavesTheCountOfATornVelmarNameAsItIs) {
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     // 'A', 0x41, is the length of the name; 12 bytes of it are there.
     client.Send(join({fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41"),
                       name("sim/aircraft", 12)}));
@@ -167,7 +164,7 @@ TEST_F(ForeignLocaleTest, LeavesTheCountOfATornVelmarNameAsItIs) {
 
 TEST_F(ForeignLocaleTest, ReadsAndWritesTheSizesOfTheConfigurationFile) {
     EXPECT_EQ(simulator.Datarefs().GetIntArray("kyr/lamps").size(), 2000U);
-    TcpPeer client(kPort);
+    TcpPeer client(kPluginPort);
     exchange(client, twelveOutputs());
     EXPECT_TRUE(directory.Read(kLocalConfigFile).ends_with("\nkyr/wide int_array 1500"))
         << directory.Read(kLocalConfigFile);
