@@ -195,6 +195,23 @@ TEST_F(TarnelExchangeTest, ReportsAnotherAircraftAndNoneAtAll) {
                                   trailer("00 00 00 00")}));
 }
 
+TEST_F(TarnelExchangeTest, GivesACommandOutsideOfKyrItsIdentifierOnceAndNoValue) {
+    TestClient client;
+    const std::vector<OutputRecord> outputs{
+        {.id = 6, .name = "test/once", .type = kCommand},
+        {.id = 7, .name = "kyr/test_command", .type = kCommand}};
+    EXPECT_EQ(toHex(define(client, {}, outputs)),
+              "06 00 00 00 "
+              "07 00 00 00 01 00 00 00 00 "
+              "FF FF 00 00 04 00 00 00 B1 2E 85 B9");
+    simulator->Ask("command begin test/once");
+    simulator->Ask("aircraft unload");
+    EXPECT_EQ(toHex(poll(client)),
+              "06 00 00 00 "
+              "07 00 00 00 07 00 00 00 01 00 00 00 00 "
+              "FF FF 00 00 04 00 00 00 00 00 00 00");
+}
+
 TEST_F(TarnelExchangeTest, KeepsTwoClientsApart) {
     TestClient first;
     TestClient second;

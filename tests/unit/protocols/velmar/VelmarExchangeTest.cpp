@@ -21,7 +21,8 @@ namespace {
 
 constexpr const char* kEmptyAnswer = "00 00 00 00";
 
-// A client and its connection, with the bytes of the protocol's page in docs/.
+// A client and its connection. The exchanges of docs/velmar.md are replayed by the tests of real
+// flights (tests/e2e/DocumentedExchangeTest.cpp).
 class VelmarExchangeTest : public testing::Test {
 protected:
     VelmarExchangeTest() {
@@ -29,7 +30,6 @@ protected:
             throw std::runtime_error("socketpair");
         }
         connection = std::make_unique<TcpConnection>(ends[0], &logger, &utilities, &factory);
-        simulator.Datarefs().Define({.name = "sim/time/zulu_time_sec", .types = xplmType_Float});
         simulator.Commands().Define("sim/lights/beacon_lights_on", "Beacon on");
     }
 
@@ -47,11 +47,9 @@ protected:
         return received < 1 ? "" : toHex({answer.begin(), answer.begin() + received});
     }
 
-    void registerBoth() {
+    void registerCommand() {
         send(
             "55 66 77 88"
-            "01 00 00 00  07 00 00 00  02 00 00 00  00 00 00 00  16"
-            "73 69 6D 2F 74 69 6D 65 2F 7A 75 6C 75 5F 74 69 6D 65 5F 73 65 63"
             "03 00 00 00  09 00 00 00  1B"
             "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E");
     }
@@ -66,50 +64,6 @@ protected:
     std::unique_ptr<TcpConnection> connection;
 };
 
-TEST_F(VelmarExchangeTest, RegistersADatarefAndACommandInOneRequest) {
-    EXPECT_EQ(
-        send("55 66 77 88"
-             "01 00 00 00  07 00 00 00  02 00 00 00  00 00 00 00  16"
-             "73 69 6D 2F 74 69 6D 65 2F 7A 75 6C 75 5F 74 69 6D 65 5F 73 65 63"
-             "03 00 00 00  09 00 00 00  1B"
-             "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E"),
-        "18 00 00 00 "
-        "01 00 00 00 07 00 00 00 01 00 00 00 "
-        "03 00 00 00 09 00 00 00 01 00 00 00");
-}
-
-TEST_F(VelmarExchangeTest, WritesReadsAndPollsInOneRequest) {
-    registerBoth();
-    EXPECT_EQ(send("55 66 77 88"
-                   "06 00 00 00  07 00 00 00  04 00 00 00  00 C0 28 47"
-                   "05 00 00 00  07 00 00 00"
-                   "08 00 00 00"),
-              "24 00 00 00 "
-              "06 00 00 00 07 00 00 00 01 00 00 00 "
-              "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00 00 C0 28 47 "
-              "00 00 00 00");
-    EXPECT_EQ(simulator.Datarefs().GetFloat("sim/time/zulu_time_sec"), 43200.0F);
-}
-
-TEST_F(VelmarExchangeTest, RunsACommandAndPollsItsState) {
-    registerBoth();
-    EXPECT_EQ(send("55 66 77 88  07 00 00 00  09 00 00 00  01"), kEmptyAnswer);
-    EXPECT_EQ(simulator.Commands().Lookup("sim/lights/beacon_lights_on")->passedOn[0], 1U);
-    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "09 00 00 00 01 00 00 00 09 00 00 00 02");
-}
-
-TEST_F(VelmarExchangeTest, UnregistersBoth) {
-    registerBoth();
-    EXPECT_EQ(send("55 66 77 88  02 00 00 00  07 00 00 00  04 00 00 00  09 00 00 00"),
-              "18 00 00 00 "
-              "02 00 00 00 07 00 00 00 01 00 00 00 "
-              "04 00 00 00 09 00 00 00 01 00 00 00");
-    EXPECT_EQ(send("55 66 77 88  05 00 00 00  07 00 00 00  04 00 00 00  09 00 00 00"),
-              "20 00 00 00 "
-              "05 00 00 00 07 00 00 00 02 00 00 00 01 00 00 00 "
-              "04 00 00 00 09 00 00 00 02 00 00 00 02 00 00 00");
-}
-
 TEST_F(VelmarExchangeTest, WaitsForTheRestOfATornIdentification) {
     EXPECT_EQ(send("55 66 77"), "");
     EXPECT_EQ(send("88 08 00 00 00"), "04 00 00 00 00 00 00 00");
@@ -120,16 +74,6 @@ TEST_F(VelmarExchangeTest, AnswersAnIdentificationThatArrivesAloneWithAnEmptyFra
     // Where an identification is due, so the packet is dropped.
     EXPECT_EQ(send("08 00 00 00"), "");
     EXPECT_EQ(send("55 66 77 88 08 00 00 00"), "04 00 00 00 00 00 00 00");
-}
-
-TEST_F(VelmarExchangeTest, LooksForAnIdentificationInTheUnreadBytesOfATornPacket) {
-    EXPECT_EQ(send("55 66 77 88  02 00 00 00  07 00"), kEmptyAnswer);
-    // 02 00 00 00 and 07 00 00 00 are dropped as identifications, one with each receive.
-    EXPECT_EQ(send("00 00"), "");
-    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "");
-    // Now the former poll is found, and the identification after it is an unknown packet type.
-    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "08 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_EQ(send("55 66 77 88  08 00 00 00"), "04 00 00 00 00 00 00 00");
 }
 
 TEST_F(VelmarExchangeTest, NeverFindsAnIdentificationAfterTwoLeftBytes) {
@@ -146,25 +90,8 @@ TEST_F(VelmarExchangeTest, AnswersTwoRequestsThatArriveTogetherInOneFrame) {
               "05 00 00 00 09 00 00 00 02 00 00 00 01 00 00 00");
 }
 
-TEST_F(VelmarExchangeTest, PollsAndStartsAfreshInOneRequest) {
-    registerBoth();
-    const auto pollAndRegister = [&] {
-        return send(
-            "55 66 77 88"
-            "08 00 00 00"
-            "03 00 00 00  09 00 00 00  1B"
-            "73 69 6D 2F 6C 69 67 68 74 73 2F 62 65 61 63 6F 6E 5F 6C 69 67 68 74 73 5F 6F 6E");
-    };
-    simulator.Commands().Once(simulator.Commands().Lookup("sim/lights/beacon_lights_on"));
-    EXPECT_EQ(pollAndRegister(),
-              "15 00 00 00 "
-              "01 00 00 00 09 00 00 00 02 "
-              "03 00 00 00 09 00 00 00 01 00 00 00");
-    EXPECT_EQ(pollAndRegister(), "10 00 00 00 00 00 00 00 03 00 00 00 09 00 00 00 01 00 00 00");
-}
-
 TEST_F(VelmarExchangeTest, ShowsTheStatesOfAHeldCommandPollByPoll) {
-    registerBoth();
+    registerCommand();
     headless::CommandTable& commands = simulator.Commands();
     const auto beacon = commands.Lookup("sim/lights/beacon_lights_on");
     const auto poll = [&] { return send("55 66 77 88  08 00 00 00"); };
