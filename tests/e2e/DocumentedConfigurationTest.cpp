@@ -1,0 +1,58 @@
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "e2e/EndToEndTest.h"
+#include "support/VelmarMessages.h"
+
+// The files that the page about the configuration shows.
+
+namespace {
+
+constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
+
+// The blocks of text on the page.
+std::vector<std::string> readBlocks() {
+    std::ifstream page(CONFIGURATION_PAGE);
+    std::vector<std::string> blocks;
+    bool isInside = false;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with("```")) {
+            isInside = !isInside;
+            blocks.resize(blocks.size() + (isInside ? 1 : 0));
+        } else if (isInside) {
+            blocks.back() += line + "\n";
+        }
+    }
+    return blocks;
+}
+
+class DocumentedConfigurationTest : public EndToEndTest {
+protected:
+    void write(std::uint32_t elements, const Bytes& value) {
+        TestClient client;
+        client.Exchange(*simulator,
+                        join({fromHex("55 66 77 88"), registerDataref(1, 4, elements, "kyr/lamps"),
+                              writeDataref(1, value)}));
+    }
+
+    const std::vector<std::string> blocks = readBlocks();
+};
+
+TEST_F(DocumentedConfigurationTest, PublishesTheDatarefsOfTheExample) {
+    directory.Write(kConfigFile, blocks.at(0));
+    startSimulator();
+    EXPECT_EQ(simulator->Get("kyr/cockpit_light"), "0");
+    EXPECT_EQ(simulator->Get("kyr/lamps"), "0,0,0,0,0,0,0,0,0");
+    write(9, join({u32(1), u32(1), u32(1), u32(1), u32(1), u32(1), u32(1), u32(1), u32(1)}));
+    EXPECT_EQ(simulator->Get("kyr/lamps"), "0,0,0,0,0,0,0,0,0");
+    write(8, join({u32(1), u32(1), u32(1), u32(1), u32(1), u32(1), u32(1), u32(1)}));
+    EXPECT_EQ(simulator->Get("kyr/lamps"), "1,1,1,1,1,1,1,1,0");
+}
+
+TEST_F(DocumentedConfigurationTest, LeavesTheFileOfTheFirstStart) {
+    startSimulator();
+    EXPECT_EQ(directory.Read(kConfigFile) + "\n", blocks.at(1));
+}
+
+} // namespace
