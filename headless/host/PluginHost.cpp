@@ -1,5 +1,8 @@
 #include "headless/host/PluginHost.h"
 
+#include "headless/host/OpenGl.h"
+#include "headless/host/PluginCheck.h"
+
 #include <dlfcn.h>
 
 #include <array>
@@ -54,8 +57,9 @@ std::string upToZero(const StartText& text) {
 
 } // namespace
 
-PluginHost::PluginHost(Simulator& hostingSimulator, const std::string& path)
+PluginHost::PluginHost(Simulator& hostingSimulator, const std::string& path, bool strict)
     : simulator(hostingSimulator), file(absolutePath(path)) {
+    requireNames(strict);
     load();
 }
 
@@ -148,6 +152,18 @@ void PluginHost::disablePlugin() {
     const PluginContext::Call call(simulator.Context(), id, "XPluginDisable");
     entryPoints.disable();
     simulator.Plugins().MarkEnabled(id, false);
+}
+
+void PluginHost::requireNames(bool strict) const {
+    const PluginFile plugin(file);
+    const PluginCheck check(plugin);
+    if (!check.Missing().empty()) {
+        throw PluginError(file + ": the plugin " + check.DescribeMissing());
+    }
+    if (strict && !check.NotSimulated().empty()) {
+        throw PluginError(file + ": the plugin " + check.DescribeNotSimulated());
+    }
+    OpenGl::Provide(plugin);
 }
 
 void PluginHost::load() {

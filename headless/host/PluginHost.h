@@ -1,18 +1,12 @@
 #pragma once
 
 #include "XPLMPlugin.h"
+#include "headless/host/PluginError.h"
 #include "headless/xplm/Simulator.h"
 
-#include <stdexcept>
 #include <string>
 
 namespace headless {
-
-// A plugin that cannot be loaded or that refuses to start; what() is one line.
-class PluginError final : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 // Loads one plugin and takes it through its life, as the simulator does.
 //
@@ -23,8 +17,9 @@ public:
 // destructor takes the steps that are missing. The simulator outlives the host.
 class PluginHost final {
 public:
-    // Throws PluginError when the file cannot be loaded or lacks an entry point.
-    PluginHost(Simulator& hostingSimulator, const std::string& path);
+    // Throws PluginError when the file needs names that nobody has, cannot be loaded or lacks an
+    // entry point. `strict`: also when it uses functions that only answer 0.
+    PluginHost(Simulator& hostingSimulator, const std::string& path, bool strict = false);
     ~PluginHost();
     PluginHost(const PluginHost&) = delete;
     PluginHost& operator=(const PluginHost&) = delete;
@@ -62,6 +57,7 @@ private:
     // The steps themselves, which plugins may ask for as well.
     bool enablePlugin();
     void disablePlugin();
+    void requireNames(bool strict) const;
     void load();
     void resolveEntryPoints();
     void requireLoaded() const;

@@ -19,7 +19,7 @@ Session::Session(const SessionOptions& sessionOptions)
 
 void Session::StartPlugin() {
     plugin.reset();
-    plugin = std::make_unique<PluginHost>(simulator, options.plugin);
+    plugin = std::make_unique<PluginHost>(simulator, options.plugin, options.strict);
     plugin->Start();
     plugin->Enable();
     LoadAircraft(kDefaultAircraft);

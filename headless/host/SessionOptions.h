@@ -16,6 +16,8 @@ struct SessionOptions {
     double framesPerSecond = kDefaultFramesPerSecond;
     // Simulated seconds to fly; none: until told to end.
     std::optional<double> durationSeconds{};
+    // Refuse a plugin that uses functions which only answer 0.
+    bool strict = false;
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;

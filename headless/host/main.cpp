@@ -2,7 +2,9 @@
 
 #include "headless/host/AbortReport.h"
 #include "headless/host/MainLoop.h"
+#include "headless/host/PluginCheck.h"
 #include "headless/world/TextLines.h"
+#include "headless/xplm/FunctionTable.h"
 
 #include <CLI/CLI.hpp>
 
@@ -26,9 +28,16 @@ constexpr const char* kFooter =
     "Examples:\n"
     "  headless-sim lin.xpl                         fly until Ctrl-C\n"
     "  headless-sim lin.xpl --duration 10 --hz 120  fly 10 seconds at 120 frames per second\n"
-    "  headless-sim lin.xpl --console --paused      step frames by hand; type help";
+    "  headless-sim lin.xpl --console --paused      step frames by hand; type help\n"
+    "  headless-sim --check lin.xpl                 tell whether the plugin can be loaded";
 
-void declareOptions(CLI::App& app, headless::SessionOptions& options) {
+// What to do other than to fly.
+struct Questions {
+    bool check = false;
+    bool listFunctions = false;
+};
+
+void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions& what) {
     app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)");
     app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
@@ -41,13 +50,19 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options) {
         ->capture_default_str();
     app.add_flag("--console", options.console, "Take commands from standard input");
     app.add_flag("--paused", options.paused, "Stand still at first");
+    app.add_flag("--strict", options.strict,
+                 "Refuse a plugin that uses functions which only answer 0");
+    app.add_flag("--check", what.check, "Only tell which names the plugin uses and lacks");
+    app.add_flag("--list-functions", what.listFunctions,
+                 "Only list the SDK's functions and how much of each is here");
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
     // What is left over is named by requireNothingElse().
     app.allow_extras();
     app.footer(kFooter);
 }
 
-void requireNothingElse(const CLI::App& app, const headless::SessionOptions& options) {
+void requireNothingElse(const CLI::App& app, bool needsPlugin,
+                        const headless::SessionOptions& options) {
     const std::vector<std::string> extras = app.remaining();
     const auto option = std::find_if(extras.begin(), extras.end(),
                                      [](const std::string& word) { return word[0] == '-'; });
@@ -58,7 +73,7 @@ void requireNothingElse(const CLI::App& app, const headless::SessionOptions& opt
         throw std::invalid_argument("unexpected argument " + extras.front() +
                                     "; one plugin is loaded at a time");
     }
-    if (options.plugin.empty()) {
+    if (needsPlugin && options.plugin.empty()) {
         throw std::invalid_argument("no plugin is given; see headless-sim --help");
     }
 }
@@ -83,6 +98,29 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     return kExitOk;
 }
 
+// A line a function: its name, header, kind, and what differs, separated by tabs.
+int listFunctions() {
+    for (const headless::SdkFunction& function : headless::FunctionTable::All()) {
+        std::cout << function.name << '\t' << function.header << '\t'
+                  << headless::FunctionTable::Describe(function.kind) << '\t' << function.difference
+                  << '\n';
+    }
+    return kExitOk;
+}
+
+int checkPlugin(const std::string& path) {
+    try {
+        const headless::PluginCheck check((headless::PluginFile(path)));
+        std::cout << path << ": " << check.Summary() << '\n';
+        if (check.Missing().empty()) {
+            return kExitOk;
+        }
+        throw headless::PluginError(path + ": the plugin " + check.DescribeMissing());
+    } catch (const headless::PluginError& error) {
+        return complain(error, kExitPlugin);
+    }
+}
+
 int runSession(const headless::SessionOptions& options) {
     try {
         headless::Session session(options);
@@ -97,14 +135,18 @@ int runSession(const headless::SessionOptions& options) {
 int parseAndRun(int argc, char** argv) {
     CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
     headless::SessionOptions options;
-    declareOptions(app, options);
+    Questions what;
+    declareOptions(app, options, what);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
         return app.exit(request);
     }
-    requireNothingElse(app, options);
-    return runSession(options);
+    requireNothingElse(app, !what.listFunctions, options);
+    if (what.listFunctions) {
+        return listFunctions();
+    }
+    return what.check ? checkPlugin(options.plugin) : runSession(options);
 }
 
 } // namespace

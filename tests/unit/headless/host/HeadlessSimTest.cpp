@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <string>
@@ -136,6 +137,27 @@ TEST_F(HeadlessSimTest, NamesTheUnknownOption) {
               "headless-sim: unexpected argument other.xpl; one plugin is loaded at a time\n");
     EXPECT_EQ(run("--hz 60"), 2);
     EXPECT_EQ(errors, "headless-sim: no plugin is given; see headless-sim --help\n");
+}
+
+TEST_F(HeadlessSimTest, ChecksAPluginWithoutFlyingIt) {
+    EXPECT_EQ(run("--check " DRAWING_PLUGIN), 0);
+    EXPECT_EQ(output, DRAWING_PLUGIN
+              ": uses 2 functions of the SDK: 1 real, 0 keep state, 1 answer 0 (XPLMGetTexture)\n");
+    EXPECT_EQ(folder.Read("Log.txt"), "");
+    EXPECT_EQ(run("--check " LACKING_PLUGIN), 1);
+    EXPECT_THAT(errors, EndsWith(": XPLMNoSuchOne, XPLMNoSuchTwo, nobodyHasThis\n"));
+    EXPECT_EQ(run("--strict " DRAWING_PLUGIN), 1);
+    EXPECT_THAT(errors, EndsWith(" answers with 0: XPLMGetTexture\n"));
+    EXPECT_EQ(run("--check none.xpl"), 1);
+    EXPECT_EQ(errors, "headless-sim: none.xpl: the plugin cannot be read\n");
+}
+
+TEST_F(HeadlessSimTest, ListsTheSdksFunctions) {
+    EXPECT_EQ(run("--list-functions"), 0);
+    EXPECT_THAT(output, HasSubstr("XPLMFindDataRef\tXPLMDataAccess\treal\t\n"));
+    EXPECT_THAT(output, HasSubstr("XPLMGetTexture\tXPLMGraphics\tanswers 0\tThere are no "
+                                  "textures.\n"));
+    EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 289);
 }
 
 TEST_F(HeadlessSimTest, TellsItsVersion) {

@@ -1,0 +1,67 @@
+#include "headless/host/OpenGl.h"
+
+#include "headless/host/NoOpLibrary.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cctype>
+#include <vector>
+
+namespace headless {
+
+namespace {
+
+// By its own name, so that it also stands for the library that plugins ask for.
+constexpr const char* kLibrary = "libGL.so.1";
+
+bool wantsOpenGl(const PluginFile& plugin) {
+    const auto& names = plugin.Undefined();
+    const auto& libraries = plugin.Needed();
+    return std::any_of(names.begin(), names.end(), &OpenGl::IsName) ||
+           std::any_of(libraries.begin(), libraries.end(), &OpenGl::IsLibrary) ||
+           plugin.Mentions("glXGetProcAddress") || plugin.Mentions("glGetString");
+}
+
+} // namespace
+
+bool OpenGl::IsName(std::string_view name) {
+    for (const std::string_view prefix : {"glX", "glu", "gl"}) {
+        if (name.starts_with(prefix) && name.size() > prefix.size()) {
+            return std::isupper(static_cast<unsigned char>(name[prefix.size()])) != 0;
+        }
+    }
+    return false;
+}
+
+bool OpenGl::IsLibrary(std::string_view name) {
+    return name.starts_with("libGL.so") || name.starts_with("libOpenGL.so") ||
+           name.starts_with("libGLX.so") || name.starts_with("libGLU.so");
+}
+
+void OpenGl::Provide(const PluginFile& plugin) {
+    if (!wantsOpenGl(plugin)) {
+        return;
+    }
+    std::vector<std::string> names;
+    std::vector<std::string> libraries = plugin.Needed();
+    libraries.emplace_back(kLibrary);
+    std::vector<std::string> absent;
+    for (const std::string& library : libraries) {
+        if (IsLibrary(library) && ::dlopen(library.c_str(), RTLD_LAZY | RTLD_GLOBAL) == nullptr) {
+            absent.push_back(library);
+        }
+    }
+    std::copy_if(plugin.Undefined().begin(), plugin.Undefined().end(), std::back_inserter(names),
+                 [](const std::string& name) {
+                     return IsName(name) && ::dlsym(RTLD_DEFAULT, name.c_str()) == nullptr;
+                 });
+    if (!names.empty()) {
+        NoOpLibrary::Load("headless-opengl.so", names);
+    }
+    for (const std::string& library : absent) {
+        NoOpLibrary::Load(library, {"headless_nothing"});
+    }
+}
+
+} // namespace headless

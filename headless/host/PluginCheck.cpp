@@ -1,0 +1,113 @@
+#include "headless/host/PluginCheck.h"
+
+#include "headless/host/OpenGl.h"
+#include "headless/xplm/FunctionTable.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+namespace headless {
+
+namespace {
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+}
+
+std::string counted(std::size_t count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+// Null when it is nowhere.
+void* openLibrary(const std::string& name, const std::vector<std::string>& folders) {
+    for (const std::string& folder : folders) {
+        if (void* library = ::dlopen((folder + "/" + name).c_str(), RTLD_LAZY | RTLD_LOCAL)) {
+            return library;
+        }
+    }
+    return ::dlopen(name.c_str(), RTLD_LAZY | RTLD_LOCAL);
+}
+
+} // namespace
+
+PluginCheck::PluginCheck(const PluginFile& file) {
+    const std::vector<void*> libraries = openLibraries(file);
+    for (const std::string& name : file.Undefined()) {
+        sortName(name, libraries);
+    }
+    for (void* library : libraries) {
+        ::dlclose(library);
+    }
+    for (auto* names : {&sdkFunctions, &notSimulated, &openGl, &missing}) {
+        std::sort(names->begin(), names->end());
+    }
+}
+
+std::string PluginCheck::DescribeMissing() const {
+    return "needs " + counted(missing.size(), "name", "names") +
+           " that neither the simulator nor the system has: " + joined(missing);
+}
+
+std::string PluginCheck::DescribeNotSimulated() const {
+    return "uses " + counted(notSimulated.size(), "function", "functions") +
+           " that the simulator does not have and answers with 0: " + joined(notSimulated);
+}
+
+std::string PluginCheck::Summary() const {
+    const auto kept = std::count_if(sdkFunctions.begin(), sdkFunctions.end(), [](const auto& name) {
+        return FunctionTable::Find(name)->kind == FunctionKind::KeepsState;
+    });
+    const std::size_t keepState = static_cast<std::size_t>(kept);
+    std::string text =
+        "uses " + counted(sdkFunctions.size(), "function of the SDK: ", "functions of the SDK: ") +
+        std::to_string(sdkFunctions.size() - keepState - notSimulated.size()) + " real, " +
+        std::to_string(keepState) + " keep state, " + std::to_string(notSimulated.size()) +
+        " answer 0";
+    if (!notSimulated.empty()) {
+        text += " (" + joined(notSimulated) + ")";
+    }
+    return text;
+}
+
+void PluginCheck::sortName(const std::string& name, const std::vector<void*>& libraries) {
+    if (const SdkFunction* function = FunctionTable::Find(name)) {
+        sdkFunctions.push_back(name);
+        if (function->kind == FunctionKind::AnswersZero) {
+            notSimulated.push_back(name);
+        }
+        return;
+    }
+    if (OpenGl::IsName(name)) {
+        openGl.push_back(name);
+        return;
+    }
+    const bool found = ::dlsym(RTLD_DEFAULT, name.c_str()) != nullptr ||
+                       std::any_of(libraries.begin(), libraries.end(), [&](void* library) {
+                           return ::dlsym(library, name.c_str()) != nullptr;
+                       });
+    if (!found) {
+        missing.push_back(name);
+    }
+}
+
+std::vector<void*> PluginCheck::openLibraries(const PluginFile& file) {
+    std::vector<void*> libraries;
+    for (const std::string& name : file.Needed()) {
+        if (OpenGl::IsLibrary(name)) {
+            continue;
+        }
+        if (void* library = openLibrary(name, file.RunPath())) {
+            libraries.push_back(library);
+        } else {
+            missing.push_back(name);
+        }
+    }
+    return libraries;
+}
+
+} // namespace headless

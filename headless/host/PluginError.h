@@ -1,0 +1,13 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace headless {
+
+// A plugin that cannot be loaded or that refuses to start; what() is one line.
+class PluginError final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace headless

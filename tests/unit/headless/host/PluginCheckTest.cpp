@@ -1,0 +1,109 @@
+#include "headless/host/PluginCheck.h"
+
+#include "TemporaryFolder.h"
+#include "headless/host/PluginHost.h"
+
+#include <elf.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+using headless::PluginCheck;
+using headless::PluginError;
+using headless::PluginFile;
+using headless::PluginHost;
+using headless::Simulator;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+template <class Action>
+std::string errorOf(Action action) {
+    try {
+        action();
+    } catch (const PluginError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+std::string contentOf(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+TEST(PluginCheckTest, ListsAllThatIsMissingAndLoadsNothing) {
+    const PluginCheck check((PluginFile(LACKING_PLUGIN)));
+    EXPECT_THAT(check.Missing(), ElementsAre("XPLMNoSuchOne", "XPLMNoSuchTwo", "nobodyHasThis"));
+    EXPECT_EQ(check.DescribeMissing(),
+              "needs 3 names that neither the simulator nor the system has: XPLMNoSuchOne, "
+              "XPLMNoSuchTwo, nobodyHasThis");
+    Simulator sim;
+    EXPECT_EQ(errorOf([&] { PluginHost(sim, LACKING_PLUGIN); }),
+              LACKING_PLUGIN ": the plugin " + check.DescribeMissing());
+}
+
+TEST(PluginCheckTest, KnowsWhatAPluginUses) {
+    const PluginCheck check((PluginFile(DRAWING_PLUGIN)));
+    EXPECT_THAT(check.SdkFunctions(), ElementsAre("XPLMDebugString", "XPLMGetTexture"));
+    EXPECT_THAT(check.NotSimulated(), ElementsAre("XPLMGetTexture"));
+    EXPECT_THAT(check.OpenGl(),
+                ElementsAre("glFlush", "glHeadlessTestInteger", "gluHeadlessTestNumber"));
+    EXPECT_THAT(check.Missing(), IsEmpty());
+    EXPECT_EQ(check.Summary(),
+              "uses 2 functions of the SDK: 1 real, 0 keep state, 1 answer 0 (XPLMGetTexture)");
+}
+
+TEST(PluginCheckTest, OpenGlAndTheSdksLibraryAreThere) {
+    Simulator sim;
+    PluginHost host(sim, DRAWING_PLUGIN);
+    host.Start();
+    EXPECT_EQ(sim.Log().Text(),
+              "no-ops answer 0\n"
+              "the SDK opens by name\n"
+              "headless-sim: XPLMGetTexture is not simulated and answers 0: There are no "
+              "textures.\n");
+}
+
+TEST(PluginCheckTest, AStrictHostRefusesWhatOnlyAnswersZero) {
+    Simulator sim;
+    EXPECT_EQ(errorOf([&] { PluginHost(sim, DRAWING_PLUGIN, true); }), DRAWING_PLUGIN
+              ": the plugin uses 1 function that the simulator does not have and "
+              "answers with 0: XPLMGetTexture");
+    EXPECT_EQ(errorOf([&] { PluginHost(sim, FAKE_PLUGIN, true); }), "no error");
+}
+
+TEST(PluginCheckTest, AFileForAnotherComputerIsOneLine) {
+    const TemporaryFolder folder;
+    std::string plugin = contentOf(FAKE_PLUGIN);
+    plugin[offsetof(Elf64_Ehdr, e_machine)] = EM_PPC64;
+    plugin[offsetof(Elf64_Ehdr, e_machine) + 1] = 0;
+    const std::string path = folder.Write("other.xpl", plugin);
+    EXPECT_THAT(errorOf([&] { PluginFile{path}; }),
+                HasSubstr(path + ": the plugin is built for another kind of computer (64 bits, "
+                                 "machine 21)"));
+    plugin[EI_CLASS] = ELFCLASS32;
+    EXPECT_THAT(errorOf([&] { PluginFile{folder.Write("other.xpl", plugin)}; }),
+                HasSubstr("(32 bits, machine 21)"));
+}
+
+TEST(PluginCheckTest, ATornFileDoesNoHarm) {
+    const TemporaryFolder folder;
+    const std::string plugin = contentOf(FAKE_PLUGIN);
+    for (std::size_t size = 0; size < plugin.size(); size += 97) {
+        const std::string path = folder.Write("torn.xpl", plugin.substr(0, size));
+        errorOf([&] { PluginCheck{PluginFile(path)}; });
+    }
+    EXPECT_THAT(errorOf([&] { PluginFile{folder.Write("text.xpl", "hello")}; }),
+                HasSubstr("not a plugin for Linux"));
+    EXPECT_THAT(errorOf([&] { PluginFile{folder.Path("none.xpl")}; }), HasSubstr("cannot be read"));
+    EXPECT_THAT(errorOf([&] { PluginFile{folder.Path("")}; }), HasSubstr("cannot be read"));
+}

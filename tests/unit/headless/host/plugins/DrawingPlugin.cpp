@@ -1,0 +1,44 @@
+// A plugin that expects OpenGL and the SDK's library in its process, and says in the log what it
+// got.
+
+#include "XPLMDefs.h"
+#include "XPLMGraphics.h"
+#include "XPLMUtilities.h"
+
+#include <dlfcn.h>
+
+#include <cstring>
+
+extern "C" void glFlush();
+extern "C" int glHeadlessTestInteger();
+extern "C" double gluHeadlessTestNumber();
+
+namespace {
+
+bool sdkOpensByName() {
+    void* const library = ::dlopen("Resources/plugins/XPLM_64.so", RTLD_NOW);
+    return library != nullptr &&
+           ::dlsym(library, "XPLMDebugString") == reinterpret_cast<void*>(&XPLMDebugString);
+}
+
+} // namespace
+
+PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::strcpy(outName, "Drawing");
+    std::strcpy(outSignature, "headless.tests.drawing");
+    std::strcpy(outDescription, "Calls OpenGL.");
+    if (glHeadlessTestInteger() == 0 && gluHeadlessTestNumber() == 0.0) {
+        XPLMDebugString("no-ops answer 0\n");
+    }
+    glFlush();
+    XPLMDebugString(sdkOpensByName() ? "the SDK opens by name\n" : "no SDK\n");
+    XPLMGetTexture(0);
+    return 1;
+}
+
+PLUGIN_API void XPluginStop(void) {}
+PLUGIN_API int XPluginEnable(void) {
+    return 1;
+}
+PLUGIN_API void XPluginDisable(void) {}
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}
