@@ -70,7 +70,6 @@ public:
     bool TakeReloadRequest();
     // The last kMaxMessages that plugins sent.
     const std::deque<PluginMessage>& Messages() const { return messages; }
-    void ClearMessages() { messages.clear(); }
 
     // Plugin side. XPLM_NO_PLUGIN_ID when nobody has the signature, path or index.
     XPLMPluginID FindBySignature(const char* signature);
