@@ -1,7 +1,6 @@
 """Exchanges on one connection, and what is said when they fail."""
 
 import os
-import socket
 import time
 from typing import Optional
 
@@ -88,7 +87,5 @@ class Connection:
 
 
 def _error_text(error: OSError) -> str:
-    # Errors of name resolution have numbers of their own; asyncio has texts of its own.
-    if error.errno and not isinstance(error, socket.gaierror):
-        return os.strerror(error.errno)
-    return error.strerror or str(error) or type(error).__name__
+    # asyncio has texts of its own, but the same numbers.
+    return os.strerror(error.errno) if error.errno else str(error) or type(error).__name__

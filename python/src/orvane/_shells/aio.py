@@ -5,7 +5,7 @@ import socket
 from typing import Any, Awaitable, Callable, Optional, TypeVar
 
 from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
-from orvane._shells.limits import Waiting
+from orvane._shells.limits import Waiting, named_failure
 
 T = TypeVar("T")
 
@@ -92,7 +92,10 @@ class AsyncioShell:
         making = loop.create_connection(
             lambda: self._stream, step.host, step.port, family=socket.AF_INET
         )
-        transport, _ = await self._within(making, step.limit)
+        try:
+            transport, _ = await self._within(making, step.limit)
+        except socket.gaierror as error:
+            raise named_failure(error) from None
         self._transport = transport
         made = transport.get_extra_info("socket")
         made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)

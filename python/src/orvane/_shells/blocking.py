@@ -3,10 +3,10 @@
 import errno
 import socket
 import time
-from typing import Any, Callable, Optional, TypeVar
+from typing import Any, Callable, Iterable, Optional, Tuple, TypeVar
 
 from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
-from orvane._shells.limits import Waiting
+from orvane._shells.limits import Waiting, named_failure
 from orvane._shells.ready import wait_readable, wait_writable
 
 T = TypeVar("T")
@@ -62,7 +62,7 @@ class BlockingShell:
     def _connect(self, step: Connect) -> None:
         self._close()
         failure = OSError("no such host")
-        for found in socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM):
+        for found in self._resolve(step):
             made = socket.socket(*found[:3])
             try:
                 self._connect_to(made, found[4], step.limit)
@@ -75,6 +75,12 @@ class BlockingShell:
                 self._socket = made
                 return
         raise failure
+
+    def _resolve(self, step: Connect) -> Iterable[Tuple[Any, ...]]:
+        try:
+            return socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM)
+        except socket.gaierror as error:
+            raise named_failure(error) from None
 
     def _connect_to(self, made: socket.socket, address: Any, limit: Limit) -> None:
         made.setblocking(False)

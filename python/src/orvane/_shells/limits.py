@@ -1,5 +1,6 @@
-"""How long a shell may wait at a time."""
+"""What both shells need: how long one may wait at a time, and names that are not found."""
 
+import socket
 import time
 from typing import Callable, Optional
 
@@ -28,3 +29,8 @@ class Waiting:
         if left <= 0:
             raise Late
         return min(left, longest)
+
+
+def named_failure(error: socket.gaierror) -> OSError:
+    """The failure of a name resolution, whose numbers are not those of other errors."""
+    return OSError(error.strerror)
