@@ -1,0 +1,5 @@
+"""See the package."""
+
+
+class FuncAnimation:
+    """A window that nobody opens here."""
