@@ -1,5 +1,6 @@
 #include "tools/orvane/watch/WatchTable.h"
 
+#include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/Sparkline.h"
 
 #include <fmt/format.h>
@@ -44,8 +45,8 @@ std::vector<Element> elementsOf(const velmar::Value& value) {
 }
 
 // Names are told apart by their ends.
-std::string lastPart(const std::string& text, std::size_t width) {
-    return text.size() <= width ? text : ".." + text.substr(text.size() - width + 2);
+std::string lastPart(const std::string& text, std::size_t columns) {
+    return displayWidth(text) <= columns ? text : ".." + std::string(endOf(text, columns - 2));
 }
 
 } // namespace
@@ -84,8 +85,8 @@ std::vector<std::string> WatchTable::Lines(const std::string& title,
     const std::size_t room = std::max<std::size_t>(terminal.Rows(), 5) - 3;
     const bool isCut = rows.size() > room;
     const std::size_t shown = isCut ? room - 1 : rows.size();
-    std::vector<std::string> lines{title.substr(0, used.columns),
-                                   terminal.Bold(header(used).substr(0, used.columns))};
+    std::vector<std::string> lines{std::string(beginningOf(title, used.columns)),
+                                   terminal.Bold(beginningOf(header(used), used.columns))};
     for (std::size_t i = 0; i < shown; ++i) {
         lines.push_back(line(rows[i], used, terminal));
     }
@@ -103,9 +104,9 @@ WatchTable::Widths WatchTable::widths(std::size_t columns) const {
     constexpr std::size_t kGapsAndMark = 11;
     Widths result;
     for (const Row& row : rows) {
-        result.label = std::max(result.label, row.label.size());
+        result.label = std::max(result.label, displayWidth(row.label));
         result.value = std::max(result.value, row.number.Text().size());
-        result.unit = std::max(result.unit, row.unit.size());
+        result.unit = std::max(result.unit, displayWidth(row.unit));
         result.minimum = std::max(result.minimum, row.number.Minimum().size());
         result.maximum = std::max(result.maximum, row.number.Maximum().size());
     }
@@ -128,15 +129,15 @@ std::string WatchTable::header(const Widths& used) const {
 
 std::string WatchTable::line(const Row& row, const Widths& used, const Terminal& terminal) const {
     const WatchedNumber& number = row.number;
-    const std::string name = fmt::format("{:<{}}", lastPart(row.label, used.label), used.label);
+    const std::string name = leftAligned(lastPart(row.label, used.label), used.label);
     const std::string value =
         fmt::format("{} {:>{}}", number.HasChanged() ? "*" : " ", number.Text(), used.value);
     const std::string rest =
-        fmt::format("  {:<{}}  {:>{}}  {:>{}}", row.unit, used.unit, number.Minimum(), used.minimum,
-                    number.Maximum(), used.maximum);
+        fmt::format("  {}  {:>{}}  {:>{}}", leftAligned(row.unit, used.unit), number.Minimum(),
+                    used.minimum, number.Maximum(), used.maximum);
     const std::string plain = fmt::format("{} {}{}", name, value, rest);
     if (used.history == 0) {
-        return plain.substr(0, used.columns);
+        return std::string(beginningOf(plain, used.columns));
     }
     const std::vector<double> latest(
         number.History().end() -

@@ -80,6 +80,26 @@ TEST_F(WatchTableTest, ShowsEachElementOfAnArray) {
                           }));
 }
 
+TEST_F(WatchTableTest, KeepsTheColumnsUnderEachOtherWithAnyUnit) {
+    const auto datarefs =
+        parseDatarefArguments({"sim/oat:int@°C", "sim/flow:int@速度", "sim/speed:int@kt"});
+    const std::vector<Value> ones(3, Value(std::int32_t{1}));
+    see(datarefs, ones);
+    EXPECT_EQ(lines(100), (Lines{
+                              "title",
+                              "NAME        VALUE  UNIT  MIN  MAX",
+                              "sim/oat         1  °C      1    1  -",
+                              "sim/flow        1  速度    1    1  -",
+                              "sim/speed       1  kt      1    1  -",
+                          }));
+}
+
+TEST_F(WatchTableTest, CutsUnitsBetweenCharacters) {
+    const auto datarefs = parseDatarefArguments({"sim/a/name/of/some/length:int@速度速度"});
+    see(datarefs, {Value(std::int32_t{1})});
+    EXPECT_EQ(lines(42)[2], "../a/name/of/some/length       1  速度速");
+}
+
 TEST_F(WatchTableTest, EmphasisesWhatHasChanged) {
     ::setenv("NO_COLOR", "", 1);
     const auto datarefs = parseDatarefArguments({"name:int"});
