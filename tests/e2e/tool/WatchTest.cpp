@@ -109,13 +109,59 @@ TEST_F(WatchTest, RedrawsATableOnATerminalAndGivesTheCursorBack) {
     EXPECT_GE(count(result.out, "\x1b[5A\r"), 3U);
 }
 
-TEST_F(WatchTest, DrawsAtMostTwentyTimesASecond) {
-    const ToolResult result =
-        runTool({"watch", "-T", "1", "-i", "0", "test/float:float"}, terminal());
+TEST_F(WatchTest, ShowsNothingOfWhatIsTypedWhileItDraws) {
+    ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
+    run.WaitForOut("test/float");
+    EXPECT_FALSE(run.HasEcho());
+    run.Type("typed\n");
+    simulator->Ask("set test/float 2.5");
+    run.WaitForOut("2.5");
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.out.find("typed"), std::string::npos) << result.out;
+    EXPECT_TRUE(run.HasEcho());
+}
+
+TEST_F(WatchTest, GivesTheTerminalBackOnEveryWayOut) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT}) {
+        ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
+        run.WaitForOut("test/float");
+        run.Signal(signal);
+        const ToolResult result = run.Wait();
+        EXPECT_TRUE(result.out.ends_with(kShowCursor)) << signal << ": " << result.out;
+        EXPECT_TRUE(run.HasEcho()) << signal;
+        const bool isCaught = signal == SIGINT || signal == SIGTERM || signal == SIGHUP;
+        EXPECT_EQ(result.exitCode, isCaught ? 0 : 128 + signal);
+    }
+}
+
+TEST_F(WatchTest, GivesTheTerminalBackWhileItIsStoppedAndDrawsAnewAfterwards) {
+    ToolRun run({"watch", "-i", "1000", "test/float:float"}, terminal());
+    run.WaitForOut("test/float");
+    for (std::size_t stops = 1; stops <= 2; ++stops) {
+        run.Signal(SIGTSTP);
+        run.WaitUntilStopped();
+        EXPECT_TRUE(run.Out().ends_with(kShowCursor)) << run.Out();
+        EXPECT_TRUE(run.HasEcho());
+        const std::size_t before = run.Out().size();
+        run.Signal(SIGCONT);
+        run.WaitForOut(kHideCursor, before);
+        run.WaitForOut("test/float", before);
+        EXPECT_FALSE(run.HasEcho());
+        // Below what the shell has printed meanwhile.
+        EXPECT_EQ(run.Out().find("\x1b[3A", before), std::string::npos) << run.Out();
+    }
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_GE(count(result.out, "NAME"), 3U);
-    // And once at the end.
-    EXPECT_LE(count(result.out, "NAME"), 22U);
+    EXPECT_TRUE(result.out.ends_with(kShowCursor)) << result.out;
+}
+
+TEST_F(WatchTest, DrawsTheLastOfManyReadingsToo) {
+    const ToolResult result =
+        runTool({"watch", "-n", "50", "-i", "0", "test/float:float"}, terminal());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("   50 readings"), std::string::npos) << result.out;
 }
 
 TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <string_view>
 
@@ -15,7 +16,13 @@ public:
 // ReaderGone; Failure when it cannot be written otherwise.
 void writeOut(std::string_view text);
 
-// A line on standard error, behind the tool's name.
+// A line on standard error, after the tool's name. It takes the place of a status.
 void tell(std::string_view line);
+// How often something was told: whoever draws on the terminal notices that a line came between.
+std::size_t toldLines();
+
+// A text on standard error that stands on a line without an end, in place of the one before.
+void showStatus(std::string_view text);
+void clearStatus();
 
 } // namespace orvane::tool

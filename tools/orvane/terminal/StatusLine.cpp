@@ -1,9 +1,9 @@
 #include "tools/orvane/terminal/StatusLine.h"
 
-#include <fmt/format.h>
-#include <unistd.h>
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/DisplayWidth.h"
 
-#include <cstdio>
+#include <unistd.h>
 
 namespace orvane::tool {
 
@@ -11,7 +11,6 @@ namespace {
 
 using std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kInterval(100);
-constexpr const char* kToBeginAndClear = "\r\x1b[K";
 
 } // namespace
 
@@ -29,17 +28,13 @@ void StatusLine::Show(const std::string& text) {
     if (!terminal.IsTerminal()) {
         return;
     }
-    // The last column stays free: some terminals begin a new line behind it.
-    std::fputs((kToBeginAndClear + text.substr(0, terminal.Columns() - 1)).c_str(), stderr);
+    // The last column stays free: some terminals begin a new line after it.
+    showStatus(beginningOf(text, terminal.Columns() - 1));
     shownAt = steady_clock::now();
-    isShown = true;
 }
 
 void StatusLine::Clear() {
-    if (isShown) {
-        std::fputs(kToBeginAndClear, stderr);
-        isShown = false;
-    }
+    clearStatus();
 }
 
 } // namespace orvane::tool

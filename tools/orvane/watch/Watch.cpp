@@ -31,7 +31,6 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr double kUsualWatchInterval = 0.2;
-constexpr std::chrono::milliseconds kRedrawInterval(50);
 constexpr std::chrono::seconds kBetweenGuesses(1);
 
 constexpr const char* kWatchFooter =
@@ -115,7 +114,7 @@ private:
     void show() {
         if (screen) {
             table.See(reader.Known(), values, steady_clock::now());
-            if (steady_clock::now() - drawnAt >= kRedrawInterval) {
+            if (screen->IsDue(steady_clock::now())) {
                 draw();
             }
         } else if (records.IsWanted()) {
@@ -137,8 +136,8 @@ private:
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
         screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", globals.host,
                                              globals.port, seconds(), readings, state),
-                                 terminal));
-        drawnAt = steady_clock::now();
+                                 terminal),
+                     steady_clock::now());
     }
 
     void lost(const std::string& reason) {
@@ -170,7 +169,6 @@ private:
     std::vector<velmar::Value> values;
     std::uint64_t readings = 0;
     steady_clock::time_point guessedAt = begin;
-    steady_clock::time_point drawnAt;
     std::string lostBecause;
     std::string lastTold;
     std::optional<LiveScreen> screen;
