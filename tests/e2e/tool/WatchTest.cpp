@@ -1,3 +1,8 @@
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <regex>
 
@@ -25,6 +30,40 @@ protected:
     static void expectMatch(const std::string& text, const std::string& pattern) {
         EXPECT_TRUE(std::regex_match(text, std::regex(pattern))) << text;
     }
+};
+
+// A program that plots what it gets over UDP, on a port of the system's choice.
+class Plotter final {
+public:
+    Plotter() : socket(::socket(AF_INET, SOCK_DGRAM, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        EXPECT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), size), 0);
+        EXPECT_EQ(::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size), 0);
+        port = std::to_string(ntohs(address.sin_port));
+    }
+    ~Plotter() { ::close(socket); }
+    Plotter(const Plotter&) = delete;
+    Plotter& operator=(const Plotter&) = delete;
+
+    // The next datagram; empty when none comes in time.
+    std::string Next() const {
+        constexpr int kDeadlineMs = 10'000;
+        pollfd readable{.fd = socket, .events = POLLIN, .revents = 0};
+        std::string text(65'536, '\0');
+        const bool isThere = ::poll(&readable, 1, kDeadlineMs) == 1;
+        const ssize_t size = isThere ? ::recv(socket, text.data(), text.size(), 0) : 0;
+        text.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        return text;
+    }
+
+    const std::string& Port() const { return port; }
+
+private:
+    const int socket;
+    std::string port;
 };
 
 constexpr const char* kHideCursor = "\x1b[?25l";
@@ -169,6 +208,61 @@ TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
         runTool({"watch", "--csv", "-n", "1", "test/float:float"}, terminal());
     EXPECT_TRUE(result.out.starts_with("time,test/float\r\n")) << result.out;
     EXPECT_EQ(count(result.out, "\x1b"), 0U);
+}
+
+TEST_F(WatchTest, ShowsLaterRowsOfATableThatDoesNotFit) {
+    const ToolResult result =
+        runTool({"watch", "-n", "1", "--first", "60", "test/many_floats:float[100]"}, terminal());
+    EXPECT_NE(result.out.find("\ntest/many_floats[59] "), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("rows 60 to 79 of 100; --first 80 shows the next"), std::string::npos)
+        << result.out;
+    EXPECT_EQ(runTool({"watch", "--first", "0", "test/int"}).exitCode, 1);
+}
+
+TEST_F(WatchTest, SendsEachReadingAsADatagramOfJson) {
+    const Plotter plotter;
+    simulator->Ask("set test/ints 1,2");
+    for (const std::string host : {"127.0.0.1", "localhost"}) {
+        const ToolResult result =
+            runTool({"watch", "-n", "2", "-i", "0.01", "--udp", host + ":" + plotter.Port(),
+                     "test/ints:int[2]", "test/float:float@kt"});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.err, "");
+        expectMatch(result.out,
+                    "(\\d+\\.\\d{3} test/ints:int\\[2\\]=1,2 test/float:float@kt=0\n){2}");
+        for (int i = 0; i < 2; ++i) {
+            expectMatch(plotter.Next(),
+                        "\\{\"time\":\\d+\\.\\d+,\"test/ints\":\\[1,2\\],\"test/float\":0\\.0\\}");
+        }
+    }
+}
+
+TEST_F(WatchTest, GoesOnWhetherAnybodyGetsTheDatagramsOrNot) {
+    const ToolResult result =
+        runTool({"watch", "-n", "5", "-i", "0", "--udp", "127.0.0.1:9", "test/int:int"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(WatchTest, EndsWhenAReadingDoesNotFitIntoADatagram) {
+    const ToolResult result =
+        runTool({"watch", "--udp", "127.0.0.1:9", "test/many_floats:float[20000]"});
+    EXPECT_EQ(result.exitCode, 1);
+    expectMatch(result.err,
+                "orvane: a reading of \\d+ bytes does not fit into a datagram, which holds 65507: "
+                "watch less at a time\n");
+}
+
+TEST_F(WatchTest, RefusesAPlaceForDatagramsThatIsNone) {
+    for (const std::string place : {"localhost", "localhost:", ":9870", "localhost:0", "::1:9870",
+                                    "localhost:70000", "localhost:plot"}) {
+        const ToolResult result = runTool({"watch", "--udp", place, "test/int"});
+        EXPECT_EQ(result.exitCode, 1) << place;
+        EXPECT_EQ(result.err, "orvane: --udp: \"" + place + "\" is not of the form HOST:PORT\n");
+    }
+    const ToolResult unknown = runTool({"watch", "--udp", "no-such-host.invalid:9870", "test/int"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_TRUE(unknown.err.starts_with("orvane: no-such-host.invalid:9870: ")) << unknown.err;
 }
 
 TEST_F(WatchTest, WaitsForTheSimulatorToComeBack) {

@@ -2,7 +2,7 @@
 
 _orvane_options() {
     case $1 in
-    watch) echo "-n --count -T --seconds -i --interval" ;;
+    watch) echo "-n --count -T --seconds -i --interval --first --udp" ;;
     "command hold") echo "-T --seconds" ;;
     "command observe") echo "-n --count -T --seconds -i --interval" ;;
     latency) echo "-T --seconds" ;;
@@ -28,7 +28,7 @@ _orvane_subcommands() {
 _orvane_takes_value() {
     case $1 in
     --host | --port | --timeout | --count | --seconds | --interval | --input | --period | \
-        --amplitude | --rate | --output | --speed | -[nTio]) return 0 ;;
+        --amplitude | --rate | --output | --speed | --first | --udp | -[nTio]) return 0 ;;
     esac
     return 1
 }

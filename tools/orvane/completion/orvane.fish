@@ -34,6 +34,8 @@ complete -c orvane -n $none -a dump -d 'Tell what a packet capture holds'
 complete -c orvane -n '__orvane_in watch' -s n -l count -x -d 'End after so many readings'
 complete -c orvane -n '__orvane_in watch' -s T -l seconds -x -d 'End after so many seconds'
 complete -c orvane -n '__orvane_in watch' -s i -l interval -x -d 'Seconds between readings'
+complete -c orvane -n '__orvane_in watch' -l first -x -d 'The first row to show where not all fit'
+complete -c orvane -n '__orvane_in watch' -l udp -x -d 'Also send each reading as a datagram of JSON'
 
 set -l no_action "__orvane_in command; and not __fish_seen_subcommand_from $actions"
 complete -c orvane -n $no_action -a once -d 'Run commands, one after the other'

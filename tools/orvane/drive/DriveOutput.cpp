@@ -25,10 +25,6 @@ Record jsonOf(const Value& value) {
     return valueJson(velmar::Value(value));
 }
 
-std::string jsonLine(const Record& record) {
-    return record.dump(-1, ' ', false, Record::error_handler_t::replace);
-}
-
 // As in a line of CSV, but never in quotes.
 std::string cellText(const Record& field) {
     const std::string text = csvLine({"field"}, Record{{"field", field}});
@@ -111,7 +107,7 @@ void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
 }
 
 void DriveOutput::writeToFile(const Record& record, double seconds) {
-    file->Append(format == Format::Json ? jsonLine(record) : csvLine(columns, record));
+    file->Append(format == Format::Json ? jsonText(record) : csvLine(columns, record));
     if (status.IsDue()) {
         status.Show(progressText(seconds, shown, file->Bytes()));
     }

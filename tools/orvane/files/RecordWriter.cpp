@@ -63,12 +63,16 @@ std::string csvHeader(const std::vector<std::string>& columns) {
     return line;
 }
 
+std::string jsonText(const Record& record) {
+    return record.dump(-1, ' ', false, Record::error_handler_t::replace);
+}
+
 RecordWriter::RecordWriter(Format format, std::vector<std::string> columns)
     : format(format), columns(std::move(columns)) {}
 
 void RecordWriter::Write(const Record& record) {
     if (format == Format::Json) {
-        writeOut(record.dump(-1, ' ', false, Record::error_handler_t::replace) + "\n");
+        writeOut(jsonText(record) + "\n");
     } else if (format == Format::Csv) {
         const std::string header = hasHeader ? "" : csvHeader(columns) + "\n";
         hasHeader = true;

@@ -9,6 +9,7 @@
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/terminal/LiveScreen.h"
 #include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/watch/DatagramSender.h"
 #include "tools/orvane/watch/WatchTable.h"
 
 #include <fmt/format.h>
@@ -32,6 +33,7 @@ using std::chrono::steady_clock;
 
 constexpr double kUsualWatchInterval = 0.2;
 constexpr std::chrono::seconds kBetweenGuesses(1);
+constexpr std::size_t kLastRow = 1'000'000'000;
 
 constexpr const char* kWatchFooter =
     "On a terminal a table is redrawn in place: value, unit as given with @UNIT, the least and "
@@ -42,17 +44,23 @@ constexpr const char* kWatchFooter =
     "that\n"
     "is 0 is looked at once a second as another type.\n"
     "\n"
+    "With --udp each reading is also sent as one datagram, the object that --json prints, to a\n"
+    "program that plots. Whether anybody listens is not known.\n"
+    "\n"
     "When the simulator goes away, watch says so and waits for it to come back. A name that the\n"
     "simulator does not have at the start ends it with exit status 3.\n"
     "\n"
     "Examples:\n"
     "  orvane watch sim/flightmodel/position/indicated_airspeed:float@kt\n"
     "  orvane watch -T 10 -i 0.05 --csv sim/joystick/yoke_pitch_ratio > pitch.csv\n"
-    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .";
+    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .\n"
+    "  orvane watch -i 0.02 --udp localhost:9870 sim/flightmodel/position/vh_ind:float";
 
 struct WatchOptions {
     std::vector<std::string> names;
     Limits limits{.count = {}, .seconds = {}, .interval = kUsualWatchInterval};
+    std::size_t firstRow = 1;
+    std::string udp;
 };
 
 // One run of the command.
@@ -71,6 +79,9 @@ public:
         }
         if (!records.IsWanted() && terminal.IsTerminal()) {
             screen.emplace(terminal);
+        }
+        if (!options.udp.empty()) {
+            datagrams.emplace(options.udp);
         }
     }
 
@@ -112,31 +123,50 @@ private:
     }
 
     void show() {
+        if (datagrams) {
+            send();
+        }
         if (screen) {
             table.See(reader.Known(), values, steady_clock::now());
             if (screen->IsDue(steady_clock::now())) {
                 draw();
             }
         } else if (records.IsWanted()) {
-            Record record{{"time", rounded(seconds())}};
-            for (std::size_t i = 0; i < values.size(); ++i) {
-                record[reader.Known()[i].name] = valueJson(values[i]);
-            }
-            records.Write(record);
+            records.Write(recordOf());
         } else {
-            std::string line = fmt::format("{:.3f}", seconds());
-            for (std::size_t i = 0; i < values.size(); ++i) {
-                line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
-            }
-            writeOut(line + "\n");
+            writeOut(lineOf() + "\n");
         }
+    }
+
+    void send() {
+        const std::string failure = datagrams->Send(jsonText(recordOf()));
+        if (!failure.empty() && failure != lastSendFailure) {
+            tell(failure);
+        }
+        lastSendFailure = failure;
+    }
+
+    Record recordOf() const {
+        Record record{{"time", rounded(seconds())}};
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            record[reader.Known()[i].name] = valueJson(values[i]);
+        }
+        return record;
+    }
+
+    std::string lineOf() const {
+        std::string line = fmt::format("{:.3f}", seconds());
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
+        }
+        return line;
     }
 
     void draw() {
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
         screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", globals.host,
                                              globals.port, seconds(), readings, state),
-                                 terminal),
+                                 terminal, options.firstRow),
                      steady_clock::now());
     }
 
@@ -172,6 +202,8 @@ private:
     std::string lostBecause;
     std::string lastTold;
     std::optional<LiveScreen> screen;
+    std::optional<DatagramSender> datagrams;
+    std::string lastSendFailure;
 };
 
 } // namespace
@@ -181,6 +213,13 @@ void addWatch(CLI::App& app, const GlobalOptions& globals, Work& work) {
     const auto options = std::make_shared<WatchOptions>();
     command->add_option("NAME", options->names, "NAME[:TYPE][@UNIT]")->required();
     declareLimits(*command, options->limits, "readings");
+    command
+        ->add_option("--first", options->firstRow,
+                     "The first row to show on a terminal that has no room for all")
+        ->check(CLI::Range(std::size_t{1}, kLastRow))
+        ->capture_default_str();
+    command->add_option("--udp", options->udp,
+                        "HOST:PORT that each reading is also sent to, as a datagram of JSON");
     command->footer(kWatchFooter);
     command->callback(
         [&, options] { work = [&, options] { return Watch(globals, *options).Run(); }; });

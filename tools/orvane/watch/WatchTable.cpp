@@ -51,6 +51,11 @@ std::string lastPart(const std::string& text, std::size_t columns) {
 
 } // namespace
 
+struct WatchTable::Extract {
+    std::size_t begin = 0;
+    std::size_t end = 0; // one after the last
+};
+
 struct WatchTable::Widths {
     std::size_t label = 4;
     std::size_t value = 5;
@@ -78,24 +83,34 @@ void WatchTable::See(const std::vector<DatarefArgument>& datarefs,
     }
 }
 
-std::vector<std::string> WatchTable::Lines(const std::string& title,
-                                           const Terminal& terminal) const {
+std::vector<std::string> WatchTable::Lines(const std::string& title, const Terminal& terminal,
+                                           std::size_t first) const {
     // One column stays free, as a full line makes some terminals begin a new one; so does one row.
     const Widths used = widths(terminal.Columns() - 1);
-    const std::size_t room = std::max<std::size_t>(terminal.Rows(), 5) - 3;
-    const bool isCut = rows.size() > room;
-    const std::size_t shown = isCut ? room - 1 : rows.size();
+    const Extract shown = extract(first, std::max<std::size_t>(terminal.Rows(), 5) - 3);
     std::vector<std::string> lines{std::string(beginningOf(title, used.columns)),
                                    terminal.Bold(beginningOf(header(used), used.columns))};
-    for (std::size_t i = 0; i < shown; ++i) {
+    for (std::size_t i = shown.begin; i < shown.end; ++i) {
         lines.push_back(line(rows[i], used, terminal));
     }
-    if (isCut) {
-        lines.push_back(
-            fmt::format("and {} more, for which the terminal is too low", rows.size() - shown)
-                .substr(0, used.columns));
+    if (shown.end - shown.begin < rows.size()) {
+        std::string note =
+            fmt::format("rows {} to {} of {}", shown.begin + 1, shown.end, rows.size());
+        if (shown.end < rows.size()) {
+            note += fmt::format("; --first {} shows the next", shown.end + 1);
+        }
+        lines.emplace_back(beginningOf(note, used.columns));
     }
     return lines;
+}
+
+// A line of the room is for the note where not all rows fit.
+WatchTable::Extract WatchTable::extract(std::size_t first, std::size_t room) const {
+    if (rows.size() <= room) {
+        return {0, rows.size()};
+    }
+    const std::size_t begin = std::min(first - 1, rows.size() - (room - 1));
+    return {begin, begin + room - 1};
 }
 
 WatchTable::Widths WatchTable::widths(std::size_t columns) const {

@@ -42,12 +42,12 @@ protected:
         table.See(datarefs, values, WatchedNumber::TimePoint());
     }
 
-    Lines lines(std::size_t columns, std::size_t rows = 24) const {
+    Lines lines(std::size_t columns, std::size_t rows = 24, std::size_t first = 1) const {
         winsize size{};
         size.ws_col = static_cast<unsigned short>(columns);
         size.ws_row = static_cast<unsigned short>(rows);
         EXPECT_EQ(::ioctl(ours, TIOCSWINSZ, &size), 0);
-        return table.Lines("title", Terminal(theirs));
+        return table.Lines("title", Terminal(theirs), first);
     }
 
     WatchTable table;
@@ -132,13 +132,34 @@ TEST_F(WatchTableTest, IsNeverWiderThanTheTerminal) {
     }
 }
 
-TEST_F(WatchTableTest, SaysHowManyRowsDoNotFit) {
-    const auto datarefs = parseDatarefArguments({"a:int[30]"});
-    see(datarefs, {Value(std::vector<std::int32_t>(30))});
-    const Lines shown = lines(80, 10);
-    ASSERT_EQ(shown.size(), 9U);
-    EXPECT_EQ(shown.back(), "and 24 more, for which the terminal is too low");
+class TallWatchTableTest : public WatchTableTest {
+protected:
+    TallWatchTableTest() {
+        see(parseDatarefArguments({"a:int[30]"}), {Value(std::vector<std::int32_t>(30))});
+    }
+
+    // The names of the rows in a terminal of ten lines, and what stands below them.
+    std::string shown(std::size_t first) const {
+        const Lines all = lines(80, 10, first);
+        EXPECT_EQ(all.size(), 9U);
+        const auto nameOf = [](const std::string& line) { return line.substr(0, line.find(' ')); };
+        return nameOf(all[2]) + " to " + nameOf(all[7]) + " | " + all[8];
+    }
+};
+
+TEST_F(TallWatchTableTest, SaysWhichRowsItShows) {
+    EXPECT_EQ(shown(1), "a[0] to a[5] | rows 1 to 6 of 30; --first 7 shows the next");
+    EXPECT_EQ(shown(7), "a[6] to a[11] | rows 7 to 12 of 30; --first 13 shows the next");
+}
+
+TEST_F(TallWatchTableTest, ShowsTheLastRowsWhereThereAreNotSoMany) {
+    EXPECT_EQ(shown(25), "a[24] to a[29] | rows 25 to 30 of 30");
+    EXPECT_EQ(shown(1000), "a[24] to a[29] | rows 25 to 30 of 30");
+}
+
+TEST_F(TallWatchTableTest, ShowsAllRowsWhereTheyFit) {
     EXPECT_EQ(lines(80, 33).size(), 32U);
+    EXPECT_EQ(lines(80, 33, 7), lines(80, 33));
 }
 
 using std::chrono::milliseconds;
