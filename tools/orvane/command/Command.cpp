@@ -7,8 +7,10 @@
 #include "tools/orvane/command/HeldCommands.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/StatusLine.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -107,10 +109,19 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
     return ExitCode::Done;
 }
 
+std::string holdingText(const Names& names, double seconds) {
+    const std::string text = fmt::format("holding {}", fmt::join(names, ", "));
+    return seconds < kLongestHold ? fmt::format("{} for {} s; Ctrl-C releases", text, seconds)
+                                  : text + " until Ctrl-C";
+}
+
 ExitCode hold(const GlobalOptions& globals, const Names& names, double seconds) {
     checkDistinct(names);
     HeldCommands held(globals, names);
+    StatusLine status;
+    status.Show(holdingText(names, seconds));
     held.HoldUntil(steady_clock::now() + secondsOf(seconds));
+    status.Clear();
     recordActions(globals, names, "hold");
     return ExitCode::Done;
 }
