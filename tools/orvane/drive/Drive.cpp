@@ -62,7 +62,9 @@ constexpr const char* kDriveFooter =
     "sent:\n"
     "0 to 65535 for an axis, 1 presses a command, 0 releases it. An empty field sends nothing. A\n"
     "column \"time\" says when each row is due, in seconds; without one there is a row for each\n"
-    "exchange. A waveform moves all inputs that are floats, and no others.\n"
+    "exchange. A waveform moves all inputs that are floats, and no others. In a profile, \"wave\" "
+    "and\n"
+    "\"steps\" move inputs one by one.\n"
     "\n"
     "An answer shows the values from before its exchange. Where something was sent, one more\n"
     "exchange at the end releases what is held and shows what the last row did. Ctrl-C and "
@@ -80,7 +82,7 @@ struct DriveOptions {
     std::string profile;
     bool check = false;
     std::string input;
-    WaveformSettings waveform;
+    Wave waveform;
     std::optional<double> rate;
     std::optional<double> seconds;
     std::optional<std::uint64_t> count;
@@ -160,7 +162,8 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_flag("--check", options.check, "Only say whether the profile is valid");
     command.add_option("--input", options.input,
                        "What to send: a table FILE.csv, - for one on standard input,\n"
-                       "or sine, triangle, square, sweep; nothing without it");
+                       "or sine, triangle, square, sweep; without it the inputs move\n"
+                       "as the profile says, or nothing is sent");
     command
         .add_option("--period", options.waveform.periodSeconds, "Seconds of a waveform's period")
         ->check(CLI::Range(kShortestPeriod, kLongestPeriod))

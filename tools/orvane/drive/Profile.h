@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/orvane/drive/Motion.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -20,6 +22,7 @@ struct ProfileInput {
     std::vector<std::string> heldCommands;
     // Ends them; 0 unless the profile skips zeros.
     std::int32_t releasedBy = 0;
+    std::optional<Motion> motion{};
 };
 
 struct ProfileOutput {

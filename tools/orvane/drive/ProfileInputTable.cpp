@@ -1,5 +1,7 @@
 #include "tools/orvane/drive/ProfileInputTable.h"
 
+#include "tools/orvane/drive/ProfileMotionTable.h"
+
 #include <chrono>
 #include <cstdint>
 #include <limits>
@@ -200,11 +202,13 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     }
     const bool skipsZero = readSkip(table, target.input);
     readFixed(table, target);
+    const bool isAxis = target.isFloat && !isFixed;
+    const std::optional<Motion> motion = readProfileMotion(table, isAxis);
     table.RefuseUnknown();
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, target.isFloat && !isFixed, isHeld, skipsZero};
+    return ProfileRecord{target.input, isAxis, isHeld, skipsZero, motion};
 }
 
 } // namespace orvane::tool

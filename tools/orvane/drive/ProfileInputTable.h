@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/ProfileTable.h"
 
 #include <optional>
@@ -14,6 +15,7 @@ struct ProfileRecord {
     bool isAxis = false;
     bool isHeldCommand = false;
     bool skipsZero = false;
+    std::optional<Motion> motion;
 };
 
 // Reads all but "name" and "action", which are shared with other inputs. Empty when the target is

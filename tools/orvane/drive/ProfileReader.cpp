@@ -106,6 +106,10 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
             fmt::format("\"{}\" drives {} already", entry.name, input.target()));
     }
     entry.isAxis = entry.isAxis && record->isAxis;
+    if (entry.motion && record->motion) {
+        ProfileTable(table).Complain(fmt::format("\"{}\" moves already", entry.name));
+    }
+    entry.motion = record->motion ? record->motion : entry.motion;
     if (record->isHeldCommand) {
         entry.heldCommands.push_back(input.target());
         // Whatever is not 1 ends a held command.

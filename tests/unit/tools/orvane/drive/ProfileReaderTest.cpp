@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <variant>
+#include <vector>
 
 namespace {
 
@@ -11,6 +14,9 @@ using orvane::tarnel::OutputType;
 using orvane::tool::Problems;
 using orvane::tool::Profile;
 using orvane::tool::readProfile;
+using orvane::tool::Steps;
+using orvane::tool::Wave;
+using orvane::tool::Waveform;
 
 Profile validProfile(const std::string& text) {
     Problems problems;
@@ -184,6 +190,54 @@ TEST(ProfileReaderTest, ReadsOutputsOfAllTypes) {
     EXPECT_EQ(outputs[4].name(), "kyr/c");
     EXPECT_EQ(profile.outputs[4].name, "c");
     EXPECT_EQ(profile.outputs[4].id, outputs[4].id());
+}
+
+TEST(ProfileReaderTest, ReadsHowInputsMoveByThemselves) {
+    const Profile profile = validProfile(
+        "[[input]]\nname = \"axis\"\ndataref = \"sim/1\"\ntype = \"float\"\n"
+        "wave = { form = \"triangle\", period = 8, range = [0.25, 0.5], phase = 0.75 }\n"
+        "[[input]]\nname = \"plain\"\ndataref = \"sim/1\"\ntype = \"float\"\nwave = {}\n"
+        "[[input]]\nname = \"switch\"\ncommand = \"sim/c\"\n"
+        "steps = { values = [0, 1, -5], seconds = 0.5 }\n"
+        "[[input]]\nname = \"still\"\ncommand = \"sim/d\"\n");
+    const Wave axis = std::get<Wave>(profile.FindInput("axis")->motion.value());
+    EXPECT_EQ(axis.waveform, Waveform::Triangle);
+    EXPECT_EQ(axis.periodSeconds, 8);
+    EXPECT_EQ(axis.centre, -0.25);
+    EXPECT_EQ(axis.amplitude, 0.25);
+    EXPECT_EQ(axis.phase, 0.75);
+    const Wave plain = std::get<Wave>(profile.FindInput("plain")->motion.value());
+    EXPECT_EQ(plain.waveform, Waveform::Sine);
+    EXPECT_EQ(plain.periodSeconds, 4);
+    EXPECT_EQ(plain.centre, 0);
+    EXPECT_EQ(plain.amplitude, 1);
+    const Steps steps = std::get<Steps>(profile.FindInput("switch")->motion.value());
+    EXPECT_EQ(steps.values, (std::vector<std::int32_t>{0, 1, -5}));
+    EXPECT_EQ(steps.seconds, 0.5);
+    EXPECT_FALSE(profile.FindInput("still")->motion);
+}
+
+TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = { form = \"saw\", period = 0 }\n"),
+              "p:5:17: \"form\" is \"saw\"; it can be sine or triangle or square or sweep\n"
+              "p:5:33: \"period\" is not a number from 0.01 to 86400\n");
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = { range = [0, 1.5], speed = 1 }\n"),
+              "p:5:18: \"range\" goes beyond 0 to 1, the ends of the axis\n"
+              "p:5:28: there is no key \"speed\" here\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "wave = {}\n"),
+              "p:5:8: \"wave\" is for floats that are not fixed\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = {}\n"), "p:5:9: \"values\" is missing\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = { values = [] }\n"),
+              "p:5:20: \"values\" is not a list of whole numbers\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = { values = [1, 0.5] }\n"),
+              "p:5:20: \"values\" has an element that is not a whole number from -2147483648 to "
+              "2147483647\n");
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = {}\nsteps = { values = [1] }\n"),
+              "p:6:9: \"wave\" and \"steps\" exclude each other\n");
+    EXPECT_EQ(
+        problemsOf("[[input]]\nname = \"a\"\ncommand = \"sim/1\"\nsteps = { values = [1] }\n"
+                   "[[input]]\nname = \"a\"\ncommand = \"sim/2\"\nsteps = { values = [1] }\n"),
+        "p:5:1: \"a\" moves already\n");
 }
 
 TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {
