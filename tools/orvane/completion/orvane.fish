@@ -61,6 +61,7 @@ complete -c orvane -n '__orvane_in drive' -s T -l seconds -x -d 'End after so ma
 complete -c orvane -n '__orvane_in drive' -s o -l output -r -F -d 'Write the outputs to a file'
 complete -c orvane -n '__orvane_in drive' -l force -d 'Overwrite that file'
 complete -c orvane -n '__orvane_in drive' -l reconnect -d 'Wait for the simulator when it goes away'
+complete -c orvane -n '__orvane_in drive' -l strict -d 'Send nothing if the simulator lacks a name'
 
 complete -c orvane -n '__orvane_in record' -s o -l output -r -F -d 'The file'
 complete -c orvane -n '__orvane_in record' -l force -d 'Overwrite the file'

@@ -66,6 +66,9 @@ constexpr const char* kDriveFooter =
     "and\n"
     "\"steps\" move inputs one by one.\n"
     "\n"
+    "Names that the simulator does not have are told at the start; with --strict they end the\n"
+    "session with exit status 3.\n"
+    "\n"
     "An answer shows the values from before its exchange. Where something was sent, one more\n"
     "exchange at the end releases what is held and shows what the last row did. Ctrl-C and "
     "failures\n"
@@ -89,6 +92,7 @@ struct DriveOptions {
     std::string file;
     bool force = false;
     bool reconnect = false;
+    bool strict = false;
     // Whether these were given on the command line.
     std::function<bool()> hasHost;
     std::function<bool()> hasPort;
@@ -151,7 +155,8 @@ ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
     }
     DriveOutput output(profile, globals.OutputFormat(), options.file,
                        options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
-    DriveSession session(profile, clientOptions(options, globals, profile), output);
+    DriveSession session(profile, clientOptions(options, globals, profile),
+                         options.strict ? UnknownNames::Refuse : UnknownNames::Warn, output);
     session.Run(*source, limitsOf(options, profile));
     return ExitCode::Done;
 }
@@ -184,6 +189,8 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_flag("--force", options.force, "Overwrite that file");
     command.add_flag("--reconnect", options.reconnect,
                      "Wait for the simulator when it goes away, and go on");
+    command.add_flag("--strict", options.strict,
+                     "Send nothing if the simulator lacks a name of the profile");
 }
 
 } // namespace

@@ -30,6 +30,16 @@ struct ProfileOutput {
     tarnel::OutputId id = 0;
 };
 
+// A name that a session expects the simulator to have.
+struct ExpectedName {
+    std::string name;
+    bool isCommand = false;
+    std::string user{}; // input "pitch"
+};
+
+// Whether the plugin makes what an output names.
+bool isOwnName(const std::string& name);
+
 // A session as a user describes it in a TOML file: where the server is, what goes in, what comes
 // out.
 struct Profile {
@@ -41,7 +51,11 @@ struct Profile {
     std::vector<ProfileInput> inputs;
     std::vector<ProfileOutput> outputs;
     tarnel::Definitions definitions;
+    // All but those of outputs that the plugin makes.
+    std::vector<ExpectedName> expectedNames;
 
+    // Whether inputs use names that outputs of the same session may have to make first.
+    bool HasInputsOnOwnNames() const;
     // Null when there is none of this name.
     const ProfileInput* FindInput(const std::string& name) const;
 };

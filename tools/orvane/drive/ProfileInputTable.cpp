@@ -34,6 +34,7 @@ struct Target {
     Input input;
     bool isFloat = false;
     bool isValid = false;
+    std::vector<ExpectedName> names{};
 };
 
 Input datarefInput(tarnel::ActionId action, const std::string& name, bool isFloat,
@@ -54,6 +55,7 @@ Target readDatarefTarget(ProfileTable& table, tarnel::ActionId action) {
         table.Try("dataref", [&] {
             target.input = datarefInput(action, *name, target.isFloat, element);
             target.isValid = true;
+            target.names.push_back({*name});
         });
     }
     return target;
@@ -67,12 +69,13 @@ Target readCommandTarget(ProfileTable& table, tarnel::ActionId action) {
         table.Try("command", [&] {
             target.input = Input::toCommand(action, *name);
             target.isValid = true;
+            target.names.push_back({*name, true});
         });
     }
     return target;
 }
 
-void scaleByDatarefs(ProfileTable& scaling, Input& input) {
+void scaleByDatarefs(ProfileTable& scaling, Target& target) {
     const auto names = scaling.StringPair("datarefs");
     const auto element = readElement(scaling);
     if (!names) {
@@ -80,10 +83,12 @@ void scaleByDatarefs(ProfileTable& scaling, Input& input) {
     }
     scaling.Try("datarefs", [&] {
         if (element) {
-            input.scaledByDatarefElements(names->first, names->second, *element);
+            target.input.scaledByDatarefElements(names->first, names->second, *element);
         } else {
-            input.scaledByDatarefs(names->first, names->second);
+            target.input.scaledByDatarefs(names->first, names->second);
         }
+        target.names.push_back({names->first});
+        target.names.push_back({names->second});
     });
 }
 
@@ -103,7 +108,7 @@ void readScaling(ProfileTable& table, Target& target, bool isFixed) {
     }
     const std::string_view way = scaling->OneOf({"float_range", "int_range", "datarefs"});
     if (way == "datarefs") {
-        scaleByDatarefs(*scaling, input);
+        scaleByDatarefs(*scaling, target);
     } else if (way == "float_range") {
         if (const auto range = scaling->FloatPair(way)) {
             scaling->Try(way, [&] { input.scaledByFloatRange(range->first, range->second); });
@@ -116,7 +121,7 @@ void readScaling(ProfileTable& table, Target& target, bool isFixed) {
     scaling->RefuseUnknown();
 }
 
-void readCondition(ProfileTable& skip, std::string_view condition, Input& input) {
+void readCondition(ProfileTable& skip, std::string_view condition, Target& target) {
     const auto name = skip.String(condition);
     const auto type = readType(skip);
     const auto element = readElement(skip);
@@ -129,15 +134,16 @@ void readCondition(ProfileTable& skip, std::string_view condition, Input& input)
     const ConditionDataref dataref{*name, element ? inArray : whole, element.value_or(0)};
     skip.Try(condition, [&] {
         if (condition == "while_positive") {
-            input.skippedWhilePositive(dataref);
+            target.input.skippedWhilePositive(dataref);
         } else {
-            input.skippedWhileZero(dataref);
+            target.input.skippedWhileZero(dataref);
         }
+        target.names.push_back({*name});
     });
 }
 
 // True when zeros are skipped.
-bool readSkip(ProfileTable& table, Input& input) {
+bool readSkip(ProfileTable& table, Target& target) {
     std::optional<ProfileTable> skip = table.Table("skip");
     if (!skip) {
         return false;
@@ -147,13 +153,13 @@ bool readSkip(ProfileTable& table, Input& input) {
     if (condition == "when_value") {
         value = skip->Integer(condition, 0, 1);
     } else if (!condition.empty()) {
-        readCondition(*skip, condition, input);
+        readCondition(*skip, condition, target);
     }
     skip->RefuseUnknown();
     if (value == 1) {
-        input.skippedWhenOne();
+        target.input.skippedWhenOne();
     } else if (value == 0) {
-        input.skippedWhenZero();
+        target.input.skippedWhenZero();
     }
     return value == 0;
 }
@@ -200,7 +206,7 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
         table.Refuse({"hold", "repeat_ms"}, "is for commands");
         readScaling(table, target, isFixed);
     }
-    const bool skipsZero = readSkip(table, target.input);
+    const bool skipsZero = readSkip(table, target);
     readFixed(table, target);
     const bool isAxis = target.isFloat && !isFixed;
     const std::optional<Motion> motion = readProfileMotion(table, isAxis);
@@ -208,7 +214,7 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, isAxis, isHeld, skipsZero, motion};
+    return ProfileRecord{target.input, isAxis, isHeld, skipsZero, motion, target.names};
 }
 
 } // namespace orvane::tool

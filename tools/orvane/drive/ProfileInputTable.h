@@ -1,9 +1,10 @@
 #pragma once
 
-#include "tools/orvane/drive/Motion.h"
+#include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/drive/ProfileTable.h"
 
 #include <optional>
+#include <vector>
 
 #include "orvane/tarnel/Input.h"
 
@@ -16,6 +17,7 @@ struct ProfileRecord {
     bool isHeldCommand = false;
     bool skipsZero = false;
     std::optional<Motion> motion;
+    std::vector<ExpectedName> names; // whose user is left open
 };
 
 // Reads all but "name" and "action", which are shared with other inputs. Empty when the target is

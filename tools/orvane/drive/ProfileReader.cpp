@@ -117,6 +117,10 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
         entry.releasedBy = record->skipsZero ? kNeitherPressedNorSkipped : entry.releasedBy;
     }
     profile.definitions.add(input);
+    for (ExpectedName name : record->names) {
+        name.user = fmt::format("input \"{}\"", entry.name);
+        profile.expectedNames.push_back(std::move(name));
+    }
 }
 
 void Reader::readOutputs(std::vector<ProfileTable> tables) {
@@ -141,6 +145,10 @@ void Reader::addOutput(ProfileTable& table) {
         table.Complain("the answers get too large with this output: more than 64 MiB");
     }
     profile.outputs.push_back({name.value_or(""), id});
+    if (!isOwnName(output->name())) {
+        const std::string user = fmt::format("output \"{}\"", name.value_or(""));
+        profile.expectedNames.push_back({output->name(), false, user});
+    }
 }
 
 } // namespace
