@@ -2,7 +2,7 @@
 
 #include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/terminal/Terminal.h"
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 #include <cstddef>
 #include <map>

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 using orvane::tool::DatarefArgument;
 using orvane::tool::parseDatarefArguments;
@@ -160,37 +160,6 @@ TEST_F(TallWatchTableTest, ShowsTheLastRowsWhereThereAreNotSoMany) {
 TEST_F(TallWatchTableTest, ShowsAllRowsWhereTheyFit) {
     EXPECT_EQ(lines(80, 33).size(), 32U);
     EXPECT_EQ(lines(80, 33, 7), lines(80, 33));
-}
-
-using std::chrono::milliseconds;
-
-TEST(WatchedNumberTest, RemembersTheExtremesAndTheLatest) {
-    WatchedNumber number;
-    const WatchedNumber::TimePoint now;
-    number.See(2.0, "2", now);
-    EXPECT_EQ(number.Minimum(), "2");
-    EXPECT_EQ(number.Maximum(), "2");
-    for (int i = 0; i < 25; ++i) {
-        number.See(i, std::to_string(i), now);
-    }
-    EXPECT_EQ(number.Text(), "24");
-    EXPECT_EQ(number.Minimum(), "0");
-    EXPECT_EQ(number.Maximum(), "24");
-    ASSERT_EQ(number.History().size(), 20U);
-    EXPECT_EQ(number.History().front(), 5.0);
-}
-
-TEST(WatchedNumberTest, RemembersAChangeForHalfASecond) {
-    WatchedNumber number;
-    const WatchedNumber::TimePoint start;
-    number.See(1.0, "1", start);
-    EXPECT_FALSE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(200));
-    EXPECT_TRUE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(699));
-    EXPECT_TRUE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(700));
-    EXPECT_FALSE(number.HasChanged());
 }
 
 } // namespace

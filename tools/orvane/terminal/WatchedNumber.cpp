@@ -1,4 +1,4 @@
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 namespace orvane::tool {
 
