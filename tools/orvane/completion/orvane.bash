@@ -8,7 +8,7 @@ _orvane_options() {
     latency) echo "-T --seconds" ;;
     drive)
         echo "--check --input --period --amplitude --rate -n --count -T --seconds" \
-            "-o --output --force --reconnect --strict"
+            "-o --output --force --reconnect --strict --plain --summary"
         ;;
     record) echo "-o --output --force --rate -n --count -T --seconds" ;;
     replay) echo "--speed --loop" ;;

@@ -62,6 +62,8 @@ complete -c orvane -n '__orvane_in drive' -s o -l output -r -F -d 'Write the out
 complete -c orvane -n '__orvane_in drive' -l force -d 'Overwrite that file'
 complete -c orvane -n '__orvane_in drive' -l reconnect -d 'Wait for the simulator when it goes away'
 complete -c orvane -n '__orvane_in drive' -l strict -d 'Send nothing if the simulator lacks a name'
+complete -c orvane -n '__orvane_in drive' -l plain -d 'Print lines on a terminal, too'
+complete -c orvane -n '__orvane_in drive' -l summary -d 'Say at the end what the session was like'
 
 complete -c orvane -n '__orvane_in record' -s o -l output -r -F -d 'The file'
 complete -c orvane -n '__orvane_in record' -l force -d 'Overwrite the file'

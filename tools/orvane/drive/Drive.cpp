@@ -6,9 +6,11 @@
 #include "tools/orvane/drive/ProfileReader.h"
 #include "tools/orvane/files/InputLines.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Progress.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
@@ -53,6 +55,7 @@ constexpr const char* kDriveFooter =
     "  dataref = \"sim/flightmodel/position/indicated_airspeed\"\n"
     "  type = \"float\"         # count = 4 and first = 0 for elements of an array;\n"
     "                         # or command = \"kyr/...\"\n"
+    "  unit = \"kt\"            # only shown\n"
     "\n"
     "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
     "a\n"
@@ -74,7 +77,14 @@ constexpr const char* kDriveFooter =
     "failures\n"
     "release held commands as well.\n"
     "\n"
+    "On a terminal a table shows all inputs, with a bar for an axis and a mark for a command that "
+    "is\n"
+    "down, and all outputs with a curve of their last four seconds. Elsewhere, and with --plain, a "
+    "line\n"
+    "is printed for each exchange.\n"
+    "\n"
     "Examples:\n"
+    "  orvane drive examples/profiles/demo.toml\n"
     "  orvane drive --check examples/profiles/yoke.toml\n"
     "  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30\n"
     "  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv\n"
@@ -93,6 +103,8 @@ struct DriveOptions {
     bool force = false;
     bool reconnect = false;
     bool strict = false;
+    bool plain = false;
+    bool summary = false;
     // Whether these were given on the command line.
     std::function<bool()> hasHost;
     std::function<bool()> hasPort;
@@ -132,6 +144,19 @@ Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
     return result;
 }
 
+DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, const Options& client) {
+    DriveView view;
+    view.format = globals.OutputFormat();
+    view.file = options.file;
+    view.existing = options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep;
+    // Who types rows wants to see them, and not where a table is drawn.
+    view.isPlain = options.plain || (options.input == "-" && ::isatty(STDIN_FILENO) == 1);
+    view.hasSummary = options.summary;
+    view.place = fmt::format("{}:{}", printable(client.host), client.port);
+    view.seconds = options.seconds;
+    return view;
+}
+
 DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
     DriveLimits limits;
     limits.rate = options.rate.value_or(profile.rate);
@@ -153,9 +178,9 @@ ExitCode drive(const DriveOptions& options, const GlobalOptions& globals) {
     if (options.check) {
         return reportChecked(options.profile, profile);
     }
-    DriveOutput output(profile, globals.OutputFormat(), options.file,
-                       options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
-    DriveSession session(profile, clientOptions(options, globals, profile),
+    const Options client = clientOptions(options, globals, profile);
+    DriveOutput output(profile, viewOf(options, globals, client));
+    DriveSession session(profile, client,
                          options.strict ? UnknownNames::Refuse : UnknownNames::Warn, output);
     session.Run(*source, limitsOf(options, profile));
     return ExitCode::Done;
@@ -191,13 +216,16 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
                      "Wait for the simulator when it goes away, and go on");
     command.add_flag("--strict", options.strict,
                      "Send nothing if the simulator lacks a name of the profile");
+    command.add_flag("--plain", options.plain, "Print lines on a terminal, too, and no table");
+    command.add_flag("--summary", options.summary,
+                     "Say at the end how many exchanges there were, and how long they took");
 }
 
 } // namespace
 
 void addDrive(CLI::App& app, const GlobalOptions& globals, Work& work) {
     CLI::App* const command = app.add_subcommand(
-        "drive", "Plays a session that a profile describes: sends axes, prints outputs");
+        "drive", "Plays a session that a profile describes: sends axes, shows outputs");
     command->footer(kDriveFooter);
     const auto options = std::make_shared<DriveOptions>();
     options->hasHost = [&app] { return app.count("--host") > 0; };

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <chrono>
 #include <exception>
 #include <string>
 #include <utility>
@@ -134,11 +135,14 @@ void DriveSession::exchange(const std::vector<tarnel::Item>& items) {
         declare();
     }
     held.Sending(items);
+    const auto begin = std::chrono::steady_clock::now();
     const tarnel::Answer answer = client->exchange(items);
+    const std::chrono::duration<double, std::milli> roundTrip =
+        std::chrono::steady_clock::now() - begin;
     held.Sent(items);
     hasSent = hasSent || !items.empty();
     endLostCommands();
-    output.Show(pace->Elapsed(), answer);
+    output.Show({pace->Elapsed(), roundTrip.count(), items, answer});
 }
 
 // The last row's effect is seen in the answer to another request.

@@ -23,11 +23,20 @@ struct ProfileInput {
     // Ends them; 0 unless the profile skips zeros.
     std::int32_t releasedBy = 0;
     std::optional<Motion> motion{};
+    // What becomes of a value, in a few words: "-1..1, float". One after another where several
+    // inputs share the name.
+    std::string way{};
+    // Of an array that the first of them writes to.
+    std::optional<std::int32_t> element{};
+    // Whether all of them are commands, and whether one is held down.
+    bool isCommand = false;
+    bool isHeld = false;
 };
 
 struct ProfileOutput {
     std::string name;
     tarnel::OutputId id = 0;
+    std::string unit{}; // only shown
 };
 
 // A name that a session expects the simulator to have.

@@ -2,6 +2,8 @@
 
 #include "tools/orvane/drive/ProfileMotionTable.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 #include <cstdint>
 #include <limits>
@@ -35,7 +37,28 @@ struct Target {
     bool isFloat = false;
     bool isValid = false;
     std::vector<ExpectedName> names{};
+    std::optional<std::int32_t> element{};
+    // What becomes of a value, as a person would say it.
+    std::string range{};
+    std::string scaling{};
+    std::string kind{};
+    std::string condition{};
 };
+
+// Names are told apart by their ends.
+std::string lastPart(const std::string& name) {
+    return name.substr(name.rfind('/') + 1);
+}
+
+// "-1..1, float range": that scaling is for floats goes without saying.
+std::string wayOf(const Target& target) {
+    std::string way = target.range;
+    for (const std::string& part : {target.scaling, target.kind}) {
+        const bool isSaid = part.empty() || (part == "float" && !target.scaling.empty());
+        way += isSaid ? "" : (way.empty() ? "" : ", ") + part;
+    }
+    return way + target.condition;
+}
 
 Input datarefInput(tarnel::ActionId action, const std::string& name, bool isFloat,
                    std::optional<std::int32_t> element) {
@@ -51,6 +74,11 @@ Target readDatarefTarget(ProfileTable& table, tarnel::ActionId action) {
     const auto type = readType(table);
     const auto element = readElement(table);
     Target target{Input::toFloat(action, "unknown"), type != "int"};
+    target.element = element;
+    target.range = target.isFloat ? "0..1" : "as it is";
+    target.kind =
+        fmt::format("{}{}{}", isOwnName(name.value_or("")) ? "own " : "",
+                    target.isFloat ? "float" : "int", element ? fmt::format("[{}]", *element) : "");
     if (name && type) {
         table.Try("dataref", [&] {
             target.input = datarefInput(action, *name, target.isFloat, element);
@@ -65,6 +93,7 @@ Target readCommandTarget(ProfileTable& table, tarnel::ActionId action) {
     table.Refuse({"type", "element", "scaling"}, "is for datarefs");
     const auto name = table.String("command");
     Target target{Input::toCommand(action, "unknown")};
+    target.kind = isOwnName(name.value_or("")) ? "own command" : "command";
     if (name) {
         table.Try("command", [&] {
             target.input = Input::toCommand(action, *name);
@@ -89,6 +118,9 @@ void scaleByDatarefs(ProfileTable& scaling, Target& target) {
         }
         target.names.push_back({names->first});
         target.names.push_back({names->second});
+        target.range = fmt::format("{}{}..{}", names->first == names->second ? "-" : "",
+                                   lastPart(names->first), lastPart(names->second));
+        target.scaling = "dataref range";
     });
 }
 
@@ -112,10 +144,14 @@ void readScaling(ProfileTable& table, Target& target, bool isFixed) {
     } else if (way == "float_range") {
         if (const auto range = scaling->FloatPair(way)) {
             scaling->Try(way, [&] { input.scaledByFloatRange(range->first, range->second); });
+            target.range = fmt::format("{}..{}", range->first, range->second);
+            target.scaling = "float range";
         }
     } else if (way == "int_range") {
         if (const auto range = scaling->Int32Pair(way)) {
             scaling->Try(way, [&] { input.scaledByIntRange(range->first, range->second); });
+            target.range = fmt::format("{}..{}", range->first, range->second);
+            target.scaling = "int range";
         }
     }
     scaling->RefuseUnknown();
@@ -140,6 +176,8 @@ void readCondition(ProfileTable& skip, std::string_view condition, Target& targe
         }
         target.names.push_back({*name});
     });
+    target.condition = fmt::format(", not while {} {}", lastPart(*name),
+                                   condition == "while_positive" ? "> 0" : "is 0");
 }
 
 // True when zeros are skipped.
@@ -156,6 +194,9 @@ bool readSkip(ProfileTable& table, Target& target) {
         readCondition(*skip, condition, target);
     }
     skip->RefuseUnknown();
+    if (value) {
+        target.condition = fmt::format(", skips {}", *value);
+    }
     if (value == 1) {
         target.input.skippedWhenOne();
     } else if (value == 0) {
@@ -168,23 +209,28 @@ void readFixed(ProfileTable& table, Target& target) {
     if (target.isFloat) {
         if (const auto value = table.Float("fixed")) {
             table.Try("fixed", [&] { target.input.fixed(*value); });
+            target.range = fmt::format("always {}", *value);
         }
     } else if (const auto value = table.Int32("fixed")) {
         table.Try("fixed", [&] { target.input.fixed(*value); });
+        target.range = fmt::format("always {}", *value);
     }
 }
 
 // True when it is held.
-bool readTiming(ProfileTable& table, Input& input) {
+bool readTiming(ProfileTable& table, Target& target) {
     const bool isHeld = table.Flag("hold");
     if (isHeld) {
         table.Refuse({"repeat_ms"}, "is for commands that are not held");
         table.Refuse({"fixed"}, "would leave a held command down, or never press it");
-        table.Try("hold", [&] { input.held(); });
+        table.Try("hold", [&] { target.input.held(); });
+        target.kind += ", held";
         return true;
     }
     if (const auto interval = table.Integer("repeat_ms", 1, kMostInt32)) {
-        table.Try("repeat_ms", [&] { input.repeatedEvery(std::chrono::milliseconds(*interval)); });
+        table.Try("repeat_ms",
+                  [&] { target.input.repeatedEvery(std::chrono::milliseconds(*interval)); });
+        target.kind += fmt::format(", at most every {} ms", *interval);
     }
     return false;
 }
@@ -201,7 +247,7 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     const bool isFixed = table.Has("fixed");
     bool isHeld = false;
     if (isCommand) {
-        isHeld = readTiming(table, target.input);
+        isHeld = readTiming(table, target);
     } else {
         table.Refuse({"hold", "repeat_ms"}, "is for commands");
         readScaling(table, target, isFixed);
@@ -214,7 +260,8 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, isAxis, isHeld, skipsZero, motion, target.names};
+    return ProfileRecord{target.input, isAxis,       isHeld,        skipsZero,
+                         motion,       target.names, wayOf(target), target.element};
 }
 
 } // namespace orvane::tool

@@ -63,7 +63,7 @@ std::string csvHeader(const std::vector<std::string>& columns) {
     return line;
 }
 
-std::string jsonText(const Record& record) {
+std::string jsonLine(const Record& record) {
     return record.dump(-1, ' ', false, Record::error_handler_t::replace);
 }
 
@@ -72,7 +72,7 @@ RecordWriter::RecordWriter(Format format, std::vector<std::string> columns)
 
 void RecordWriter::Write(const Record& record) {
     if (format == Format::Json) {
-        writeOut(jsonText(record) + "\n");
+        writeOut(jsonLine(record) + "\n");
     } else if (format == Format::Csv) {
         const std::string header = hasHeader ? "" : csvHeader(columns) + "\n";
         hasHeader = true;

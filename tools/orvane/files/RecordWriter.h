@@ -15,7 +15,7 @@ using Record = nlohmann::ordered_json;
 // array is one field with commas between its elements; what is missing or null is empty.
 std::string csvLine(const std::vector<std::string>& columns, const Record& record);
 // The same as a JSON object.
-std::string jsonText(const Record& record);
+std::string jsonLine(const Record& record);
 // The names of the columns.
 std::string csvHeader(const std::vector<std::string>& columns);
 

@@ -84,6 +84,15 @@ std::string_view endOf(std::string_view text, std::size_t columns) {
     return text;
 }
 
+std::string lastColumns(std::string_view text, std::size_t columns) {
+    constexpr std::string_view kCut = "..";
+    if (displayWidth(text) <= columns) {
+        return std::string(text);
+    }
+    const std::size_t left = columns > kCut.size() ? columns - kCut.size() : 0;
+    return std::string(kCut) + std::string(endOf(text, left));
+}
+
 std::string leftAligned(std::string_view text, std::size_t columns) {
     const std::size_t width = displayWidth(text);
     return std::string(text) + std::string(columns > width ? columns - width : 0, ' ');

@@ -15,6 +15,8 @@ std::size_t displayWidth(std::string_view text);
 // As much of the beginning, or of the end, as fits into so many columns.
 std::string_view beginningOf(std::string_view text, std::size_t columns);
 std::string_view endOf(std::string_view text, std::size_t columns);
+// The text, or ".." and its end where it is wider: names are told apart by their ends.
+std::string lastColumns(std::string_view text, std::size_t columns);
 
 // With blanks after, or before it, until it takes so many columns.
 std::string leftAligned(std::string_view text, std::size_t columns);

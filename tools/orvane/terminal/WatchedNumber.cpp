@@ -14,6 +14,15 @@ void WatchedNumber::See(double number, const std::string& shownAs, TimePoint now
     if (maximum.text.empty() || number > maximum.number) {
         maximum = {number, text};
     }
+    remember(number, now);
+}
+
+void WatchedNumber::remember(double number, TimePoint now) {
+    if (!history.empty() && now - rememberedAt < historyInterval) {
+        history.back() = number;
+        return;
+    }
+    rememberedAt = now;
     history.push_back(number);
     if (history.size() > kHistory) {
         history.pop_front();

@@ -8,6 +8,7 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/terminal/LiveScreen.h"
+#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Terminal.h"
 #include "tools/orvane/watch/DatagramSender.h"
 #include "tools/orvane/watch/WatchTable.h"
@@ -127,7 +128,7 @@ private:
             send();
         }
         if (screen) {
-            table.See(reader.Known(), values, steady_clock::now());
+            table.See(shownDatarefs(), values, steady_clock::now());
             if (screen->IsDue(steady_clock::now())) {
                 draw();
             }
@@ -138,8 +139,17 @@ private:
         }
     }
 
+    std::vector<DatarefArgument> shownDatarefs() const {
+        std::vector<DatarefArgument> datarefs = reader.Known();
+        for (DatarefArgument& dataref : datarefs) {
+            dataref.name = printable(dataref.name);
+            dataref.unit = printable(dataref.unit);
+        }
+        return datarefs;
+    }
+
     void send() {
-        const std::string failure = datagrams->Send(jsonText(recordOf()));
+        const std::string failure = datagrams->Send(jsonLine(recordOf()));
         if (!failure.empty() && failure != lastSendFailure) {
             tell(failure);
         }
@@ -164,10 +174,11 @@ private:
 
     void draw() {
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
-        screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", globals.host,
-                                             globals.port, seconds(), readings, state),
-                                 terminal, options.firstRow),
-                     steady_clock::now());
+        screen->Draw(
+            table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", printable(globals.host),
+                                    globals.port, seconds(), readings, state),
+                        terminal, options.firstRow),
+            steady_clock::now());
     }
 
     void lost(const std::string& reason) {

@@ -44,11 +44,6 @@ std::vector<Element> elementsOf(const velmar::Value& value) {
         value);
 }
 
-// Names are told apart by their ends.
-std::string lastPart(const std::string& text, std::size_t columns) {
-    return displayWidth(text) <= columns ? text : ".." + std::string(endOf(text, columns - 2));
-}
-
 } // namespace
 
 struct WatchTable::Extract {
@@ -144,7 +139,7 @@ std::string WatchTable::header(const Widths& used) const {
 
 std::string WatchTable::line(const Row& row, const Widths& used, const Terminal& terminal) const {
     const WatchedNumber& number = row.number;
-    const std::string name = leftAligned(lastPart(row.label, used.label), used.label);
+    const std::string name = leftAligned(lastColumns(row.label, used.label), used.label);
     const std::string value =
         fmt::format("{} {:>{}}", number.HasChanged() ? "*" : " ", number.Text(), used.value);
     const std::string rest =
@@ -154,12 +149,8 @@ std::string WatchTable::line(const Row& row, const Widths& used, const Terminal&
     if (used.history == 0) {
         return std::string(beginningOf(plain, used.columns));
     }
-    const std::vector<double> latest(
-        number.History().end() -
-            static_cast<std::ptrdiff_t>(std::min(used.history, number.History().size())),
-        number.History().end());
     return fmt::format("{} {}{}  {}", name, number.HasChanged() ? terminal.Bold(value) : value,
-                       rest, sparkline(latest, terminal.KnowsUnicode()));
+                       rest, sparkline(number.History(), used.history, terminal.KnowsUnicode()));
 }
 
 } // namespace orvane::tool

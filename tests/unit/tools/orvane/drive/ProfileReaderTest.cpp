@@ -171,6 +171,56 @@ TEST(ProfileReaderTest, KnowsAxesAndHeldCommands) {
     EXPECT_TRUE(profile.FindInput("axis")->heldCommands.empty());
 }
 
+// How the only input of a profile with these lines is described.
+std::string wayOf(const std::string& lines) {
+    return validProfile("[[input]]\nname = \"a\"\n" + lines).inputs.at(0).way;
+}
+
+TEST(ProfileReaderTest, DescribesWhatBecomesOfAValue) {
+    EXPECT_EQ(wayOf(kFloat), "0..1, float");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "element = 3"), "0..1, float[3]");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { float_range = [-1, 0.5] }"),
+              "-1..0.5, float range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { int_range = [0, 359] }"),
+              "0..359, int range");
+    EXPECT_EQ(
+        wayOf(std::string(kFloat) + "scaling = { datarefs = [\"sim/a/min\", \"sim/a/max\"] }"),
+        "min..max, dataref range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { datarefs = [\"kyr/most\", \"kyr/most\"] }"),
+              "-most..most, dataref range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "element = 2\nscaling = { int_range = [0, 9] }"),
+              "0..9, int range, float[2]");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "fixed = 0.25\nskip = { when_value = 0 }"),
+              "always 0.25, float, skips 0");
+    EXPECT_EQ(wayOf(kInt), "as it is, int");
+    EXPECT_EQ(wayOf("dataref = \"kyr/x\"\ntype = \"int\"\nelement = 1"), "as it is, own int[1]");
+    EXPECT_EQ(wayOf(std::string(kInt) + "skip = { while_positive = \"sim/p\", type = \"int\" }"),
+              "as it is, int, not while p > 0");
+    EXPECT_EQ(wayOf(kCommand), "command");
+    EXPECT_EQ(wayOf("command = \"kyr/c\"\nhold = true"), "own command, held");
+    EXPECT_EQ(wayOf(std::string(kCommand) + "repeat_ms = 200"), "command, at most every 200 ms");
+}
+
+TEST(ProfileReaderTest, DescribesInputsThatShareAName) {
+    const Profile profile = validProfile(
+        "[[input]]\nname = \"a\"\ndataref = \"sim/1\"\ntype = \"int\"\nelement = 2\n"
+        "[[input]]\nname = \"a\"\ncommand = \"sim/c\"\n"
+        "[[input]]\nname = \"b\"\ncommand = \"sim/d\"\n");
+    EXPECT_EQ(profile.inputs[0].way, "as it is, int[2]; command");
+    EXPECT_EQ(profile.inputs[0].element, 2);
+    EXPECT_FALSE(profile.inputs[0].isCommand);
+    EXPECT_TRUE(profile.inputs[1].isCommand);
+}
+
+TEST(ProfileReaderTest, ReadsTheUnitsOfOutputs) {
+    const Profile profile = validProfile("[[output]]\nname = \"i\"\n" + std::string(kInt) +
+                                         "unit = \"kt\"\n[[output]]\nname = \"j\"\n" + kInt);
+    EXPECT_EQ(profile.outputs[0].unit, "kt");
+    EXPECT_EQ(profile.outputs[1].unit, "");
+    EXPECT_EQ(outputProblems(std::string(kInt) + "unit = 3\n"),
+              "p:5:8: \"unit\" is not a text in quotes\n");
+}
+
 TEST(ProfileReaderTest, ReadsOutputsOfAllTypes) {
     const Profile profile = validProfile(
         "[[output]]\nname = \"i\"\ndataref = \"sim/i\"\ntype = \"int\"\n"

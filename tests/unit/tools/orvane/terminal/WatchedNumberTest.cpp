@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <string>
 
 using orvane::tool::WatchedNumber;
@@ -23,6 +24,15 @@ TEST(WatchedNumberTest, RemembersTheExtremesAndTheLatest) {
     EXPECT_EQ(number.Maximum(), "24");
     ASSERT_EQ(number.History().size(), 20U);
     EXPECT_EQ(number.History().front(), 5.0);
+}
+
+TEST(WatchedNumberTest, RemembersAsOftenAsItIsTold) {
+    WatchedNumber number(milliseconds(200));
+    const WatchedNumber::TimePoint start;
+    for (int i = 0; i <= 10; ++i) {
+        number.See(i, std::to_string(i), start + milliseconds(50 * i));
+    }
+    EXPECT_EQ(number.History(), (std::deque<double>{3, 7, 10}));
 }
 
 TEST(WatchedNumberTest, RemembersAChangeForHalfASecond) {
