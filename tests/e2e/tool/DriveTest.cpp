@@ -380,6 +380,14 @@ TEST_F(DriveTableTest, GivesWayToPlainLinesWhereTheyAreWanted) {
               "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
 }
 
+TEST_F(DriveTableTest, GivesWayToLinesWhereTheCursorCannotBeMoved) {
+    ToolSetting setting = terminal();
+    setting.environment = {"TERM=dumb"};
+    const ToolResult result = runTool({"drive", "p.toml", "-n", "1"}, setting);
+    EXPECT_EQ(withoutTimes(result.out),
+              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
+}
+
 TEST_F(DriveTest, EndsTheStatusOfAFileBeforeAMessage) {
     ToolRun run({"drive", "p.toml", "-o", "out.csv", "--reconnect"},
                 {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});

@@ -203,6 +203,28 @@ TEST_F(WatchTest, DrawsTheLastOfManyReadingsToo) {
     EXPECT_NE(result.out.find("   50 readings"), std::string::npos) << result.out;
 }
 
+TEST_F(WatchTest, PrintsLinesOnATerminalWhoseCursorCannotBeMoved) {
+    for (const std::vector<std::string>& environment :
+         {std::vector<std::string>{"TERM=dumb"}, std::vector<std::string>{}}) {
+        const ToolResult result =
+            runTool({"watch", "-n", "2", "-i", "0", "test/int:int"},
+                    {.hasTerminal = true, .input = {}, .environment = environment});
+        expectMatch(result.out, "(\\d+\\.\\d{3} test/int:int=0\r\n){2}");
+    }
+}
+
+TEST_F(WatchTest, LeavesOutNothingButColoursWhereTheyAreNotWanted) {
+    ToolSetting setting = terminal();
+    setting.environment = {"TERM=xterm", "NO_COLOR="};
+    const std::vector<std::string> arguments{"watch", "-n", "2", "-i", "0", "test/int:int"};
+    const std::string coloured = runTool(arguments, setting).out;
+    EXPECT_EQ(count(coloured, "\x1b[1mNAME "), 2U) << coloured;
+    setting.environment = {"TERM=xterm", "NO_COLOR=1"};
+    const std::string plain = runTool(arguments, setting).out;
+    EXPECT_EQ(count(plain, "\x1b[1m"), 0U) << plain;
+    EXPECT_EQ(count(plain, "\x1b[3A"), 1U) << plain;
+}
+
 TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
     const ToolResult result =
         runTool({"watch", "--csv", "-n", "1", "test/float:float"}, terminal());

@@ -59,7 +59,7 @@ constexpr const char* kDriveFooter =
     "\n"
     "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
     "a\n"
-    "name has on the wire. The page docs/client.md describes every key.\n"
+    "name has on the wire. The page docs/orvane.md describes every key.\n"
     "\n"
     "A table is CSV with the names of inputs on its first line, and whole numbers as they are "
     "sent:\n"
