@@ -18,6 +18,9 @@ namespace orvane::tool {
 
 namespace {
 
+// Enough for two days at the usual rate; later ones are not counted.
+constexpr std::size_t kMostRoundTrips = 10'000'000;
+
 Record jsonOf(bool isDown) {
     return isDown;
 }
@@ -26,9 +29,6 @@ template <typename Value>
 Record jsonOf(const Value& value) {
     return valueJson(velmar::Value(value));
 }
-
-// Enough for two days at the usual rate; later ones are not counted.
-constexpr std::size_t kMostRoundTrips = 10'000'000;
 
 // As in a line of CSV, but never in quotes.
 std::string cellText(const Record& field) {
@@ -63,10 +63,10 @@ DriveOutput::DriveOutput(const Profile& drivenProfile, DriveView wantedView)
       format(view.file.empty() || view.format == Format::Json ? view.format : Format::Csv),
       columns(columnsOf(profile)),
       terminal(STDOUT_FILENO),
-      writer(format, columns),
-      table(profile) {
+      writer(format, columns) {
     if (view.file.empty() && !writer.IsWanted() && !view.isPlain && terminal.IsTerminal()) {
         screen.emplace(terminal);
+        table.emplace(profile);
     }
 }
 
@@ -130,14 +130,14 @@ void DriveOutput::writeToFile(const Exchange& exchange) {
 
 void DriveOutput::showLive(const Exchange& exchange) {
     const auto now = std::chrono::steady_clock::now();
-    table.See(exchange.items, exchange.answer, now);
+    table->See(exchange.items, exchange.answer, now);
     const std::string time = view.seconds
                                  ? fmt::format("{:.1f} of {:.1f} s", seconds, *view.seconds)
                                  : fmt::format("{:.1f} s", seconds);
     title = fmt::format("{}   {}   {} exchanges   {:.1f} ms   aircraft {}", view.place, time, shown,
                         exchange.roundTripMs, aircraftText(aircraft));
     if (screen->IsDue(now)) {
-        screen->Draw(table.Lines(title, terminal), now);
+        screen->Draw(table->Lines(title, terminal), now);
     }
 }
 
@@ -146,7 +146,7 @@ void DriveOutput::Finish() {
     if (file) {
         fmt::print(stderr, "{}: {}, {}\n", view.file, rowsText(shown), sizeText(file->Bytes()));
     } else if (screen && shown > 0) {
-        screen->Draw(table.Lines(title, terminal), std::chrono::steady_clock::now());
+        screen->Draw(table->Lines(title, terminal), std::chrono::steady_clock::now());
         // Gives the terminal back.
         screen.reset();
     }

@@ -68,8 +68,9 @@ private:
     RecordWriter writer;
     std::optional<LineFile> file;
     StatusLine status;
+    // Where there is a terminal to show it on.
     std::optional<LiveScreen> screen;
-    DriveTable table;
+    std::optional<DriveTable> table;
     std::string title;
     std::size_t shown = 0;
     double seconds = 0;

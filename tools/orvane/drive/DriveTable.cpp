@@ -127,11 +127,13 @@ void DriveTable::addRowsOf(std::size_t output) {
         add({label, nullptr, &entry, 0, 0, unit});
         return;
     }
-    for (std::int32_t i = 0; i < record.count(); ++i) {
-        const std::int32_t element = record.firstElement() + i;
-        add({fmt::format("{}[{}]", label, element), nullptr, &entry, static_cast<std::size_t>(i),
-             element, unit});
+    const auto count = static_cast<std::size_t>(record.count());
+    const std::size_t kept = std::min(count, kMostRows - rows.size());
+    for (std::size_t i = 0; i < kept; ++i) {
+        const std::int32_t element = record.firstElement() + static_cast<std::int32_t>(i);
+        add({fmt::format("{}[{}]", label, element), nullptr, &entry, i, element, unit});
     }
+    furtherRows += count - kept;
 }
 
 // Into the row of the element that it writes to, where there is one.

@@ -125,7 +125,7 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     }
 }
 
-// For who looks at the session.
+// For the table of a session.
 void Reader::describe(ProfileInput& entry, const ProfileRecord& record) {
     const bool isCommand = record.names.front().isCommand;
     const bool isFirst = entry.way.empty();

@@ -2,15 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <limits>
 #include <optional>
 
+#include "support/PseudoTerminal.h"
 #include "tools/orvane/drive/ProfileReader.h"
 
 using orvane::tarnel::Answer;
@@ -68,21 +65,7 @@ command = "kyr/brakes"
 
 class DriveTableTest : public testing::Test {
 protected:
-    DriveTableTest() {
-        for (const char* const name : {"LC_ALL", "LC_CTYPE"}) {
-            ::unsetenv(name);
-        }
-        ::setenv("LANG", "C", 1);
-        ::setenv("TERM", "xterm", 1);
-        ::setenv("NO_COLOR", "1", 1);
-        EXPECT_EQ(::openpty(&ours, &theirs, nullptr, nullptr, nullptr), 0);
-        read(kProfile);
-    }
-
-    ~DriveTableTest() override {
-        ::close(ours);
-        ::close(theirs);
-    }
+    DriveTableTest() { read(kProfile); }
 
     void read(const std::string& text) {
         Problems problems;
@@ -102,11 +85,8 @@ protected:
     }
 
     Lines lines(std::size_t columns, std::size_t rows = 24) const {
-        winsize size{};
-        size.ws_col = static_cast<unsigned short>(columns);
-        size.ws_row = static_cast<unsigned short>(rows);
-        EXPECT_EQ(::ioctl(ours, TIOCSWINSZ, &size), 0);
-        return table->Lines("title", Terminal(theirs));
+        terminal.Resize(columns, rows);
+        return table->Lines("title", Terminal(terminal.FileDescriptor()));
     }
 
     using Floats = std::vector<float>;
@@ -114,8 +94,7 @@ protected:
     Profile profile;
     std::optional<DriveTable> table;
     orvane::tool::WatchedNumber::TimePoint now;
-    int ours = -1;
-    int theirs = -1;
+    PseudoTerminal terminal;
 };
 
 TEST_F(DriveTableTest, ShowsWhatGoesInBesideWhatComesBack) {

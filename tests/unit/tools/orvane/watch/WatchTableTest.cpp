@@ -2,13 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cstdlib>
-#include <memory>
-
+#include "support/PseudoTerminal.h"
 #include "tools/orvane/terminal/WatchedNumber.h"
 
 using orvane::tool::DatarefArgument;
@@ -24,35 +19,17 @@ using Lines = std::vector<std::string>;
 
 class WatchTableTest : public testing::Test {
 protected:
-    WatchTableTest() {
-        for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-            ::unsetenv(name);
-        }
-        ::setenv("TERM", "xterm", 1);
-        ::setenv("NO_COLOR", "1", 1);
-        EXPECT_EQ(::openpty(&ours, &theirs, nullptr, nullptr, nullptr), 0);
-    }
-
-    ~WatchTableTest() override {
-        ::close(ours);
-        ::close(theirs);
-    }
-
     void see(const std::vector<DatarefArgument>& datarefs, const std::vector<Value>& values) {
         table.See(datarefs, values, WatchedNumber::TimePoint());
     }
 
     Lines lines(std::size_t columns, std::size_t rows = 24, std::size_t first = 1) const {
-        winsize size{};
-        size.ws_col = static_cast<unsigned short>(columns);
-        size.ws_row = static_cast<unsigned short>(rows);
-        EXPECT_EQ(::ioctl(ours, TIOCSWINSZ, &size), 0);
-        return table.Lines("title", Terminal(theirs), first);
+        terminal.Resize(columns, rows);
+        return table.Lines("title", Terminal(terminal.FileDescriptor()), first);
     }
 
     WatchTable table;
-    int ours = -1;
-    int theirs = -1;
+    PseudoTerminal terminal;
 };
 
 TEST_F(WatchTableTest, ShowsValueUnitExtremesAndCurve) {
