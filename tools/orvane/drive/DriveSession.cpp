@@ -19,10 +19,10 @@
 namespace orvane::tool {
 
 DriveSession::DriveSession(const Profile& drivenProfile, Options clientOptions,
-                           UnknownNames whatToDo, DriveOutput& sessionOutput)
+                           UnknownNames unknownNames, DriveOutput& sessionOutput)
     : profile(drivenProfile),
       options(std::move(clientOptions)),
-      unknownNames(whatToDo),
+      unknownNames(unknownNames),
       output(sessionOutput),
       held(drivenProfile) {}
 

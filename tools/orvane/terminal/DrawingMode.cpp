@@ -18,6 +18,23 @@ namespace {
 constexpr std::string_view kHideCursor = "\x1b[?25l";
 constexpr std::string_view kShowCursor = "\x1b[?25h";
 
+// Keeps a signal waiting.
+class Blocked final {
+public:
+    explicit Blocked(int signal) {
+        sigset_t only;
+        ::sigemptyset(&only);
+        ::sigaddset(&only, signal);
+        ::sigprocmask(SIG_BLOCK, &only, &before);
+    }
+    ~Blocked() { ::sigprocmask(SIG_SETMASK, &before, nullptr); }
+    Blocked(const Blocked&) = delete;
+    Blocked& operator=(const Blocked&) = delete;
+
+private:
+    sigset_t before{};
+};
+
 // What the signal handlers work with.
 termios settingsBefore{};
 bool isTaken = false;
@@ -45,8 +62,10 @@ void take() {
     }
 }
 
+// Also where the shell has put the process into the background on its way out.
 void giveBack() {
     if (isTaken) {
+        const Blocked notStopped(SIGTTOU);
         put(kShowCursor);
         ::tcflush(STDOUT_FILENO, TCIFLUSH);
         ::tcsetattr(STDOUT_FILENO, TCSANOW, &settingsBefore);
@@ -112,40 +131,23 @@ void leaveSignals() {
     }
 }
 
-// Ctrl-Z waits while one of these is there.
-class Unstopped final {
-public:
-    Unstopped() {
-        sigset_t stop;
-        ::sigemptyset(&stop);
-        ::sigaddset(&stop, SIGTSTP);
-        ::sigprocmask(SIG_BLOCK, &stop, &before);
-    }
-    ~Unstopped() { ::sigprocmask(SIG_SETMASK, &before, nullptr); }
-    Unstopped(const Unstopped&) = delete;
-    Unstopped& operator=(const Unstopped&) = delete;
-
-private:
-    sigset_t before{};
-};
-
 } // namespace
 
 DrawingMode::DrawingMode() {
-    const Unstopped unstopped;
+    const Blocked notStopped(SIGTSTP);
     shownDrawing.clear();
     handleSignals();
     take();
 }
 
 DrawingMode::~DrawingMode() {
-    const Unstopped unstopped;
+    const Blocked notStopped(SIGTSTP);
     giveBack();
     leaveSignals();
 }
 
 void DrawingMode::Show(const std::string& change, std::string drawing) {
-    const Unstopped unstopped;
+    const Blocked notStopped(SIGTSTP);
     if (!isTaken) {
         take();
     }
