@@ -5,6 +5,7 @@
 #include <pty.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -118,8 +119,14 @@ void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setti
         check(posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/full", O_WRONLY, 0),
               "/dev/full");
     }
-    const int error = posix_spawn(&pid, ORVANE_TOOL, &actions, nullptr,
+    posix_spawnattr_t attributes;
+    check(posix_spawnattr_init(&attributes), "posix_spawnattr_init");
+    if (setting.hasTerminal) {
+        check(posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP), "process group");
+    }
+    const int error = posix_spawn(&pid, ORVANE_TOOL, &actions, &attributes,
                                   pointersTo(arguments).data(), pointersTo(environment).data());
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     ::close(input);
     ::close(outChannel.theirs);
@@ -129,6 +136,10 @@ void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setti
 
 void ToolRun::WaitForOut(const std::string& text, const std::function<void()>& step) {
     waitUntil([&] { return out.find(text) != std::string::npos; }, step, "prints: " + text);
+}
+
+void ToolRun::WaitForOut(const std::string& text, std::size_t from) {
+    waitUntil([&] { return out.find(text, from) != std::string::npos; }, {}, "prints: " + text);
 }
 
 void ToolRun::WaitForErr(const std::string& text, const std::function<void()>& step) {
@@ -147,6 +158,23 @@ void ToolRun::Signal(int signal) const {
         throw std::runtime_error("orvane has ended already");
     }
     ::kill(pid, signal);
+}
+
+void ToolRun::WaitUntilStopped() {
+    waitUntil([&] { return hasStopped(); }, {}, "stops");
+    receive(0);
+}
+
+void ToolRun::Type(const std::string& keys) const {
+    if (::write(outEnd, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
+        throw std::runtime_error("the terminal does not take what is typed");
+    }
+}
+
+bool ToolRun::HasEcho() const {
+    termios settings{};
+    check(::tcgetattr(outEnd, &settings) == 0 ? 0 : errno, "tcgetattr");
+    return (settings.c_lflag & ECHO) != 0;
 }
 
 void ToolRun::CloseOut() {
@@ -198,6 +226,18 @@ bool ToolRun::hasEnded() {
         exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     }
     return pid == -1;
+}
+
+bool ToolRun::hasStopped() {
+    int status = 0;
+    if (::waitpid(pid, &status, WNOHANG | WUNTRACED) != pid) {
+        return false;
+    }
+    if (!WIFSTOPPED(status)) {
+        pid = -1;
+        throw std::runtime_error("orvane ended instead of stopping");
+    }
+    return true;
 }
 
 ToolResult runTool(std::vector<std::string> arguments, ToolSetting setting) {

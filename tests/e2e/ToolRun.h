@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
@@ -15,7 +16,8 @@ struct ToolResult {
 };
 
 struct ToolSetting {
-    // Standard output is a terminal of 100 columns and 24 rows instead of a pipe.
+    // Standard output is a terminal of 100 columns and 24 rows instead of a pipe. The tool then has
+    // a process group of its own, as a shell gives it, so that it can be stopped.
     bool hasTerminal = false;
     // The same for standard error.
     bool hasErrTerminal = false;
@@ -41,11 +43,19 @@ public:
 
     // Waits until the tool has printed this; `step`, if there is one, is called meanwhile.
     void WaitForOut(const std::string& text, const std::function<void()>& step = {});
+    // The same after the first `from` bytes.
+    void WaitForOut(const std::string& text, std::size_t from);
     void WaitForErr(const std::string& text, const std::function<void()>& step = {});
     // Waits for its end.
     ToolResult Wait(const std::function<void()>& step = {});
 
     void Signal(int signal) const;
+    // Waits until a signal has stopped it.
+    void WaitUntilStopped();
+    // Keys that somebody types at the terminal of standard output.
+    void Type(const std::string& keys) const;
+    // Whether that terminal shows what is typed.
+    bool HasEcho() const;
     // Whoever reads standard output goes away.
     void CloseOut();
 
@@ -59,6 +69,7 @@ private:
                    const std::string& what);
     void receive(int timeoutMs);
     bool hasEnded();
+    bool hasStopped();
 
     pid_t pid = -1;
     int outEnd = -1;

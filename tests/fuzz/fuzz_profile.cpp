@@ -35,6 +35,7 @@ constexpr std::array kLines = {"[connection]",
                                "type = \"float\"",
                                "type = \"int\"",
                                "element = 1",
+                               "unit = \"kt\"",
                                "count = 1000000",
                                "first = 2",
                                "action = 3",
@@ -45,6 +46,9 @@ constexpr std::array kLines = {"[connection]",
                                "scaling = { float_range = [-1, 1] }",
                                "scaling = { int_range = [-2147483648, 2147483647] }",
                                "scaling = { datarefs = [\"a\", \"b\"], element = 1 }",
+                               "wave = { form = \"square\", period = 0.01, phase = 1 }",
+                               "wave = { range = [0, 0.5] }",
+                               "steps = { values = [0, 1], seconds = 0.01 }",
                                "skip = { when_value = 0 }",
                                "skip = { while_zero = \"z\", type = \"int\", element = 2 }"};
 
@@ -71,6 +75,9 @@ void checkProfile(const Profile& profile) {
     for (const ProfileInput& input : profile.inputs) {
         require(names.insert(input.name).second, "an input is there twice");
         require(profile.definitions.declares(input.action), "an action is not declared");
+        if (input.motion) {
+            orvane::tool::valueAt(*input.motion, 86'400.5);
+        }
     }
     require(profile.outputs.size() == profile.definitions.outputs().size(),
             "an output has no name");

@@ -65,6 +65,19 @@ TEST_F(CommandTest, HoldsCommandsForATime) {
     EXPECT_GE(std::stoi(continued[1]), 5);
 }
 
+TEST_F(CommandTest, ShowsOnATerminalWhatItHolds) {
+    ToolRun run({"command", "hold", "-T", "100", "test/hold", "test/once"},
+                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+    run.WaitForErr("holding test/hold, test/once for 100 s; Ctrl-C releases");
+    waitForEvents("test/once", " begin=1 ");
+    simulator->Ask("reload");
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.err.find("releases\r\x1b[Korvane: released on a new connection\r\norvane: "),
+              std::string::npos)
+        << result.err;
+}
+
 TEST_F(CommandTest, ReleasesAHeldCommandAtAnInterrupt) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         fly();

@@ -233,15 +233,198 @@ TEST_F(DriveTest, GoesOnWhenTheSimulatorIsBack) {
     EXPECT_EQ(run.Wait().exitCode, 0);
 }
 
-TEST_F(DriveTest, LeavesTheLastValuesOnATerminal) {
-    const ToolResult result =
-        runTool({"drive", "p.toml", "-n", "20"},
-                {.hasTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+class DriveUnknownNamesTest : public DriveTest {
+protected:
+    DriveUnknownNamesTest() {
+        directory.Write("p.toml",
+                        std::string(kProfile) +
+                            "[[input]]\n"
+                            "name = \"trim\"\n"
+                            "dataref = \"no/trim\"\n"
+                            "type = \"float\"\n"
+                            "scaling = { datarefs = [\"test/minimum\", \"no/maximum\"] }\n"
+                            "skip = { while_zero = \"no/condition\", type = \"int\" }\n"
+                            "[[input]]\n"
+                            "name = \"flaps\"\n"
+                            "command = \"no/flaps\"\n"
+                            "[[output]]\n"
+                            "name = \"trim\"\n"
+                            "dataref = \"no/trim\"\n"
+                            "type = \"float\"\n");
+    }
+
+    static constexpr const char* kUnknown =
+        "orvane: no/trim: the simulator has no such dataref (input \"trim\")\n"
+        "orvane: no/maximum: the simulator has no such dataref (input \"trim\")\n"
+        "orvane: no/condition: the simulator has no such dataref (input \"trim\")\n"
+        "orvane: no/flaps: the simulator has no such command (input \"flaps\")\n"
+        "orvane: no/trim: the simulator has no such dataref (output \"trim\")\n";
+};
+
+TEST_F(DriveUnknownNamesTest, AreToldAtTheStart) {
+    const ToolResult result = drive({"--input", "-"}, "switch\n7\n");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, kUnknown);
+    EXPECT_EQ(simulator->Get("test/int"), "7");
+}
+
+TEST_F(DriveUnknownNamesTest, EndASessionThatIsStrict) {
+    const ToolResult result = drive({"--strict", "--input", "-"}, "switch\n7\n");
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, std::string(kUnknown) + "orvane: nothing was sent\n");
+    EXPECT_EQ(simulator->Get("test/int"), "0");
+}
+
+TEST_F(DriveTest, IsStrictAboutNothingWhereAllNamesAreKnown) {
+    EXPECT_EQ(drive({"--strict", "-n", "1"}).exitCode, 0);
+}
+
+constexpr const char* kOwnNames =
+    "[[input]]\n"
+    "name = \"knob\"\n"
+    "dataref = \"kyr/knob\"\n"
+    "type = \"int\"\n"
+    "steps = { values = [7] }\n"
+    "[[input]]\n"
+    "name = \"button\"\n"
+    "command = \"kyr/button\"\n"
+    "hold = true\n"
+    "steps = { values = [1] }\n"
+    "[[output]]\n"
+    "name = \"knob\"\n"
+    "dataref = \"kyr/knob\"\n"
+    "type = \"int\"\n"
+    "[[output]]\n"
+    "name = \"button\"\n"
+    "command = \"kyr/button\"\n";
+
+TEST_F(DriveTest, DrivesNamesThatItsOwnOutputsMake) {
+    directory.Write("p.toml", kOwnNames);
+    const ToolResult result = drive({"-n", "1", "--strict"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(withoutTimes(result.out),
+              "T knob=0 button=false aircraft=B9852EB1\n"
+              "T knob=7 button=true aircraft=B9852EB1\n");
+}
+
+TEST_F(DriveTest, DrivesThemStillWhenTheSimulatorIsBack) {
+    directory.Write("p.toml", kOwnNames);
+    ToolRun run({"drive", "p.toml", "--reconnect"});
+    run.WaitForOut("button=true");
+    simulator->Quit();
+    run.WaitForErr("orvane: 127.0.0.1:48000: ");
+    const std::size_t before = run.Out().size();
+    fly();
+    run.WaitForErr("orvane: connected again\n");
+    run.WaitForOut("knob=7 button=true aircraft=B9852EB1", before);
+    run.Signal(SIGINT);
+    EXPECT_EQ(run.Wait().exitCode, 0);
+}
+
+class DriveTableTest : public DriveTest {
+protected:
+    static ToolSetting terminal() {
+        return {.hasTerminal = true,
+                .input = {},
+                .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C"}};
+    }
+
+    static bool hasRow(const std::string& text, const std::string& pattern) {
+        return std::regex_search(text, std::regex("\n" + pattern + "\\x1b\\[K\r"));
+    }
+};
+
+TEST_F(DriveTableTest, ShowsInputsAndOutputsOnATerminalAndGivesItBack) {
+    directory.Write("t.csv", "time,axis,switch,brakes\n0,65535,7,1\n1000,0,0,0\n");
+    ToolRun run({"drive", "p.toml", "--input", "t.csv", "-T", "900"}, terminal());
+    run.WaitForOut("button");
+    EXPECT_FALSE(run.HasEcho());
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(run.HasEcho());
+    EXPECT_TRUE(result.out.ends_with("\x1b[?25h")) << result.out;
+    EXPECT_TRUE(std::regex_search(
+        result.out, std::regex("127\\.0\\.0\\.1:48000   [0-9.]+ of 900\\.0 s   1 exchanges   "
+                               "[0-9.]+ ms   aircraft 0xB9852EB1\\x1b\\[K")))
+        << result.out;
+    EXPECT_TRUE(hasRow(result.out, "axis +65535 ##########  +-1\\.\\.1, float range"))
+        << result.out;
+    EXPECT_TRUE(hasRow(result.out, "switch +7  +as it is, int")) << result.out;
+    EXPECT_TRUE(hasRow(result.out, "brakes +1 held  +command, held")) << result.out;
+    EXPECT_TRUE(hasRow(result.out, "position +0\\.000  -")) << result.out;
+    EXPECT_TRUE(hasRow(result.out, "lamps\\[1\\] +4  -")) << result.out;
+    EXPECT_TRUE(hasEvents(" end=1")) << simulator->Ask("events test/hold");
+}
+
+TEST_F(DriveTableTest, LeavesTheLastValuesOnTheTerminal) {
+    const ToolResult result = runTool({"drive", "p.toml", "-n", "20"}, terminal());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.rfind("   20 exchanges   "), std::string::npos) << result.out;
+}
+
+TEST_F(DriveTableTest, EndsBeforeAMessageAndGoesOnBelow) {
+    ToolSetting setting = terminal();
+    setting.hasErrTerminal = true;
+    ToolRun run({"drive", "p.toml", "--reconnect"}, setting);
+    run.WaitForOut("button");
+    simulator->Quit();
+    run.WaitForErr("orvane: 127.0.0.1:48000: ");
+    const std::size_t before = run.Out().size();
+    fly();
+    run.WaitForErr("orvane: connected again\r\n");
+    run.WaitForOut("NAME", before);
+    // Not over the lines that were told.
+    EXPECT_TRUE(run.Out().substr(before).starts_with("\r127.0.0.1:48000   ")) << run.Out();
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err.find('\x1b'), std::string::npos) << result.err;
+}
+
+TEST_F(DriveTableTest, GivesWayToPlainLinesWhereTheyAreWanted) {
+    const ToolResult result = runTool({"drive", "p.toml", "-n", "2", "--plain"}, terminal());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(withoutTimes(result.out),
+              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n"
+              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
+}
+
+TEST_F(DriveTableTest, GivesWayToLinesWhereTheCursorCannotBeMoved) {
+    ToolSetting setting = terminal();
+    setting.environment = {"TERM=dumb"};
+    const ToolResult result = runTool({"drive", "p.toml", "-n", "1"}, setting);
+    EXPECT_EQ(withoutTimes(result.out),
+              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
+}
+
+TEST_F(DriveTest, EndsTheStatusOfAFileBeforeAMessage) {
+    ToolRun run({"drive", "p.toml", "-o", "out.csv", "--reconnect"},
+                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+    run.WaitForErr("1 row, ");
+    simulator->Quit();
+    run.WaitForErr("orvane: 127.0.0.1:48000: ");
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(std::regex_search(result.err,
+                                  std::regex("bytes\r\\x1b\\[Korvane: 127\\.0\\.0\\.1:48000: ")))
+        << result.err;
+}
+
+TEST_F(DriveTest, SaysAtTheEndWhatTheSessionWasLike) {
+    const ToolResult result = drive({"-n", "3", "--summary"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(std::regex_match(
-        result.out,
-        std::regex("[0-9.]+ position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n")))
-        << result.out;
+        result.err,
+        std::regex("\n"
+                   "  exchanges    3 in \\d\\.\\d s, [0-9.]+ per second\n"
+                   "  round trips  min [0-9.]+ ms, median [0-9.]+ ms, 95 % [0-9.]+ ms, max "
+                   "[0-9.]+ ms\n"
+                   "  aircraft     0xB9852EB1\n")))
+        << result.err;
 }
 
 TEST_F(DriveTest, ConnectsWhereTheProfileSaysUnlessToldOtherwise) {
@@ -306,7 +489,7 @@ TEST_F(DriveTest, FindsTheExamplesValid) {
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_NE(result.out.find(": valid: "), std::string::npos) << result.out;
     }
-    EXPECT_EQ(profiles, 2U);
+    EXPECT_EQ(profiles, 3U);
 }
 
 } // namespace

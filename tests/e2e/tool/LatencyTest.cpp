@@ -1,3 +1,4 @@
+#include <chrono>
 #include <csignal>
 #include <nlohmann/json.hpp>
 
@@ -12,17 +13,32 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << result.err;
         return nlohmann::json::parse(result.out);
     }
+
+    // Again where the measurement was kept from the processor just while it connected, which it
+    // takes for a slow network.
+    static nlohmann::json measureFrameRate() {
+        nlohmann::json measured = measure("2");
+        for (int i = 0; i < 5 && measured["framesPerSecond"].is_null(); ++i) {
+            measured = measure("2");
+        }
+        return measured;
+    }
 };
 
+// Where other programs want the processor, frames come later than they should, and an exchange may
+// miss one: then it takes three.
 TEST_F(LatencyTest, TellsTheFrameRateOfTheSimulator) {
-    for (const int frames_per_second : {50, 100}) {
-        fly(std::to_string(frames_per_second));
-        const nlohmann::json measured = measure("2");
-        EXPECT_NEAR(measured["frames_per_second"].get<double>(), frames_per_second,
-                    0.05 * frames_per_second)
-            << measured.dump();
-        EXPECT_NEAR(measured["p50_ms"].get<double>(), 2000.0 / frames_per_second,
-                    0.1 * 2000.0 / frames_per_second)
+    for (const int wanted : {50, 100}) {
+        fly(std::to_string(wanted));
+        const auto begin = std::chrono::steady_clock::now();
+        const long before = simulator->AskNumber("frames");
+        const nlohmann::json measured = measureFrameRate();
+        const auto frames = static_cast<double>(simulator->AskNumber("frames") - before);
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+        const auto framesPerSecond = measured["frames_per_second"].get<double>();
+        EXPECT_LT(framesPerSecond, 1.05 * wanted) << measured.dump();
+        EXPECT_GT(framesPerSecond, 0.95 * 2 / 3 * frames / took.count()) << measured.dump();
+        EXPECT_NEAR(measured["p50_ms"].get<double>(), 2000.0 / framesPerSecond, 1.0)
             << measured.dump();
     }
 }
@@ -50,20 +66,21 @@ TEST_F(LatencyTest, DrawsAHistogram) {
     }
 }
 
-TEST_F(LatencyTest, TellsWhatItHasAtAnInterrupt) {
-    ToolRun run({"latency", "--seconds", "1000", "--csv"});
-    // Nothing shows that it has begun; it answers an interrupt at any time.
-    const long before = simulator->AskNumber("frames");
-    run.Wait([&] {
-        if (simulator->AskNumber("frames") > before + 60) {
-            run.Signal(SIGINT);
-        }
-    });
+TEST_F(LatencyTest, ShowsOnATerminalThatItIsAtWorkAndTellsWhatItHasAtAnInterrupt) {
+    ToolRun run({"latency", "--seconds", "1000", "--csv"},
+                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+    run.WaitForErr(" of 1000.0 s, ");
+    run.Signal(SIGINT);
     const ToolResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(result.err.ends_with("\r\x1b[K")) << result.err;
     EXPECT_TRUE(result.out.starts_with(
         "round_trips,seconds,connect_ms,min_ms,p50_ms,p90_ms,p99_ms,max_ms,frames_per_second\n"))
         << result.out;
+}
+
+TEST_F(LatencyTest, SaysNothingOnStandardErrorElsewhere) {
+    EXPECT_EQ(runTool({"latency", "--seconds", "0.5"}).err, "");
 }
 
 TEST_F(LatencyTest, FailsWhenTheSimulatorStops) {

@@ -1,3 +1,8 @@
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <regex>
 
@@ -25,6 +30,40 @@ protected:
     static void expectMatch(const std::string& text, const std::string& pattern) {
         EXPECT_TRUE(std::regex_match(text, std::regex(pattern))) << text;
     }
+};
+
+// A program that plots what it gets over UDP, on a port of the system's choice.
+class Plotter final {
+public:
+    Plotter() : socket(::socket(AF_INET, SOCK_DGRAM, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        EXPECT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), size), 0);
+        EXPECT_EQ(::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size), 0);
+        port = std::to_string(ntohs(address.sin_port));
+    }
+    ~Plotter() { ::close(socket); }
+    Plotter(const Plotter&) = delete;
+    Plotter& operator=(const Plotter&) = delete;
+
+    // The next datagram; empty when none comes in time.
+    std::string Next() const {
+        constexpr int kDeadlineMs = 10'000;
+        pollfd readable{.fd = socket, .events = POLLIN, .revents = 0};
+        std::string text(65'536, '\0');
+        const bool isThere = ::poll(&readable, 1, kDeadlineMs) == 1;
+        const ssize_t size = isThere ? ::recv(socket, text.data(), text.size(), 0) : 0;
+        text.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        return text;
+    }
+
+    const std::string& Port() const { return port; }
+
+private:
+    const int socket;
+    std::string port;
 };
 
 constexpr const char* kHideCursor = "\x1b[?25l";
@@ -122,13 +161,81 @@ TEST_F(WatchTest, RedrawsATableOnATerminalAndGivesTheCursorBack) {
     EXPECT_GE(count(result.out, "\x1b[5A\r"), 3U);
 }
 
-TEST_F(WatchTest, DrawsAtMostTwentyTimesASecond) {
-    const ToolResult result =
-        runTool({"watch", "-T", "1", "-i", "0", "test/float:float"}, terminal());
+TEST_F(WatchTest, ShowsNothingOfWhatIsTypedWhileItDraws) {
+    ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
+    run.WaitForOut("test/float");
+    EXPECT_FALSE(run.HasEcho());
+    run.Type("typed\n");
+    simulator->Ask("set test/float 2.5");
+    run.WaitForOut("2.5");
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
+    EXPECT_EQ(result.out.find("typed"), std::string::npos) << result.out;
+    EXPECT_TRUE(run.HasEcho());
+}
+
+TEST_F(WatchTest, GivesTheTerminalBackOnEveryWayOut) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT}) {
+        ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
+        run.WaitForOut("test/float");
+        run.Signal(signal);
+        const ToolResult result = run.Wait();
+        EXPECT_TRUE(result.out.ends_with(kShowCursor)) << signal << ": " << result.out;
+        EXPECT_TRUE(run.HasEcho()) << signal;
+        const bool isCaught = signal == SIGINT || signal == SIGTERM || signal == SIGHUP;
+        EXPECT_EQ(result.exitCode, isCaught ? 0 : 128 + signal);
+    }
+}
+
+TEST_F(WatchTest, GivesTheTerminalBackWhileItIsStoppedAndDrawsAnewAfterwards) {
+    ToolRun run({"watch", "-i", "1000", "test/float:float"}, terminal());
+    run.WaitForOut("test/float");
+    for (std::size_t stops = 1; stops <= 2; ++stops) {
+        run.Signal(SIGTSTP);
+        run.WaitUntilStopped();
+        EXPECT_TRUE(run.Out().ends_with(kShowCursor)) << run.Out();
+        EXPECT_TRUE(run.HasEcho());
+        const std::size_t before = run.Out().size();
+        run.Signal(SIGCONT);
+        run.WaitForOut(kHideCursor, before);
+        run.WaitForOut("test/float", before);
+        EXPECT_FALSE(run.HasEcho());
+        // Below what the shell has printed meanwhile.
+        EXPECT_EQ(run.Out().find("\x1b[3A", before), std::string::npos) << run.Out();
+    }
+    run.Signal(SIGINT);
+    const ToolResult result = run.Wait();
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_GE(count(result.out, "NAME"), 3U);
-    // And once at the end.
-    EXPECT_LE(count(result.out, "NAME"), 22U);
+    EXPECT_TRUE(result.out.ends_with(kShowCursor)) << result.out;
+}
+
+TEST_F(WatchTest, DrawsTheLastOfManyReadingsToo) {
+    const ToolResult result =
+        runTool({"watch", "-n", "50", "-i", "0", "test/float:float"}, terminal());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("   50 readings"), std::string::npos) << result.out;
+}
+
+TEST_F(WatchTest, PrintsLinesOnATerminalWhoseCursorCannotBeMoved) {
+    for (const std::vector<std::string>& environment :
+         {std::vector<std::string>{"TERM=dumb"}, std::vector<std::string>{}}) {
+        const ToolResult result =
+            runTool({"watch", "-n", "2", "-i", "0", "test/int:int"},
+                    {.hasTerminal = true, .input = {}, .environment = environment});
+        expectMatch(result.out, "(\\d+\\.\\d{3} test/int:int=0\r\n){2}");
+    }
+}
+
+TEST_F(WatchTest, LeavesOutNothingButColoursWhereTheyAreNotWanted) {
+    ToolSetting setting = terminal();
+    setting.environment = {"TERM=xterm", "NO_COLOR="};
+    const std::vector<std::string> arguments{"watch", "-n", "2", "-i", "0", "test/int:int"};
+    const std::string coloured = runTool(arguments, setting).out;
+    EXPECT_EQ(count(coloured, "\x1b[1mNAME "), 2U) << coloured;
+    setting.environment = {"TERM=xterm", "NO_COLOR=1"};
+    const std::string plain = runTool(arguments, setting).out;
+    EXPECT_EQ(count(plain, "\x1b[1m"), 0U) << plain;
+    EXPECT_EQ(count(plain, "\x1b[3A"), 1U) << plain;
 }
 
 TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
@@ -136,6 +243,61 @@ TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
         runTool({"watch", "--csv", "-n", "1", "test/float:float"}, terminal());
     EXPECT_TRUE(result.out.starts_with("time,test/float\r\n")) << result.out;
     EXPECT_EQ(count(result.out, "\x1b"), 0U);
+}
+
+TEST_F(WatchTest, ShowsLaterRowsOfATableThatDoesNotFit) {
+    const ToolResult result =
+        runTool({"watch", "-n", "1", "--first", "60", "test/many_floats:float[100]"}, terminal());
+    EXPECT_NE(result.out.find("\ntest/many_floats[59] "), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("rows 60 to 79 of 100; --first 80 shows the next"), std::string::npos)
+        << result.out;
+    EXPECT_EQ(runTool({"watch", "--first", "0", "test/int"}).exitCode, 1);
+}
+
+TEST_F(WatchTest, SendsEachReadingAsADatagramOfJson) {
+    const Plotter plotter;
+    simulator->Ask("set test/ints 1,2");
+    for (const std::string host : {"127.0.0.1", "localhost"}) {
+        const ToolResult result =
+            runTool({"watch", "-n", "2", "-i", "0.01", "--udp", host + ":" + plotter.Port(),
+                     "test/ints:int[2]", "test/float:float@kt"});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.err, "");
+        expectMatch(result.out,
+                    "(\\d+\\.\\d{3} test/ints:int\\[2\\]=1,2 test/float:float@kt=0\n){2}");
+        for (int i = 0; i < 2; ++i) {
+            expectMatch(plotter.Next(),
+                        "\\{\"time\":\\d+\\.\\d+,\"test/ints\":\\[1,2\\],\"test/float\":0\\.0\\}");
+        }
+    }
+}
+
+TEST_F(WatchTest, GoesOnWhetherAnybodyGetsTheDatagramsOrNot) {
+    const ToolResult result =
+        runTool({"watch", "-n", "5", "-i", "0", "--udp", "127.0.0.1:9", "test/int:int"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(WatchTest, EndsWhenAReadingDoesNotFitIntoADatagram) {
+    const ToolResult result =
+        runTool({"watch", "--udp", "127.0.0.1:9", "test/many_floats:float[20000]"});
+    EXPECT_EQ(result.exitCode, 1);
+    expectMatch(result.err,
+                "orvane: a reading of \\d+ bytes does not fit into a datagram, which holds 65507: "
+                "watch less at a time\n");
+}
+
+TEST_F(WatchTest, RefusesAPlaceForDatagramsThatIsNone) {
+    for (const std::string place : {"localhost", "localhost:", ":9870", "localhost:0", "::1:9870",
+                                    "localhost:70000", "localhost:plot"}) {
+        const ToolResult result = runTool({"watch", "--udp", place, "test/int"});
+        EXPECT_EQ(result.exitCode, 1) << place;
+        EXPECT_EQ(result.err, "orvane: --udp: \"" + place + "\" is not of the form HOST:PORT\n");
+    }
+    const ToolResult unknown = runTool({"watch", "--udp", "no-such-host.invalid:9870", "test/int"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_TRUE(unknown.err.starts_with("orvane: no-such-host.invalid:9870: ")) << unknown.err;
 }
 
 TEST_F(WatchTest, WaitsForTheSimulatorToComeBack) {

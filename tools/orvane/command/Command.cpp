@@ -8,8 +8,10 @@
 #include "tools/orvane/command/HeldCommands.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/StatusLine.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -115,11 +117,20 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
     return ExitCode::Done;
 }
 
+std::string holdingText(const Names& names, double seconds) {
+    const std::string text = fmt::format("holding {}", fmt::join(names, ", "));
+    return seconds < kLongestHold ? fmt::format("{} for {} s; Ctrl-C releases", text, seconds)
+                                  : text + " until Ctrl-C";
+}
+
 ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
     const Names& names = options.names;
     checkDistinct(names);
     HeldCommands held(globals, names);
+    StatusLine status;
+    status.Show(holdingText(names, options.seconds));
     held.HoldUntil(steady_clock::now() + secondsOf(options.seconds));
+    status.Clear();
     recordActions(globals, names, "hold");
     return ExitCode::Done;
 }

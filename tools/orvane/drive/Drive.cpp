@@ -9,9 +9,11 @@
 #include "tools/orvane/drive/ProfileReader.h"
 #include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Progress.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
@@ -50,6 +52,7 @@ constexpr const char* kDriveFooter =
     "  dataref = \"sim/flightmodel/position/indicated_airspeed\"\n"
     "  type = \"float\"         # count = 4 and first = 0 for elements of an array;\n"
     "                         # or command = \"kyr/...\"\n"
+    "  unit = \"kt\"            # only shown\n"
     "\n"
     "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
     "a\n"
@@ -59,14 +62,26 @@ constexpr const char* kDriveFooter =
     "sent:\n"
     "0 to 65535 for an axis, 1 presses a command, 0 releases it. An empty field sends nothing. A\n"
     "column \"time\" says when each row is due, in seconds; without one there is a row for each\n"
-    "exchange. A waveform moves all inputs that are floats, and no others.\n"
+    "exchange. A waveform moves all inputs that are floats, and no others. In a profile, \"wave\" "
+    "and\n"
+    "\"steps\" move inputs one by one.\n"
+    "\n"
+    "Names that the simulator does not have are told at the start; with --strict they end the\n"
+    "session with exit status 3.\n"
     "\n"
     "An answer shows the values from before its exchange. Where something was sent, one more\n"
     "exchange at the end releases what is held and shows what the last row did. Ctrl-C and "
     "failures\n"
     "release held commands as well.\n"
     "\n"
+    "On a terminal a table shows all inputs, with a bar for an axis and a mark for a command that "
+    "is\n"
+    "down, and all outputs with a curve of their last four seconds. Elsewhere, and with --plain, a "
+    "line\n"
+    "is printed for each exchange.\n"
+    "\n"
     "Examples:\n"
+    "  orvane drive examples/profiles/demo.toml\n"
     "  orvane drive --check examples/profiles/yoke.toml\n"
     "  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30\n"
     "  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv\n"
@@ -77,12 +92,15 @@ struct DriveOptions {
     std::string profile;
     bool check = false;
     std::string input;
-    WaveformSettings waveform;
+    Wave waveform;
     std::optional<double> rate;
     Limits limits;
     std::string file;
     bool force = false;
     bool reconnect = false;
+    bool strict = false;
+    bool plain = false;
+    bool summary = false;
 };
 
 ExitCode complainOf(const std::string& file, const Problems& problems) {
@@ -110,6 +128,19 @@ Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
     return result;
 }
 
+DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, const Options& client) {
+    DriveView view;
+    view.format = globals.OutputFormat();
+    view.file = options.file;
+    view.existing = options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep;
+    // Who types rows wants to see them, and not where a table is drawn.
+    view.isPlain = options.plain || (options.input == "-" && ::isatty(STDIN_FILENO) == 1);
+    view.hasSummary = options.summary;
+    view.place = fmt::format("{}:{}", printable(client.host), client.port);
+    view.seconds = options.limits.seconds;
+    return view;
+}
+
 DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
     DriveLimits limits;
     limits.rate = options.rate.value_or(profile.rate);
@@ -131,9 +162,10 @@ ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
     if (options.check) {
         return reportChecked(options.profile, profile);
     }
-    DriveOutput output(profile, globals.OutputFormat(), options.file,
-                       options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
-    DriveSession session(profile, clientOptions(options, globals, profile), output);
+    const Options client = clientOptions(options, globals, profile);
+    DriveOutput output(profile, viewOf(options, globals, client));
+    DriveSession session(profile, client,
+                         options.strict ? UnknownNames::Refuse : UnknownNames::Warn, output);
     session.Run(*source, limitsOf(options, profile));
     return ExitCode::Done;
 }
@@ -145,8 +177,8 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_flag("--check", options.check, "Only say whether the profile is valid");
     command
         .add_option("--input", options.input,
-                    "What to send: a table, - for one on standard input, or a waveform; nothing "
-                    "without it")
+                    "What to send: a table, - for one on standard input, or a waveform; without "
+                    "it the inputs move as the profile says, or nothing is sent")
         ->type_name("FILE|-|sine|triangle|square|sweep");
     command
         .add_option("--period", options.waveform.periodSeconds, "Seconds of a waveform's period")
@@ -166,6 +198,11 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
         "Write the outputs to this file, - for standard output: CSV, or JSON with --json");
     command.add_flag("--reconnect", options.reconnect,
                      "Wait for the simulator when it goes away, and go on");
+    command.add_flag("--strict", options.strict,
+                     "Send nothing if the simulator lacks a name of the profile");
+    command.add_flag("--plain", options.plain, "Print lines on a terminal, too, and no table");
+    command.add_flag("--summary", options.summary,
+                     "Say at the end how many exchanges there were, and how long they took");
 }
 
 } // namespace

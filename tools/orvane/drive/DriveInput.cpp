@@ -1,6 +1,7 @@
 #include "tools/orvane/drive/DriveInput.h"
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/drive/MotionSource.h"
 #include "tools/orvane/drive/PreparedRows.h"
 #include "tools/orvane/drive/TableSource.h"
 #include "tools/orvane/files/InputLines.h"
@@ -12,11 +13,6 @@
 namespace orvane::tool {
 
 namespace {
-
-class NothingToSend final : public IInputSource {
-public:
-    std::optional<InputRow> Next(double /*seconds*/) override { return InputRow(); }
-};
 
 std::unique_ptr<IInputSource> readTable(const std::string& file, const Profile& profile,
                                         Problems& problems) {
@@ -55,17 +51,17 @@ private:
 } // namespace
 
 std::unique_ptr<IInputSource> openDriveInput(const std::string& input, const Profile& profile,
-                                             const WaveformSettings& settings, Problems& problems) {
+                                             const Wave& settings, Problems& problems) {
     if (input.empty()) {
-        return std::make_unique<NothingToSend>();
+        return std::make_unique<MotionSource>(profile);
     }
     if (input == "-") {
         return std::make_unique<StandardInput>(profile);
     }
     if (const std::optional<Waveform> waveform = waveformNamed(input)) {
-        WaveformSettings chosen = settings;
+        Wave chosen = settings;
         chosen.waveform = *waveform;
-        return std::make_unique<WaveformSource>(profile, chosen);
+        return std::make_unique<MotionSource>(profile, chosen);
     }
     return readTable(input, profile, problems);
 }

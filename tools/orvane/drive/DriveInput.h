@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
-#include "tools/orvane/drive/WaveformSource.h"
 
 #include <memory>
 #include <string>
@@ -11,11 +11,12 @@
 namespace orvane::tool {
 
 // What a user gives as the input of a session: the name of a waveform, "-" for a table on standard
-// input, the file of a table, or nothing, when only outputs are asked for.
+// input, the file of a table, or nothing, when the profile moves its inputs itself or none is
+// moved.
 //
 // A file is read to its end at once, so that nothing is sent of one that is wrong in any row;
 // standard input is read as it comes. Borrows the profile and the problems.
 std::unique_ptr<IInputSource> openDriveInput(const std::string& input, const Profile& profile,
-                                             const WaveformSettings& settings, Problems& problems);
+                                             const Wave& settings, Problems& problems);
 
 } // namespace orvane::tool

@@ -2,18 +2,23 @@
 
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/latency/RoundTrips.h"
 #include "tools/orvane/terminal/Progress.h"
-#include "tools/orvane/terminal/Terminal.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
+#include <utility>
 #include <variant>
 
 namespace orvane::tool {
 
 namespace {
+
+// Enough for two days at the usual rate; later ones are not counted.
+constexpr std::size_t kMostRoundTrips = 10'000'000;
 
 Record jsonOf(bool isDown) {
     return isDown;
@@ -33,32 +38,40 @@ std::vector<std::string> columnsOf(const Profile& profile) {
     return columns;
 }
 
+std::string aircraftOrNone(std::uint32_t id) {
+    return id == 0 ? "none" : aircraftText(id);
+}
+
 } // namespace
 
-DriveOutput::DriveOutput(const Profile& drivenProfile, Format outputFormat,
-                         const std::string& filePath, LineFile::Existing existingFile)
+DriveOutput::DriveOutput(const Profile& drivenProfile, DriveView wantedView)
     : profile(drivenProfile),
+      view(std::move(wantedView)),
       // A file is for machines to read.
-      format(filePath.empty() || outputFormat == Format::Json ? outputFormat : Format::Csv),
-      path(filePath),
-      existing(existingFile),
+      format(view.file.empty() || view.format == Format::Json ? view.format : Format::Csv),
       columns(columnsOf(profile)),
-      isLive(path.empty() && format == Format::Text && Terminal(STDOUT_FILENO).IsTerminal()),
-      writer(format, columns) {}
+      terminal(STDOUT_FILENO),
+      writer(format, columns) {
+    if (view.file.empty() && !writer.IsWanted() && !view.isPlain && terminal.IsTerminal()) {
+        screen.emplace(terminal);
+        table.emplace(profile);
+    }
+}
 
 void DriveOutput::Begin() {
-    if (path.empty()) {
+    if (view.file.empty()) {
         return;
     }
-    file.emplace(path, existing);
+    file.emplace(view.file, view.existing);
     if (format == Format::Csv) {
         file->Append(csvHeader(columns));
     }
 }
 
-Record DriveOutput::recordOf(double seconds, const tarnel::Answer& answer) const {
+Record DriveOutput::recordOf(const Exchange& exchange) const {
     Record record;
-    record["time"] = inThousandths(seconds);
+    record["time"] = inThousandths(exchange.seconds);
+    const tarnel::Answer& answer = exchange.answer;
     for (const ProfileOutput& output : profile.outputs) {
         record[output.name] =
             std::visit([](const auto& value) { return jsonOf(value); }, answer.at(output.id));
@@ -77,27 +90,42 @@ std::string DriveOutput::textOf(const Record& record) const {
                               aircraft.is_null() ? "none" : fieldText(kAircraftId, aircraft));
 }
 
-void DriveOutput::Show(double seconds, const tarnel::Answer& answer) {
-    const Record record = recordOf(seconds, answer);
+void DriveOutput::Show(const Exchange& exchange) {
     ++shown;
+    seconds = exchange.seconds;
+    aircraft = exchange.answer.aircraftId;
+    if (view.hasSummary && roundTripsMs.size() < kMostRoundTrips) {
+        roundTripsMs.push_back(exchange.roundTripMs);
+    }
     if (file) {
-        writeToFile(record, seconds);
+        writeToFile(exchange);
+    } else if (screen) {
+        showLive(exchange);
     } else if (writer.IsWanted()) {
-        writer.Write(record);
-    } else if (isLive) {
-        lastText = textOf(record);
-        if (status.IsDue()) {
-            status.Show(lastText);
-        }
+        writer.Write(recordOf(exchange));
     } else {
-        printLine(textOf(record));
+        printLine(textOf(recordOf(exchange)));
     }
 }
 
-void DriveOutput::writeToFile(const Record& record, double seconds) {
+void DriveOutput::writeToFile(const Exchange& exchange) {
+    const Record record = recordOf(exchange);
     file->Append(format == Format::Json ? jsonText(record) : csvLine(columns, record));
     if (!file->IsTerminal() && status.IsDue()) {
         status.Show(progressText(seconds, shown, file->Bytes()));
+    }
+}
+
+void DriveOutput::showLive(const Exchange& exchange) {
+    const auto now = std::chrono::steady_clock::now();
+    table->See(exchange.items, exchange.answer, now);
+    const std::string time = view.seconds
+                                 ? fmt::format("{:.1f} of {:.1f} s", seconds, *view.seconds)
+                                 : fmt::format("{:.1f} s", seconds);
+    title = fmt::format("{}   {}   {} exchanges   {:.1f} ms   aircraft {}", view.place, time, shown,
+                        exchange.roundTripMs, aircraftOrNone(aircraft));
+    if (screen->IsDue(now)) {
+        screen->Draw(table->Lines(title, terminal), now);
     }
 }
 
@@ -106,9 +134,25 @@ void DriveOutput::Finish() {
     if (file) {
         printError(
             fmt::format("{}: {}, {}", file->Name(), rowsText(shown), sizeText(file->Bytes())));
-    } else if (isLive && shown > 0) {
-        printLine(lastText);
+    } else if (screen && shown > 0) {
+        screen->Draw(table->Lines(title, terminal), std::chrono::steady_clock::now());
+        // Gives the terminal back.
+        screen.reset();
     }
+    if (view.hasSummary && shown > 0) {
+        fmt::print(stderr, "{}", summary());
+    }
+}
+
+std::string DriveOutput::summary() const {
+    const auto time = [this](double percent) { return percentile(roundTripsMs, percent); };
+    const double rate = seconds > 0 ? static_cast<double>(shown) / seconds : 0;
+    return fmt::format(
+        "\n"
+        "  exchanges    {} in {:.1f} s, {:.1f} per second\n"
+        "  round trips  min {:.3f} ms, median {:.3f} ms, 95 % {:.3f} ms, max {:.3f} ms\n"
+        "  aircraft     {}\n",
+        shown, seconds, rate, time(0), time(50), time(95), time(100), aircraftOrNone(aircraft));
 }
 
 } // namespace orvane::tool

@@ -1,25 +1,28 @@
 #include "tools/orvane/drive/DriveSession.h"
 
+#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/drive/UnknownNames.h"
+#include "tools/orvane/files/Output.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <cstdio>
+#include <chrono>
 #include <exception>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "orvane/Errors.h"
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 
 DriveSession::DriveSession(const Profile& drivenProfile, Options clientOptions,
-                           DriveOutput& sessionOutput)
+                           UnknownNames unknownNames, DriveOutput& sessionOutput)
     : profile(drivenProfile),
       options(std::move(clientOptions)),
+      unknownNames(unknownNames),
       output(sessionOutput),
       held(drivenProfile) {}
 
@@ -47,23 +50,66 @@ void DriveSession::connect() {
         .connected =
             [this] {
                 mayCancel = false;
+                mustDeclareAgain = profile.HasInputsOnOwnNames();
                 held.Lose();
-                tell("connected again");
+                tellOfConnection("connected again");
             },
         .disconnected =
             [this](const Error& error) {
                 mayCancel = true;
-                tell(error.what());
+                tellOfConnection(error.what());
             },
     });
-    client->define(profile.definitions);
+    declare();
+    checkNames();
     mayCancel = false;
 }
 
+// The server binds the inputs of a message before its outputs have made their names known. Sent
+// once more, the inputs find them.
+void DriveSession::declare() {
+    client->define(profile.definitions);
+    if (profile.HasInputsOnOwnNames()) {
+        client->define(profile.definitions);
+    }
+    mustDeclareAgain = false;
+}
+
+void DriveSession::checkNames() const {
+    std::vector<ExpectedName> unknown;
+    try {
+        if (!profile.expectedNames.empty()) {
+            velmar::Client other = askAlso();
+            unknown = findUnknownNames(other, profile);
+        }
+    } catch (const CancelledError&) {
+        throw;
+    } catch (const Error& error) {
+        if (unknownNames == UnknownNames::Refuse) {
+            throw;
+        }
+        tell(fmt::format("the names of the profile could not be checked: {}", error.what()));
+    }
+    for (const ExpectedName& each : unknown) {
+        tell(fmt::format("{}: the simulator has no such {} ({})", each.name,
+                         each.isCommand ? "command" : "dataref", each.user));
+    }
+    if (!unknown.empty() && unknownNames == UnknownNames::Refuse) {
+        throw Failure(ExitCode::NotFoundOrRefused, "nothing was sent");
+    }
+}
+
+// On a connection of its own, for the other protocol.
+velmar::Client DriveSession::askAlso() const {
+    Options once = options;
+    once.onLoss = OnLoss::Throw;
+    return velmar::Client(once);
+}
+
 // Where nothing is thrown, the user should know why the values stand still.
-void DriveSession::tell(const char* news) const {
+void DriveSession::tellOfConnection(const char* news) const {
     if (options.onLoss == OnLoss::Reconnect) {
-        fmt::print(stderr, "orvane: {}\n", news);
+        tell(news);
     }
 }
 
@@ -84,12 +130,18 @@ void DriveSession::exchangeRows(IInputSource& source, const DriveLimits& limits)
 }
 
 void DriveSession::exchange(const std::vector<tarnel::Item>& items) {
+    if (mustDeclareAgain) {
+        declare();
+    }
     held.Sending(items);
+    const auto begin = std::chrono::steady_clock::now();
     const tarnel::Answer answer = client->exchange(items);
+    const std::chrono::duration<double, std::milli> roundTrip =
+        std::chrono::steady_clock::now() - begin;
     held.Sent(items);
     hasSent = hasSent || !items.empty();
     endLostCommands();
-    output.Show(pace->Elapsed(), answer);
+    output.Show({pace->Elapsed(), roundTrip.count(), items, answer});
 }
 
 // The last row's effect is seen in the answer to another request.
@@ -124,16 +176,13 @@ void DriveSession::endLostCommands() {
         return;
     }
     try {
-        Options once = options;
-        once.onLoss = OnLoss::Throw;
-        velmar::Client other(once);
+        velmar::Client other = askAlso();
         other.registerCommands(commands);
         for (const std::string& command : commands) {
             other.run(command, velmar::Action::End);
         }
     } catch (const Error& error) {
-        fmt::print(stderr, "orvane: {} may still be down: {}\n", fmt::join(commands, ", "),
-                   error.what());
+        tell(fmt::format("{} may still be down: {}", fmt::join(commands, ", "), error.what()));
     }
 }
 

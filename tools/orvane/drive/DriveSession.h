@@ -12,6 +12,7 @@
 
 #include "orvane/Options.h"
 #include "orvane/tarnel/Client.h"
+#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 
@@ -21,18 +22,26 @@ struct DriveLimits {
     std::uint64_t exchanges = std::numeric_limits<std::uint64_t>::max();
 };
 
+// What a session does about names that the simulator does not have.
+enum class UnknownNames { Warn, Refuse };
+
 // Connects, declares what a profile says, and exchanges values until the source, a limit or an
 // interrupt ends it. However it ends, no command is left down.
 class DriveSession final {
 public:
     // Borrows all but the options.
-    DriveSession(const Profile& profile, Options options, DriveOutput& output);
+    DriveSession(const Profile& profile, Options options, UnknownNames unknownNames,
+                 DriveOutput& output);
 
+    // Failure: a name is unknown, and that is to be refused; nothing was sent then.
     void Run(IInputSource& source, const DriveLimits& limits);
 
 private:
     void connect();
-    void tell(const char* news) const;
+    void declare();
+    void checkNames() const;
+    velmar::Client askAlso() const;
+    void tellOfConnection(const char* news) const;
     void exchangeRows(IInputSource& source, const DriveLimits& limits);
     void exchange(const std::vector<tarnel::Item>& items);
     void close();
@@ -41,11 +50,13 @@ private:
 
     const Profile& profile;
     Options options;
+    const UnknownNames unknownNames;
     DriveOutput& output;
     HeldInputs held;
     std::optional<tarnel::Client> client;
     std::optional<Pace> pace;
     bool hasSent = false;
+    bool mustDeclareAgain = false;
     // While there is nothing to release, or no connection to do it on.
     bool mayCancel = true;
 };

@@ -4,6 +4,15 @@
 
 namespace orvane::tool {
 
+bool isOwnName(const std::string& name) {
+    return name.starts_with("kyr/");
+}
+
+bool Profile::HasInputsOnOwnNames() const {
+    return std::any_of(expectedNames.begin(), expectedNames.end(),
+                       [](const ExpectedName& each) { return isOwnName(each.name); });
+}
+
 const ProfileInput* Profile::FindInput(const std::string& name) const {
     const auto found = std::find_if(inputs.begin(), inputs.end(),
                                     [&](const ProfileInput& each) { return each.name == name; });

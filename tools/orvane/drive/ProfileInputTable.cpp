@@ -1,5 +1,9 @@
 #include "tools/orvane/drive/ProfileInputTable.h"
 
+#include "tools/orvane/drive/ProfileMotionTable.h"
+
+#include <fmt/format.h>
+
 #include <chrono>
 #include <cstdint>
 #include <limits>
@@ -32,7 +36,29 @@ struct Target {
     Input input;
     bool isFloat = false;
     bool isValid = false;
+    std::vector<ExpectedName> names{};
+    std::optional<std::int32_t> element{};
+    // What becomes of a value, as a person would say it.
+    std::string range{};
+    std::string scaling{};
+    std::string kind{};
+    std::string condition{};
 };
+
+// Names are told apart by their ends.
+std::string lastPart(const std::string& name) {
+    return name.substr(name.rfind('/') + 1);
+}
+
+// "-1..1, float range": that scaling is for floats goes without saying.
+std::string wayOf(const Target& target) {
+    std::string way = target.range;
+    for (const std::string& part : {target.scaling, target.kind}) {
+        const bool isSaid = part.empty() || (part == "float" && !target.scaling.empty());
+        way += isSaid ? "" : (way.empty() ? "" : ", ") + part;
+    }
+    return way + target.condition;
+}
 
 Input datarefInput(tarnel::ActionId action, const std::string& name, bool isFloat,
                    std::optional<std::int32_t> element) {
@@ -48,10 +74,16 @@ Target readDatarefTarget(ProfileTable& table, tarnel::ActionId action) {
     const auto type = readType(table);
     const auto element = readElement(table);
     Target target{Input::toFloat(action, "unknown"), type != "int"};
+    target.element = element;
+    target.range = target.isFloat ? "0..1" : "as it is";
+    target.kind =
+        fmt::format("{}{}{}", isOwnName(name.value_or("")) ? "own " : "",
+                    target.isFloat ? "float" : "int", element ? fmt::format("[{}]", *element) : "");
     if (name && type) {
         table.Try("dataref", [&] {
             target.input = datarefInput(action, *name, target.isFloat, element);
             target.isValid = true;
+            target.names.push_back({*name});
         });
     }
     return target;
@@ -61,16 +93,18 @@ Target readCommandTarget(ProfileTable& table, tarnel::ActionId action) {
     table.Refuse({"type", "element", "scaling"}, "is for datarefs");
     const auto name = table.String("command");
     Target target{Input::toCommand(action, "unknown")};
+    target.kind = isOwnName(name.value_or("")) ? "own command" : "command";
     if (name) {
         table.Try("command", [&] {
             target.input = Input::toCommand(action, *name);
             target.isValid = true;
+            target.names.push_back({*name, true});
         });
     }
     return target;
 }
 
-void scaleByDatarefs(ProfileTable& scaling, Input& input) {
+void scaleByDatarefs(ProfileTable& scaling, Target& target) {
     const auto names = scaling.StringPair("datarefs");
     const auto element = readElement(scaling);
     if (!names) {
@@ -78,10 +112,15 @@ void scaleByDatarefs(ProfileTable& scaling, Input& input) {
     }
     scaling.Try("datarefs", [&] {
         if (element) {
-            input.scaledByDatarefElements(names->first, names->second, *element);
+            target.input.scaledByDatarefElements(names->first, names->second, *element);
         } else {
-            input.scaledByDatarefs(names->first, names->second);
+            target.input.scaledByDatarefs(names->first, names->second);
         }
+        target.names.push_back({names->first});
+        target.names.push_back({names->second});
+        target.range = fmt::format("{}{}..{}", names->first == names->second ? "-" : "",
+                                   lastPart(names->first), lastPart(names->second));
+        target.scaling = "dataref range";
     });
 }
 
@@ -101,20 +140,24 @@ void readScaling(ProfileTable& table, Target& target, bool isFixed) {
     }
     const std::string_view way = scaling->OneOf({"float_range", "int_range", "datarefs"});
     if (way == "datarefs") {
-        scaleByDatarefs(*scaling, input);
+        scaleByDatarefs(*scaling, target);
     } else if (way == "float_range") {
         if (const auto range = scaling->FloatPair(way)) {
             scaling->Try(way, [&] { input.scaledByFloatRange(range->first, range->second); });
+            target.range = fmt::format("{}..{}", range->first, range->second);
+            target.scaling = "float range";
         }
     } else if (way == "int_range") {
         if (const auto range = scaling->Int32Pair(way)) {
             scaling->Try(way, [&] { input.scaledByIntRange(range->first, range->second); });
+            target.range = fmt::format("{}..{}", range->first, range->second);
+            target.scaling = "int range";
         }
     }
     scaling->RefuseUnknown();
 }
 
-void readCondition(ProfileTable& skip, std::string_view condition, Input& input) {
+void readCondition(ProfileTable& skip, std::string_view condition, Target& target) {
     const auto name = skip.String(condition);
     const auto type = readType(skip);
     const auto element = readElement(skip);
@@ -127,15 +170,18 @@ void readCondition(ProfileTable& skip, std::string_view condition, Input& input)
     const ConditionDataref dataref{*name, element ? inArray : whole, element.value_or(0)};
     skip.Try(condition, [&] {
         if (condition == "while_positive") {
-            input.skippedWhilePositive(dataref);
+            target.input.skippedWhilePositive(dataref);
         } else {
-            input.skippedWhileZero(dataref);
+            target.input.skippedWhileZero(dataref);
         }
+        target.names.push_back({*name});
     });
+    target.condition = fmt::format(", not while {} {}", lastPart(*name),
+                                   condition == "while_positive" ? "> 0" : "is 0");
 }
 
 // True when zeros are skipped.
-bool readSkip(ProfileTable& table, Input& input) {
+bool readSkip(ProfileTable& table, Target& target) {
     std::optional<ProfileTable> skip = table.Table("skip");
     if (!skip) {
         return false;
@@ -145,13 +191,16 @@ bool readSkip(ProfileTable& table, Input& input) {
     if (condition == "when_value") {
         value = skip->Integer(condition, 0, 1);
     } else if (!condition.empty()) {
-        readCondition(*skip, condition, input);
+        readCondition(*skip, condition, target);
     }
     skip->RefuseUnknown();
+    if (value) {
+        target.condition = fmt::format(", skips {}", *value);
+    }
     if (value == 1) {
-        input.skippedWhenOne();
+        target.input.skippedWhenOne();
     } else if (value == 0) {
-        input.skippedWhenZero();
+        target.input.skippedWhenZero();
     }
     return value == 0;
 }
@@ -160,23 +209,28 @@ void readFixed(ProfileTable& table, Target& target) {
     if (target.isFloat) {
         if (const auto value = table.Float("fixed")) {
             table.Try("fixed", [&] { target.input.fixed(*value); });
+            target.range = fmt::format("always {}", *value);
         }
     } else if (const auto value = table.Int32("fixed")) {
         table.Try("fixed", [&] { target.input.fixed(*value); });
+        target.range = fmt::format("always {}", *value);
     }
 }
 
 // True when it is held.
-bool readTiming(ProfileTable& table, Input& input) {
+bool readTiming(ProfileTable& table, Target& target) {
     const bool isHeld = table.Flag("hold");
     if (isHeld) {
         table.Refuse({"repeat_ms"}, "is for commands that are not held");
         table.Refuse({"fixed"}, "would leave a held command down, or never press it");
-        table.Try("hold", [&] { input.held(); });
+        table.Try("hold", [&] { target.input.held(); });
+        target.kind += ", held";
         return true;
     }
     if (const auto interval = table.Integer("repeat_ms", 1, kMostInt32)) {
-        table.Try("repeat_ms", [&] { input.repeatedEvery(std::chrono::milliseconds(*interval)); });
+        table.Try("repeat_ms",
+                  [&] { target.input.repeatedEvery(std::chrono::milliseconds(*interval)); });
+        target.kind += fmt::format(", at most every {} ms", *interval);
     }
     return false;
 }
@@ -193,18 +247,21 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     const bool isFixed = table.Has("fixed");
     bool isHeld = false;
     if (isCommand) {
-        isHeld = readTiming(table, target.input);
+        isHeld = readTiming(table, target);
     } else {
         table.Refuse({"hold", "repeat_ms"}, "is for commands");
         readScaling(table, target, isFixed);
     }
-    const bool skipsZero = readSkip(table, target.input);
+    const bool skipsZero = readSkip(table, target);
     readFixed(table, target);
+    const bool isAxis = target.isFloat && !isFixed;
+    const std::optional<Motion> motion = readProfileMotion(table, isAxis);
     table.RefuseUnknown();
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, target.isFloat && !isFixed, isHeld, skipsZero};
+    return ProfileRecord{target.input, isAxis,       isHeld,        skipsZero,
+                         motion,       target.names, wayOf(target), target.element};
 }
 
 } // namespace orvane::tool

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/drive/ProfileTable.h"
 
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "orvane/tarnel/Input.h"
 
@@ -14,6 +18,10 @@ struct ProfileRecord {
     bool isAxis = false;
     bool isHeldCommand = false;
     bool skipsZero = false;
+    std::optional<Motion> motion;
+    std::vector<ExpectedName> names; // whose user is left open
+    std::string way;
+    std::optional<std::int32_t> element;
 };
 
 // Reads all but "name" and "action", which are shared with other inputs. Empty when the target is

@@ -48,6 +48,7 @@ private:
     void readConnection();
     void readInputs(std::vector<ProfileTable> tables);
     void addInput(ProfileInput& entry, const ProfileTable& table);
+    static void describe(ProfileInput& entry, const ProfileRecord& record);
     void readOutputs(std::vector<ProfileTable> tables);
     void addOutput(ProfileTable& table);
 
@@ -106,6 +107,11 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
             fmt::format("\"{}\" drives {} already", entry.name, input.target()));
     }
     entry.isAxis = entry.isAxis && record->isAxis;
+    if (entry.motion && record->motion) {
+        ProfileTable(table).Complain(fmt::format("\"{}\" moves already", entry.name));
+    }
+    entry.motion = record->motion ? record->motion : entry.motion;
+    describe(entry, *record);
     if (record->isHeldCommand) {
         entry.heldCommands.push_back(input.target());
         // Whatever is not 1 ends a held command.
@@ -113,6 +119,20 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
         entry.releasedBy = record->skipsZero ? kNeitherPressedNorSkipped : entry.releasedBy;
     }
     profile.definitions.add(input);
+    for (ExpectedName name : record->names) {
+        name.user = fmt::format("input \"{}\"", entry.name);
+        profile.expectedNames.push_back(std::move(name));
+    }
+}
+
+// For the table of a session.
+void Reader::describe(ProfileInput& entry, const ProfileRecord& record) {
+    const bool isCommand = record.names.front().isCommand;
+    const bool isFirst = entry.way.empty();
+    entry.isCommand = isCommand && (isFirst || entry.isCommand);
+    entry.isHeld = entry.isHeld || record.isHeldCommand;
+    entry.element = isFirst ? record.element : entry.element;
+    entry.way += (isFirst ? "" : "; ") + record.way;
 }
 
 void Reader::readOutputs(std::vector<ProfileTable> tables) {
@@ -126,6 +146,7 @@ void Reader::addOutput(ProfileTable& table) {
     if (name && !outputNames.insert(*name).second) {
         table.ComplainAt("name", fmt::format("there is an output \"{}\" already", *name));
     }
+    const std::string unit = table.String("unit").value_or("");
     const tarnel::OutputId id = nextOutput++;
     nextOutput += nextOutput == kAircraft ? 1 : 0;
     const std::optional<tarnel::Output> output = readProfileOutput(table, id);
@@ -136,7 +157,11 @@ void Reader::addOutput(ProfileTable& table) {
     if (profile.definitions.answerSize() > kLargestAnswer) {
         table.Complain("the answers get too large with this output: more than 64 MiB");
     }
-    profile.outputs.push_back({name.value_or(""), id});
+    profile.outputs.push_back({name.value_or(""), id, unit});
+    if (!isOwnName(output->name())) {
+        const std::string user = fmt::format("output \"{}\"", name.value_or(""));
+        profile.expectedNames.push_back({output->name(), false, user});
+    }
 }
 
 } // namespace

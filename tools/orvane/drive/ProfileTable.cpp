@@ -205,6 +205,28 @@ std::optional<std::pair<std::string, std::string>> ProfileTable::StringPair(std:
     return pair<std::string>(key, "a text in quotes", stringOf);
 }
 
+std::optional<std::vector<std::int32_t>> ProfileTable::Int32List(std::string_view key) {
+    const toml::node* const node = find(key);
+    if (node == nullptr) {
+        return std::nullopt;
+    }
+    const toml::array* const array = node->as_array();
+    if (array == nullptr || array->empty()) {
+        ComplainAt(key, fmt::format("\"{}\" is not a list of whole numbers", key));
+        return std::nullopt;
+    }
+    std::vector<std::int32_t> numbers;
+    for (const toml::node& element : *array) {
+        const std::optional<std::int32_t> number = int32Of(element);
+        if (!number) {
+            ComplainAt(key, fmt::format("\"{}\" has an element that is not {}", key, kInt32));
+            return std::nullopt;
+        }
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
 std::string_view ProfileTable::OneOf(const std::vector<std::string_view>& keys) {
     std::string_view found;
     for (const std::string_view key : keys) {

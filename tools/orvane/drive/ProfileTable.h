@@ -40,6 +40,8 @@ public:
     std::optional<std::pair<std::int32_t, std::int32_t>> Int32Pair(std::string_view key);
     std::optional<std::pair<float, float>> FloatPair(std::string_view key);
     std::optional<std::pair<std::string, std::string>> StringPair(std::string_view key);
+    // At least one.
+    std::optional<std::vector<std::int32_t>> Int32List(std::string_view key);
 
     // Which one of these keys is there; a problem, and empty, if it is none or several.
     std::string_view OneOf(const std::vector<std::string_view>& keys);

@@ -12,6 +12,15 @@
 
 namespace orvane::tool {
 
+namespace {
+
+constexpr const char* kToBeginAndClear = "\r\x1b[K";
+
+std::size_t told = 0;
+bool hasStatus = false;
+
+} // namespace
+
 void writeOut(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
@@ -35,11 +44,29 @@ void printData(std::string_view line) {
 }
 
 void printError(std::string_view line) {
+    clearStatus();
     fmt::print(stderr, "{}\n", printable(line));
+    ++told;
 }
 
 void tell(std::string_view line) {
     printError(fmt::format("orvane: {}", line));
+}
+
+std::size_t toldLines() {
+    return told;
+}
+
+void showStatus(std::string_view text) {
+    std::fputs(fmt::format("{}{}", kToBeginAndClear, text).c_str(), stderr);
+    hasStatus = true;
+}
+
+void clearStatus() {
+    if (hasStatus) {
+        std::fputs(kToBeginAndClear, stderr);
+        hasStatus = false;
+    }
 }
 
 } // namespace orvane::tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <string_view>
 
@@ -22,10 +23,16 @@ void printLine(std::string_view line);
 // A line for machines: as it is, and escaped where standard output is a terminal after all.
 void printData(std::string_view line);
 
-// A line for people on standard error.
+// A line for people on standard error. It takes the place of a status.
 void printError(std::string_view line);
 
 // The same after the tool's name.
 void tell(std::string_view line);
+// How often something was told: whoever draws on the terminal notices that a line came between.
+std::size_t toldLines();
+
+// A text on standard error that stands on a line without an end, in place of the one before.
+void showStatus(std::string_view text);
+void clearStatus();
 
 } // namespace orvane::tool

@@ -6,6 +6,7 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/latency/RoundTrips.h"
+#include "tools/orvane/terminal/StatusLine.h"
 #include "tools/orvane/terminal/Terminal.h"
 
 #include <fmt/format.h>
@@ -64,6 +65,7 @@ Measurement measure(const GlobalOptions& globals, double seconds) {
     const auto begin = steady_clock::now();
     const auto end = begin + secondsOf(seconds);
     auto answered = begin;
+    StatusLine status;
     try {
         while (steady_clock::now() < end && !isInterrupted()) {
             const auto asked = steady_clock::now();
@@ -72,6 +74,11 @@ Measurement measure(const GlobalOptions& globals, double seconds) {
             result.roundTripsMs.push_back(Milliseconds(now - asked).count());
             result.exchangesMs.push_back(Milliseconds(now - answered).count());
             answered = now;
+            if (status.IsDue()) {
+                status.Show(fmt::format("{:.1f} of {:.1f} s, {} round trips",
+                                        std::chrono::duration<double>(now - begin).count(), seconds,
+                                        result.roundTripsMs.size()));
+            }
         }
     } catch (const CancelledError&) {
         // What was measured so far is told.

@@ -1,5 +1,7 @@
 #include "tools/orvane/latency/RoundTrips.h"
 
+#include "tools/orvane/terminal/Bar.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -24,14 +26,6 @@ double roundWidth(double width) {
         }
     }
     return 10.0 * unit;
-}
-
-std::string bar(std::size_t length, bool unicode) {
-    std::string text;
-    for (std::size_t i = 0; i < length; ++i) {
-        text += unicode ? "█" : "#";
-    }
-    return text;
 }
 
 } // namespace
@@ -81,7 +75,7 @@ std::vector<std::string> histogramLines(std::span<const Bucket> buckets, std::si
         const std::string to =
             std::isinf(bucket.to) ? "beyond" : fmt::format("{:.{}f} ms", bucket.to, digits);
         lines.push_back(fmt::format("{:>9.{}f} - {:<12} {:>7}  {}", bucket.from, digits, to,
-                                    bucket.count, bar(length, unicode)));
+                                    bucket.count, bar(static_cast<double>(length), unicode)));
     }
     return lines;
 }

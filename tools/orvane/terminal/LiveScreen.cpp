@@ -4,14 +4,11 @@
 
 #include <fmt/format.h>
 
-#include <exception>
-
 namespace orvane::tool {
 
 namespace {
 
-constexpr const char* kHideCursor = "\x1b[?25l";
-constexpr const char* kShowCursor = "\x1b[?25h";
+constexpr std::chrono::milliseconds kInterval(50);
 constexpr const char* kClearAll = "\x1b[2J\x1b[H";
 constexpr const char* kClearRestOfLine = "\x1b[K";
 constexpr const char* kClearBelow = "\x1b[J";
@@ -20,29 +17,33 @@ constexpr const char* kClearBelow = "\x1b[J";
 
 LiveScreen::LiveScreen(const Terminal& terminal) : terminal(terminal) {}
 
-LiveScreen::~LiveScreen() {
-    try {
-        writeOut(kShowCursor);
-    } catch (const std::exception&) {
-        // The terminal is gone, and its cursor with it.
-    }
+bool LiveScreen::IsDue(TimePoint now) const {
+    return !drawnAt || now - *drawnAt >= kInterval;
 }
 
-void LiveScreen::Draw(const std::vector<std::string>& lines) {
-    // Lines that were drawn on a terminal of another width may be folded now.
-    const bool isResized = linesDrawn > 0 && columns != terminal.Columns();
-    std::string text = kHideCursor;
-    if (isResized) {
-        text += kClearAll;
-    } else if (linesDrawn > 0) {
-        text += fmt::format("\x1b[{}A\r", linesDrawn);
+void LiveScreen::Draw(const std::vector<std::string>& lines, TimePoint now) {
+    if (!mode) {
+        mode.emplace();
     }
+    std::string drawing = "\r";
     for (const std::string& line : lines) {
-        text += line + kClearRestOfLine + "\n";
+        drawing += line + kClearRestOfLine + "\n";
     }
-    writeOut(text + kClearBelow);
+    drawing += kClearBelow;
+    mode->Show(wayToTheFirstLine() + drawing, drawing);
+    drawnAt = now;
     linesDrawn = lines.size();
     columns = terminal.Columns();
+    linesTold = toldLines();
+}
+
+std::string LiveScreen::wayToTheFirstLine() const {
+    if (linesDrawn == 0 || linesTold != toldLines()) {
+        return "";
+    }
+    // Lines that were drawn on a terminal of another width may be folded now.
+    const bool isResized = columns != terminal.Columns();
+    return isResized ? kClearAll : fmt::format("\x1b[{}A", linesDrawn);
 }
 
 } // namespace orvane::tool

@@ -1,28 +1,38 @@
 #pragma once
 
+#include "tools/orvane/terminal/DrawingMode.h"
 #include "tools/orvane/terminal/Terminal.h"
 
+#include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace orvane::tool {
 
-// Lines on a terminal that are drawn again in place. The cursor is hidden meanwhile; the last
-// drawing stays.
+// Lines on a terminal that are drawn again in place. From the first drawing on the terminal is in
+// drawing mode. The last drawing stays; what is told on standard error meanwhile stays as well, and
+// the lines are then drawn below it.
 class LiveScreen final {
 public:
-    explicit LiveScreen(const Terminal& terminal);
-    ~LiveScreen();
-    LiveScreen(const LiveScreen&) = delete;
-    LiveScreen& operator=(const LiveScreen&) = delete;
+    using TimePoint = std::chrono::steady_clock::time_point;
 
-    void Draw(const std::vector<std::string>& lines);
+    explicit LiveScreen(const Terminal& terminal);
+
+    // Whether it is time to draw again: at most twenty times a second.
+    bool IsDue(TimePoint now) const;
+    void Draw(const std::vector<std::string>& lines, TimePoint now);
 
 private:
+    std::string wayToTheFirstLine() const;
+
     const Terminal& terminal;
+    std::optional<DrawingMode> mode;
+    std::optional<TimePoint> drawnAt;
     std::size_t linesDrawn = 0;
     std::size_t columns = 0;
+    std::size_t linesTold = 0;
 };
 
 } // namespace orvane::tool

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace orvane::tool {
 
@@ -40,6 +41,12 @@ std::string drawn(std::span<const double> numbers, std::span<const char* const> 
 
 std::string sparkline(std::span<const double> numbers, bool unicode) {
     return unicode ? drawn(numbers, kBlocks) : drawn(numbers, kSigns);
+}
+
+std::string sparkline(const std::deque<double>& numbers, std::size_t most, bool unicode) {
+    const auto count = static_cast<std::ptrdiff_t>(std::min(most, numbers.size()));
+    const std::vector<double> last(numbers.end() - count, numbers.end());
+    return sparkline(last, unicode);
 }
 
 } // namespace orvane::tool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <span>
 #include <string>
 
@@ -9,5 +11,7 @@ namespace orvane::tool {
 // them; in the middle where all are the same, and a blank for what is no number. Eight heights with
 // Unicode, three without.
 std::string sparkline(std::span<const double> numbers, bool unicode);
+// Of the last ones, at most so many.
+std::string sparkline(const std::deque<double>& numbers, std::size_t most, bool unicode);
 
 } // namespace orvane::tool

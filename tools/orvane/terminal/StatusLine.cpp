@@ -1,11 +1,10 @@
 #include "tools/orvane/terminal/StatusLine.h"
 
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/PrintableText.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 namespace orvane::tool {
 
@@ -13,7 +12,6 @@ namespace {
 
 using std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kInterval(100);
-constexpr const char* kToBeginAndClear = "\r\x1b[K";
 
 } // namespace
 
@@ -32,17 +30,12 @@ void StatusLine::Show(const std::string& text) {
         return;
     }
     // The last column stays free: some terminals begin a new line after it.
-    const std::string shown = printable(text).substr(0, terminal.Columns() - 1);
-    fmt::print(stderr, "{}{}", kToBeginAndClear, shown);
+    showStatus(beginningOf(printable(text), terminal.Columns() - 1));
     shownAt = steady_clock::now();
-    isShown = true;
 }
 
 void StatusLine::Clear() {
-    if (isShown) {
-        std::fputs(kToBeginAndClear, stderr);
-        isShown = false;
-    }
+    clearStatus();
 }
 
 } // namespace orvane::tool

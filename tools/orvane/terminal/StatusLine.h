@@ -8,7 +8,7 @@
 namespace orvane::tool {
 
 // A line on standard error that shows how something goes, and is redrawn in place. Nothing at all
-// where standard error is no terminal.
+// where standard error is not a terminal.
 class StatusLine final {
 public:
     StatusLine();
@@ -17,7 +17,7 @@ public:
     StatusLine(const StatusLine&) = delete;
     StatusLine& operator=(const StatusLine&) = delete;
 
-    // Whether it is time for another text; they change a few times a second.
+    // Whether it is time for another text: at most ten times a second.
     bool IsDue() const;
     void Show(const std::string& text);
     void Clear();
@@ -25,7 +25,6 @@ public:
 private:
     Terminal terminal;
     std::chrono::steady_clock::time_point shownAt;
-    bool isShown = false;
 };
 
 } // namespace orvane::tool

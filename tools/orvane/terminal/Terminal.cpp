@@ -62,8 +62,4 @@ std::string Terminal::Bold(std::string_view text) const {
     return mayColour ? fmt::format("\x1b[1m{}\x1b[0m", text) : std::string(text);
 }
 
-std::string Terminal::Dim(std::string_view text) const {
-    return mayColour ? fmt::format("\x1b[2m{}\x1b[0m", text) : std::string(text);
-}
-
 } // namespace orvane::tool

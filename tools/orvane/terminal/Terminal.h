@@ -24,7 +24,6 @@ public:
 
     // The text as it is where nothing is coloured.
     std::string Bold(std::string_view text) const;
-    std::string Dim(std::string_view text) const;
 
 private:
     const int fileDescriptor;

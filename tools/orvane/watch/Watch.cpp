@@ -8,7 +8,9 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/terminal/LiveScreen.h"
+#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/watch/DatagramSender.h"
 #include "tools/orvane/watch/WatchTable.h"
 
 #include <fmt/format.h>
@@ -29,8 +31,8 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr double kUsualWatchInterval = 0.2;
-constexpr std::chrono::milliseconds kRedrawInterval(50);
 constexpr std::chrono::seconds kBetweenGuesses(1);
+constexpr std::size_t kLastRow = 1'000'000'000;
 
 constexpr const char* kWatchFooter =
     "On a terminal a table is redrawn in place: value, unit as given with @UNIT, the least and "
@@ -41,17 +43,23 @@ constexpr const char* kWatchFooter =
     "that\n"
     "is 0 is looked at once a second as another type.\n"
     "\n"
+    "With --udp each reading is also sent as one datagram, the object that --json prints, to a\n"
+    "program that plots. Whether anybody listens is not known.\n"
+    "\n"
     "When the simulator goes away, watch says so and waits for it to come back. A name that the\n"
     "simulator does not have at the start ends it with exit status 3.\n"
     "\n"
     "Examples:\n"
     "  orvane watch sim/flightmodel/position/indicated_airspeed:float@kt\n"
     "  orvane watch -T 10 -i 0.05 --csv sim/joystick/yoke_pitch_ratio > pitch.csv\n"
-    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .";
+    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .\n"
+    "  orvane watch -i 0.02 --udp localhost:9870 sim/flightmodel/position/vh_ind:float";
 
 struct WatchOptions {
     std::vector<std::string> names;
     Limits limits{.count = {}, .seconds = {}, .interval = kUsualWatchInterval};
+    std::size_t firstRow = 1;
+    std::string udp;
 };
 
 // One run of the command.
@@ -70,6 +78,9 @@ public:
         }
         if (!records.IsWanted() && terminal.IsTerminal()) {
             screen.emplace(terminal);
+        }
+        if (!options.udp.empty()) {
+            datagrams.emplace(options.udp);
         }
     }
 
@@ -111,32 +122,61 @@ private:
     }
 
     void show() {
+        if (datagrams) {
+            send();
+        }
         if (screen) {
-            table.See(reader.Known(), values, steady_clock::now());
-            if (steady_clock::now() - drawnAt >= kRedrawInterval) {
+            table.See(shownDatarefs(), values, steady_clock::now());
+            if (screen->IsDue(steady_clock::now())) {
                 draw();
             }
         } else if (records.IsWanted()) {
-            Record record{{"time", inThousandths(seconds())}};
-            for (std::size_t i = 0; i < values.size(); ++i) {
-                record[reader.Known()[i].name] = valueJson(values[i]);
-            }
-            records.Write(record);
+            records.Write(recordOf());
         } else {
-            std::string line = fmt::format("{:.3f}", seconds());
-            for (std::size_t i = 0; i < values.size(); ++i) {
-                line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
-            }
-            printLine(line);
+            printLine(lineOf());
         }
+    }
+
+    std::vector<DatarefArgument> shownDatarefs() const {
+        std::vector<DatarefArgument> datarefs = reader.Known();
+        for (DatarefArgument& dataref : datarefs) {
+            dataref.name = printable(dataref.name);
+            dataref.unit = printable(dataref.unit);
+        }
+        return datarefs;
+    }
+
+    void send() {
+        const std::string failure = datagrams->Send(jsonText(recordOf()));
+        if (!failure.empty() && failure != lastSendFailure) {
+            tell(failure);
+        }
+        lastSendFailure = failure;
+    }
+
+    Record recordOf() const {
+        Record record{{"time", inThousandths(seconds())}};
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            record[reader.Known()[i].name] = valueJson(values[i]);
+        }
+        return record;
+    }
+
+    std::string lineOf() const {
+        std::string line = fmt::format("{:.3f}", seconds());
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
+        }
+        return line;
     }
 
     void draw() {
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
-        screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", globals.host,
-                                             globals.port, seconds(), readings, state),
-                                 terminal));
-        drawnAt = steady_clock::now();
+        screen->Draw(
+            table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", printable(globals.host),
+                                    globals.port, seconds(), readings, state),
+                        terminal, options.firstRow),
+            steady_clock::now());
     }
 
     void lost(const std::string& reason) {
@@ -167,10 +207,11 @@ private:
     std::vector<velmar::Value> values;
     std::uint64_t readings = 0;
     steady_clock::time_point guessedAt = begin;
-    steady_clock::time_point drawnAt;
     std::string lostBecause;
     std::string lastTold;
     std::optional<LiveScreen> screen;
+    std::optional<DatagramSender> datagrams;
+    std::string lastSendFailure;
 };
 
 ExitCode watch(const GlobalOptions& globals, const WatchOptions& options) {
@@ -184,6 +225,16 @@ void addWatch(Subcommands& subcommands) {
         {"watch", "Show datarefs as they change", kWatchFooter}, watch);
     command.add_option("NAME", options.names, "NAME[:TYPE][@UNIT]")->required();
     declareLimits(command, options.limits, "readings");
+    command
+        .add_option("--first", options.firstRow,
+                    "The first row to show on a terminal that has no room for all")
+        ->check(wholeBetween(1, kLastRow, "1 and 1000000000"))
+        ->type_name("ROW")
+        ->capture_default_str();
+    command
+        .add_option("--udp", options.udp,
+                    "Send each reading to this host and port, too, as a datagram of JSON")
+        ->type_name("HOST:PORT");
 }
 
 } // namespace orvane::tool

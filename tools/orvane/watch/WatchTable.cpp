@@ -1,5 +1,6 @@
 #include "tools/orvane/watch/WatchTable.h"
 
+#include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/Sparkline.h"
 
 #include <fmt/format.h>
@@ -43,12 +44,12 @@ std::vector<Element> elementsOf(const velmar::Value& value) {
         value);
 }
 
-// Names are told apart by their ends.
-std::string lastPart(const std::string& text, std::size_t width) {
-    return text.size() <= width ? text : ".." + text.substr(text.size() - width + 2);
-}
-
 } // namespace
+
+struct WatchTable::Extract {
+    std::size_t begin = 0;
+    std::size_t end = 0; // one after the last
+};
 
 struct WatchTable::Widths {
     std::size_t label = 4;
@@ -77,24 +78,34 @@ void WatchTable::See(const std::vector<DatarefArgument>& datarefs,
     }
 }
 
-std::vector<std::string> WatchTable::Lines(const std::string& title,
-                                           const Terminal& terminal) const {
+std::vector<std::string> WatchTable::Lines(const std::string& title, const Terminal& terminal,
+                                           std::size_t first) const {
     // One column stays free, as a full line makes some terminals begin a new one; so does one row.
     const Widths used = widths(terminal.Columns() - 1);
-    const std::size_t room = std::max<std::size_t>(terminal.Rows(), 5) - 3;
-    const bool isCut = rows.size() > room;
-    const std::size_t shown = isCut ? room - 1 : rows.size();
-    std::vector<std::string> lines{title.substr(0, used.columns),
-                                   terminal.Bold(header(used).substr(0, used.columns))};
-    for (std::size_t i = 0; i < shown; ++i) {
+    const Extract shown = extract(first, std::max<std::size_t>(terminal.Rows(), 5) - 3);
+    std::vector<std::string> lines{std::string(beginningOf(title, used.columns)),
+                                   terminal.Bold(beginningOf(header(used), used.columns))};
+    for (std::size_t i = shown.begin; i < shown.end; ++i) {
         lines.push_back(line(rows[i], used, terminal));
     }
-    if (isCut) {
-        lines.push_back(
-            fmt::format("and {} more, for which the terminal is too low", rows.size() - shown)
-                .substr(0, used.columns));
+    if (shown.end - shown.begin < rows.size()) {
+        std::string note =
+            fmt::format("rows {} to {} of {}", shown.begin + 1, shown.end, rows.size());
+        if (shown.end < rows.size()) {
+            note += fmt::format("; --first {} shows the next", shown.end + 1);
+        }
+        lines.emplace_back(beginningOf(note, used.columns));
     }
     return lines;
+}
+
+// A line of the room is for the note where not all rows fit.
+WatchTable::Extract WatchTable::extract(std::size_t first, std::size_t room) const {
+    if (rows.size() <= room) {
+        return {0, rows.size()};
+    }
+    const std::size_t begin = std::min(first - 1, rows.size() - (room - 1));
+    return {begin, begin + room - 1};
 }
 
 WatchTable::Widths WatchTable::widths(std::size_t columns) const {
@@ -103,9 +114,9 @@ WatchTable::Widths WatchTable::widths(std::size_t columns) const {
     constexpr std::size_t kGapsAndMark = 11;
     Widths result;
     for (const Row& row : rows) {
-        result.label = std::max(result.label, row.label.size());
+        result.label = std::max(result.label, displayWidth(row.label));
         result.value = std::max(result.value, row.number.Text().size());
-        result.unit = std::max(result.unit, row.unit.size());
+        result.unit = std::max(result.unit, displayWidth(row.unit));
         result.minimum = std::max(result.minimum, row.number.Minimum().size());
         result.maximum = std::max(result.maximum, row.number.Maximum().size());
     }
@@ -128,22 +139,18 @@ std::string WatchTable::header(const Widths& used) const {
 
 std::string WatchTable::line(const Row& row, const Widths& used, const Terminal& terminal) const {
     const WatchedNumber& number = row.number;
-    const std::string name = fmt::format("{:<{}}", lastPart(row.label, used.label), used.label);
+    const std::string name = leftAligned(lastColumns(row.label, used.label), used.label);
     const std::string value =
         fmt::format("{} {:>{}}", number.HasChanged() ? "*" : " ", number.Text(), used.value);
     const std::string rest =
-        fmt::format("  {:<{}}  {:>{}}  {:>{}}", row.unit, used.unit, number.Minimum(), used.minimum,
-                    number.Maximum(), used.maximum);
+        fmt::format("  {}  {:>{}}  {:>{}}", leftAligned(row.unit, used.unit), number.Minimum(),
+                    used.minimum, number.Maximum(), used.maximum);
     const std::string plain = fmt::format("{} {}{}", name, value, rest);
     if (used.history == 0) {
-        return plain.substr(0, used.columns);
+        return std::string(beginningOf(plain, used.columns));
     }
-    const std::vector<double> latest(
-        number.History().end() -
-            static_cast<std::ptrdiff_t>(std::min(used.history, number.History().size())),
-        number.History().end());
     return fmt::format("{} {}{}  {}", name, number.HasChanged() ? terminal.Bold(value) : value,
-                       rest, sparkline(latest, terminal.KnowsUnicode()));
+                       rest, sparkline(number.History(), used.history, terminal.KnowsUnicode()));
 }
 
 } // namespace orvane::tool

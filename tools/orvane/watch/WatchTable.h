@@ -2,8 +2,9 @@
 
 #include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/terminal/Terminal.h"
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <utility>
@@ -21,8 +22,10 @@ public:
     void See(const std::vector<DatarefArgument>& datarefs, const std::vector<velmar::Value>& values,
              WatchedNumber::TimePoint now);
 
-    // The lines, none wider or more than the terminal permits.
-    std::vector<std::string> Lines(const std::string& title, const Terminal& terminal) const;
+    // The lines, none wider or more than the terminal permits. Where not all rows fit, those from
+    // `first` on are shown, from 1 on, or the last ones.
+    std::vector<std::string> Lines(const std::string& title, const Terminal& terminal,
+                                   std::size_t first = 1) const;
 
 private:
     struct Row {
@@ -33,7 +36,9 @@ private:
     // By a dataref's name and the place of an element in it.
     using Key = std::pair<std::string, std::size_t>;
 
+    struct Extract;
     struct Widths;
+    Extract extract(std::size_t first, std::size_t room) const;
     Widths widths(std::size_t columns) const;
     std::string header(const Widths& used) const;
     std::string line(const Row& row, const Widths& used, const Terminal& terminal) const;

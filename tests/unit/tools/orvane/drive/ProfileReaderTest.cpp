@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <variant>
+#include <vector>
 
 #include "tarnel/InputRecord.h"
 
@@ -13,6 +16,9 @@ using orvane::tarnel::OutputType;
 using orvane::tool::Problems;
 using orvane::tool::Profile;
 using orvane::tool::readProfile;
+using orvane::tool::Steps;
+using orvane::tool::Wave;
+using orvane::tool::Waveform;
 
 Profile validProfile(const std::string& text) {
     Problems problems;
@@ -167,6 +173,56 @@ TEST(ProfileReaderTest, KnowsAxesAndHeldCommands) {
     EXPECT_TRUE(profile.FindInput("axis")->heldCommands.empty());
 }
 
+// How the only input of a profile with these lines is described.
+std::string wayOf(const std::string& lines) {
+    return validProfile("[[input]]\nname = \"a\"\n" + lines).inputs.at(0).way;
+}
+
+TEST(ProfileReaderTest, DescribesWhatBecomesOfAValue) {
+    EXPECT_EQ(wayOf(kFloat), "0..1, float");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "element = 3"), "0..1, float[3]");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { float_range = [-1, 0.5] }"),
+              "-1..0.5, float range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { int_range = [0, 359] }"),
+              "0..359, int range");
+    EXPECT_EQ(
+        wayOf(std::string(kFloat) + "scaling = { datarefs = [\"sim/a/min\", \"sim/a/max\"] }"),
+        "min..max, dataref range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "scaling = { datarefs = [\"kyr/most\", \"kyr/most\"] }"),
+              "-most..most, dataref range");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "element = 2\nscaling = { int_range = [0, 9] }"),
+              "0..9, int range, float[2]");
+    EXPECT_EQ(wayOf(std::string(kFloat) + "fixed = 0.25\nskip = { when_value = 0 }"),
+              "always 0.25, float, skips 0");
+    EXPECT_EQ(wayOf(kInt), "as it is, int");
+    EXPECT_EQ(wayOf("dataref = \"kyr/x\"\ntype = \"int\"\nelement = 1"), "as it is, own int[1]");
+    EXPECT_EQ(wayOf(std::string(kInt) + "skip = { while_positive = \"sim/p\", type = \"int\" }"),
+              "as it is, int, not while p > 0");
+    EXPECT_EQ(wayOf(kCommand), "command");
+    EXPECT_EQ(wayOf("command = \"kyr/c\"\nhold = true"), "own command, held");
+    EXPECT_EQ(wayOf(std::string(kCommand) + "repeat_ms = 200"), "command, at most every 200 ms");
+}
+
+TEST(ProfileReaderTest, DescribesInputsThatShareAName) {
+    const Profile profile = validProfile(
+        "[[input]]\nname = \"a\"\ndataref = \"sim/1\"\ntype = \"int\"\nelement = 2\n"
+        "[[input]]\nname = \"a\"\ncommand = \"sim/c\"\n"
+        "[[input]]\nname = \"b\"\ncommand = \"sim/d\"\n");
+    EXPECT_EQ(profile.inputs[0].way, "as it is, int[2]; command");
+    EXPECT_EQ(profile.inputs[0].element, 2);
+    EXPECT_FALSE(profile.inputs[0].isCommand);
+    EXPECT_TRUE(profile.inputs[1].isCommand);
+}
+
+TEST(ProfileReaderTest, ReadsTheUnitsOfOutputs) {
+    const Profile profile = validProfile("[[output]]\nname = \"i\"\n" + std::string(kInt) +
+                                         "unit = \"kt\"\n[[output]]\nname = \"j\"\n" + kInt);
+    EXPECT_EQ(profile.outputs[0].unit, "kt");
+    EXPECT_EQ(profile.outputs[1].unit, "");
+    EXPECT_EQ(outputProblems(std::string(kInt) + "unit = 3\n"),
+              "p:5:8: \"unit\" is not a text in quotes\n");
+}
+
 TEST(ProfileReaderTest, ReadsOutputsOfAllTypes) {
     const Profile profile = validProfile(
         "[[output]]\nname = \"i\"\ndataref = \"sim/i\"\ntype = \"int\"\n"
@@ -186,6 +242,54 @@ TEST(ProfileReaderTest, ReadsOutputsOfAllTypes) {
     EXPECT_EQ(outputs[4].name(), "kyr/c");
     EXPECT_EQ(profile.outputs[4].name, "c");
     EXPECT_EQ(profile.outputs[4].id, outputs[4].id());
+}
+
+TEST(ProfileReaderTest, ReadsHowInputsMoveByThemselves) {
+    const Profile profile = validProfile(
+        "[[input]]\nname = \"axis\"\ndataref = \"sim/1\"\ntype = \"float\"\n"
+        "wave = { form = \"triangle\", period = 8, range = [0.25, 0.5], phase = 0.75 }\n"
+        "[[input]]\nname = \"plain\"\ndataref = \"sim/1\"\ntype = \"float\"\nwave = {}\n"
+        "[[input]]\nname = \"switch\"\ncommand = \"sim/c\"\n"
+        "steps = { values = [0, 1, -5], seconds = 0.5 }\n"
+        "[[input]]\nname = \"still\"\ncommand = \"sim/d\"\n");
+    const Wave axis = std::get<Wave>(profile.FindInput("axis")->motion.value());
+    EXPECT_EQ(axis.waveform, Waveform::Triangle);
+    EXPECT_EQ(axis.periodSeconds, 8);
+    EXPECT_EQ(axis.centre, -0.25);
+    EXPECT_EQ(axis.amplitude, 0.25);
+    EXPECT_EQ(axis.phase, 0.75);
+    const Wave plain = std::get<Wave>(profile.FindInput("plain")->motion.value());
+    EXPECT_EQ(plain.waveform, Waveform::Sine);
+    EXPECT_EQ(plain.periodSeconds, 4);
+    EXPECT_EQ(plain.centre, 0);
+    EXPECT_EQ(plain.amplitude, 1);
+    const Steps steps = std::get<Steps>(profile.FindInput("switch")->motion.value());
+    EXPECT_EQ(steps.values, (std::vector<std::int32_t>{0, 1, -5}));
+    EXPECT_EQ(steps.seconds, 0.5);
+    EXPECT_FALSE(profile.FindInput("still")->motion);
+}
+
+TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = { form = \"saw\", period = 0 }\n"),
+              "p:5:17: \"form\" is \"saw\"; it can be sine or triangle or square or sweep\n"
+              "p:5:33: \"period\" is not a number from 0.01 to 86400\n");
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = { range = [0, 1.5], speed = 1 }\n"),
+              "p:5:18: \"range\" goes beyond 0 to 1, the ends of the axis\n"
+              "p:5:28: there is no key \"speed\" here\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "wave = {}\n"),
+              "p:5:8: \"wave\" is for floats that are not fixed\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = {}\n"), "p:5:9: \"values\" is missing\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = { values = [] }\n"),
+              "p:5:20: \"values\" is not a list of whole numbers\n");
+    EXPECT_EQ(inputProblems(std::string(kInt) + "steps = { values = [1, 0.5] }\n"),
+              "p:5:20: \"values\" has an element that is not a whole number from -2147483648 to "
+              "2147483647\n");
+    EXPECT_EQ(inputProblems(std::string(kFloat) + "wave = {}\nsteps = { values = [1] }\n"),
+              "p:6:9: \"wave\" and \"steps\" exclude each other\n");
+    EXPECT_EQ(
+        problemsOf("[[input]]\nname = \"a\"\ncommand = \"sim/1\"\nsteps = { values = [1] }\n"
+                   "[[input]]\nname = \"a\"\ncommand = \"sim/2\"\nsteps = { values = [1] }\n"),
+        "p:5:1: \"a\" moves already\n");
 }
 
 TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {

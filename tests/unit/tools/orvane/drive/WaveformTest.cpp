@@ -1,5 +1,4 @@
 #include "tools/orvane/drive/Waveform.h"
-#include "tools/orvane/drive/WaveformSource.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +6,8 @@ namespace {
 
 using orvane::tool::axisValue;
 using orvane::tool::levelOf;
-using orvane::tool::Profile;
 using orvane::tool::Waveform;
 using orvane::tool::waveformNamed;
-using orvane::tool::WaveformSource;
 
 constexpr double kTolerance = 1e-9;
 
@@ -65,21 +62,6 @@ TEST(WaveformTest, AxesGoFromZeroTo65535) {
     EXPECT_EQ(axisValue(1), 65535);
     EXPECT_EQ(axisValue(1.5), 65535);
     EXPECT_EQ(axisValue(-7), 0);
-}
-
-TEST(WaveformTest, MovesTheAxesOfAProfileAndNothingElse) {
-    Profile profile;
-    profile.inputs = {{"a", 4, true, {}, 0}, {"b", 5, false, {}, 0}, {"c", 6, true, {}, 0}};
-    WaveformSource source(profile,
-                          {.waveform = Waveform::Square, .periodSeconds = 2, .amplitude = 0.5});
-    const auto high = source.Next(0.9);
-    ASSERT_TRUE(high);
-    EXPECT_FALSE(high->seconds);
-    ASSERT_EQ(high->items.size(), 2U);
-    EXPECT_EQ(high->items[0].action, 4);
-    EXPECT_EQ(high->items[0].value, 49151);
-    EXPECT_EQ(high->items[1].action, 6);
-    EXPECT_EQ(source.Next(1.1)->items[0].value, 16384);
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <pty.h>
 #include <unistd.h>
 
 #include <cstdlib>
+
+#include "support/PseudoTerminal.h"
 
 using orvane::tool::Terminal;
 
@@ -15,25 +15,19 @@ namespace {
 class TerminalTest : public testing::Test {
 protected:
     TerminalTest() {
-        winsize size{};
-        size.ws_col = 120;
-        size.ws_row = 40;
-        EXPECT_EQ(::openpty(&ours, &theirs, nullptr, nullptr, &size), 0);
         EXPECT_EQ(::pipe(pipe), 0);
-        for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG", "NO_COLOR"}) {
-            ::unsetenv(name);
-        }
-        ::setenv("TERM", "xterm", 1);
+        terminal.Resize(120, 40);
+        ::unsetenv("NO_COLOR");
     }
 
     ~TerminalTest() override {
-        for (const int descriptor : {ours, theirs, pipe[0], pipe[1]}) {
+        for (const int descriptor : {pipe[0], pipe[1]}) {
             ::close(descriptor);
         }
     }
 
-    int ours = -1;
-    int theirs = -1;
+    const PseudoTerminal terminal;
+    const int theirs = terminal.FileDescriptor();
     int pipe[2] = {-1, -1};
 };
 
@@ -48,14 +42,12 @@ TEST_F(TerminalTest, IsNoneWhereNobodyCouldMoveACursor) {
 
 TEST_F(TerminalTest, ColoursUnlessToldOtherwise) {
     EXPECT_EQ(Terminal(theirs).Bold("x"), "\x1b[1mx\x1b[0m");
-    EXPECT_EQ(Terminal(theirs).Dim("x"), "\x1b[2mx\x1b[0m");
     EXPECT_EQ(Terminal(pipe[1]).Bold("x"), "x");
     ::setenv("NO_COLOR", "", 1);
     EXPECT_TRUE(Terminal(theirs).MayColour());
     ::setenv("NO_COLOR", "1", 1);
     EXPECT_FALSE(Terminal(theirs).MayColour());
     EXPECT_EQ(Terminal(theirs).Bold("x"), "x");
-    EXPECT_EQ(Terminal(theirs).Dim("x"), "x");
 }
 
 TEST_F(TerminalTest, KnowsItsSize) {

@@ -2,14 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cstdlib>
-#include <memory>
-
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "support/PseudoTerminal.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 using orvane::tool::DatarefArgument;
 using orvane::tool::parseDatarefArguments;
@@ -24,35 +19,17 @@ using Lines = std::vector<std::string>;
 
 class WatchTableTest : public testing::Test {
 protected:
-    WatchTableTest() {
-        for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-            ::unsetenv(name);
-        }
-        ::setenv("TERM", "xterm", 1);
-        ::setenv("NO_COLOR", "1", 1);
-        EXPECT_EQ(::openpty(&ours, &theirs, nullptr, nullptr, nullptr), 0);
-    }
-
-    ~WatchTableTest() override {
-        ::close(ours);
-        ::close(theirs);
-    }
-
     void see(const std::vector<DatarefArgument>& datarefs, const std::vector<Value>& values) {
         table.See(datarefs, values, WatchedNumber::TimePoint());
     }
 
-    Lines lines(std::size_t columns, std::size_t rows = 24) const {
-        winsize size{};
-        size.ws_col = static_cast<unsigned short>(columns);
-        size.ws_row = static_cast<unsigned short>(rows);
-        EXPECT_EQ(::ioctl(ours, TIOCSWINSZ, &size), 0);
-        return table.Lines("title", Terminal(theirs));
+    Lines lines(std::size_t columns, std::size_t rows = 24, std::size_t first = 1) const {
+        terminal.Resize(columns, rows);
+        return table.Lines("title", Terminal(terminal.FileDescriptor()), first);
     }
 
     WatchTable table;
-    int ours = -1;
-    int theirs = -1;
+    PseudoTerminal terminal;
 };
 
 TEST_F(WatchTableTest, ShowsValueUnitExtremesAndCurve) {
@@ -78,6 +55,26 @@ TEST_F(WatchTableTest, ShowsEachElementOfAnArray) {
                               "a[0]       1          1    1  --",
                               "a[1] *    -3         -3    2  ^_",
                           }));
+}
+
+TEST_F(WatchTableTest, KeepsTheColumnsUnderEachOtherWithAnyUnit) {
+    const auto datarefs =
+        parseDatarefArguments({"sim/oat:int@°C", "sim/flow:int@速度", "sim/speed:int@kt"});
+    const std::vector<Value> ones(3, Value(std::int32_t{1}));
+    see(datarefs, ones);
+    EXPECT_EQ(lines(100), (Lines{
+                              "title",
+                              "NAME        VALUE  UNIT  MIN  MAX",
+                              "sim/oat         1  °C      1    1  -",
+                              "sim/flow        1  速度    1    1  -",
+                              "sim/speed       1  kt      1    1  -",
+                          }));
+}
+
+TEST_F(WatchTableTest, CutsUnitsBetweenCharacters) {
+    const auto datarefs = parseDatarefArguments({"sim/a/name/of/some/length:int@速度速度"});
+    see(datarefs, {Value(std::int32_t{1})});
+    EXPECT_EQ(lines(42)[2], "../a/name/of/some/length       1  速度速");
 }
 
 TEST_F(WatchTableTest, EmphasisesWhatHasChanged) {
@@ -112,44 +109,34 @@ TEST_F(WatchTableTest, IsNeverWiderThanTheTerminal) {
     }
 }
 
-TEST_F(WatchTableTest, SaysHowManyRowsDoNotFit) {
-    const auto datarefs = parseDatarefArguments({"a:int[30]"});
-    see(datarefs, {Value(std::vector<std::int32_t>(30))});
-    const Lines shown = lines(80, 10);
-    ASSERT_EQ(shown.size(), 9U);
-    EXPECT_EQ(shown.back(), "and 24 more, for which the terminal is too low");
-    EXPECT_EQ(lines(80, 33).size(), 32U);
-}
-
-using std::chrono::milliseconds;
-
-TEST(WatchedNumberTest, RemembersTheExtremesAndTheLatest) {
-    WatchedNumber number;
-    const WatchedNumber::TimePoint now;
-    number.See(2.0, "2", now);
-    EXPECT_EQ(number.Minimum(), "2");
-    EXPECT_EQ(number.Maximum(), "2");
-    for (int i = 0; i < 25; ++i) {
-        number.See(i, std::to_string(i), now);
+class TallWatchTableTest : public WatchTableTest {
+protected:
+    TallWatchTableTest() {
+        see(parseDatarefArguments({"a:int[30]"}), {Value(std::vector<std::int32_t>(30))});
     }
-    EXPECT_EQ(number.Text(), "24");
-    EXPECT_EQ(number.Minimum(), "0");
-    EXPECT_EQ(number.Maximum(), "24");
-    ASSERT_EQ(number.History().size(), 20U);
-    EXPECT_EQ(number.History().front(), 5.0);
+
+    // The names of the rows in a terminal of ten lines, and what stands below them.
+    std::string shown(std::size_t first) const {
+        const Lines all = lines(80, 10, first);
+        EXPECT_EQ(all.size(), 9U);
+        const auto nameOf = [](const std::string& line) { return line.substr(0, line.find(' ')); };
+        return nameOf(all[2]) + " to " + nameOf(all[7]) + " | " + all[8];
+    }
+};
+
+TEST_F(TallWatchTableTest, SaysWhichRowsItShows) {
+    EXPECT_EQ(shown(1), "a[0] to a[5] | rows 1 to 6 of 30; --first 7 shows the next");
+    EXPECT_EQ(shown(7), "a[6] to a[11] | rows 7 to 12 of 30; --first 13 shows the next");
 }
 
-TEST(WatchedNumberTest, RemembersAChangeForHalfASecond) {
-    WatchedNumber number;
-    const WatchedNumber::TimePoint start;
-    number.See(1.0, "1", start);
-    EXPECT_FALSE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(200));
-    EXPECT_TRUE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(699));
-    EXPECT_TRUE(number.HasChanged());
-    number.See(2.0, "2", start + milliseconds(700));
-    EXPECT_FALSE(number.HasChanged());
+TEST_F(TallWatchTableTest, ShowsTheLastRowsWhereThereAreNotSoMany) {
+    EXPECT_EQ(shown(25), "a[24] to a[29] | rows 25 to 30 of 30");
+    EXPECT_EQ(shown(1000), "a[24] to a[29] | rows 25 to 30 of 30");
+}
+
+TEST_F(TallWatchTableTest, ShowsAllRowsWhereTheyFit) {
+    EXPECT_EQ(lines(80, 33).size(), 32U);
+    EXPECT_EQ(lines(80, 33, 7), lines(80, 33));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tools/orvane/watch/WatchedNumber.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 namespace orvane::tool {
 
@@ -14,6 +14,15 @@ void WatchedNumber::See(double number, const std::string& shownAs, TimePoint now
     if (maximum.text.empty() || number > maximum.number) {
         maximum = {number, text};
     }
+    remember(number, now);
+}
+
+void WatchedNumber::remember(double number, TimePoint now) {
+    if (!history.empty() && now - rememberedAt < historyInterval) {
+        history.back() = number;
+        return;
+    }
+    rememberedAt = now;
     history.push_back(number);
     if (history.size() > kHistory) {
         history.pop_front();

@@ -17,6 +17,11 @@ public:
     // A change is to be noticed, also where only some of the readings are shown.
     static constexpr std::chrono::milliseconds kChangeLasts{500};
 
+    WatchedNumber() = default;
+    // What comes sooner after the number before takes its place in the history.
+    explicit WatchedNumber(std::chrono::milliseconds historyInterval)
+        : historyInterval(historyInterval) {}
+
     // `shownAs` is how the number is shown.
     void See(double number, const std::string& shownAs, TimePoint now);
 
@@ -35,12 +40,16 @@ private:
         std::string text;
     };
 
+    void remember(double number, TimePoint now);
+
+    std::chrono::milliseconds historyInterval{};
     std::string text;
     bool hasChanged = false;
     std::optional<TimePoint> changedAt;
     Extreme minimum;
     Extreme maximum;
     std::deque<double> history;
+    TimePoint rememberedAt;
 };
 
 } // namespace orvane::tool

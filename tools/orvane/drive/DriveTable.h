@@ -1,0 +1,64 @@
+#pragma once
+
+#include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "orvane/tarnel/Answer.h"
+#include "orvane/tarnel/Client.h"
+
+namespace orvane::tool {
+
+// A session at a glance. An input and an output of the same name share a row: what was sent, with a
+// bar for an axis and a mark for a command that is down; what came back, with the curve of the
+// latest values; and what becomes of the one on its way to the other. An array has a row for each
+// element. Borrows the profile.
+class DriveTable final {
+public:
+    explicit DriveTable(const Profile& profile);
+
+    // Takes in an exchange.
+    void See(std::span<const tarnel::Item> items, const tarnel::Answer& answer,
+             WatchedNumber::TimePoint now);
+
+    // The lines, none wider or more than the terminal permits.
+    std::vector<std::string> Lines(const std::string& title, const Terminal& terminal) const;
+
+private:
+    // The curve shows the last four seconds.
+    static constexpr std::chrono::milliseconds kCurveInterval{200};
+
+    struct Row {
+        std::string label;
+        const ProfileInput* input = nullptr;
+        const ProfileOutput* output = nullptr;
+        // Of an array: where it stands in the output, and in the simulator.
+        std::size_t place = 0;
+        std::int32_t element = 0;
+        std::string way{};
+        std::optional<std::int32_t> sent{};
+        WatchedNumber back{kCurveInterval};
+    };
+    struct Widths;
+
+    void add(Row row);
+    void addRowsOf(std::size_t output);
+    void addInput(const ProfileInput& input, std::size_t firstRow);
+    Widths widths(std::size_t columns) const;
+    static std::string header(const Widths& used);
+    static std::string line(const Row& row, const Widths& used, const Terminal& terminal);
+
+    const Profile& profile;
+    std::vector<Row> rows;
+    std::size_t furtherRows = 0; // that no terminal has room for
+};
+
+} // namespace orvane::tool

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Motion.h"
+#include "tools/orvane/drive/Profile.h"
+
+#include <utility>
+#include <vector>
+
+namespace orvane::tool {
+
+// Moves inputs by the clock, each in its own way. Never at its end.
+class MotionSource final : public IInputSource {
+public:
+    // The inputs that the profile moves.
+    explicit MotionSource(const Profile& profile);
+    // All axes of the profile together. Switches and commands are left alone.
+    MotionSource(const Profile& profile, const Wave& wave);
+
+    std::optional<InputRow> Next(double seconds) override;
+
+private:
+    std::vector<std::pair<tarnel::ActionId, Motion>> motions;
+};
+
+} // namespace orvane::tool

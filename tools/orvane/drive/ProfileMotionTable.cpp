@@ -1,0 +1,62 @@
+#include "tools/orvane/drive/ProfileMotionTable.h"
+
+#include <string>
+#include <utility>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr double kShortest = 0.01;
+constexpr double kLongest = 86'400;
+
+Wave readWave(ProfileTable& table) {
+    Wave wave;
+    if (const auto form = table.Choice("form", {"sine", "triangle", "square", "sweep"})) {
+        wave.waveform = *waveformNamed(*form);
+    }
+    wave.periodSeconds = table.Number("period", kShortest, kLongest).value_or(wave.periodSeconds);
+    wave.phase = table.Number("phase", 0, 1).value_or(wave.phase);
+    // From 0 to 1, where a wave counts from -1 to 1.
+    if (const auto range = table.FloatPair("range")) {
+        const auto [from, to] = *range;
+        if (from < 0 || from > 1 || to < 0 || to > 1) {
+            table.ComplainAt("range", "\"range\" goes beyond 0 to 1, the ends of the axis");
+        }
+        wave.centre = static_cast<double>(from) + static_cast<double>(to) - 1;
+        wave.amplitude = static_cast<double>(to) - static_cast<double>(from);
+    }
+    table.RefuseUnknown();
+    return wave;
+}
+
+Steps readSteps(ProfileTable& table) {
+    Steps steps{{0}};
+    if (!table.Has("values")) {
+        table.Complain("\"values\" is missing");
+    }
+    steps.values = table.Int32List("values").value_or(steps.values);
+    steps.seconds = table.Number("seconds", kShortest, kLongest).value_or(steps.seconds);
+    table.RefuseUnknown();
+    return steps;
+}
+
+} // namespace
+
+std::optional<Motion> readProfileMotion(ProfileTable& table, bool isAxis) {
+    if (table.Has("wave") && table.Has("steps")) {
+        table.ComplainAt("steps", "\"wave\" and \"steps\" exclude each other");
+    }
+    std::optional<Motion> motion;
+    if (std::optional<ProfileTable> steps = table.Table("steps")) {
+        motion = readSteps(*steps);
+    }
+    if (!isAxis) {
+        table.Refuse({"wave"}, "is for floats that are not fixed");
+    } else if (std::optional<ProfileTable> wave = table.Table("wave")) {
+        motion = readWave(*wave);
+    }
+    return motion;
+}
+
+} // namespace orvane::tool

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <netdb.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace orvane::tool {
+
+// Sends texts over UDP to a program that may listen or not.
+class DatagramSender final {
+public:
+    // The largest text that a datagram of IPv4 holds.
+    static constexpr std::size_t kLargest = 65'507;
+
+    // HOST:PORT, an IPv6 address in brackets. Failure: not of this form, or there is no such host.
+    explicit DatagramSender(const std::string& place);
+    ~DatagramSender();
+    DatagramSender(const DatagramSender&) = delete;
+    DatagramSender& operator=(const DatagramSender&) = delete;
+
+    // Returns why the system did not take it; empty when it did. Failure: too large for a datagram.
+    std::string Send(std::string_view text) const;
+
+private:
+    using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
+    static Addresses resolve(const std::string& place);
+
+    const std::string place;
+    const Addresses addresses;
+    int socket = -1;
+};
+
+} // namespace orvane::tool
