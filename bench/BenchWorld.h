@@ -7,7 +7,7 @@
 #include "common/LoggingService.h"
 #include "common/Utilities.h"
 #include "datarefs/DatarefProvider.h"
-#include "headless/Simulator.h"
+#include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
 #include "network/RingBuffer.h"
 #include "network/TcpServer.h"

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "bench/tick/BenchClient.h"
-#include "headless/Session.h"
+#include "headless/host/Session.h"
 #include "headless/host/Session.h"
 #include "support/TemporaryDirectory.h"
 

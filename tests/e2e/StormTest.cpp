@@ -268,10 +268,10 @@ private:
             while (connectionsLeft-- > 0) {
                 TestClient client;
                 client.Send(request);
-                client.ShutdownSending();
+                client.HalfClose();
                 // Anywhere in the frames that the plugin takes to answer.
                 std::this_thread::sleep_for(std::chrono::microseconds(random() % 800));
-                client.Reset();
+                client.CloseWithReset();
             }
         } catch (const std::system_error&) {
             // The simulator has gone, as the test sees for itself.

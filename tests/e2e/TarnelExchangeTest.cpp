@@ -198,8 +198,8 @@ TEST_F(TarnelExchangeTest, ReportsAnotherAircraftAndNoneAtAll) {
 TEST_F(TarnelExchangeTest, GivesACommandOutsideOfKyrItsIdentifierOnceAndNoValue) {
     TestClient client;
     const std::vector<OutputRecord> outputs{
-        {.id = 6, .name = "test/once", .type = kCommand},
-        {.id = 7, .name = "kyr/test_command", .type = kCommand}};
+        {.id = 6, .name = "test/once", .type = RecordType::Command},
+        {.id = 7, .name = "kyr/test_command", .type = RecordType::Command}};
     EXPECT_EQ(toHex(define(client, {}, outputs)),
               "06 00 00 00 "
               "07 00 00 00 01 00 00 00 00 "

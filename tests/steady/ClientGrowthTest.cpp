@@ -17,7 +17,8 @@
 #include "steady/Growth.h"
 #include "steady/StepCounter.h"
 #include "support/Bytes.h"
-#include "support/TcpPeer.h"
+#include "support/LoopbackListener.h"
+#include "support/Sockets.h"
 
 namespace {
 

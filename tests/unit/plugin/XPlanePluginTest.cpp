@@ -11,6 +11,7 @@
 #include <string>
 #include <system_error>
 
+#include "LoopbackSocket.h"
 #include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
 #include "support/Deadline.h"

@@ -9,7 +9,6 @@
 
 #include "WiredCommandObserver.h"
 #include "common/SimStateInformation.h"
-#include "headless/Simulator.h"
 #include "headless/xplm/Simulator.h"
 #include "network/TcpConnection.h"
 #include "protocols/ProtocolFactory.h"
