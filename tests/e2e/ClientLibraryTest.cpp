@@ -1,10 +1,9 @@
-#include <atomic>
+#include "e2e/ClientLibraryTest.h"
+
 #include <chrono>
-#include <future>
 #include <string>
 #include <vector>
 
-#include "e2e/EndToEndTest.h"
 #include "orvane/tarnel/Client.h"
 #include "orvane/velmar/Client.h"
 
@@ -15,47 +14,6 @@ using std::chrono::milliseconds;
 
 constexpr std::uint32_t kAircraftOneId = 0xB9852EB1;
 constexpr std::uint32_t kAircraftTwoId = 0x2311FCBA;
-
-// The library against the real plugin, in a simulator whose frames run by themselves: a call of the
-// library blocks until its answer is there.
-class ClientLibraryTest : public EndToEndTest {
-protected:
-    ClientLibraryTest() { start(); }
-
-    void start() {
-        simulator.reset();
-        simulator = std::make_unique<SimulatorProcess>(std::vector<std::string>{
-            "--datarefs", "DataRefs.txt", "--commands", "Commands.txt", "--hz", "200"});
-        loadAircraft("Test aircraft one");
-        simulator->Ask("run");
-    }
-
-    static Options options() {
-        Options options;
-        options.timeout = milliseconds(20'000);
-        options.backoff = {milliseconds(5), milliseconds(50), milliseconds(60'000)};
-        return options;
-    }
-
-    // Ends the simulator under a client, lets `call` notice it in a thread of its own, and starts
-    // the simulator again.
-    template <typename Client, typename Call>
-    auto restartDuring(Client& client, Call call) {
-        std::promise<void> lost;
-        std::atomic<int> connections = 0;
-        client.setCallbacks({.connected = [&] { ++connections; },
-                             .disconnected = [&](const Error&) { lost.set_value(); }});
-        simulator.reset();
-        auto result = std::async(std::launch::async, call);
-        lost.get_future().wait();
-        EXPECT_EQ(connections, 0);
-        start();
-        auto value = result.get();
-        EXPECT_EQ(connections, 1);
-        client.setCallbacks({});
-        return value;
-    }
-};
 
 class TarnelLibraryTest : public ClientLibraryTest {
 protected:

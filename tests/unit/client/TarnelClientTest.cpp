@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/ScriptedServer.h"
+#include "unit/client/ScriptedClientTest.h"
 
 namespace {
 
@@ -25,10 +25,6 @@ const Turn kSend{"11 22 33 44 DE AD BE EF 08 00 00 00 01 00 00 00 07 00 00 00 09
                  kAsk.answer};
 // Which is how a message that arrived in pieces is answered on a new connection.
 constexpr const char* kTorn = "0C 00 00 00 FF FF 00 00 04 00 00 00 AA 00 00 00";
-
-Turn answeredWith(const Turn& turn, const char* answer) {
-    return {turn.request, answer};
-}
 
 std::string zerosInHex(std::size_t count) {
     return " " + toHex(zeros(count)) + " ";
@@ -66,29 +62,7 @@ Turn definingCommand(OutputId id, char letter) {
             "15 00 00 00 " + identifier + " 01 00 00 00 00 FF FF 00 00 04 00 00 00 AA 00 00 00"};
 }
 
-class TarnelClientTest : public testing::Test {
-protected:
-    Options optionsFor(const ScriptedServer& server, OnLoss onLoss = OnLoss::Throw) const {
-        Options options;
-        options.port = server.Port();
-        options.timeout = milliseconds(20'000);
-        options.onLoss = onLoss;
-        options.backoff.firstDelay = milliseconds(1);
-        return options;
-    }
-
-    template <typename Wanted, typename Action>
-    static std::string textOf(Action action) {
-        try {
-            action();
-        } catch (const Wanted& error) {
-            return error.what();
-        } catch (const std::exception& other) {
-            return std::string("another error: ") + other.what();
-        }
-        return "no error";
-    }
-};
+class TarnelClientTest : public ScriptedClientTest {};
 
 TEST_F(TarnelClientTest, AsksDefinesAndExchanges) {
     ScriptedServer server({{{kVersion, defining(), kSend, kAsk}}});

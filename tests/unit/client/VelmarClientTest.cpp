@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/ScriptedServer.h"
+#include "unit/client/ScriptedClientTest.h"
 
 namespace {
 
@@ -31,36 +31,11 @@ const Turn kWrite{"55 66 77 88 06 00 00 00 01 00 00 00 04 00 00 00 00 00 00 40",
 const Turn kRun{"55 66 77 88 07 00 00 00 02 00 00 00 01", "00 00 00 00"};
 constexpr const char* kTorn = "00 00 00 00";
 
-Turn answeredWith(const Turn& turn, const char* answer) {
-    return {turn.request, answer};
-}
-
-class VelmarClientTest : public testing::Test {
+class VelmarClientTest : public ScriptedClientTest {
 protected:
-    Options optionsFor(const ScriptedServer& server, OnLoss onLoss = OnLoss::Throw) const {
-        Options options;
-        options.port = server.Port();
-        options.timeout = milliseconds(20'000);
-        options.onLoss = onLoss;
-        options.backoff.firstDelay = milliseconds(1);
-        return options;
-    }
-
     void registerAll(Client& client) const {
         client.registerDataref({"a/b", Type::Float});
         client.registerCommand("c/defghi");
-    }
-
-    template <typename Wanted, typename Action>
-    static std::string textOf(Action action) {
-        try {
-            action();
-        } catch (const Wanted& error) {
-            return error.what();
-        } catch (const std::exception& other) {
-            return std::string("another error: ") + other.what();
-        }
-        return "no error";
     }
 };
 
