@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "ByteReader.h"
 #include "UnexpectedAnswer.h"
@@ -20,7 +21,6 @@ namespace orvane::detail {
 
 namespace {
 
-constexpr const char* kConnecting = "connecting";
 constexpr const char* kLength = "the length of an answer";
 constexpr std::size_t kHeaderSize = 4;
 
@@ -34,11 +34,7 @@ std::string countOfBytes(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
-[[noreturn]] void failToConnect(const Options& options, const std::string& why) {
-    throw ConnectError(errorPrefix(options, kConnecting) + why);
-}
-
-Addresses resolve(const Options& options) {
+Addresses resolve(const Options& options, const std::string& doing) {
     addrinfo hints{};
     hints.ai_family = AF_INET;
     hints.ai_socktype = SOCK_STREAM;
@@ -46,7 +42,7 @@ Addresses resolve(const Options& options) {
     const int result =
         ::getaddrinfo(options.host.c_str(), std::to_string(options.port).c_str(), &hints, &found);
     if (result != 0) {
-        failToConnect(options, ::gai_strerror(result));
+        throw ConnectError(errorPrefix(options, doing) + ::gai_strerror(result));
     }
     return {found, &::freeaddrinfo};
 }
@@ -62,9 +58,10 @@ std::string errorPrefix(const Options& options, const std::string& doing) {
     return options.host + ":" + std::to_string(options.port) + ": " + doing + ": ";
 }
 
-Connection::Connection(const Options& options) : options(options) {
+Connection::Connection(const Options& givenOptions, std::string doing)
+    : options(&givenOptions), connecting(std::move(doing)) {
     try {
-        connectToAny(Clock::now() + options.timeout);
+        connectToAny(Clock::now() + options->timeout);
     } catch (...) {
         closeSocket();
         throw;
@@ -77,7 +74,7 @@ Connection::~Connection() {
 
 Bytes Connection::exchange(std::span<const std::uint8_t> request, const std::string& doing,
                            std::size_t most) {
-    const auto deadline = Clock::now() + options.timeout;
+    const auto deadline = Clock::now() + options->timeout;
     checkThatNothingWaits(doing);
     send(request, doing, deadline);
     std::array<std::uint8_t, kHeaderSize> header{};
@@ -93,7 +90,7 @@ Bytes Connection::exchange(std::span<const std::uint8_t> request, const std::str
 }
 
 void Connection::connectToAny(Clock::time_point deadline) {
-    const Addresses addresses = resolve(options);
+    const Addresses addresses = resolve(*options, connecting);
     int error = 0;
     for (const addrinfo* next = addresses.get(); next != nullptr; next = next->ai_next) {
         sockaddr_in address{};
@@ -108,7 +105,7 @@ void Connection::connectToAny(Clock::time_point deadline) {
         }
         closeSocket();
     }
-    failToConnect(options, errorText(error));
+    throw ConnectError(errorPrefix(*options, connecting) + errorText(error));
 }
 
 int Connection::connectTo(const sockaddr_in& address, Clock::time_point deadline) {
@@ -122,7 +119,7 @@ int Connection::connectTo(const sockaddr_in& address, Clock::time_point deadline
     if (errno != EINPROGRESS) {
         return errno;
     }
-    check(waitFor(socket, POLLOUT, deadline, options.cancelled), kConnecting, "a connection",
+    check(waitFor(socket, POLLOUT, deadline, options->cancelled), connecting, "a connection",
           "none");
     int error = 0;
     socklen_t size = sizeof error;
@@ -140,10 +137,10 @@ void Connection::checkThatNothingWaits(const std::string& doing) const {
         throw UnexpectedAnswer("silence before the request", "bytes");
     }
     if (waiting == 0) {
-        failLost(options, doing, "an open connection", "its end");
+        failLost(*options, doing, "an open connection", "its end");
     }
     if (errno != EAGAIN) {
-        failLost(options, doing, "an open connection", errorText(errno));
+        failLost(*options, doing, "an open connection", errorText(errno));
     }
 }
 
@@ -158,18 +155,18 @@ void Connection::send(std::span<const std::uint8_t> request, const std::string& 
         if (taken >= 0) {
             sent += static_cast<std::size_t>(taken);
         } else if (errno == EAGAIN) {
-            check(waitFor(socket, POLLOUT, deadline, options.cancelled), doing, expected,
+            check(waitFor(socket, POLLOUT, deadline, options->cancelled), doing, expected,
                   "room for " + std::to_string(sent));
         } else if (errno != EINTR) {
-            failLost(options, doing, expected, errorText(errno));
+            failLost(*options, doing, expected, errorText(errno));
         }
     }
 }
 
 void Connection::awaitAnswer(const std::string& doing, Clock::time_point deadline) const {
-    const Waited waited = waitFor(socket, POLLIN, deadline, options.cancelled);
+    const Waited waited = waitFor(socket, POLLIN, deadline, options->cancelled);
     if (waited == Waited::Late) {
-        throw TimeoutError(errorPrefix(options, doing) + "no answer within " + timeoutText() +
+        throw TimeoutError(errorPrefix(*options, doing) + "no answer within " + timeoutText() +
                            " (is the simulator paused or loading?)");
     }
     check(waited, doing, kLength, countOfBytes(0));
@@ -185,11 +182,11 @@ void Connection::receive(std::span<std::uint8_t> target, const std::string& doin
         if (result > 0) {
             received += static_cast<std::size_t>(result);
         } else if (result == 0) {
-            failLost(options, doing, expected, got + " and the end of the connection");
+            failLost(*options, doing, expected, got + " and the end of the connection");
         } else if (errno == EAGAIN) {
-            check(waitFor(socket, POLLIN, deadline, options.cancelled), doing, expected, got);
+            check(waitFor(socket, POLLIN, deadline, options->cancelled), doing, expected, got);
         } else if (errno != EINTR) {
-            failLost(options, doing, expected, got + " and: " + errorText(errno));
+            failLost(*options, doing, expected, got + " and: " + errorText(errno));
         }
     }
 }
@@ -199,7 +196,7 @@ void Connection::check(Waited waited, const std::string& doing, const std::strin
     if (waited == Waited::Ready) {
         return;
     }
-    const std::string text = errorPrefix(options, doing) + "expected " + expected;
+    const std::string text = errorPrefix(*options, doing) + "expected " + expected;
     if (waited == Waited::Late) {
         throw TimeoutError(text + " within " + timeoutText() + ", got " + got);
     }
@@ -207,7 +204,7 @@ void Connection::check(Waited waited, const std::string& doing, const std::strin
 }
 
 std::string Connection::timeoutText() const {
-    return std::to_string(options.timeout.count()) + " ms";
+    return std::to_string(options->timeout.count()) + " ms";
 }
 
 void Connection::closeSocket() noexcept {

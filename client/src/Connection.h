@@ -19,11 +19,15 @@ namespace orvane::detail {
 class Connection final {
 public:
     // Connects, within Options::timeout; looking up a name is not part of that time. ConnectError,
-    // TimeoutError, CancelledError. The options must outlive the connection.
-    explicit Connection(const Options& options);
+    // TimeoutError, CancelledError, whose texts begin with `doing`. The options must
+    // outlive the connection.
+    explicit Connection(const Options& options, std::string doing = "connecting");
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
+
+    // From now on, exchanges take as long and are cancelled as these say.
+    void use(const Options& others) { options = &others; }
 
     // Sends one request and returns the payload of its answer. `doing` goes into the text of what
     // is thrown: TimeoutError, ClosedError, CancelledError; UnexpectedAnswer when more than `most`
@@ -49,7 +53,8 @@ private:
     std::string timeoutText() const;
     void closeSocket() noexcept;
 
-    const Options& options;
+    const Options* options;
+    const std::string connecting;
     int socket = -1;
 };
 

@@ -15,12 +15,30 @@ constexpr int kTriesToDeclare = 2;
 
 } // namespace
 
-Link::Link(Options options, Work declare)
-    : options(std::move(options)),
-      declare(std::move(declare)),
-      connection(std::make_unique<Connection>(this->options)) {}
+Link::Link(Options givenOptions, ISession& linkedSession)
+    : options(std::move(givenOptions)),
+      session(linkedSession),
+      connection(std::make_unique<Connection>(options)) {}
+
+template <typename Call>
+auto Link::releasingIfCancelled(Call call) {
+    try {
+        return call();
+    } catch (const CancelledError& cancelled) {
+        try {
+            release();
+        } catch (const Error& error) {
+            throw CancelledError(std::string(cancelled.what()) + "; " + error.what());
+        }
+        throw;
+    }
+}
 
 Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work& work) {
+    return releasingIfCancelled([&] { return tryToCarryOut(doing, repeat, work); });
+}
+
+Link::Outcome Link::tryToCarryOut(const std::string& doing, Repeat repeat, const Work& work) {
     ensureConnected(doing);
     try {
         attempt(doing, work);
@@ -34,7 +52,7 @@ Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work
         if (options.onLoss == OnLoss::Throw) {
             throw;
         }
-        reconnect();
+        backOffUntilConnected();
         if (!repeat.whenLost) {
             return Outcome::NotRepeated;
         }
@@ -44,7 +62,18 @@ Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work
 }
 
 void Link::reconnect() {
-    close();
+    releasingIfCancelled([this] {
+        try {
+            releaseHere(Clock::now() + options.releaseWithin);
+        } catch (const Error&) {
+            // On the new connection, then.
+        }
+        backOffUntilConnected();
+    });
+}
+
+void Link::backOffUntilConnected() {
+    connection.reset();
     const auto end = Clock::now() + options.backoff.within;
     auto delay = options.backoff.firstDelay;
     for (int tries = 1;; ++tries) {
@@ -77,15 +106,17 @@ std::optional<std::string> Link::tryToConnect() {
 }
 
 void Link::renew() {
-    if (options.onLoss == OnLoss::Reconnect) {
-        reconnect();
-    } else {
-        connectAnew(kTriesToDeclare);
-    }
+    releasingIfCancelled([this] {
+        if (options.onLoss == OnLoss::Reconnect) {
+            backOffUntilConnected();
+        } else {
+            connectAnew(kTriesToDeclare);
+        }
+    });
 }
 
 void Link::connectAnew(int triesToDeclare) {
-    close();
+    connection.reset();
     connection = makeDeclared(triesToDeclare);
     if (callbacks.connected) {
         callbacks.connected();
@@ -99,7 +130,7 @@ void Link::ensureConnected(const std::string& doing) {
     if (options.onLoss == OnLoss::Throw) {
         throw ClosedError(place(doing) + "expected a connection, got none: it was closed before");
     }
-    reconnect();
+    backOffUntilConnected();
 }
 
 void Link::attempt(const std::string& doing, const Work& work) {
@@ -113,7 +144,7 @@ void Link::attempt(const std::string& doing, const Work& work) {
         drop(error);
         throw;
     } catch (...) {
-        close();
+        connection.reset();
         throw;
     }
 }
@@ -122,7 +153,10 @@ std::unique_ptr<Connection> Link::makeDeclared(int tries) {
     for (;; --tries) {
         auto made = std::make_unique<Connection>(options);
         try {
-            declare(*made);
+            if (!session.held().empty()) {
+                session.releaseByName(*made, releasing());
+            }
+            session.declare(*made);
             return made;
         } catch (const UnexpectedAnswer& answer) {
             if (tries <= 1) {
@@ -133,7 +167,7 @@ std::unique_ptr<Connection> Link::makeDeclared(int tries) {
 }
 
 void Link::drop(const Error& reason) {
-    close();
+    connection.reset();
     if (callbacks.disconnected) {
         callbacks.disconnected(reason);
     }

@@ -30,6 +30,7 @@ protected:
     static orvane::Options options() {
         orvane::Options options;
         options.timeout = std::chrono::milliseconds(20'000);
+        options.releaseWithin = std::chrono::milliseconds(20'000);
         options.backoff = {std::chrono::milliseconds(5), std::chrono::milliseconds(50),
                            std::chrono::milliseconds(60'000)};
         return options;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -17,7 +18,7 @@ struct Backoff {
     std::chrono::milliseconds within{60'000};
 };
 
-// What a call does that finds its connection lost.
+// What a call does when its connection is lost.
 enum class OnLoss {
     // Throws, and so does every call until `reconnect` has made a new connection.
     Throw,
@@ -37,9 +38,18 @@ struct Options {
     // Asked ten times a second, and after each signal, while a call waits: true ends the call with
     // a CancelledError. May be empty.
     std::function<bool()> cancelled;
+    // A command that a client has begun stays down in the simulator until it is ended, also when
+    // the client or its connection is gone. So the client keeps account of them and ends what is
+    // left over: before a new `define` drops it, on `close`, destruction and CancelledError, and on
+    // the new connection after a reconnection. False leaves all that to the program.
+    bool releaseHeld = true;
+    // How long a release may take, apart from one that is part of a reconnection. Neither `timeout`
+    // nor `cancelled` counts for it.
+    std::chrono::milliseconds releaseWithin{500};
 };
 
-// Called from within the calls of a client, on their thread. A callback may not call its client.
+// Called from within the calls of a client, on their thread, but not from its destructor, when what
+// they refer to may be gone. A callback may not call its client.
 struct Callbacks {
     // After each connection made, with its declarations made again; not for the first one, which is
     // made before callbacks can be set.
@@ -47,6 +57,10 @@ struct Callbacks {
     // With the reason: the connection was lost, or given up because of an answer that was wrong or
     // late. Not for `close` and `reconnect`.
     std::function<void(const Error&)> disconnected{};
+    // With the commands that may still be down, and the reason why they could not be released: the
+    // simulator has ended, or does not answer. The client goes on trying on later connections, on
+    // `close` and in its destructor; call `close` to be told of the last try.
+    std::function<void(const std::vector<std::string>&, const Error&)> notReleased{};
 };
 
 } // namespace orvane

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tarnel/Wire.h"
+#include "velmar/Releasing.h"
 
 namespace orvane::tarnel {
 
@@ -25,7 +26,13 @@ constexpr std::size_t kMostItems = 30'000'000;
 } // namespace
 
 Client::Session::Session(Options options)
-    : link(std::move(options), [this](Connection& on) { declare(on); }) {}
+    : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
+
+Client::Session::~Session() {
+    // What they refer to may be gone.
+    link.setCallbacks({});
+    link.close();
+}
 
 Version Client::Session::version() {
     const std::string doing = "asking for the version";
@@ -38,9 +45,14 @@ Version Client::Session::version() {
 }
 
 Answer Client::Session::define(Definitions newDefinitions) {
+    try {
+        link.releaseHere();
+    } catch (...) {
+        replaceDefinitions(std::move(newDefinitions));
+        throw;
+    }
     const bool startAnew = link.isConnected() && needsNewConnection(newDefinitions);
-    definitions = std::make_shared<const Definitions>(std::move(newDefinitions));
-    isDefined = false;
+    replaceDefinitions(std::move(newDefinitions));
     if (startAnew) {
         link.renew();
     }
@@ -55,15 +67,23 @@ Answer Client::Session::define(Definitions newDefinitions) {
     return declared;
 }
 
+void Client::Session::replaceDefinitions(Definitions newDefinitions) {
+    definitions = std::make_shared<const Definitions>(std::move(newDefinitions));
+    isDefined = false;
+    leaveOver();
+    if (keepsAccount) {
+        heldInputs.follow(*definitions);
+    }
+}
+
 Answer Client::Session::exchange(std::span<const Item> items) {
     checkItems(items);
     const std::string doing = "exchanging values";
     Answer answer;
     const Link::Outcome outcome = link.carryOut(doing, kWhenTorn, [&](Connection& on) {
-        const auto& outputs = definitions->outputs();
-        const Bytes payload =
-            on.exchange(wire::dataRequest(items), doing, wire::longestAnswer(outputs));
-        answer = readAnswer(payload);
+        heldInputs.sending(items);
+        answer = exchangeItems(on, doing, items);
+        heldInputs.sent(items);
     });
     if (outcome == Link::Outcome::NotRepeated) {
         answer = declared;
@@ -94,10 +114,41 @@ void Client::Session::sendDefinitions(Connection& on, const std::string& doing) 
     isDefined = true;
 }
 
+Answer Client::Session::exchangeItems(Connection& on, const std::string& doing,
+                                      std::span<const Item> items) const {
+    return readAnswer(
+        on.exchange(wire::dataRequest(items), doing, wire::longestAnswer(definitions->outputs())));
+}
+
 Answer Client::Session::readAnswer(std::span<const std::uint8_t> payload) const {
     Answer answer = wire::readAnswer(payload, definitions->outputs());
     answer.definitions = definitions;
     return answer;
+}
+
+std::vector<std::string> Client::Session::held() const {
+    detail::HeldCommands all = leftOver;
+    heldInputs.addTo(all);
+    return all.names();
+}
+
+void Client::Session::release(Connection& on, const std::string& doing) {
+    const std::vector<Item> releases = heldInputs.releases();
+    if (!releases.empty()) {
+        exchangeItems(on, doing, releases);
+        heldInputs.sent(releases);
+    }
+    releaseByName(on, doing);
+}
+
+void Client::Session::releaseByName(Connection& on, const std::string& doing) {
+    leaveOver();
+    velmar::endByName(on, doing, leftOver, 1);
+}
+
+void Client::Session::leaveOver() {
+    heldInputs.addTo(leftOver);
+    heldInputs.forgetAll();
 }
 
 void Client::Session::reconnect() {

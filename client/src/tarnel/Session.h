@@ -8,16 +8,22 @@
 #include <string>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
+#include "HeldCommands.h"
+#include "ISession.h"
 #include "Link.h"
 #include "orvane/tarnel/Client.h"
+#include "tarnel/HeldInputs.h"
 
 namespace orvane::tarnel {
 
-// What a Client knows: the definitions, and what the server will not forget on this connection.
-class Client::Session final {
+// What a Client knows: the definitions, what is held, and what the server will not forget on this
+// connection.
+class Client::Session final : public detail::ISession {
 public:
     explicit Session(Options options);
+    ~Session() override;
 
     detail::Link& connection() { return link; }
     void onAircraftChanged(std::function<void(std::uint32_t)> callback) {
@@ -29,18 +35,31 @@ public:
     Answer exchange(std::span<const Item> items);
     void reconnect();
 
+    void declare(detail::Connection& on) override;
+    std::vector<std::string> held() const override;
+    void release(detail::Connection& on, const std::string& doing) override;
+    void releaseByName(detail::Connection& on, const std::string& doing) override;
+
 private:
-    void declare(detail::Connection& on);
+    void replaceDefinitions(Definitions newDefinitions);
     void sendDefinitions(detail::Connection& on, const std::string& doing);
     // Whether the server would report a command of these definitions under a former identifier, or
     // a former command under an identifier of theirs.
     bool needsNewConnection(const Definitions& wanted) const;
     void checkItems(std::span<const Item> items) const;
+    // What the definitions hold is left over when they go.
+    void leaveOver();
     void noteAircraft(std::uint32_t id);
 
+    Answer exchangeItems(detail::Connection& on, const std::string& doing,
+                         std::span<const Item> items) const;
     Answer readAnswer(std::span<const std::uint8_t> payload) const;
 
-    detail::Link link;
+    const bool keepsAccount;
+    HeldInputs heldInputs;
+    // What can be ended by its name only: it was held on another connection, or by definitions that
+    // are replaced.
+    detail::HeldCommands leftOver;
     std::shared_ptr<const Definitions> definitions;
     // Whether the server has them, and its answer when it last got them.
     bool isDefined = false;
@@ -51,6 +70,7 @@ private:
     std::unordered_map<OutputId, std::string> observedAs;
     std::optional<std::uint32_t> aircraft;
     std::function<void(std::uint32_t)> aircraftChanged;
+    detail::Link link;
 };
 
 } // namespace orvane::tarnel

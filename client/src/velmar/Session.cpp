@@ -28,9 +28,14 @@ constexpr const char* kRegistering = "registering";
 } // namespace
 
 Client::Session::Session(Options options)
-    : link(std::move(options), [this](Connection& on) { declare(on); }) {}
+    : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
 
-// All names get new numbers, since nothing is known on a new connection.
+Client::Session::~Session() {
+    // What they refer to may be gone.
+    link.setCallbacks({});
+    link.close();
+}
+
 void Client::Session::declare(Connection& on) {
     lastNumber = 0;
     std::vector<Dataref> wantedDatarefs;

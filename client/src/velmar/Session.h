@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "HeldCommands.h"
+#include "ISession.h"
 #include "Link.h"
 #include "orvane/velmar/Client.h"
 #include "velmar/Registering.h"
@@ -15,13 +17,15 @@
 
 namespace orvane::velmar {
 
-// What a Client knows: what is registered, and under which numbers on the present connection.
+// What a Client knows: what is registered, and under which numbers on the present connection; and
+// what is held.
 //
 // A number is given to one name only for as long as a connection lives; the next connection begins
 // with 1 again. So every request is written anew for each attempt.
-class Client::Session final {
+class Client::Session final : public detail::ISession {
 public:
     explicit Session(Options options);
+    ~Session() override;
 
     detail::Link& connection() { return link; }
 
@@ -35,6 +39,12 @@ public:
     std::vector<CommandReport> poll();
     std::vector<CommandReport> pollPresses();
 
+    // All names get new numbers, since nothing is known on a new connection.
+    void declare(detail::Connection& on) override;
+    std::vector<std::string> held() const override { return begun.names(); }
+    void release(detail::Connection& on, const std::string& doing) override;
+    void releaseByName(detail::Connection& on, const std::string& doing) override;
+
 private:
     struct DatarefEntry {
         Dataref dataref;
@@ -44,7 +54,6 @@ private:
     using Datarefs = std::map<std::string, DatarefEntry, std::less<>>;
     using Commands = std::map<std::string, wire::Number, std::less<>>;
 
-    void declare(detail::Connection& on);
     // T is Dataref, or std::string for a command.
     template <typename T>
     void declareAll(detail::Connection& on, std::span<const T> wanted, Names& refused);
@@ -75,10 +84,12 @@ private:
     void throwIfRefused(const std::string& doing, const Names& refused) const;
     [[noreturn]] void failNotRepeated(const std::string& doing) const;
 
-    detail::Link link;
+    const bool keepsAccount;
+    detail::HeldCommands begun;
     Datarefs datarefs;
     Commands commands;
     wire::Number lastNumber = 0;
+    detail::Link link;
 };
 
 } // namespace orvane::velmar

@@ -8,6 +8,7 @@
 #include "velmar/Batches.h"
 #include "velmar/Checks.h"
 #include "velmar/Registering.h"
+#include "velmar/Releasing.h"
 #include "velmar/Session.h"
 
 namespace orvane::velmar {
@@ -103,15 +104,41 @@ void Client::Session::writeBatch(std::span<const std::pair<std::string, Value>> 
 void Client::Session::run(std::string_view name, Action action) {
     checkAction(action);
     const Commands::value_type& entry = findCommand(name);
+    const bool endsWhatItBegan = action == Action::End && begun.all().contains(entry.first);
     const std::string doing = describe("running", name, 1);
     const Link::Outcome outcome = link.carryOut(doing, kNever, [&](Connection& on) {
+        // A begin may arrive, even if no answer comes.
+        if (keepsAccount && action == Action::Begin) {
+            begun.begin(entry.first);
+        }
         ByteWriter request = wire::beginRequest();
         wire::writeRun(request, entry.second, action);
         on.exchange(request.bytes(), doing, 0);
+        if (action == Action::End) {
+            begun.end(entry.first);
+        }
     });
-    if (outcome == Link::Outcome::NotRepeated) {
+    // Each new connection begins with the end of what was held.
+    if (outcome == Link::Outcome::NotRepeated && !endsWhatItBegan) {
         failNotRepeated(doing);
     }
+}
+
+// By their numbers, and by the names of those that were unregistered meanwhile.
+void Client::Session::release(Connection& on, const std::string& doing) {
+    std::vector<ReleaseStep> steps;
+    for (const auto& [name, times] : begun.all()) {
+        if (const auto command = commands.find(name); command != commands.end()) {
+            steps.insert(steps.end(), static_cast<std::size_t>(times.begun),
+                         {ReleaseStep::Kind::End, command->second, name});
+        }
+    }
+    takeSteps(on, doing, steps, begun);
+    endByName(on, doing, begun, lastNumber + 1);
+}
+
+void Client::Session::releaseByName(Connection& on, const std::string& doing) {
+    endByName(on, doing, begun, 1);
 }
 
 std::vector<CommandReport> Client::Session::poll() {

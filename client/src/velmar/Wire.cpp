@@ -210,8 +210,9 @@ void readUnregisterDatarefReply(ByteReader& reader, Number number) {
     readSuccess(reader, Packet::UnregisterDataref, number);
 }
 
-void readUnregisterCommandReply(ByteReader& reader, Number number) {
-    readSuccess(reader, Packet::UnregisterCommand, number);
+bool readUnregisterCommandReply(ByteReader& reader, Number number) {
+    readHead(reader, Packet::UnregisterCommand, number);
+    return readStatus(reader, Kind::Command);
 }
 
 Value readReadReply(ByteReader& reader, Number number, const Dataref& dataref) {

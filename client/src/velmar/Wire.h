@@ -27,11 +27,13 @@ void writeRegisterCommand(detail::ByteWriter& writer, Number number, std::string
 std::size_t registerCommandSize(std::string_view name);
 void writeUnregisterDataref(detail::ByteWriter& writer, Number number);
 void writeUnregisterCommand(detail::ByteWriter& writer, Number number);
+inline constexpr std::size_t kUnregisterSize = 8;
 void writeRead(detail::ByteWriter& writer, Number number);
 inline constexpr std::size_t kReadSize = 8;
 void writeWrite(detail::ByteWriter& writer, Number number, const Value& value);
 std::size_t writeSize(const Value& value);
 void writeRun(detail::ByteWriter& writer, Number number, Action action);
+inline constexpr std::size_t kRunSize = 9;
 void writePoll(detail::ByteWriter& writer);
 inline constexpr std::size_t kPollSize = 4;
 
@@ -42,7 +44,8 @@ inline constexpr std::size_t kLongestReply = 16;
 bool readRegisterDatarefReply(detail::ByteReader& reader, Number number);
 bool readRegisterCommandReply(detail::ByteReader& reader, Number number);
 void readUnregisterDatarefReply(detail::ByteReader& reader, Number number);
-void readUnregisterCommandReply(detail::ByteReader& reader, Number number);
+// False: the number had no command.
+bool readUnregisterCommandReply(detail::ByteReader& reader, Number number);
 Value readReadReply(detail::ByteReader& reader, Number number, const Dataref& dataref);
 std::size_t readReplySize(const Dataref& dataref);
 void readWriteReply(detail::ByteReader& reader, Number number);

@@ -22,6 +22,7 @@ protected:
         options.timeout = std::chrono::milliseconds(20'000);
         options.onLoss = onLoss;
         options.backoff.firstDelay = std::chrono::milliseconds(1);
+        options.releaseWithin = std::chrono::milliseconds(20'000);
         return options;
     }
 

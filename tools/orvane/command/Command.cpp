@@ -105,7 +105,9 @@ void recordActions(const GlobalOptions& globals, const Names& names, const char*
 ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action action,
              const char* actionName) {
     checkDistinct(names);
-    velmar::Client client(globals.ForClient());
+    Options options = globals.ForClient();
+    options.releaseHeld = false; // what is begun here stays down
+    velmar::Client client(options);
     registerOrRefuse(client, names);
     for (const std::string& name : names) {
         client.run(name, action);
@@ -126,10 +128,9 @@ std::string holdingText(const Names& names, double seconds) {
 ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
     const Names& names = options.names;
     checkDistinct(names);
-    HeldCommands held(globals, names);
     StatusLine status;
     status.Show(holdingText(names, options.seconds));
-    held.HoldUntil(steady_clock::now() + secondsOf(options.seconds));
+    holdCommands(globals, names, steady_clock::now() + secondsOf(options.seconds));
     status.Clear();
     recordActions(globals, names, "hold");
     return ExitCode::Done;

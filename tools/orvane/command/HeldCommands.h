@@ -10,31 +10,11 @@
 
 namespace orvane::tool {
 
-// Commands that are held down for as long as it is told, and are released in any case: at the end
-// of the time, at an interrupt, after a failure, and, on a new connection, after the loss of the
-// first, since the server does not release what a client held that is gone.
-class HeldCommands final {
-public:
-    // Connects. Failure: a name that the simulator does not have; nothing is begun then.
-    HeldCommands(const GlobalOptions& globals, std::vector<std::string> names);
-
-    // Begins them, waits for `end` or an interrupt, and releases them. A failure of the waiting is
-    // thrown when they are released. Failure: they could not be released.
-    void HoldUntil(std::chrono::steady_clock::time_point end);
-
-private:
-    Options optionsOf(const GlobalOptions& globals) const;
-    void begin();
-    void wait(std::chrono::steady_clock::time_point end);
-    void release();
-    void releaseOnNewConnection();
-    void endAll();
-
-    const std::vector<std::string> names;
-    bool isReleasing = false;
-    std::size_t begun = 0;
-    velmar::Client client;
-};
+// Holds commands down until `end` or an interrupt, and releases them in any case: after a failure,
+// which is thrown then, on a new connection if need be. Failure: a name that the simulator does not
+// have, where nothing is begun; or they could not be released.
+void holdCommands(const GlobalOptions& globals, const std::vector<std::string>& names,
+                  std::chrono::steady_clock::time_point end);
 
 // Registers commands. Failure, and a line for each: the simulator does not have them.
 void registerOrRefuse(velmar::Client& client, const std::vector<std::string>& names);

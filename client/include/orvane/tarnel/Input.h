@@ -64,7 +64,8 @@ public:
     Input& fixed(float value);        // float targets
 
     // Commands: begins with the first 1 and ends with the first other value. The server does not
-    // end a held command when its client goes: send the release first.
+    // end a held command when its client goes, but the client does, see Options::releaseHeld. Where
+    // it can, it does so by the value 0, which all inputs of the action get.
     Input& held();
     // Commands that are not held: further 1s are ignored for this long, at least 1 ms.
     Input& repeatedEvery(std::chrono::milliseconds interval);

@@ -78,7 +78,8 @@ public:
     void write(std::string_view name, const Value& value);
     void write(std::span<const std::pair<std::string, Value>> values);
 
-    // What was begun stays begun until it is ended, also beyond the end of the connection.
+    // What was begun stays down until it is ended: by the program, or in the end by the client, see
+    // Options::releaseHeld. Begins nest: each needs an end of its own.
     void run(std::string_view name, Action action);
 
     // The commands that were pressed since they were registered; each call reports it again.

@@ -1,0 +1,102 @@
+// What a link does so that no command stays down without anybody to end it.
+
+#include <algorithm>
+
+#include "Link.h"
+#include "Texts.h"
+#include "UnexpectedAnswer.h"
+
+namespace orvane::detail {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// A plugin that is reloaded listens again within a frame or two.
+constexpr milliseconds kBetweenTries(20);
+
+} // namespace
+
+void Link::close() noexcept {
+    try {
+        release();
+    } catch (...) {
+        // The callback has been told; nobody else can be.
+    }
+    connection.reset();
+}
+
+void Link::releaseHere() {
+    try {
+        releaseHere(Clock::now() + options.releaseWithin);
+    } catch (const Error&) {
+        if (options.onLoss == OnLoss::Throw) {
+            throw;
+        }
+    }
+}
+
+// A connection that does not answer may be out of step, where a new one is answered.
+void Link::release() {
+    const auto begin = Clock::now();
+    try {
+        releaseHere(begin + options.releaseWithin / 2);
+    } catch (const Error&) {
+        // On another connection, then.
+    }
+    if (session.held().empty()) {
+        return;
+    }
+    try {
+        releaseElsewhere(begin + options.releaseWithin);
+    } catch (const Error& error) {
+        if (callbacks.notReleased) {
+            callbacks.notReleased(session.held(), error);
+        }
+        throw;
+    }
+}
+
+void Link::releaseHere(Clock::time_point end) {
+    if (!isConnected() || session.held().empty()) {
+        return;
+    }
+    const std::string doing = releasing();
+    const Options hasty = optionsUntil(end);
+    connection->use(hasty);
+    attempt(doing, [&](Connection& on) { session.release(on, doing); });
+    connection->use(options);
+}
+
+void Link::releaseElsewhere(Clock::time_point end) {
+    const std::string doing = releasing();
+    for (;;) {
+        try {
+            const Options hasty = optionsUntil(end);
+            Connection other(hasty, doing);
+            session.releaseByName(other, doing);
+            return;
+        } catch (const ConnectError&) {
+            const auto next = Clock::now() + kBetweenTries;
+            if (next >= end) {
+                throw;
+            }
+            sleepUntil(next, {});
+        } catch (const UnexpectedAnswer& answer) {
+            throw ProtocolError(place(doing) + answer.what());
+        }
+    }
+}
+
+Options Link::optionsUntil(Clock::time_point end) const {
+    Options hasty = options;
+    hasty.timeout = std::max(milliseconds(1), std::chrono::ceil<milliseconds>(end - Clock::now()));
+    hasty.cancelled = nullptr;
+    return hasty;
+}
+
+std::string Link::releasing() const {
+    return "releasing " + listed(session.held());
+}
+
+} // namespace orvane::detail
