@@ -15,6 +15,7 @@
 
 #include "ByteReader.h"
 #include "UnexpectedAnswer.h"
+#include "UnknownHost.h"
 #include "orvane/Errors.h"
 
 namespace orvane::detail {
@@ -41,6 +42,9 @@ Addresses resolve(const Options& options, const std::string& doing) {
     addrinfo* found = nullptr;
     const int result =
         ::getaddrinfo(options.host.c_str(), std::to_string(options.port).c_str(), &hints, &found);
+    if (result == EAI_NONAME) {
+        throw UnknownHost(errorPrefix(options, doing) + ::gai_strerror(result));
+    }
     if (result != 0) {
         throw ConnectError(errorPrefix(options, doing) + ::gai_strerror(result));
     }

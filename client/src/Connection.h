@@ -18,8 +18,8 @@ namespace orvane::detail {
 // Closed with the object. After an exception of any kind it is of no further use.
 class Connection final {
 public:
-    // Connects, within Options::timeout; looking up a name is not part of that time. ConnectError,
-    // TimeoutError, CancelledError, whose texts begin with `doing`. The options must
+    // Connects, within Options::timeout; looking up a name is not part of that time. ConnectError
+    // (UnknownHost), TimeoutError, CancelledError, whose texts begin with `doing`. The options must
     // outlive the connection.
     explicit Connection(const Options& options, std::string doing = "connecting");
     ~Connection();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "UnexpectedAnswer.h"
+#include "UnknownHost.h"
 
 namespace orvane::detail {
 
@@ -16,9 +17,18 @@ constexpr int kTriesToDeclare = 2;
 } // namespace
 
 Link::Link(Options givenOptions, ISession& linkedSession)
-    : options(std::move(givenOptions)),
-      session(linkedSession),
-      connection(std::make_unique<Connection>(options)) {}
+    : options(std::move(givenOptions)), session(linkedSession) {
+    try {
+        connection = std::make_unique<Connection>(options);
+    } catch (const UnknownHost&) {
+        throw; // most likely a slip of the pen
+    } catch (const Error&) {
+        if (options.onStart == OnStart::Throw) {
+            throw;
+        }
+        backOffUntilConnected();
+    }
+}
 
 template <typename Call>
 auto Link::releasingIfCancelled(Call call) {

@@ -30,7 +30,7 @@ public:
     using Work = std::function<void(Connection&)>;
     enum class Outcome { Done, NotRepeated };
 
-    // Connects, without declarations: nothing can be declared yet.
+    // Connects, as Options::onStart says, without declarations: nothing can be declared yet.
     // ConnectError, TimeoutError, CancelledError. Borrows the session, which must be ready: the
     // link is the last of its members.
     Link(Options options, ISession& session);

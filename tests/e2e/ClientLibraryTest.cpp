@@ -120,6 +120,28 @@ TEST_F(TarnelLibraryTest, ComesBackWithItsDefinitionsWhenTheSimulatorRestarts) {
     EXPECT_TRUE(after.get<bool>(kButton));
 }
 
+TEST_F(TarnelLibraryTest, WaitsForASimulatorThatIsStartedLater) {
+    simulator.reset();
+    std::promise<void> waiting;
+    std::atomic<int> questions = 0;
+    Options patient = options();
+    patient.onStart = OnStart::Wait;
+    // Asked while it waits between two tries, and while it tries.
+    patient.cancelled = [&] {
+        if (++questions == 3) {
+            waiting.set_value();
+        }
+        return false;
+    };
+    auto answer = std::async(std::launch::async, [&] {
+        tarnel::Client client(patient);
+        return client.define(definitions());
+    });
+    waiting.get_future().wait();
+    start();
+    EXPECT_EQ(answer.get().aircraftId, kAircraftOneId);
+}
+
 class VelmarLibraryTest : public ClientLibraryTest {};
 
 TEST_F(VelmarLibraryTest, ReadsAndWritesEachType) {

@@ -15,7 +15,7 @@ public:
 };
 
 // The server was not reached: no such host, nobody listens, no way there.
-class ConnectError final : public Error {
+class ConnectError : public Error {
 public:
     using Error::Error;
 };

@@ -10,12 +10,22 @@ namespace orvane {
 
 class Error;
 
-// How long `reconnect` waits between two tries: `firstDelay`, then twice as long after each, up to
-// `longestDelay`. It gives up, with a ConnectError, when `within` is over.
+// How long `reconnect`, and a client that starts with OnStart::Wait, waits between two tries:
+// `firstDelay`, then twice as long after each, up to `longestDelay`. It gives up, with a
+// ConnectError, when `within` is over.
 struct Backoff {
     std::chrono::milliseconds firstDelay{250};
     std::chrono::milliseconds longestDelay{5'000};
     std::chrono::milliseconds within{60'000};
+};
+
+// What the constructor of a client does if it cannot connect.
+enum class OnStart {
+    // Throws the ConnectError or TimeoutError.
+    Throw,
+    // Tries again, with Options::backoff, as `reconnect` does: for programs that may be started
+    // before the simulator. A host name that does not exist is thrown all the same.
+    Wait,
 };
 
 // What a call does when its connection is lost.
@@ -33,6 +43,7 @@ struct Options {
     // For connecting, and for each answer from the request on. The server answers in the second
     // frame after a request, so a simulator at 20 frames per second takes 100 ms.
     std::chrono::milliseconds timeout{2'000};
+    OnStart onStart = OnStart::Throw;
     OnLoss onLoss = OnLoss::Reconnect;
     Backoff backoff;
     // Asked ten times a second, and after each signal, while a call waits: true ends the call with

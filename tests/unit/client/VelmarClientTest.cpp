@@ -352,6 +352,22 @@ TEST_F(VelmarClientTest, DoesNotBackOffForItsFirstConnection) {
               place + ": connecting: Connection refused");
 }
 
+TEST_F(VelmarClientTest, BacksOffForItsFirstConnectionWhereThatIsWanted) {
+    Options options;
+    {
+        ScriptedServer server(Script(1));
+        options = optionsFor(server);
+        Client(options).close();
+    }
+    options.onStart = OnStart::Wait;
+    options.backoff = {milliseconds(1), milliseconds(2), milliseconds(50)};
+    const std::string text = textOf<ConnectError>([&] { Client client(options); });
+    EXPECT_NE(text.find(": connecting: Connection refused; gave up at try "), std::string::npos)
+        << text;
+    options.cancelled = [] { return true; };
+    EXPECT_THROW(Client client(options), CancelledError);
+}
+
 TEST_F(VelmarClientTest, BacksOffUntilItGivesUp) {
     auto server = std::make_unique<ScriptedServer>(Script(1));
     Options options = optionsFor(*server);
@@ -378,8 +394,9 @@ TEST_F(VelmarClientTest, CanBeMoved) {
     static_assert(!std::is_copy_constructible_v<Client>);
 }
 
-TEST(ClientErrorTest, SaysThatAHostIsUnknown) {
+TEST(ClientErrorTest, SaysAtOnceThatAHostIsUnknown) {
     Options options;
+    options.onStart = OnStart::Wait;
     options.host = "no such host";
     try {
         Client client(options);

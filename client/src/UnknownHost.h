@@ -1,0 +1,13 @@
+#pragma once
+
+#include "orvane/Errors.h"
+
+namespace orvane::detail {
+
+// There is no host of this name, and waiting will not make one.
+class UnknownHost final : public ConnectError {
+public:
+    using ConnectError::ConnectError;
+};
+
+} // namespace orvane::detail
