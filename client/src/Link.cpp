@@ -128,6 +128,7 @@ void Link::renew() {
 void Link::connectAnew(int triesToDeclare) {
     connection.reset();
     connection = makeDeclared(triesToDeclare);
+    releasedInVain = false;
     if (callbacks.connected) {
         callbacks.connected();
     }

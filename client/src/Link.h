@@ -55,6 +55,8 @@ public:
     void releaseHere();
     // Ends what is held, also on a connection made for it, and closes.
     void close() noexcept;
+    // The same without calling back, and without another try after one that was in vain.
+    void closeForGood() noexcept;
     bool isConnected() const noexcept { return connection != nullptr; }
 
     // The beginning of the text of an error.
@@ -86,6 +88,7 @@ private:
     ISession& session;
     Callbacks callbacks;
     std::unique_ptr<Connection> connection;
+    bool releasedInVain = false; // since the last connection
 };
 
 } // namespace orvane::detail

@@ -26,6 +26,13 @@ void Link::close() noexcept {
     connection.reset();
 }
 
+void Link::closeForGood() noexcept {
+    callbacks = {};
+    if (!releasedInVain) {
+        close();
+    }
+}
+
 void Link::releaseHere() {
     try {
         releaseHere(Clock::now() + options.releaseWithin);
@@ -50,6 +57,7 @@ void Link::release() {
     try {
         releaseElsewhere(begin + options.releaseWithin);
     } catch (const Error& error) {
+        releasedInVain = true;
         if (callbacks.notReleased) {
             callbacks.notReleased(session.held(), error);
         }

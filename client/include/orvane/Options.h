@@ -69,8 +69,8 @@ struct Callbacks {
     // late. Not for `close` and `reconnect`.
     std::function<void(const Error&)> disconnected{};
     // With the commands that may still be down, and the reason why they could not be released: the
-    // simulator has ended, or does not answer. The client goes on trying on later connections, on
-    // `close` and in its destructor; call `close` to be told of the last try.
+    // simulator has ended, or does not answer. The next connection and the next `close` try again;
+    // the destructor does so only if nothing was tried since the last connection.
     std::function<void(const std::vector<std::string>&, const Error&)> notReleased{};
 };
 

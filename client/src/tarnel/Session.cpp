@@ -29,9 +29,7 @@ Client::Session::Session(Options options)
     : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
 
 Client::Session::~Session() {
-    // What they refer to may be gone.
-    link.setCallbacks({});
-    link.close();
+    link.closeForGood();
 }
 
 Version Client::Session::version() {

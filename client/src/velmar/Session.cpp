@@ -31,9 +31,7 @@ Client::Session::Session(Options options)
     : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
 
 Client::Session::~Session() {
-    // What they refer to may be gone.
-    link.setCallbacks({});
-    link.close();
+    link.closeForGood();
 }
 
 void Client::Session::declare(Connection& on) {

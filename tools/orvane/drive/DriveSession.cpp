@@ -9,7 +9,6 @@
 #include <fmt/ranges.h>
 
 #include <chrono>
-#include <exception>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,8 +22,7 @@ DriveSession::DriveSession(const Profile& drivenProfile, Options clientOptions,
     : profile(drivenProfile),
       options(std::move(clientOptions)),
       unknownNames(unknownNames),
-      output(sessionOutput),
-      held(drivenProfile) {}
+      output(sessionOutput) {}
 
 void DriveSession::Run(IInputSource& source, const DriveLimits& limits) {
     try {
@@ -45,19 +43,24 @@ void DriveSession::Run(IInputSource& source, const DriveLimits& limits) {
 void DriveSession::connect() {
     Options withCancel = options;
     withCancel.cancelled = [this] { return mayCancel && isInterrupted(); };
+    withCancel.releaseWithin = options.timeout;
     client.emplace(withCancel);
     client->setCallbacks({
         .connected =
             [this] {
                 mayCancel = false;
                 mustDeclareAgain = profile.HasInputsOnOwnNames();
-                held.Lose();
                 tellOfConnection("connected again");
             },
         .disconnected =
             [this](const Error& error) {
                 mayCancel = true;
                 tellOfConnection(error.what());
+            },
+        .notReleased =
+            [](const std::vector<std::string>& commands, const Error& error) {
+                tell(fmt::format("{} may still be down: {}", fmt::join(commands, ", "),
+                                 error.what()));
             },
     });
     declare();
@@ -133,56 +136,25 @@ void DriveSession::exchange(const std::vector<tarnel::Item>& items) {
     if (mustDeclareAgain) {
         declare();
     }
-    held.Sending(items);
     const auto begin = std::chrono::steady_clock::now();
     const tarnel::Answer answer = client->exchange(items);
     const std::chrono::duration<double, std::milli> roundTrip =
         std::chrono::steady_clock::now() - begin;
-    held.Sent(items);
     hasSent = hasSent || !items.empty();
-    endLostCommands();
     output.Show({pace->Elapsed(), roundTrip.count(), items, answer});
 }
 
 // The last row's effect is seen in the answer to another request.
 void DriveSession::close() {
     if (hasSent) {
-        exchange(held.Releases());
+        exchange({});
     }
     client->close();
 }
 
 void DriveSession::abandon() noexcept {
-    try {
-        const std::vector<tarnel::Item> releases = held.Releases();
-        if (!releases.empty() && client && client->isConnected()) {
-            client->exchange(releases);
-            held.Sent(releases);
-        }
-    } catch (const std::exception&) {
-        // They are ended by their names instead.
-    }
-    try {
-        held.GiveUp();
-        endLostCommands();
-    } catch (const std::exception&) {
-        // Who reads the output may have gone; all commands have been tried.
-    }
-}
-
-void DriveSession::endLostCommands() {
-    const std::vector<std::string> commands = held.TakeLost();
-    if (commands.empty()) {
-        return;
-    }
-    try {
-        velmar::Client other = askAlso();
-        other.registerCommands(commands);
-        for (const std::string& command : commands) {
-            other.run(command, velmar::Action::End);
-        }
-    } catch (const Error& error) {
-        tell(fmt::format("{} may still be down: {}", fmt::join(commands, ", "), error.what()));
+    if (client) {
+        client->close();
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/drive/DriveOutput.h"
-#include "tools/orvane/drive/HeldInputs.h"
 #include "tools/orvane/drive/IInputSource.h"
 #include "tools/orvane/drive/Profile.h"
 
@@ -26,7 +25,8 @@ struct DriveLimits {
 enum class UnknownNames { Warn, Refuse };
 
 // Connects, declares what a profile says, and exchanges values until the source, a limit or an
-// interrupt ends it. However it ends, no command is left down.
+// interrupt ends it. However it ends, the client leaves no command down, or standard error names
+// it.
 class DriveSession final {
 public:
     // Borrows all but the options.
@@ -46,18 +46,16 @@ private:
     void exchange(const std::vector<tarnel::Item>& items);
     void close();
     void abandon() noexcept;
-    void endLostCommands();
 
     const Profile& profile;
     Options options;
     const UnknownNames unknownNames;
     DriveOutput& output;
-    HeldInputs held;
     std::optional<tarnel::Client> client;
     std::optional<Pace> pace;
     bool hasSent = false;
     bool mustDeclareAgain = false;
-    // While there is nothing to release, or no connection to do it on.
+    // While there is no connection. With one, a row and its release are carried out to the end.
     bool mayCancel = true;
 };
 

@@ -18,10 +18,6 @@ struct ProfileInput {
     tarnel::ActionId action = 0;
     // Nothing but float datarefs that follow the values: what a waveform may move.
     bool isAxis = false;
-    // The commands that are down while the value is 1.
-    std::vector<std::string> heldCommands;
-    // Ends them; 0 unless the profile skips zeros.
-    std::int32_t releasedBy = 0;
     std::optional<Motion> motion{};
     // What becomes of a value, in a few words: "-1..1, float". One after another where several
     // inputs share the name.

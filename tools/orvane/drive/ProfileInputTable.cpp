@@ -180,11 +180,10 @@ void readCondition(ProfileTable& skip, std::string_view condition, Target& targe
                                    condition == "while_positive" ? "> 0" : "is 0");
 }
 
-// True when zeros are skipped.
-bool readSkip(ProfileTable& table, Target& target) {
+void readSkip(ProfileTable& table, Target& target) {
     std::optional<ProfileTable> skip = table.Table("skip");
     if (!skip) {
-        return false;
+        return;
     }
     std::optional<std::int64_t> value;
     const std::string_view condition = skip->OneOf({"when_value", "while_positive", "while_zero"});
@@ -202,7 +201,6 @@ bool readSkip(ProfileTable& table, Target& target) {
     } else if (value == 0) {
         target.input.skippedWhenZero();
     }
-    return value == 0;
 }
 
 void readFixed(ProfileTable& table, Target& target) {
@@ -252,7 +250,7 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
         table.Refuse({"hold", "repeat_ms"}, "is for commands");
         readScaling(table, target, isFixed);
     }
-    const bool skipsZero = readSkip(table, target);
+    readSkip(table, target);
     readFixed(table, target);
     const bool isAxis = target.isFloat && !isFixed;
     const std::optional<Motion> motion = readProfileMotion(table, isAxis);
@@ -260,8 +258,8 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, isAxis,       isHeld,        skipsZero,
-                         motion,       target.names, wayOf(target), target.element};
+    return ProfileRecord{target.input, isAxis,        isHeld, motion, target.names,
+                         wayOf(target), target.element};
 }
 
 } // namespace orvane::tool

@@ -17,7 +17,6 @@ struct ProfileRecord {
     tarnel::Input input;
     bool isAxis = false;
     bool isHeldCommand = false;
-    bool skipsZero = false;
     std::optional<Motion> motion;
     std::vector<ExpectedName> names; // whose user is left open
     std::string way;

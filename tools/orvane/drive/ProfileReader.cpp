@@ -85,7 +85,7 @@ void Reader::readInputs(std::vector<ProfileTable> tables) {
     }
     names.NumberTheRest();
     for (const InputNames::Entry& entry : names.Entries()) {
-        profile.inputs.push_back({entry.name, entry.action.value_or(0), true, {}, 0});
+        profile.inputs.push_back({entry.name, entry.action.value_or(0), true});
     }
     ProfileInput nameless;
     for (std::size_t i = 0; i < tables.size(); ++i) {
@@ -100,8 +100,7 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
         return;
     }
     const tarnel::Input& input = record->input;
-    const auto [known, isNew] =
-        targets.emplace(entry.action, input.target(), input.element());
+    const auto [known, isNew] = targets.emplace(entry.action, input.target(), input.element());
     if (!isNew && !entry.name.empty()) {
         ProfileTable(table).Complain(
             fmt::format("\"{}\" drives {} already", entry.name, input.target()));
@@ -112,12 +111,6 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     }
     entry.motion = record->motion ? record->motion : entry.motion;
     describe(entry, *record);
-    if (record->isHeldCommand) {
-        entry.heldCommands.push_back(input.target());
-        // Whatever is not 1 ends a held command.
-        constexpr std::int32_t kNeitherPressedNorSkipped = 2;
-        entry.releasedBy = record->skipsZero ? kNeitherPressedNorSkipped : entry.releasedBy;
-    }
     profile.definitions.add(input);
     for (ExpectedName name : record->names) {
         name.user = fmt::format("input \"{}\"", entry.name);

@@ -153,24 +153,18 @@ TEST(ProfileReaderTest, NeverGivesANumberWhoseCommandsRunTwice) {
     EXPECT_EQ(profile.FindInput("n1001")->action, 1006);
 }
 
-TEST(ProfileReaderTest, KnowsAxesAndHeldCommands) {
+TEST(ProfileReaderTest, KnowsAxes) {
     const Profile profile = validProfile(
         "[[input]]\nname = \"axis\"\ndataref = \"sim/1\"\ntype = \"float\"\n"
         "[[input]]\nname = \"switch\"\ndataref = \"sim/2\"\ntype = \"int\"\n"
         "[[input]]\nname = \"fixed\"\ndataref = \"sim/3\"\ntype = \"float\"\nfixed = 1\n"
         "[[input]]\nname = \"held\"\ncommand = \"sim/c\"\nhold = true\n"
-        "[[input]]\nname = \"stubborn\"\ncommand = \"sim/d\"\nhold = true\n"
-        "skip = { when_value = 0 }\n"
         "[[input]]\nname = \"both\"\ndataref = \"sim/1\"\ntype = \"float\"\n"
         "[[input]]\nname = \"both\"\ncommand = \"sim/e\"\n");
     EXPECT_TRUE(profile.FindInput("axis")->isAxis);
     for (const char* const name : {"switch", "fixed", "held", "both"}) {
         EXPECT_FALSE(profile.FindInput(name)->isAxis) << name;
     }
-    EXPECT_EQ(profile.FindInput("held")->heldCommands, std::vector<std::string>{"sim/c"});
-    EXPECT_EQ(profile.FindInput("held")->releasedBy, 0);
-    EXPECT_EQ(profile.FindInput("stubborn")->releasedBy, 2);
-    EXPECT_TRUE(profile.FindInput("axis")->heldCommands.empty());
 }
 
 // How the only input of a profile with these lines is described.

@@ -16,9 +16,7 @@ using orvane::tool::TableSource;
 
 class TableSourceTest : public testing::Test {
 protected:
-    TableSourceTest() {
-        profile.inputs = {{"pitch", 1, true, {}, 0}, {"brakes", 2, false, {"sim/c"}, 0}};
-    }
+    TableSourceTest() { profile.inputs = {{"pitch", 1, true}, {"brakes", 2, false}}; }
 
     // The rows as text: the time if there is one, then ACTION=VALUE.
     std::string rowsOf(const std::string& table) {
