@@ -69,15 +69,17 @@ void DriveOutput::Begin() {
 }
 
 Record DriveOutput::recordOf(const Exchange& exchange) const {
-    Record record;
-    record["time"] = inThousandths(exchange.seconds);
+    // The names are unique; the record's own operators would compare each with all before it.
+    Record::object_t fields;
+    fields.emplace_back("time", inThousandths(exchange.seconds));
     const tarnel::Answer& answer = exchange.answer;
     for (const ProfileOutput& output : profile.outputs) {
-        record[output.name] =
-            std::visit([](const auto& value) { return jsonOf(value); }, answer.at(output.id));
+        fields.emplace_back(output.name, std::visit([](const auto& value) { return jsonOf(value); },
+                                                    answer.at(output.id)));
     }
-    record[kAircraftId] = aircraftRecord(answer.isAircraftLoaded() ? answer.aircraftId : 0);
-    return record;
+    fields.emplace_back(kAircraftId,
+                        aircraftRecord(answer.isAircraftLoaded() ? answer.aircraftId : 0));
+    return fields;
 }
 
 std::string DriveOutput::textOf(const Record& record) const {
