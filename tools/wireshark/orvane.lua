@@ -207,8 +207,7 @@ local function i32(tvb, offset)
     return tvb(offset, 4):le_int()
 end
 
--- Of a product of two uint32, what the plugin's 32-bit arithmetic leaves. A double alone would not
--- hold the product.
+-- The product of two uint32 in the plugin's 32-bit arithmetic. A double cannot hold all of it.
 local function multiply32(a, b)
     local low, high = b % 65536, math.floor(b / 65536)
     return (a * low + (a * high % 65536) * 65536) % 4294967296
@@ -249,7 +248,7 @@ local function list_text(count, text_of_one)
     return table.concat(texts, ", ") .. (rest > 0 and string.format(" and %.0f more", rest) or "")
 end
 
--- Notes -------------------------------------------------------------------------
+-- Notes -------------------------------------------------------------------------------------------
 
 -- `holder` is a part or a packet of a record; its item in the tree gets the note.
 local function note(holder, kind, text)
@@ -271,20 +270,20 @@ function orvane.init()
     streams, records = {}, {}
 end
 
--- The innermost one, should TCP be carried in TCP.
+-- The innermost one, if TCP is carried in TCP.
 local function last(extractor)
     local infos = {extractor()}
     return infos[#infos] and infos[#infos].value
 end
 
--- The first of two passes of tshark may have no values of fields. What is parsed then tells where
--- requests and answers end, and is forgotten.
+-- The first of two passes of tshark may have no values of fields. What is parsed then only says
+-- where requests and answers end.
 local function is_blind()
     return last(tcp_stream) == nil
 end
 
 local function new_stream(pinfo)
-    -- Of a connection whose beginning is not in the capture, nobody knows what was defined before.
+    -- What was defined before the capture is not known.
     local whole = is_blind() or (last(tcp_completeness) or 0) % 2 == 1
     return {
         whole = whole,
@@ -310,13 +309,13 @@ local function is_request(stream, pinfo)
     return stream.client_end == tostring(pinfo.src) .. " " .. pinfo.src_port
 end
 
-local function is_behind(a, b)
+local function is_after(a, b)
     local distance = (a - b) % 4294967296
     return distance > 0 and distance < 2147483648
 end
 
--- Notices where a segment stands in what this side has sent. A segment may be called up several
--- times, one that was sent again never.
+-- Notes where a segment is in what this side has sent. The dissector may be called several times
+-- for a segment, and is not called for one that was sent again.
 local function follow(cursor)
     local side = cursor.side
     side.is_first, side.has_gap = side.frame ~= cursor.frame, false
@@ -327,10 +326,10 @@ local function follow(cursor)
     local from = last(tcp_sequence)
     local to = (from + last(tcp_length)) % 4294967296
     if not cursor.is_reassembled then
-        side.has_gap = side.position and is_behind(from, side.position) or
+        side.has_gap = side.position and is_after(from, side.position) or
             not side.position and cursor.stream.whole and last(tcp_relative_sequence) ~= 1
     end
-    if not side.position or is_behind(to, side.position) then
+    if not side.position or is_after(to, side.position) then
         side.position = to
     end
 end
@@ -464,7 +463,7 @@ local function definitions_shortage(available, input_count)
     return in_floats and FLOAT_SHORTAGE or INT_SHORTAGE
 end
 
--- What the plugin makes of a message whose declared and real sizes are known, behind the point at
+-- What the plugin makes of a message whose declared and real sizes are known, after the point at
 -- which it takes it for complete. Returns whether it reads all of it.
 local function judge_sizes(cursor, at, request, declared, real)
     if declared < real and cursor.total - at < real then
@@ -566,7 +565,7 @@ local function items_text(cursor, at, count)
     end)
 end
 
--- At the first item that the plugin cannot execute, what becomes of the message.
+-- What becomes of the message at the first item that the plugin cannot execute.
 local function judge_items(cursor, at, request, count)
     local definitions = cursor.stream.definitions
     for i = 0, count - 1 do
@@ -609,7 +608,7 @@ parse_message[DATA] = function(cursor, at, request)
     return is_whole and real or cursor.total - at
 end
 
--- `at` is where the message begins, behind the identification.
+-- `at` is where the message begins, after the identification.
 local function parse_tarnel(cursor, at, request)
     request.info = "Tarnel"
     request.definitions = cursor.stream.definitions
@@ -715,7 +714,7 @@ parse_packet[3] = function(cursor, at, packet)
     packet.info = "register " .. described(packet)
     if cursor.total - at < 17 then
         note(packet, "ends_process", string.format(
-            "%d bytes follow the type where 13 are wanted: the simulator's process ends with %s",
+            "%d bytes follow the type where 13 are needed: the simulator's process ends with %s",
             cursor.total - at - 4, DESCRIPTOR_SHORTAGE))
     end
     return 9 + name_length
@@ -765,7 +764,7 @@ parse_packet[6] = function(cursor, at, packet)
     if length ~= expected then
         packet.is_silent = true
         lose_place(cursor.stream, packet, cursor.frame, expected and string.format(
-            "waits, for a value of %.0f bytes where %.0f are wanted", length, expected) or
+            "waits, for a value of %.0f bytes where %.0f are needed", length, expected) or
             "waits, for data type 0 has no value", unread_from(cursor, at))
         packet.info = packet.info .. " (waits)"
         packet.waits = true
@@ -902,7 +901,7 @@ end
 local function postpone(cursor, start, at, request, line)
     local missing = cursor.missing
     local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
-    -- What was put together may go on in this very segment.
+    -- What was put together may go on in the same segment.
     local part = cursor.is_reassembled and {} or add_rest(cursor, start, label)
     part.is_cut, part.fatal_line, part.cut_request = true, line, request
     cursor.stream.partial = {request = request, frame = cursor.frame, part = part,

@@ -61,7 +61,7 @@ TEST_F(GapsTest, TellsOfRequestsThatTheEndOfTheConnectionLeftWithoutAnAnswer) {
     capture.Connect();
     capture.FromClient(tarnel(versionMessage()));
     capture.ResetFromServer();
-    // The simulator had only a part when it looked; what came then, nobody read.
+    // The simulator had only a part when it looked; what came later was not read.
     capture.Connect();
     capture.FromClientInPieces(velmar({readDataref(1)}), 10);
     capture.ResetFromServer();
@@ -113,7 +113,7 @@ TEST_F(GapsTest, LinksNoAnswerToARequestFromBeforeAGap) {
         ElementsAre("6|5", "12|11"));
 }
 
-TEST_F(GapsTest, GoesOnBehindPacketsThatWereCapturedInPart) {
+TEST_F(GapsTest, GoesOnAfterPacketsThatWereCapturedInPart) {
     capture.Connect();
     capture.PartOfFromClient(definitions(), 60);
     capture.PartOfFromServer(outputs("01 00 00 00"), 12);

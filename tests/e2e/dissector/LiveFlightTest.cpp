@@ -88,7 +88,7 @@ TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
             "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
 }
 
-TEST_F(LiveFlightTest, TakesTwoZerosBehindAShortCommandNameForPadding) {
+TEST_F(LiveFlightTest, TakesTwoZerosAfterAShortCommandNameForPadding) {
     TestClient client;
     client.Exchange(*simulator, velmar({registerCommand(9, "s/short"), zeros(8)}));
     client.Exchange(*simulator, velmar({registerCommand(9, "s/s"), zeros(12)}));

@@ -21,8 +21,8 @@ constexpr int kHandOverMs = 10;
 // Ethernet without addresses, then IPv4, whose tenth byte is the protocol.
 constexpr std::size_t kProtocolOffset = 14 + 9;
 
-// A datagram that nobody listens to marks the end: what was received before it was sent is in
-// front of it.
+// A datagram to a port that no program has marks the end: what was received before it was sent is
+// in front of it.
 void sendEndMark() {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};

@@ -49,7 +49,7 @@ TEST_F(LostPlaceTest, LosesItsPlaceAsThePluginDoes) {
             "12 Note: an output of this type has no value",
             "12 Warning: output records are read at 116 bytes each, not 120",
             "12 Warning: announces 140 bytes and has 136: the connection has lost its place",
-            "16 Warning: waits, for a value of 8 bytes where 4 are wanted: the connection has lost "
+            "16 Warning: waits, for a value of 8 bytes where 4 are needed: the connection has lost "
             "its place",
             "20 Warning: waits, for data type 0 has no value: the connection has lost its place",
             "24 Warning: an unknown number: the value is taken for the next packets"));

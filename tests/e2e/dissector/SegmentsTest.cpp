@@ -129,7 +129,7 @@ TEST_F(SegmentsTest, IsNotConfusedByRetransmissions) {
     EXPECT_THAT(expertsOf(file), IsEmpty());
 }
 
-TEST_F(SegmentsTest, SkipsAnIdentificationBehindARequestInTheSameSegment) {
+TEST_F(SegmentsTest, SkipsAnIdentificationAfterARequestInTheSameSegment) {
     const Bytes request = registration();
     capture.Connect();
     capture.FromClient(Bytes(request.begin(), request.begin() + 20));

@@ -32,7 +32,7 @@ struct TornPacket {
 
 class TornPacketsTest : public DrawnCaptureTest {
 protected:
-    // Behind registrations that make the datarefs 1 to 4 an int, a float, a byte and two ints.
+    // After registrations that make the datarefs 1 to 4 an int, a float, a byte and two ints.
     void draw(const TornPacket& torn) {
         for (std::size_t size = torn.fewest; size <= torn.most; ++size) {
             capture.Connect();

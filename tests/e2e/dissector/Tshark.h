@@ -7,8 +7,8 @@
 // The lines that a shell command prints. Throws when it fails, or when the dissector has an error.
 std::vector<std::string> runCommand(const std::string& command);
 
-// What tshark, with our dissector and nobody's settings, prints of a capture: its lines. Throws
-// when tshark fails or the dissector cannot be loaded.
+// What tshark, with our dissector and without settings of a user, prints of a capture: its lines.
+// Throws when tshark fails or the dissector cannot be loaded.
 std::vector<std::string> runTshark(const std::filesystem::path& capture,
                                    const std::vector<std::string>& arguments);
 
