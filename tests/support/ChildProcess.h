@@ -23,8 +23,8 @@ public:
         bool hasOwnGroup = false;
     };
 
-    // Runs a program, which is the first of the arguments. Signals that the test ignores have their
-    // usual effect in it.
+    // Runs a program, which is the first of the arguments. SIGPIPE ends it, even if the test
+    // ignores that signal.
     ChildProcess(std::vector<std::string> arguments, const Setting& setting);
     // Forks; the child does this and ends well.
     explicit ChildProcess(const std::function<void()>& work);
@@ -48,12 +48,12 @@ private:
     bool ended = false;
 };
 
-// The test's end, and the child's.
+// A pipe: the test's end, and the child's.
 struct Channel {
     int ours = -1;
     int theirs = -1;
 };
 
-// Both close when a program is run.
+// Both ends close by themselves in a program that is run.
 Channel pipeFromChild();
 Channel pipeToChild();

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 20'000;
+constexpr int kPatienceMs = 60'000;
 
 bool waitFor(int socket, short events, short wanted, int timeoutMs) {
     pollfd entry{socket, events, 0};
