@@ -3,6 +3,7 @@
 #include "headless/world/CommandsFile.h"
 #include "headless/world/DatarefsFile.h"
 #include "headless/world/DefaultWorld.h"
+#include "headless/xplm/scenery/Terrain.h"
 
 #include <chrono>
 
@@ -71,7 +72,9 @@ void Session::RunFrame() {
 
 void Session::buildWorld() {
     if (!options.datarefsFile.empty()) {
-        for (const DatarefDefinition& definition : DatarefsFile::Read(options.datarefsFile)) {
+        const DatarefsFile file = DatarefsFile::Read(options.datarefsFile);
+        warnings = file.warnings;
+        for (const DatarefDefinition& definition : file.definitions) {
             // The simulator's own list names some datarefs twice; the first one counts.
             if (simulator.Datarefs().Lookup(definition.name) == nullptr) {
                 simulator.Datarefs().Define(definition);
@@ -83,7 +86,8 @@ void Session::buildWorld() {
             simulator.Commands().Define(definition.name, definition.description);
         }
     }
-    DefaultWorld::Install(simulator);
+    DefaultWorld::Install(simulator, worldVersion(options.world));
+    simulator.Terrain().SetElevation(options.groundMetres);
     CommandEffects::Install(simulator);
 }
 

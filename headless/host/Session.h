@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace headless {
 
@@ -28,6 +29,9 @@ public:
 
     headless::Simulator& Simulator() { return simulator; }
     const FrameStatistics& Statistics() const { return statistics; }
+
+    // What was wrong with the files, one line each.
+    const std::vector<std::string>& Warnings() const { return warnings; }
 
     // Loads, starts and enables the plugin and tells it of the aircraft.
     void StartPlugin();
@@ -57,6 +61,7 @@ private:
     std::unique_ptr<PluginHost> plugin;
     FrameStatistics statistics;
     bool paused;
+    std::vector<std::string> warnings;
 };
 
 } // namespace headless

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "headless/world/WorldVersion.h"
+
 #include <optional>
 #include <string>
 
@@ -18,6 +20,10 @@ struct SessionOptions {
     std::optional<double> durationSeconds{};
     // Refuse a plugin that uses functions which only answer 0.
     bool strict = false;
+    // The version of the simulator whose sizes the default world has: 10, 11 or 12.
+    int world = kUsualWorld.number;
+    // Elevation of the ground, in metres above mean sea level.
+    double groundMetres = 0.0;
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;

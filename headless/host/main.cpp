@@ -41,6 +41,12 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)");
     app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
+    app.add_option("--world", options.world, "Version of the simulator: 10, 11 or 12")
+        ->check(CLI::IsMember({10, 11, 12}))
+        ->capture_default_str();
+    app.add_option("--ground", options.groundMetres, "Elevation of the ground in metres")
+        ->check(CLI::Range(-500.0, 9000.0))
+        ->capture_default_str();
     app.add_option("--hz", options.framesPerSecond, "Frames per second")
         ->check(CLI::Range(0.1, kMaxFramesPerSecond))
         ->capture_default_str();
@@ -124,6 +130,9 @@ int checkPlugin(const std::string& path) {
 int runSession(const headless::SessionOptions& options) {
     try {
         headless::Session session(options);
+        for (const std::string& warning : session.Warnings()) {
+            std::cerr << "headless-sim: warning: " << warning << '\n';
+        }
         return fly(session, options);
     } catch (const headless::PluginError& error) {
         return complain(error, kExitPlugin);

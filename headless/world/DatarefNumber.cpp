@@ -18,10 +18,10 @@ void DatarefNumber::Set(double number) const {
     if (dataref == nullptr || !dataref->IsLive()) {
         return;
     }
-    if (dataref->Offers(xplmType_Float)) {
-        dataref->Value().SetFloat(static_cast<float>(number));
-    } else if (dataref->Offers(xplmType_Double | xplmType_Int)) {
+    if (dataref->Offers(xplmType_Double | xplmType_Int)) {
         dataref->Value().SetDouble(number);
+    } else if (dataref->Offers(xplmType_Float)) {
+        dataref->Value().SetFloat(static_cast<float>(number));
     } else {
         auto element = static_cast<float>(number);
         dataref->Value().SetFloats(&element, index, 1);

@@ -4,8 +4,10 @@
 
 #include <array>
 #include <charconv>
+#include <functional>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace headless {
 
@@ -20,10 +22,11 @@ struct TypeName {
     XPLMDataTypeID array;
 };
 
-constexpr std::array<TypeName, 4> kTypeNames{{{"int", xplmType_Int, xplmType_IntArray},
-                                              {"float", xplmType_Float, xplmType_FloatArray},
-                                              {"double", xplmType_Double, xplmType_Unknown},
-                                              {"byte", xplmType_Unknown, xplmType_Data}}};
+constexpr std::array<TypeName, 4> kTypeNames{
+    {{"int", xplmType_Int, xplmType_IntArray},
+     {"float", xplmType_Float, xplmType_FloatArray},
+     {"double", xplmType_Double | xplmType_Float, xplmType_Unknown},
+     {"byte", xplmType_Unknown, xplmType_Data}}};
 
 std::vector<std::string_view> splitAtTabs(std::string_view line) {
     std::vector<std::string_view> columns;
@@ -37,6 +40,17 @@ std::vector<std::string_view> splitAtTabs(std::string_view line) {
     }
 }
 
+// 0 for what is not a number.
+int parseSize(std::string_view text) {
+    if (text.empty()) {
+        return DatarefsFile::kOpenSize;
+    }
+    int size = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, size);
+    return error == std::errc{} && stop == end ? size : 0;
+}
+
 // The product of the dimensions in "[4][3]".
 int parseDimensions(std::string_view text) {
     int elements = 1;
@@ -45,10 +59,8 @@ int parseDimensions(std::string_view text) {
         if (text.front() != '[' || close == std::string_view::npos) {
             throw std::invalid_argument("the array size is not of the form [N]");
         }
-        int size = 0;
-        const char* const end = text.data() + close;
-        const auto [stop, error] = std::from_chars(text.data() + 1, end, size);
-        if (error != std::errc{} || stop != end || size < 1 || size > kMaxElements / elements) {
+        const int size = parseSize(text.substr(1, close - 1));
+        if (size < 1 || size > kMaxElements / elements) {
             throw std::invalid_argument("the array size is not a number of elements");
         }
         elements *= size;
@@ -98,34 +110,48 @@ DatarefDefinition parseDatarefLine(std::string_view line) {
     return definition;
 }
 
-// Collects the definitions of the lines that it is called with.
+// Takes the lines of a file that it is called with.
 class Collector final {
 public:
-    explicit Collector(std::vector<DatarefDefinition>& target) : definitions(target) {}
+    explicit Collector(const std::string& fileName) : name(fileName) {}
 
-    void operator()(const std::string& line, int number) const {
+    void operator()(const std::string& line, int number) {
         const bool isHeader = number == 1 && line.front() >= '0' && line.front() <= '9';
-        if (!isHeader) {
-            definitions.push_back(parseDatarefLine(line));
+        if (isHeader) {
+            return;
+        }
+        try {
+            file.definitions.push_back(parseDatarefLine(line));
+        } catch (const std::invalid_argument& error) {
+            file.warnings.push_back(name + ":" + std::to_string(number) + ": " + error.what());
         }
     }
 
+    // What was read, once there is no more.
+    DatarefsFile Take() {
+        if (file.definitions.empty() && !file.warnings.empty()) {
+            throw TextFileError(file.warnings.front());
+        }
+        return std::move(file);
+    }
+
 private:
-    std::vector<DatarefDefinition>& definitions;
+    std::string name;
+    DatarefsFile file;
 };
 
 } // namespace
 
-std::vector<DatarefDefinition> DatarefsFile::Read(const std::string& path) {
-    std::vector<DatarefDefinition> definitions;
-    forEachLineOfFile(path, Collector(definitions));
-    return definitions;
+DatarefsFile DatarefsFile::Read(const std::string& path) {
+    Collector collector(path);
+    forEachLineOfFile(path, std::ref(collector));
+    return collector.Take();
 }
 
-std::vector<DatarefDefinition> DatarefsFile::Parse(std::istream& stream, const std::string& name) {
-    std::vector<DatarefDefinition> definitions;
-    forEachLine(stream, name, Collector(definitions));
-    return definitions;
+DatarefsFile DatarefsFile::Parse(std::istream& stream, const std::string& name) {
+    Collector collector(name);
+    forEachLine(stream, name, std::ref(collector));
+    return collector.Take();
 }
 
 } // namespace headless

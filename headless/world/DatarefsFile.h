@@ -13,12 +13,21 @@ namespace headless {
 // Tab-separated columns: name, type ("int", "float[8]", "byte[500]", several dimensions such as
 // "float[4][3]" are flattened), writable ("y" or "n"), units, description; the last two may be
 // missing. A first line that begins with a digit is the file's version header; blank lines are
-// skipped. Anything else throws TextFileError with file and line.
-class DatarefsFile final {
-public:
-    static std::vector<DatarefDefinition> Read(const std::string& path);
+// skipped. An array without a size, "byte[]", gets kOpenSize elements. A double has a view as a
+// float as well.
+//
+// A line that cannot be read is skipped with a warning. A file in which no line can be read throws
+// TextFileError with file and line.
+struct DatarefsFile {
+    static constexpr int kOpenSize = 256;
+
+    std::vector<DatarefDefinition> definitions;
+    // One line each, "FILE:LINE: reason".
+    std::vector<std::string> warnings;
+
+    static DatarefsFile Read(const std::string& path);
     // `name` stands for the file in errors.
-    static std::vector<DatarefDefinition> Parse(std::istream& stream, const std::string& name);
+    static DatarefsFile Parse(std::istream& stream, const std::string& name);
 };
 
 } // namespace headless

@@ -1,6 +1,7 @@
 #include "headless/world/DefaultWorld.h"
 
 #include "headless/world/DatarefNumber.h"
+#include "headless/xplm/graphics/LocalFrame.h"
 
 namespace headless {
 
@@ -25,9 +26,16 @@ struct StartValue {
     double value;
 };
 
+// Doubles can be read and written as floats, too.
+constexpr XPLMDataTypeID kDouble = xplmType_Double | xplmType_Float;
+
+// In place of a number of elements: as many as the version has.
+constexpr int kEngines = -1;
+constexpr int kAxes = -2;
+
 constexpr DatarefRow kDatarefs[] = {
     {"sim/time/paused", xplmType_Int, 0, false, "boolean", "Is the simulation paused"},
-    {"sim/time/total_running_time_sec", xplmType_Float, 0, false, "seconds",
+    {"sim/time/total_running_time_sec", xplmType_Float, 0, true, "seconds",
      "Time that the simulator has been running"},
     {"sim/time/zulu_time_sec", xplmType_Float, 0, true, "seconds", "Time of day, UTC"},
     {"sim/version/xplane_internal_version", xplmType_Int, 0, false, "number",
@@ -44,14 +52,14 @@ constexpr DatarefRow kDatarefs[] = {
      "Plugins own the throttles"},
     {"sim/operation/override/override_toe_brakes", xplmType_Int, 0, true, "boolean",
      "Plugins own the toe brakes"},
-    {"sim/joystick/has_joystick", xplmType_Int, 0, true, "boolean", "Is a joystick present"},
+    {"sim/joystick/has_joystick", xplmType_Int, 0, false, "boolean", "Is a joystick present"},
     {"sim/joystick/yoke_pitch_ratio", xplmType_Float, 0, true, "[-1..1]",
      "Pitch deflection of the joystick"},
     {"sim/joystick/yoke_roll_ratio", xplmType_Float, 0, true, "[-1..1]",
      "Roll deflection of the joystick"},
     {"sim/joystick/yoke_heading_ratio", xplmType_Float, 0, true, "[-1..1]",
      "Yaw deflection of the joystick"},
-    {"sim/joystick/joystick_axis_values", xplmType_FloatArray, 100, true, "ratio",
+    {"sim/joystick/joystick_axis_values", xplmType_FloatArray, kAxes, false, "ratio",
      "Values of all joystick axes"},
     {"sim/cockpit2/controls/yoke_pitch_ratio", xplmType_Float, 0, true, "[-1..1]",
      "Pitch deflection of the yoke"},
@@ -72,13 +80,13 @@ constexpr DatarefRow kDatarefs[] = {
      "Parking brake"},
     {"sim/cockpit2/controls/gear_handle_down", xplmType_Int, 0, true, "boolean",
      "Is the gear handle down"},
-    {"sim/cockpit2/engine/actuators/throttle_ratio", xplmType_FloatArray, 8, true, "[0..1]",
+    {"sim/cockpit2/engine/actuators/throttle_ratio", xplmType_FloatArray, kEngines, true, "[0..1]",
      "Throttle of each engine"},
-    {"sim/cockpit2/engine/actuators/mixture_ratio", xplmType_FloatArray, 8, true, "[0..1]",
+    {"sim/cockpit2/engine/actuators/mixture_ratio", xplmType_FloatArray, kEngines, true, "[0..1]",
      "Mixture of each engine"},
-    {"sim/cockpit2/engine/actuators/prop_rotation_speed_rad_sec", xplmType_FloatArray, 8, true,
-     "rad/sec", "Commanded propeller speed"},
-    {"sim/cockpit2/engine/actuators/ignition_key", xplmType_IntArray, 8, true, "enum",
+    {"sim/cockpit2/engine/actuators/prop_rotation_speed_rad_sec", xplmType_FloatArray, kEngines,
+     true, "rad/sec", "Commanded propeller speed"},
+    {"sim/cockpit2/engine/actuators/ignition_key", xplmType_IntArray, kEngines, true, "enum",
      "Position of the ignition key"},
     {"sim/cockpit2/gauges/indicators/airspeed_kts_pilot", xplmType_Float, 0, true, "knots",
      "Indicated airspeed, pilot"},
@@ -93,7 +101,7 @@ constexpr DatarefRow kDatarefs[] = {
     {"sim/cockpit2/gauges/indicators/vvi_fpm_pilot", xplmType_Float, 0, true, "feet/minute",
      "Indicated vertical speed, pilot"},
     {"sim/cockpit2/autopilot/servos_on", xplmType_Int, 0, false, "boolean", "Are the servos on"},
-    {"sim/cockpit2/autopilot/autopilot_state", xplmType_Int, 0, true, "bitfield",
+    {"sim/cockpit/autopilot/autopilot_state", xplmType_Int, 0, true, "bitfield",
      "Modes of the autopilot"},
     {"sim/cockpit2/autopilot/flight_director_mode", xplmType_Int, 0, true, "enum",
      "Off, flight director or servos"},
@@ -102,18 +110,21 @@ constexpr DatarefRow kDatarefs[] = {
     {"sim/cockpit/autopilot/heading_mag", xplmType_Float, 0, true, "degrees", "Heading to hold"},
     {"sim/cockpit/autopilot/altitude", xplmType_Float, 0, true, "feet", "Altitude to hold"},
     {"sim/cockpit/electrical/battery_on", xplmType_Int, 0, true, "boolean", "Is the battery on"},
-    {"sim/flightmodel/position/latitude", xplmType_Double, 0, false, "degrees",
-     "Latitude of the aircraft"},
-    {"sim/flightmodel/position/longitude", xplmType_Double, 0, false, "degrees",
+    {"sim/flightmodel/position/latitude", kDouble, 0, false, "degrees", "Latitude of the aircraft"},
+    {"sim/flightmodel/position/longitude", kDouble, 0, false, "degrees",
      "Longitude of the aircraft"},
-    {"sim/flightmodel/position/elevation", xplmType_Double, 0, false, "meters",
+    {"sim/flightmodel/position/elevation", kDouble, 0, false, "meters",
      "Elevation above mean sea level"},
-    {"sim/flightmodel/position/local_x", xplmType_Double, 0, true, "meters",
+    {"sim/flightmodel/position/local_x", kDouble, 0, true, "meters",
      "Place in local coordinates, east"},
-    {"sim/flightmodel/position/local_y", xplmType_Double, 0, true, "meters",
+    {"sim/flightmodel/position/local_y", kDouble, 0, true, "meters",
      "Place in local coordinates, up"},
-    {"sim/flightmodel/position/local_z", xplmType_Double, 0, true, "meters",
+    {"sim/flightmodel/position/local_z", kDouble, 0, true, "meters",
      "Place in local coordinates, south"},
+    {"sim/flightmodel/position/lat_ref", xplmType_Float, 0, false, "degrees",
+     "Latitude of the origin of local coordinates"},
+    {"sim/flightmodel/position/lon_ref", xplmType_Float, 0, false, "degrees",
+     "Longitude of the origin of local coordinates"},
     {"sim/flightmodel/position/theta", xplmType_Float, 0, true, "degrees", "Pitch"},
     {"sim/flightmodel/position/phi", xplmType_Float, 0, true, "degrees", "Roll"},
     {"sim/flightmodel/position/psi", xplmType_Float, 0, true, "degrees", "True heading"},
@@ -122,7 +133,7 @@ constexpr DatarefRow kDatarefs[] = {
     {"sim/flightmodel/position/R", xplmType_Float, 0, true, "deg/sec", "Yaw rate"},
     {"sim/flightmodel/position/indicated_airspeed", xplmType_Float, 0, true, "knots",
      "Indicated airspeed"},
-    {"sim/flightmodel/position/true_airspeed", xplmType_Float, 0, false, "meters/sec",
+    {"sim/flightmodel/position/true_airspeed", xplmType_Float, 0, true, "meters/sec",
      "True airspeed"},
     {"sim/flightmodel/position/groundspeed", xplmType_Float, 0, false, "meters/sec",
      "Speed over ground"},
@@ -137,20 +148,20 @@ constexpr DatarefRow kDatarefs[] = {
      "Requested flap deployment"},
     {"sim/flightmodel/controls/parkbrake", xplmType_Float, 0, true, "[0..1]",
      "Parking brake of the flight model"},
-    {"sim/flightmodel/forces/L_aero", xplmType_Float, 0, false, "newton-meters",
+    {"sim/flightmodel/forces/L_aero", xplmType_Float, 0, true, "newton-meters",
      "Aerodynamic roll moment"},
-    {"sim/flightmodel/forces/M_aero", xplmType_Float, 0, false, "newton-meters",
+    {"sim/flightmodel/forces/M_aero", xplmType_Float, 0, true, "newton-meters",
      "Aerodynamic pitch moment"},
-    {"sim/flightmodel/forces/N_aero", xplmType_Float, 0, false, "newton-meters",
+    {"sim/flightmodel/forces/N_aero", xplmType_Float, 0, true, "newton-meters",
      "Aerodynamic yaw moment"},
     {"sim/flightmodel/forces/g_nrml", xplmType_Float, 0, false, "g", "Load factor, downward"},
-    {"sim/flightmodel/failures/onground_any", xplmType_Int, 0, false, "boolean",
+    {"sim/flightmodel/failures/onground_any", xplmType_Int, 0, true, "boolean",
      "Does any wheel touch the ground"},
     {"sim/aircraft/view/acf_descrip", xplmType_Data, 260, true, "string",
      "Description of the aircraft"},
     {"sim/aircraft/view/acf_tailnum", xplmType_Data, 40, true, "string",
      "Tail number of the aircraft"},
-    {"sim/aircraft/view/acf_ICAO", xplmType_Data, 40, false, "string", "Type code of the aircraft"},
+    {"sim/aircraft/view/acf_ICAO", xplmType_Data, 40, true, "string", "Type code of the aircraft"},
     {"sim/aircraft/engine/acf_num_engines", xplmType_Int, 0, true, "count", "Number of engines"},
 };
 
@@ -191,36 +202,51 @@ constexpr CommandRow kCommands[] = {
 };
 
 constexpr StartValue kStartValues[] = {
-    {"sim/version/xplane_internal_version", 100000},
     {"sim/joystick/has_joystick", 1},
     {"sim/cockpit2/controls/gear_handle_down", 1},
     {"sim/cockpit2/engine/actuators/throttle_ratio", 0.5},
     {"sim/cockpit2/engine/actuators/mixture_ratio", 1},
     {"sim/cockpit/electrical/battery_on", 1},
-    {"sim/flightmodel/position/latitude", 47.26},
-    {"sim/flightmodel/position/longitude", 11.34},
+    {"sim/flightmodel/position/latitude", LocalFrame::kStartLatitude},
+    {"sim/flightmodel/position/longitude", LocalFrame::kStartLongitude},
+    {"sim/flightmodel/position/lat_ref", LocalFrame::kStartLatitude},
+    {"sim/flightmodel/position/lon_ref", LocalFrame::kStartLongitude},
     {"sim/flightmodel/position/elevation", 1500},
     {"sim/flightmodel/position/local_y", 1500},
     {"sim/flightmodel/position/true_airspeed", 60},
     {"sim/aircraft/engine/acf_num_engines", 1},
 };
 
-void defineDatarefs(DatarefTable& datarefs) {
+int elementsOf(const DatarefRow& row, const WorldVersion& version) {
+    switch (row.elements) {
+    case kEngines:
+        return version.engines;
+    case kAxes:
+        return version.joystickAxes;
+    default:
+        return row.elements;
+    }
+}
+
+void defineDatarefs(DatarefTable& datarefs, const WorldVersion& version) {
     for (const DatarefRow& row : kDatarefs) {
         if (datarefs.Lookup(row.name) == nullptr) {
-            datarefs.Define(
-                {row.name, row.type, row.elements, row.writable, row.units, row.description});
+            datarefs.Define({row.name, row.type, elementsOf(row, version), row.writable, row.units,
+                             row.description});
         }
     }
     for (const StartValue& start : kStartValues) {
         DatarefNumber(datarefs.Lookup(start.name)).Set(start.value);
     }
+    DatarefNumber(datarefs.Lookup("sim/version/xplane_internal_version"))
+        .Set(version.internalVersion);
 }
 
 } // namespace
 
-void DefaultWorld::Install(Simulator& simulator) {
-    defineDatarefs(simulator.Datarefs());
+void DefaultWorld::Install(Simulator& simulator, const WorldVersion& version) {
+    simulator.SetVersion(version.sdkVersion);
+    defineDatarefs(simulator.Datarefs(), version);
     for (const CommandRow& row : kCommands) {
         if (simulator.Commands().Lookup(row.name) == nullptr) {
             simulator.Commands().Define(row.name, row.description);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "headless/world/WorldVersion.h"
 #include "headless/xplm/Simulator.h"
 
 #include <string_view>
@@ -13,8 +14,8 @@ public:
     static constexpr std::string_view kAircraftDescription = "sim/aircraft/view/acf_descrip";
 
     // Defines what is not defined yet, so a list read from a file goes first. The aircraft stands
-    // in the air, trimmed and level.
-    static void Install(Simulator& simulator);
+    // in the air, trimmed and level. The simulator gets the version.
+    static void Install(Simulator& simulator, const WorldVersion& version = kUsualWorld);
 };
 
 } // namespace headless

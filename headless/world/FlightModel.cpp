@@ -1,5 +1,8 @@
 #include "headless/world/FlightModel.h"
 
+#include "headless/xplm/graphics/LocalFrame.h"
+#include "headless/xplm/scenery/Terrain.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -10,7 +13,6 @@ namespace {
 
 constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr double kGravity = 9.81;
-constexpr double kMetresPerDegree = 111'320.0;
 constexpr double kKnotsPerMetrePerSecond = 1.943844;
 constexpr double kFeetPerMetre = 3.28084;
 constexpr double kSecondsPerMinute = 60.0;
@@ -50,7 +52,9 @@ DatarefNumber find(Simulator& simulator, const char* name) {
 } // namespace
 
 FlightModel::FlightModel(Simulator& simulator)
-    : yokePitch(find(simulator, "sim/cockpit2/controls/yoke_pitch_ratio")),
+    : frame(simulator.Frame()),
+      terrain(simulator.Terrain()),
+      yokePitch(find(simulator, "sim/cockpit2/controls/yoke_pitch_ratio")),
       yokeRoll(find(simulator, "sim/cockpit2/controls/yoke_roll_ratio")),
       pedals(find(simulator, "sim/cockpit2/controls/yoke_heading_ratio")),
       pitchTrim(find(simulator, "sim/cockpit2/controls/elevator_trim")),
@@ -123,10 +127,11 @@ void FlightModel::travel(double seconds) const {
     const double rise = distance * std::sin(pitch.Get() * kDegree);
     const double north = level * std::cos(heading.Get() * kDegree);
     const double sideways = level * std::sin(heading.Get() * kDegree);
-    const double shrink = std::max(0.01, std::cos(latitude.Get() * kDegree));
-    latitude.Set(latitude.Get() + north / kMetresPerDegree);
-    longitude.Set(longitude.Get() + sideways / kMetresPerDegree / shrink);
-    elevation.Set(std::max(0.0, elevation.Get() + rise));
+    const LocalPosition at = frame.ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    const WorldPosition moved = frame.ToWorld({at.x + sideways, at.y + rise, at.z - north});
+    latitude.Set(moved.latitude);
+    longitude.Set(moved.longitude);
+    elevation.Set(std::max(terrain.Elevation(), moved.altitude));
     east.Set(east.Get() + sideways);
     up.Set(up.Get() + rise);
     south.Set(south.Get() - north);
@@ -137,7 +142,7 @@ void FlightModel::showInstruments() const {
     const double rise = velocity * std::sin(pitch.Get() * kDegree);
     groundSpeed.Set(velocity * std::cos(pitch.Get() * kDegree));
     climb.Set(rise);
-    height.Set(elevation.Get());
+    height.Set(elevation.Get() - terrain.Elevation());
     indicatedSpeed.Set(velocity * kKnotsPerMetrePerSecond);
     gaugeSpeed.Set(velocity * kKnotsPerMetrePerSecond);
     gaugeAltitude.Set(elevation.Get() * kFeetPerMetre);

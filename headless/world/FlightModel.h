@@ -22,6 +22,9 @@ private:
     void travel(double seconds) const;
     void showInstruments() const;
 
+    const LocalFrame& frame;
+    const Terrain& terrain;
+
     // Controls.
     DatarefNumber yokePitch;
     DatarefNumber yokeRoll;

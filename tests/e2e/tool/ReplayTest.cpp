@@ -120,7 +120,7 @@ TEST_F(ReplayTest, NamesWhatDidNotKeepItsLastValue) {
     const ToolResult result = runTool({"replay", "r.csv"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err,
-              "orvane: sim/flightmodel/position/elevation did not take or keep 12.5; it is 0\n"
+              "orvane: sim/flightmodel/position/elevation did not take or keep 12.5; it is 1500\n"
               "r.csv: 1 row written\n");
 }
 

@@ -70,7 +70,7 @@ TEST_F(SetTest, TellsWhatWasNotTaken) {
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
               "orvane: sim/time/paused: 1 was not taken, it reads 0\n"
-              "orvane: sim/version/xplane_internal_version: 0 was not taken, it reads 100000\n");
+              "orvane: sim/version/xplane_internal_version: 0 was not taken, it reads 121400\n");
     EXPECT_EQ(simulator->Get("test/int"), "3");
 }
 

@@ -110,9 +110,12 @@ TEST_F(HeadlessSimTest, APluginThatRefusesToStartIsOneLineAndStatus1) {
 TEST_F(HeadlessSimTest, BadInputFilesAreOneLineAndStatus2) {
     EXPECT_EQ(run(FAKE_PLUGIN " --datarefs none.txt"), 2);
     EXPECT_EQ(errors, "headless-sim: none.txt: cannot be opened: No such file or directory\n");
-    folder.Write("bad.txt", "sim/a\tint\ty\n\nsim/b\tlong\ty\n");
+    folder.Write("bad.txt", "\n\nsim/b\tlong\ty\n");
     EXPECT_EQ(run(FAKE_PLUGIN " --datarefs bad.txt"), 2);
     EXPECT_EQ(errors, "headless-sim: bad.txt:3: unknown type \"long\"\n");
+    folder.Write("some.txt", "sim/a\tint\ty\n\nsim/b\tlong\ty\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 --datarefs some.txt"), 0);
+    EXPECT_EQ(errors, "headless-sim: warning: some.txt:3: unknown type \"long\"\n");
     folder.Write("commands.txt", "word\n");
     EXPECT_EQ(run(FAKE_PLUGIN " --commands commands.txt"), 2);
     EXPECT_EQ(errors, "headless-sim: commands.txt:1: \"word\" is no command name\n");
@@ -150,6 +153,16 @@ TEST_F(HeadlessSimTest, ChecksAPluginWithoutFlyingIt) {
     EXPECT_THAT(errors, EndsWith(" answers with 0: XPLMGetTexture\n"));
     EXPECT_EQ(run("--check none.xpl"), 1);
     EXPECT_EQ(errors, "headless-sim: none.xpl: the plugin cannot be read\n");
+}
+
+TEST_F(HeadlessSimTest, FliesInTheWorldOfAVersionOverAGivenGround) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --world 11 --ground 600 --console --paused",
+                  "get sim/version/xplane_internal_version\nstep 1\n"
+                  "get sim/flightmodel/position/y_agl\n"),
+              0);
+    EXPECT_THAT(output, StartsWith("sim/version/xplane_internal_version = 115501\nframe 1\n"
+                                   "sim/flightmodel/position/y_agl = 900\n"));
+    EXPECT_EQ(run(FAKE_PLUGIN " --world 9"), 2);
 }
 
 TEST_F(HeadlessSimTest, ListsTheSdksFunctions) {

@@ -93,7 +93,8 @@ TEST_F(SessionTest, ListsFromFilesComeBeforeTheBuiltInOnesAndTheFirstOfTwoCounts
     withFiles.commandsFile = folder.Write("Commands.txt", "my/command  Does it.\n");
     Session session(withFiles);
     auto& datarefs = session.Simulator().Datarefs();
-    EXPECT_EQ(datarefs.Lookup("sim/time/paused")->Definition().types, xplmType_Double);
+    EXPECT_EQ(datarefs.Lookup("sim/time/paused")->Definition().types,
+              xplmType_Double | xplmType_Float);
     EXPECT_EQ(datarefs.GetIntArray("my/one").size(), 3U);
     EXPECT_NE(datarefs.Lookup("sim/flightmodel/position/latitude"), nullptr);
     EXPECT_EQ(session.Simulator().Commands().Lookup("my/command")->description, "Does it.");

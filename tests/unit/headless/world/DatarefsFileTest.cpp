@@ -17,7 +17,12 @@ namespace {
 
 std::vector<DatarefDefinition> parse(const std::string& text) {
     std::istringstream stream(text);
-    return DatarefsFile::Parse(stream, "DataRefs.txt");
+    return DatarefsFile::Parse(stream, "DataRefs.txt").definitions;
+}
+
+std::vector<std::string> warningsOf(const std::string& text) {
+    std::istringstream stream(text);
+    return DatarefsFile::Parse(stream, "DataRefs.txt").warnings;
 }
 
 std::string errorOf(const std::string& text) {
@@ -49,7 +54,7 @@ TEST(DatarefsFileTest, KnowsEveryType) {
     ASSERT_EQ(definitions.size(), 7U);
     EXPECT_EQ(definitions[0].types, xplmType_Int);
     EXPECT_EQ(definitions[1].types, xplmType_Float);
-    EXPECT_EQ(definitions[2].types, xplmType_Double);
+    EXPECT_EQ(definitions[2].types, xplmType_Double | xplmType_Float);
     EXPECT_EQ(definitions[3].types, xplmType_IntArray);
     EXPECT_EQ(definitions[3].elements, 4);
     EXPECT_EQ(definitions[4].types, xplmType_FloatArray);
@@ -74,8 +79,40 @@ TEST(DatarefsFileTest, TheHeaderCanBeMissing) {
 }
 
 TEST(DatarefsFileTest, AVersionHeaderElsewhereIsMalformed) {
-    EXPECT_EQ(errorOf("sim/a\tint\ty\n2 1102 Tue Aug 2 2016\n"),
-              "DataRefs.txt:2: name, type and writable are expected, separated by tabs");
+    EXPECT_EQ(warningsOf("sim/a\tint\ty\n2 1102 Tue Aug 2 2016\n"),
+              (std::vector<std::string>{
+                  "DataRefs.txt:2: name, type and writable are expected, separated by tabs"}));
+}
+
+TEST(DatarefsFileTest, ALineThatCannotBeReadIsSkippedWithAWarning) {
+    const std::string text =
+        "2\t1250\tThu Aug 1 2024\n\n"
+        "sim/aircraft/view/acf_livery_path\tbyte[]\ty\tstring\tPath of the livery\n"
+        "sim/cockpit/blanks float y units With blanks\n"
+        "sim/flightmodel/position/latitude\tdouble\tn\tdegrees\tLatitude\n";
+    EXPECT_EQ(warningsOf(text),
+              (std::vector<std::string>{
+                  "DataRefs.txt:4: name, type and writable are expected, separated by tabs"}));
+    const auto definitions = parse(text);
+    ASSERT_EQ(definitions.size(), 2U);
+    EXPECT_EQ(definitions[0].types, xplmType_Data);
+    EXPECT_EQ(definitions[0].elements, 256);
+    EXPECT_EQ(definitions[1].name, "sim/flightmodel/position/latitude");
+}
+
+// The lists of the simulator's versions differ in their first line and in the last columns.
+TEST(DatarefsFileTest, ReadsTheListsOfAllVersions) {
+    for (const char* header :
+         {"2\t850\tTue Dec 12 2006", "2 900 Fri Jan 12 2007", "2 1000 Mon Nov 21 2011",
+          "2 1150 Thu Jun 04 2020", "2 1200 Fri Sep 02 2022"}) {
+        const auto definitions = parse(std::string(header) +
+                                       "\n\nsim/a\tint\tn\tbool\tA switch\n"
+                                       "sim/b\tfloat[8]\ty\t???\n"
+                                       "sim/c\tint[10][50]\tn\n");
+        ASSERT_EQ(definitions.size(), 3U) << header;
+        EXPECT_EQ(definitions[1].units, "???");
+        EXPECT_EQ(definitions[2].elements, 500);
+    }
 }
 
 TEST(DatarefsFileTest, MissingColumnsAreMalformed) {
@@ -102,7 +139,6 @@ TEST(DatarefsFileTest, ABadArraySizeIsMalformed) {
     const std::string noForm = "DataRefs.txt:1: the array size is not of the form [N]";
     EXPECT_EQ(errorOf("sim/a\tint[0]\ty\n"), noNumber);
     EXPECT_EQ(errorOf("sim/a\tint[-1]\ty\n"), noNumber);
-    EXPECT_EQ(errorOf("sim/a\tint[]\ty\n"), noNumber);
     EXPECT_EQ(errorOf("sim/a\tint[4x]\ty\n"), noNumber);
     EXPECT_EQ(errorOf("sim/a\tint[99999999999]\ty\n"), noNumber);
     EXPECT_EQ(errorOf("sim/a\tint[100000][100000]\ty\n"), noNumber);
@@ -118,8 +154,8 @@ TEST(DatarefsFileTest, WritableIsYOrN) {
 TEST(DatarefsFileTest, ReadsAFileFromDiskAndNamesItInErrors) {
     const TemporaryFolder folder;
     const std::string good = folder.Write("good.txt", "sim/a\tint\ty\n");
-    const std::string bad = folder.Write("bad.txt", "sim/a\tint\ty\nsim/b\n");
-    EXPECT_EQ(DatarefsFile::Read(good).size(), 1U);
+    const std::string bad = folder.Write("bad.txt", "2 1200 Fri Sep 02 2022\nsim/b\n");
+    EXPECT_EQ(DatarefsFile::Read(good).definitions.size(), 1U);
     try {
         DatarefsFile::Read(bad);
         FAIL() << "nothing was thrown";
