@@ -3,6 +3,7 @@
 #include "headless/world/CommandsFile.h"
 #include "headless/world/DatarefsFile.h"
 #include "headless/world/DefaultWorld.h"
+#include "headless/xplm/planes/Aircraft.h"
 #include "headless/xplm/scenery/Terrain.h"
 
 #include <chrono>
@@ -24,6 +25,8 @@ void Session::StartPlugin() {
     plugin->Start();
     plugin->Enable();
     LoadAircraft(kDefaultAircraft);
+    simulator.Plugins().Broadcast(XPLM_MSG_AIRPORT_LOADED, nullptr);
+    simulator.Plugins().Broadcast(XPLM_MSG_SCENERY_LOADED, nullptr);
 }
 
 void Session::ReloadPlugin() {
@@ -53,11 +56,11 @@ void Session::LoadAircraft(const std::string& description) {
     if (dataref->Offers(xplmType_Data)) {
         simulator.Datarefs().SetBytes(DefaultWorld::kAircraftDescription, description);
     }
-    Plugin().SendMessage(XPLM_MSG_PLANE_LOADED, nullptr);
+    simulator.Aircraft().TellLoaded();
 }
 
 void Session::UnloadAircraft() {
-    Plugin().SendMessage(XPLM_MSG_PLANE_UNLOADED, nullptr);
+    simulator.Aircraft().TellUnloaded();
 }
 
 void Session::RunFrame() {
@@ -68,6 +71,9 @@ void Session::RunFrame() {
     const auto before = std::chrono::steady_clock::now();
     simulator.RunFrame(seconds);
     statistics.Add(std::chrono::steady_clock::now() - before);
+    if (simulator.Plugins().TakeReloadRequest()) {
+        ReloadPlugin();
+    }
 }
 
 void Session::buildWorld() {

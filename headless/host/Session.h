@@ -33,7 +33,7 @@ public:
     // What was wrong with the files, one line each.
     const std::vector<std::string>& Warnings() const { return warnings; }
 
-    // Loads, starts and enables the plugin and tells it of the aircraft.
+    // Loads, starts and enables the plugin and tells it of the aircraft, airport and scenery.
     void StartPlugin();
     // Unloads it and does the same again.
     void ReloadPlugin();
@@ -46,7 +46,8 @@ public:
     void LoadAircraft(const std::string& description);
     void UnloadAircraft();
 
-    // One frame: the aircraft moves, then the plugin has its turn.
+    // One frame: the aircraft moves, then the plugin has its turn. A plugin that asked for a reload
+    // gets it after that.
     void RunFrame();
 
     bool IsPaused() const { return paused; }

@@ -108,7 +108,8 @@ TEST_F(ConsoleTest, LoadsAndUnloadsAircraftAndSendsMessages) {
     EXPECT_EQ(say("aircraft unload"), "ok");
     EXPECT_EQ(say("message 103 7"), "ok");
     EXPECT_THAT(folder.Read("Log.txt"),
-                HasSubstr("message 102 0 from 0\nmessage 106 0 from 0\nmessage 103 7 from 0\n"));
+                HasSubstr("message 102 0 from 0\nmessage 108 0 from 0\nmessage 106 0 from "
+                          "0\nmessage 103 7 from 0\n"));
     EXPECT_EQ(say("aircraft crash"), "error: an aircraft is loaded or unloaded, not \"crash\"");
     EXPECT_EQ(say("message 103"), "error: \"\" is no number that fits here");
 }

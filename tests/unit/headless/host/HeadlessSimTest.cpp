@@ -50,7 +50,9 @@ TEST_F(HeadlessSimTest, FliesTheGivenDurationAndSumsUp) {
                 MatchesRegex("frames 50, plugin time per frame: worst [0-9.]+ us, mean [0-9.]+ "
                              "us\n"));
     EXPECT_EQ(errors, "");
-    EXPECT_EQ(folder.Read("Log.txt"), "start\nenable\nmessage 102 0 from 0\ndisable\nstop\n");
+    EXPECT_EQ(folder.Read("Log.txt"),
+              "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
+              "0\nmessage 104 0 from 0\ndisable\nstop\n");
 }
 
 TEST_F(HeadlessSimTest, WritesTheLogWhereItIsTold) {

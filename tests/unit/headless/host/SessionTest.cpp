@@ -27,7 +27,9 @@ protected:
 TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {
     Session session(options());
     session.StartPlugin();
-    EXPECT_EQ(folder.Read("Log.txt"), "start\nenable\nmessage 102 0 from 0\n");
+    EXPECT_EQ(folder.Read("Log.txt"),
+              "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
+              "0\nmessage 104 0 from 0\n");
     EXPECT_EQ(session.Simulator().Datarefs().GetText("sim/aircraft/view/acf_descrip"),
               "Orvane Trainer, light single");
 }
@@ -38,8 +40,10 @@ TEST_F(SessionTest, LoadsAndUnloadsAircraft) {
     session.LoadAircraft("Another");
     session.UnloadAircraft();
     EXPECT_EQ(session.Simulator().Datarefs().GetText("sim/aircraft/view/acf_descrip"), "Another");
-    EXPECT_EQ(folder.Read("Log.txt"),
-              "start\nenable\nmessage 102 0 from 0\nmessage 102 0 from 0\nmessage 106 0 from 0\n");
+    EXPECT_EQ(
+        folder.Read("Log.txt"),
+        "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from 0\nmessage "
+        "104 0 from 0\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 106 0 from 0\n");
 }
 
 TEST_F(SessionTest, AFrameMovesTheAircraftAndRunsThePlugin) {
@@ -63,8 +67,46 @@ TEST_F(SessionTest, ReloadingStartsThePluginAfresh) {
     session.ReloadPlugin();
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0);
     EXPECT_EQ(folder.Read("Log.txt"),
-              "start\nenable\nmessage 102 0 from 0\ndisable\nstop\n"
-              "start\nenable\nmessage 102 0 from 0\n");
+              "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
+              "0\nmessage 104 0 from 0\ndisable\nstop\n"
+              "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
+              "0\nmessage 104 0 from 0\n");
+}
+
+TEST_F(SessionTest, APluginsRequestForAReloadIsMetAfterTheFrame) {
+    Session session(options());
+    session.StartPlugin();
+    XPLMReloadPlugins();
+    session.RunFrame();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0);
+    session.RunFrame();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 1);
+}
+
+TEST_F(SessionTest, WhoHoldsAPluginsDatarefHoldsItAcrossAReload) {
+    Session session(options());
+    session.StartPlugin();
+    const XPLMDataRef counter = XPLMFindDataRef("fake/counter");
+    session.RunFrame();
+    EXPECT_EQ(XPLMGetDatai(counter), 1);
+    session.UnloadPlugin();
+    EXPECT_EQ(XPLMGetDatai(counter), 0);
+    EXPECT_EQ(XPLMIsDataRefGood(counter), 0);
+    session.StartPlugin();
+    session.RunFrame();
+    session.RunFrame();
+    EXPECT_EQ(XPLMGetDatai(counter), 2);
+}
+
+TEST_F(SessionTest, ADisabledPluginsFlightLoopWaits) {
+    Session session(options());
+    session.StartPlugin();
+    session.RunFrame();
+    session.Plugin().Disable();
+    session.RunFrame();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0) << "it is disabled";
+    session.Plugin().Enable();
+    EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 1);
 }
 
 TEST_F(SessionTest, APluginThatCannotBeUnloadedCannotBeReloaded) {
