@@ -31,16 +31,22 @@ FramePacer::FramePacer(double framesPerSecond)
     Restart();
 }
 
-void FramePacer::WaitForNextFrame() {
+double FramePacer::WaitForNextFrame() {
     if (secondsBetween(deadline, now()) > kMostLag) {
-        Restart();
+        deadline = now();
     }
     ::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr);
     deadline = later(deadline, periodNanoseconds);
+    const timespec begin = now();
+    const double period = static_cast<double>(periodNanoseconds) / kNanosecondsPerSecond;
+    const double passed = frameBegin.has_value() ? secondsBetween(*frameBegin, begin) : period;
+    frameBegin = begin;
+    return passed;
 }
 
 void FramePacer::Restart() {
     deadline = now();
+    frameBegin.reset();
 }
 
 } // namespace headless

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ctime>
+#include <optional>
 
 namespace headless {
 
@@ -12,8 +13,9 @@ class FramePacer final {
 public:
     explicit FramePacer(double framesPerSecond);
 
-    // Sleeps until the next frame is due; less when a signal comes.
-    void WaitForNextFrame();
+    // Sleeps until the next frame is due; less when a signal comes. Returns the seconds since the
+    // frame before began, or the period for the first frame after a restart.
+    double WaitForNextFrame();
     // The next frame is due now.
     void Restart();
 
@@ -22,6 +24,7 @@ private:
 
     long long periodNanoseconds;
     timespec deadline{};
+    std::optional<timespec> frameBegin;
 };
 
 } // namespace headless

@@ -16,6 +16,7 @@ MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions)
       pacer(sessionOptions.framesPerSecond) {}
 
 void MainLoop::Run() {
+    session.Simulator().Clock().SetRealTime(!options.paused);
     pacer.Restart();
     while (!isOver()) {
         if (options.console) {
@@ -29,9 +30,14 @@ void MainLoop::Run() {
             pacer.Restart();
             continue;
         }
-        pacer.WaitForNextFrame();
-        if (!stopSignal.Received()) {
+        const double passed = pacer.WaitForNextFrame();
+        if (stopSignal.Received()) {
+            return;
+        }
+        if (options.paused) {
             session.RunFrame();
+        } else {
+            session.RunFrame(passed);
         }
     }
 }

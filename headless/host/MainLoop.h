@@ -13,6 +13,9 @@ namespace headless {
 // With a console, lines come from standard input and replies go to standard output between frames;
 // while the session is paused nothing runs but what the console asks for. The end of the input ends
 // the run.
+//
+// The plugin's clock is the wall clock; a frame that came late is longer. A run that begins paused
+// has simulated time alone, in which all frames are equal.
 class MainLoop final {
 public:
     // Signals are handled from here on.

@@ -6,9 +6,17 @@
 #include "headless/xplm/planes/Aircraft.h"
 #include "headless/xplm/scenery/Terrain.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace headless {
+
+namespace {
+
+// Seconds.
+constexpr double kLongestStep = 0.05;
+
+} // namespace
 
 Session::Session(const SessionOptions& sessionOptions)
     : options(sessionOptions), paused(sessionOptions.paused) {
@@ -63,9 +71,9 @@ void Session::UnloadAircraft() {
     simulator.Aircraft().TellUnloaded();
 }
 
-void Session::RunFrame() {
-    const double seconds = 1.0 / options.framesPerSecond;
-    flightModel->Advance(seconds);
+void Session::RunFrame(double seconds) {
+    // After a frame that took long the aircraft flies on slower, as the simulator's does.
+    flightModel->Advance(std::min(seconds, std::max(kLongestStep, 1.0 / options.framesPerSecond)));
     DatarefNumber(simulator.Datarefs().Lookup("sim/time/total_running_time_sec"))
         .Set(simulator.Clock().Now() + seconds);
     const auto before = std::chrono::steady_clock::now();

@@ -46,9 +46,10 @@ public:
     void LoadAircraft(const std::string& description);
     void UnloadAircraft();
 
-    // One frame: the aircraft moves, then the plugin has its turn. A plugin that asked for a reload
-    // gets it after that.
-    void RunFrame();
+    // One frame of the usual length, or of so many seconds: the aircraft moves, then the plugin has
+    // its turn. A plugin that asked for a reload gets it after that.
+    void RunFrame() { RunFrame(1.0 / options.framesPerSecond); }
+    void RunFrame(double seconds);
 
     bool IsPaused() const { return paused; }
     void SetPaused(bool pause) { paused = pause; }

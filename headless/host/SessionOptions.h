@@ -24,6 +24,8 @@ struct SessionOptions {
     int world = kUsualWorld.number;
     // Elevation of the ground, in metres above mean sea level.
     double groundMetres = 0.0;
+    // Give up a callback that takes as many seconds.
+    std::optional<double> watchdogSeconds{};
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;

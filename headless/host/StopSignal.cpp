@@ -15,8 +15,13 @@ namespace {
 volatile std::sig_atomic_t received = 0;
 volatile std::sig_atomic_t wakeDescriptor = -1;
 
-extern "C" void onStopSignal(int /*number*/) {
+extern "C" void onStopSignal(int number) {
     const int interrupted = errno;
+    if (received != 0) {
+        // Delivered as soon as this handler returns.
+        ::signal(number, SIG_DFL);
+        ::raise(number);
+    }
     received = 1;
     const std::uint64_t one = 1;
     // The counter cannot be full after one signal or a few; nothing to do if it were.

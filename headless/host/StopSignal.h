@@ -5,7 +5,8 @@
 namespace headless {
 
 // Turns SIGINT and SIGTERM into a flag and a readable file descriptor for the object's life, so
-// that a run ends in order. One at a time in a process.
+// that a run ends in order. A second one ends the process at once, since a plugin may hang. One at
+// a time in a process.
 class StopSignal final {
 public:
     // Throws std::system_error when the system has no descriptor left.

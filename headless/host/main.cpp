@@ -3,6 +3,7 @@
 #include "headless/host/AbortReport.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
+#include "headless/host/Watchdog.h"
 #include "headless/world/TextLines.h"
 #include "headless/xplm/FunctionTable.h"
 
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -54,6 +56,9 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
         ->check(CLI::Range(0.0, kMaxDurationSeconds));
     app.add_option("--log", options.logFile, "Where the simulator's log is written")
         ->capture_default_str();
+    app.add_option("--watchdog", options.watchdogSeconds,
+                   "End a plugin that is longer than so many seconds in a callback")
+        ->check(CLI::Range(0.1, kMaxDurationSeconds));
     app.add_flag("--console", options.console, "Take commands from standard input");
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
@@ -91,6 +96,10 @@ int complain(const std::exception& error, int status) {
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
     const headless::AbortReport abortReport(session.Simulator().Log(), options.plugin);
+    std::optional<headless::Watchdog> watchdog;
+    if (options.watchdogSeconds.has_value()) {
+        watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
+    }
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
     headless::MainLoop loop(session, options);
     session.StartPlugin();

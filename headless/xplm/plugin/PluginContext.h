@@ -3,6 +3,7 @@
 #include "XPLMDefs.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace headless {
@@ -20,6 +21,7 @@ public:
         // The name of the callback is kept by address.
         Call(PluginContext& pluginContext, XPLMPluginID called, const char* callbackName)
             : context(pluginContext), plugin(context.plugin), callback(context.callback) {
+            ++context.calls;
             context.plugin = called;
             context.callback = callbackName;
         }
@@ -41,6 +43,9 @@ public:
     // For people: "flight loop", "XPluginStart"; "none" outside of calls.
     const char* Callback() const { return callback; }
 
+    // Calls are counted from 1.
+    std::uint64_t CallNumber() const { return calls; }
+
     bool IsActive(XPLMPluginID asked) const {
         const auto index = static_cast<std::size_t>(asked < 0 ? 0 : asked);
         return index >= inactive.size() || !inactive[index];
@@ -56,6 +61,7 @@ public:
 private:
     XPLMPluginID plugin = XPLM_PLUGIN_XPLANE;
     const char* callback = "none";
+    std::uint64_t calls = 0;
     // By plugin id; those beyond the end are active.
     std::vector<bool> inactive;
 };

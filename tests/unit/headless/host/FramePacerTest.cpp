@@ -25,3 +25,14 @@ TEST(FramePacerTest, RestartMakesTheNextFrameDueNow) {
     pacer.WaitForNextFrame();
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
 }
+
+TEST(FramePacerTest, TellsHowLongAFrameWas) {
+    FramePacer pacer(100.0);
+    EXPECT_EQ(pacer.WaitForNextFrame(), 0.01) << "the first one has the usual length";
+    const auto start = Clock::now();
+    while (Clock::now() - start < std::chrono::milliseconds(30)) {
+    }
+    EXPECT_GE(pacer.WaitForNextFrame(), 0.03);
+    pacer.Restart();
+    EXPECT_EQ(pacer.WaitForNextFrame(), 0.01);
+}

@@ -88,6 +88,23 @@ TEST_F(HeadlessSimTest, ASignalEndsAPausedRunToo) {
     EXPECT_THAT(output, StartsWith("frames 0, "));
 }
 
+TEST_F(HeadlessSimTest, ASecondSignalEndsARunThatHangs) {
+    EXPECT_EQ(runAndSignal(HANGING_PLUGIN,
+                           "INT $pid; for i in $(seq 500); do kill -INT $pid; done; kill -0"),
+              -SIGINT);
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(HeadlessSimTest, TheWatchdogNamesThePluginThatHangs) {
+    EXPECT_EQ(run("--watchdog 0.2 " HANGING_PLUGIN), 5);
+    EXPECT_THAT(errors, StartsWith("headless-sim: " HANGING_PLUGIN
+                                   ": the plugin does not come back from its flight loop; it is "
+                                   "here:\n"));
+    EXPECT_THAT(errors, HasSubstr("hanging_plugin.xpl("));
+    EXPECT_EQ(run("--watchdog 0.2 --duration 0.5 " FAKE_PLUGIN), 0);
+    EXPECT_EQ(errors, "");
+}
+
 TEST_F(HeadlessSimTest, TheLastLineBeforeAnAbortIsInTheLog) {
     EXPECT_EQ(run(ABORTING_PLUGIN " --duration 1"), -SIGABRT);
     EXPECT_EQ(folder.Read("Log.txt"), "the last line\n");

@@ -1,0 +1,34 @@
+// A plugin that does not come back from its flight loop, after a line in the log.
+
+#include "XPLMDefs.h"
+#include "XPLMProcessing.h"
+#include "XPLMUtilities.h"
+
+#include <cstring>
+
+namespace {
+
+float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void* /*refcon*/) {
+    XPLMDebugString("message: it hangs\n");
+    const volatile bool hangs = true;
+    while (hangs) {
+    }
+    return 0.0F;
+}
+
+} // namespace
+
+PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::strcpy(outName, "Hanging");
+    std::strcpy(outSignature, "headless.tests.hanging");
+    std::strcpy(outDescription, "Never comes back.");
+    XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
+    return 1;
+}
+
+PLUGIN_API void XPluginStop(void) {}
+PLUGIN_API int XPluginEnable(void) {
+    return 1;
+}
+PLUGIN_API void XPluginDisable(void) {}
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}
