@@ -89,8 +89,7 @@ class AnyClient(Generic[S]):
 
         connected: after each new connection with its declarations, but for the first one.
         disconnected: with the reason, when the connection was lost, or given up because of an
-        answer
-            that was wrong or late. Not for `close` and `reconnect`.
+            answer that was wrong or late. Not for `close` and `reconnect`.
         not_released: with the names of commands that are still down, since nobody was reached who
             could end them. Without it they are told as a NotReleasedWarning.
         """

@@ -6,7 +6,7 @@ from typing import Iterable, Tuple
 
 from orvane._core.frames import ByteReader
 from orvane.tarnel.definitions import INPUT_SIZE, OUTPUT_SIZE, Definitions
-from orvane.tarnel.inputs import ConditionType, Input
+from orvane.tarnel.inputs import ConditionType, Input, is_float, range_names, repeat_ms
 from orvane.tarnel.outputs import Output
 
 _IDENTIFICATION = 0x44332211
@@ -77,7 +77,7 @@ def data_request(items: Iterable[Tuple[int, int]]) -> bytes:
 def _input_record(input: Input) -> bytes:
     int_minimum, int_maximum = input.scaled_by_int_range or (0, 0)
     float_minimum, float_maximum = input.scaled_by_float_range or (0.0, 0.0)
-    range_minimum, range_maximum = input.range_names or ("", "")
+    range_minimum, range_maximum = range_names(input) or ("", "")
     scaling, range_type, range_element = _scaling(input)
     condition, name, type, element = _condition(input)
     fixed = 0 if input.fixed is None else input.fixed
@@ -86,8 +86,8 @@ def _input_record(input: Input) -> bytes:
         0,
         0,
         input.element,
-        0 if input.is_float else int(fixed),
-        input.repeat_ms,
+        0 if is_float(input) else int(fixed),
+        repeat_ms(input),
         int_minimum,
         int_maximum,
         input.type,
@@ -95,7 +95,7 @@ def _input_record(input: Input) -> bytes:
         range_type,
         range_element,
         condition,
-        fixed if input.is_float else 0.0,
+        fixed if is_float(input) else 0.0,
         float_minimum,
         float_maximum,
         input.fixed is not None,

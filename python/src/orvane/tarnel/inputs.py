@@ -68,13 +68,12 @@ class Input:
 
     Others:
 
-    - `fixed`: the target gets this instead of what is sent. An element of an int array always gets
-    1
-      then, so that nothing else is accepted for it.
+    - `fixed`: the target gets this instead of what is sent. An element of an int array always
+      gets 1 then, so that nothing else is accepted for it.
     - `held`: a command begins with the first 1 and ends with the first other value. The client
       releases what is left over.
-    - `repeated_every`: seconds for which further 1s of a command that is not held are ignored; at
-      least 0.001, in whole milliseconds.
+    - `repeated_every`: seconds for which further 1s of a command that is not held are ignored;
+      at least 0.001, in whole milliseconds.
 
     ValueError for what the server would silently read as something else. A name that the simulator
     does not know cannot be noticed: the input has no effect.
@@ -119,15 +118,6 @@ class Input:
         self._check_fixed()
         self._check_command()
 
-    @property
-    def is_float(self) -> bool:
-        return self.type in (TargetType.FLOAT, TargetType.FLOAT_ELEMENT)
-
-    @property
-    def repeat_ms(self) -> int:
-        """The repeat interval in milliseconds, 0 for none."""
-        return round((self.repeated_every or 0) * 1000)
-
     def _find_target(self) -> None:
         targets = {
             TargetType.INT: self.to_int,
@@ -153,7 +143,7 @@ class Input:
         )
         count = sum(scaling is not None for scaling in scalings)
         self._refuse_unless(count <= 1, "has more than one scaling")
-        self._refuse_unless(count == 0 or self.is_float, "is not a float and cannot be scaled")
+        self._refuse_unless(count == 0 or is_float(self), "is not a float and cannot be scaled")
         if self.scaled_by_int_range is not None:
             minimum, maximum = self.scaled_by_int_range
             check_int32(minimum, f"the minimum of {self.target}")
@@ -162,22 +152,15 @@ class Input:
             self._refuse_unless(maximum - minimum in INT32, "has a range wider than 32 bits")
         for end in self.scaled_by_float_range or ():
             check_float32(end, f"an end of the range of {self.target}")
-        for name in self.range_names:
+        for name in range_names(self):
             check_name(name)
         if self.scaled_by_dataref_elements is not None:
-            check_element(self.scaled_by_dataref_elements[2], self.range_names[0])
-
-    @property
-    def range_names(self) -> Tuple[str, ...]:
-        """The datarefs of the range, if it has some."""
-        if self.scaled_by_dataref_elements is not None:
-            return self.scaled_by_dataref_elements[:2]
-        return self.scaled_by_datarefs or ()
+            check_element(self.scaled_by_dataref_elements[2], range_names(self)[0])
 
     def _check_fixed(self) -> None:
         if self.fixed is None:
             return
-        if self.is_float:
+        if is_float(self):
             check_float32(self.fixed, f"the fixed value of {self.target}")
             return
         check_int32(self.fixed, f"the fixed value of {self.target}")
@@ -194,6 +177,22 @@ class Input:
         self._refuse_unless(is_command, "is not a command and cannot be repeated")
         self._refuse_unless(not self.held, "is held and cannot have a repeat interval")
         self._refuse_unless(
-            1 <= self.repeat_ms < 2**31,
+            1 <= repeat_ms(self) < 2**31,
             f"cannot have a repeat interval of {self.repeated_every} seconds",
         )
+
+
+def is_float(input: Input) -> bool:
+    return input.type in (TargetType.FLOAT, TargetType.FLOAT_ELEMENT)
+
+
+def range_names(input: Input) -> Tuple[str, ...]:
+    """The datarefs of the range, if it has some."""
+    if input.scaled_by_dataref_elements is not None:
+        return input.scaled_by_dataref_elements[:2]
+    return input.scaled_by_datarefs or ()
+
+
+def repeat_ms(input: Input) -> int:
+    """The repeat interval in milliseconds, 0 for none."""
+    return round((input.repeated_every or 0) * 1000)

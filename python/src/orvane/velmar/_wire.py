@@ -164,15 +164,22 @@ def _state(byte: int) -> CommandState:
 
 
 def _decode(dataref: Dataref, data: bytes) -> Value:
-    code = dataref.type.element_code
+    code = _code(dataref.type)
     if dataref.type.is_array:
         return array_from(code, data)
     value: Value = struct.unpack(f"<{code}", data)[0]
     return value
 
 
+def _code(type: Type) -> str:
+    """Of its numbers, as `struct` and `array` know them."""
+    if type is Type.BYTE:
+        return "B"
+    return "i" if type in (Type.INT, Type.INT_ARRAY) else "f"
+
+
 def _encode(dataref: Dataref, value: Writable) -> bytes:
-    code = dataref.type.element_code
+    code = _code(dataref.type)
     what = f"the value for {dataref.name}"
     if not dataref.type.is_array:
         _check_number(dataref.type, value, what)

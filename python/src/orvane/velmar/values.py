@@ -36,13 +36,6 @@ class Type(enum.IntEnum):
     def is_array(self) -> bool:
         return self in (Type.INT_ARRAY, Type.FLOAT_ARRAY)
 
-    @property
-    def element_code(self) -> str:
-        """Of its numbers, as `struct` and `array` know them."""
-        if self is Type.BYTE:
-            return "B"
-        return "i" if self in (Type.INT, Type.INT_ARRAY) else "f"
-
 
 class Action(enum.IntEnum):
     """What is done with a command."""
