@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 #include <variant>
 
@@ -84,10 +85,11 @@ Record DriveOutput::recordOf(const Exchange& exchange) const {
 
 std::string DriveOutput::textOf(const Record& record) const {
     std::string text = fmt::format("{:.3f}", record.at("time").get<double>());
+    auto field = std::next(record.begin());
     for (const ProfileOutput& output : profile.outputs) {
-        text += fmt::format(" {}={}", output.name, fieldText(output.name, record.at(output.name)));
+        text += fmt::format(" {}={}", output.name, fieldText(output.name, *field++));
     }
-    const Record& aircraft = record.at(kAircraftId);
+    const Record& aircraft = *field;
     return text + fmt::format(" {}={}", kAircraftId,
                               aircraft.is_null() ? "none" : fieldText(kAircraftId, aircraft));
 }

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace orvane::tool {
@@ -68,9 +69,15 @@ double inThousandths(double number) {
 
 std::string csvLine(const std::vector<std::string>& columns, const Record& record) {
     std::string line;
+    // Most records have their fields in the order of the columns, where nothing is to be looked
+    // for.
+    auto next = record.begin();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         line += i == 0 ? "" : ",";
-        line += quoted(fieldText(columns[i], record.value(columns[i], Record())));
+        const bool isNext = next != record.end() && next.key() == columns[i];
+        const auto field = isNext ? next : record.find(columns[i]);
+        line += field == record.end() ? "" : quoted(fieldText(columns[i], *field));
+        next = field == record.end() ? next : std::next(field);
     }
     return line;
 }
