@@ -121,7 +121,7 @@ void expectReply(ByteReader& reader, const WireWords& words, const VectorDataref
         const velmar::Dataref& dataref = datarefs.begin()->second;
         EXPECT_THROW(type == "read"
                          ? static_cast<void>(wire::readReadReply(reader, number, dataref))
-                         : wire::readUnregisterCommandReply(reader, number),
+                         : static_cast<void>(wire::readUnregisterCommandReply(reader, number)),
                      UnexpectedAnswer);
         reader.readUInt32(); // what the failure is of
     }

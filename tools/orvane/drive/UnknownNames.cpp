@@ -38,22 +38,12 @@ Names unknownDatarefs(velmar::Client& client, const Names& names) {
 }
 
 Names unknownCommands(velmar::Client& client, const Names& names) {
-    std::vector<std::string> left(names.begin(), names.end());
-    Names unknown;
-    while (!left.empty()) {
-        try {
-            client.registerCommands(left);
-            break;
-        } catch (const Refused& refused) {
-            const auto one = std::find(left.begin(), left.end(), refused.refusedName());
-            if (one == left.end()) {
-                throw;
-            }
-            unknown.insert(*one);
-            left.erase(left.begin(), one + 1);
-        }
+    try {
+        client.registerCommands(std::vector<std::string>(names.begin(), names.end()));
+        return {};
+    } catch (const Refused& refused) {
+        return {refused.refusedNames().begin(), refused.refusedNames().end()};
     }
-    return unknown;
 }
 
 } // namespace
