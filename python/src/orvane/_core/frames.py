@@ -1,7 +1,7 @@
 """Answers as they come: a length, and that many bytes."""
 
 import struct
-from typing import Optional
+from typing import List, Optional
 
 _WORD = struct.Struct("<I")
 _HEADER_SIZE = 4
@@ -24,7 +24,9 @@ class FrameReader:
 
     def __init__(self, most: int) -> None:
         self._most = most
-        self._bytes = bytearray()
+        # Nearly always one, which is not copied to be put together.
+        self._pieces: List[bytes] = []
+        self._count = 0
         self._size: Optional[int] = None
 
     def feed(self, data: bytes) -> Optional[bytes]:
@@ -32,21 +34,17 @@ class FrameReader:
 
         UnexpectedAnswer: it is longer than it may be, or something follows it.
         """
-        self._bytes += data
+        self._pieces.append(data)
+        self._count += len(data)
         if self._size is None:
-            if len(self._bytes) < _HEADER_SIZE:
+            if self._count < _HEADER_SIZE:
                 return None
-            length: int = _WORD.unpack_from(self._bytes)[0]
-            if length > self._most:
-                raise UnexpectedAnswer(
-                    f"an answer of at most {count_of_bytes(self._most)}", count_of_bytes(length)
-                )
-            self._size = _HEADER_SIZE + length
-        if len(self._bytes) > self._size:
+            self._size = _HEADER_SIZE + self._read_length()
+        if self._count > self._size:
             raise UnexpectedAnswer("silence after the answer", "bytes")
-        if len(self._bytes) < self._size:
+        if self._count < self._size:
             return None
-        return bytes(memoryview(self._bytes)[_HEADER_SIZE:])
+        return b"".join(self._pieces)[_HEADER_SIZE:]
 
     @property
     def expected(self) -> str:
@@ -57,14 +55,20 @@ class FrameReader:
 
     @property
     def has_begun(self) -> bool:
-        return bool(self._bytes)
+        return self._count > 0
 
     @property
     def got(self) -> str:
         """What it has got of that."""
-        if self._size is None:
-            return count_of_bytes(len(self._bytes))
-        return count_of_bytes(len(self._bytes) - _HEADER_SIZE)
+        return count_of_bytes(self._count - (_HEADER_SIZE if self._size is not None else 0))
+
+    def _read_length(self) -> int:
+        length: int = _WORD.unpack_from(b"".join(self._pieces))[0]
+        if length > self._most:
+            raise UnexpectedAnswer(
+                f"an answer of at most {count_of_bytes(self._most)}", count_of_bytes(length)
+            )
+        return length
 
 
 class ByteReader:

@@ -92,7 +92,8 @@ class Link:
 
         NotRepeated: it was not done, or nobody knows.
         """
-        yield from self._ensure_connected(doing)
+        if not self.is_connected:
+            yield from self._connect_for(doing)
         try:
             return (yield from self._attempt(doing, work))
         except ProtocolError:
@@ -111,9 +112,7 @@ class Link:
             yield from self._connect_anew(1)
         return (yield from self._attempt(doing, work))
 
-    def _ensure_connected(self, doing: str) -> Plan[None]:
-        if self.is_connected:
-            return
+    def _connect_for(self, doing: str) -> Plan[None]:
         if self.options.on_loss is OnLoss.THROW:
             raise ClosedError(
                 f"{self.place(doing)}expected a connection, got none: it was closed before"

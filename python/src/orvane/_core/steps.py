@@ -6,8 +6,7 @@ as `Cancelled`, or as whatever interrupts the program. The plan may then yield f
 clean up. All times are those of `time.monotonic`, in seconds.
 """
 
-from dataclasses import dataclass
-from typing import Generator, Optional, TypeVar, Union
+from typing import Generator, NamedTuple, Optional, TypeVar, Union
 
 T = TypeVar("T")
 
@@ -20,16 +19,14 @@ class Cancelled(Exception):
     """The client's `cancelled` has said so."""
 
 
-@dataclass(frozen=True)
-class Limit:
+class Limit(NamedTuple):
     """Until when a step may take, and whether `cancelled` ends it."""
 
     deadline: float
     is_cancellable: bool = True
 
 
-@dataclass(frozen=True)
-class Connect:
+class Connect(NamedTuple):
     """Makes a connection; there is none."""
 
     host: str
@@ -37,35 +34,30 @@ class Connect:
     limit: Limit
 
 
-@dataclass(frozen=True)
-class Send:
+class Send(NamedTuple):
     """Sends all the bytes, in one call as far as the system takes them."""
 
     data: bytes
     limit: Limit
 
 
-@dataclass(frozen=True)
-class Receive:
+class Receive(NamedTuple):
     """Waits for bytes. No bytes mean the end of the connection."""
 
     limit: Limit
 
 
-@dataclass(frozen=True)
-class Look:
+class Look(NamedTuple):
     """What has arrived without being asked for: None if nothing has, no bytes if the end has."""
 
 
-@dataclass(frozen=True)
-class Wait:
+class Wait(NamedTuple):
     """Waits until the deadline, which is no failure."""
 
     limit: Limit
 
 
-@dataclass(frozen=True)
-class Close:
+class Close(NamedTuple):
     """Closes the connection, if there is one."""
 
 
