@@ -46,7 +46,10 @@ void fly(tarnel::Client& client, double secondsToFly) {
 int main(int argc, char** argv) {
     orvane::Options options;
     options.host = argc > 1 ? argv[1] : options.host;
+    options.onStart = orvane::OnStart::Wait;
+    options.backoff.within = std::chrono::hours(24);
     const double seconds = argc > 2 ? std::atof(argv[2]) : 10.0;
+    std::fprintf(stderr, "waiting for the simulator at %s\n", options.host.c_str());
     try {
         tarnel::Client client(options);
         tarnel::Definitions definitions;

@@ -40,7 +40,10 @@ void show(velmar::Client& client, double secondsToShow) {
 int main(int argc, char** argv) {
     orvane::Options options;
     options.host = argc > 1 ? argv[1] : options.host;
+    options.onStart = orvane::OnStart::Wait;
+    options.backoff.within = std::chrono::hours(24);
     const double seconds = argc > 2 ? std::atof(argv[2]) : 10.0;
+    std::fprintf(stderr, "waiting for the simulator at %s\n", options.host.c_str());
     try {
         velmar::Client client(options);
         for (const std::string& name : kNames) {

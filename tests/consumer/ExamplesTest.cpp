@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "e2e/SimulatorProcess.h"
+#include "e2e/ToolRun.h"
+#include "support/Deadline.h"
 #include "support/TemporaryDirectory.h"
 #include "support/Text.h"
 
@@ -16,9 +20,25 @@ class ExamplesTest : public testing::Test {
 protected:
     ExamplesTest() {
         directory.MakePluginsFolder();
+        fly();
+    }
+
+    void fly() {
         simulator = std::make_unique<SimulatorProcess>(std::vector<std::string>{"--hz", "200"});
         simulator->Ask("aircraft load Test aircraft");
         simulator->Ask("run");
+    }
+
+    // Until the simulator has seen so many begins and ends of the brakes.
+    void waitForBrakes(const std::string& begun, const std::string& ended) {
+        std::string events;
+        EXPECT_TRUE(
+            driveUntil([&] { events = simulator->Ask("events sim/flight_controls/brakes_max"); },
+                       [&] {
+                           return events.find(" begin=" + begun + " ") != std::string::npos &&
+                                  events.find(" end=" + ended + " ") != std::string::npos;
+                       }))
+            << events;
     }
 
     static std::vector<std::string> example(const std::string& call) {
@@ -61,6 +81,25 @@ TEST_F(ExamplesTest, TheForceFollowsYokeAndSpeed) {
     const float knots = get("sim/cockpit2/gauges/indicators/airspeed_kts_pilot");
     const float force = get("kyr/example/pitch_force");
     EXPECT_NEAR(force, -0.5F * (knots / 110) * (knots / 110) * 120, 10.0F);
+}
+
+TEST_F(ExamplesTest, TheButtonHoldsTheBrakesAcrossARestartAndLetsGoAtCtrlC) {
+    simulator.reset();
+    ToolSetting setting;
+    setting.program = std::string(EXAMPLES_FOLDER) + "/held_button";
+    ToolRun button({}, setting);
+    button.WaitForOut("waiting for the simulator at 127.0.0.1\n");
+    fly();
+    waitForBrakes("1", "0");
+    simulator.reset();
+    button.WaitForOut("127.0.0.1:48000: exchanging values: ");
+    fly();
+    button.WaitForOut("connected again\n");
+    waitForBrakes("1", "1"); // what the new simulator never held is let go there, and then held
+    button.Signal(SIGINT);
+    const ToolResult result = button.Wait();
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    waitForBrakes("1", "2");
 }
 
 TEST_F(ExamplesTest, ThePageHasProgramsThatRun) {

@@ -103,7 +103,8 @@ ToolRun::~ToolRun() {
 }
 
 void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setting) {
-    arguments.insert(arguments.begin(), ORVANE_TOOL);
+    const std::string program = setting.program.empty() ? ORVANE_TOOL : setting.program;
+    arguments.insert(arguments.begin(), program);
     std::vector<std::string> environment = environmentOf(setting);
     const Channel outChannel = setting.hasTerminal ? makeTerminal() : makePipe();
     const Channel errChannel = setting.hasErrTerminal ? makeTerminal() : makePipe();
@@ -124,14 +125,14 @@ void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setti
     if (setting.hasTerminal) {
         check(posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP), "process group");
     }
-    const int error = posix_spawn(&pid, ORVANE_TOOL, &actions, &attributes,
+    const int error = posix_spawn(&pid, program.c_str(), &actions, &attributes,
                                   pointersTo(arguments).data(), pointersTo(environment).data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     ::close(input);
     ::close(outChannel.theirs);
     ::close(errChannel.theirs);
-    check(error, ORVANE_TOOL);
+    check(error, program.c_str());
 }
 
 void ToolRun::WaitForOut(const std::string& text, const std::function<void()>& step) {

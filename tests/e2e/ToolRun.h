@@ -28,9 +28,11 @@ struct ToolSetting {
     // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed
     // on.
     std::vector<std::string> environment;
+    // Instead of `orvane`.
+    std::string program{};
 };
 
-// A run of the real `orvane`.
+// A run of the real `orvane`, or of another program.
 //
 // Nothing hangs: what waits gives up after a deadline with an exception, and the process is gone
 // after the destructor.
