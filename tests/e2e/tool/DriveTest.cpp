@@ -304,8 +304,8 @@ TEST_F(DriveTest, DrivesNamesThatItsOwnOutputsMake) {
     const ToolResult result = drive({"-n", "1", "--strict"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(withoutTimes(result.out),
-              "T knob=0 button=false aircraft=B9852EB1\n"
-              "T knob=7 button=true aircraft=B9852EB1\n");
+              "T knob=0 button=false aircraft_id=0xB9852EB1\n"
+              "T knob=7 button=true aircraft_id=0xB9852EB1\n");
 }
 
 TEST_F(DriveTest, DrivesThemStillWhenTheSimulatorIsBack) {
@@ -317,7 +317,7 @@ TEST_F(DriveTest, DrivesThemStillWhenTheSimulatorIsBack) {
     const std::size_t before = run.Out().size();
     fly();
     run.WaitForErr("orvane: connected again\n");
-    run.WaitForOut("knob=7 button=true aircraft=B9852EB1", before);
+    run.WaitForOut("knob=7 button=true aircraft_id=0xB9852EB1", before);
     run.Signal(SIGINT);
     EXPECT_EQ(run.Wait().exitCode, 0);
 }
@@ -388,8 +388,8 @@ TEST_F(DriveTableTest, GivesWayToPlainLinesWhereTheyAreWanted) {
     const ToolResult result = runTool({"drive", "p.toml", "-n", "2", "--plain"}, terminal());
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(withoutTimes(result.out),
-              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n"
-              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
+              "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n"
+              "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n");
 }
 
 TEST_F(DriveTableTest, GivesWayToLinesWhereTheCursorCannotBeMoved) {
@@ -397,7 +397,7 @@ TEST_F(DriveTableTest, GivesWayToLinesWhereTheCursorCannotBeMoved) {
     setting.environment = {"TERM=dumb"};
     const ToolResult result = runTool({"drive", "p.toml", "-n", "1"}, setting);
     EXPECT_EQ(withoutTimes(result.out),
-              "T position=0 lamps=3,4 button=false aircraft=B9852EB1\r\n");
+              "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n");
 }
 
 TEST_F(DriveTest, EndsTheStatusOfAFileBeforeAMessage) {
