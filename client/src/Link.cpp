@@ -35,13 +35,23 @@ auto Link::releasingIfCancelled(Call call) {
     try {
         return call();
     } catch (const CancelledError& cancelled) {
+        std::string text = cancelled.what();
         try {
             release();
         } catch (const Error& error) {
-            throw CancelledError(std::string(cancelled.what()) + "; " + error.what());
+            text += std::string("; ") + error.what();
         }
-        throw;
+        connection.reset();
+        throw CancelledError(text);
     }
+}
+
+void Link::waitUntil(Clock::time_point moment, const std::string& doing) {
+    releasingIfCancelled([&] {
+        if (sleepUntil(moment, options.cancelled) == Waited::Cancelled) {
+            throw CancelledError(place(doing) + "was cancelled");
+        }
+    });
 }
 
 Link::Outcome Link::carryOut(const std::string& doing, Repeat repeat, const Work& work) {

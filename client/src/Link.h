@@ -45,6 +45,9 @@ public:
     // says what is.
     Outcome carryOut(const std::string& doing, Repeat repeat, const Work& work);
 
+    // Lets time pass; CancelledError.
+    void waitUntil(Clock::time_point moment, const std::string& doing);
+
     // With back-off. ConnectError when its time is over; ProtocolError, Refused and CancelledError
     // at once. Declarations that are torn get a second try.
     void reconnect();

@@ -211,6 +211,43 @@ TEST_F(VelmarLibraryTest, RunsAndFollowsCommands) {
     EXPECT_NE(simulator->Ask("events test/once").find("begin=2"), std::string::npos);
 }
 
+TEST_F(VelmarLibraryTest, CallsBackWithWhatChanges) {
+    velmar::Client client(options());
+    client.registerDataref({"test/int", velmar::Type::Int});
+    client.registerDataref({"test/float", velmar::Type::Float});
+    const std::vector<std::string> names{"test/int", "test/float"};
+    std::vector<velmar::Changes> calls;
+    client.changes(names, 1000, 0.5, [&](const velmar::Changes& changes) {
+        calls.push_back(changes);
+        if (calls.size() == 1) {
+            client.write("test/float", 0.25F); // too little
+            client.write("test/int", 3);
+        } else if (calls.size() == 2) {
+            client.write("test/float", 0.75F);
+        }
+        return calls.size() < 3;
+    });
+    EXPECT_EQ(calls, (std::vector<velmar::Changes>{{{"test/int", 0}, {"test/float", 0.0F}},
+                                                   {{"test/int", 3}},
+                                                   {{"test/float", 0.75F}}}));
+}
+
+TEST_F(VelmarLibraryTest, EndsWaitingForChangesWhenItIsCancelled) {
+    bool isCancelled = false;
+    Options cancellable = options();
+    cancellable.cancelled = [&] { return isCancelled; };
+    velmar::Client client(cancellable);
+    client.registerDataref({"test/int", velmar::Type::Int});
+    const std::vector<std::string> names{"test/int"};
+    EXPECT_THROW(client.changes(names, 0.001, 0,
+                                [&](const velmar::Changes&) {
+                                    isCancelled = true;
+                                    return true;
+                                }),
+                 CancelledError);
+    EXPECT_FALSE(client.isConnected());
+}
+
 TEST_F(VelmarLibraryTest, ReadsALongListInSeveralRequests) {
     constexpr std::uint32_t kMost = 60'000;
     velmar::Client client(options());

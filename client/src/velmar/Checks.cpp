@@ -66,8 +66,8 @@ void checkName(std::string_view name) {
 void checkDataref(const Dataref& dataref) {
     checkName(dataref.name);
     if (dataref.type < Type::Int || dataref.type > Type::FloatArray) {
-        refuse(dataref.name + " has the type " +
-               std::to_string(static_cast<std::uint32_t>(dataref.type)) + ", which there is not");
+        refuse(dataref.name + " has unknown type " +
+               std::to_string(static_cast<std::uint32_t>(dataref.type)));
     }
     if (isArray(dataref.type) && (dataref.size < 1 || dataref.size > kMostElements)) {
         refuse("the array " + dataref.name + " has " + std::to_string(dataref.size) +
@@ -91,6 +91,17 @@ void checkValue(const Value& value, const Dataref& dataref) {
 void checkAction(Action action) {
     if (action < Action::Once || action > Action::End) {
         refuse("there is no action " + std::to_string(static_cast<unsigned int>(action)));
+    }
+}
+
+void checkChanges(double rate, double deadband) {
+    // The slowest that a clock of nanoseconds can count.
+    constexpr double kSlowestRate = 1e-9;
+    if (!(rate >= kSlowestRate)) {
+        refuse("a rate of " + std::to_string(rate) + " readings per second is not above 0");
+    }
+    if (!(deadband >= 0)) {
+        refuse("a deadband of " + std::to_string(deadband) + " is not 0 or above");
     }
 }
 

@@ -14,5 +14,7 @@ void checkDataref(const Dataref& dataref);
 // Whether a write of the value is one of this dataref.
 void checkValue(const Value& value, const Dataref& dataref);
 void checkAction(Action action);
+// The rate is in readings per second.
+void checkChanges(double rate, double deadband);
 
 } // namespace orvane::velmar

@@ -56,6 +56,11 @@ void Client::write(std::span<const std::pair<std::string, Value>> values) {
     session->write(values);
 }
 
+void Client::changes(std::span<const std::string> names, double rate, double deadband,
+                     const std::function<bool(const Changes&)>& changed) {
+    session->changes(names, rate, deadband, changed);
+}
+
 void Client::run(std::string_view name, Action action) {
     session->run(name, action);
 }

@@ -35,6 +35,8 @@ public:
     void unregisterCommand(std::string_view name);
     std::vector<Value> read(std::span<const std::string> names);
     void write(std::span<const std::pair<std::string, Value>> values);
+    void changes(std::span<const std::string> names, double rate, double deadband,
+                 const std::function<bool(const Changes&)>& changed);
     void run(std::string_view name, Action action);
     std::vector<CommandReport> poll();
     std::vector<CommandReport> pollPresses();

@@ -1,11 +1,13 @@
 // Reading, writing, running and polling: what happens on a connection where all is registered.
 
 #include <algorithm>
+#include <chrono>
 
 #include "ByteReader.h"
 #include "ByteWriter.h"
 #include "UnexpectedAnswer.h"
 #include "velmar/Batches.h"
+#include "velmar/ChangeFilter.h"
 #include "velmar/Checks.h"
 #include "velmar/Registering.h"
 #include "velmar/Releasing.h"
@@ -18,6 +20,7 @@ namespace {
 using detail::ByteReader;
 using detail::Bytes;
 using detail::ByteWriter;
+using detail::Clock;
 using detail::Connection;
 using detail::Link;
 using detail::Repeat;
@@ -97,6 +100,21 @@ void Client::Session::writeBatch(std::span<const std::pair<std::string, Value>> 
     });
     if (outcome == Link::Outcome::NotRepeated) {
         failNotRepeated(doing);
+    }
+}
+
+void Client::Session::changes(std::span<const std::string> names, double rate, double deadband,
+                              const std::function<bool(const Changes&)>& changed) {
+    checkChanges(rate, deadband);
+    const auto period =
+        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1.0 / rate));
+    ChangeFilter filter(deadband);
+    for (auto next = Clock::now();; next = std::max(next + period, Clock::now())) {
+        link.waitUntil(next, "waiting for the next reading");
+        const Changes found = filter.take(names, read(names));
+        if (!found.empty() && !changed(found)) {
+            return;
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -29,6 +30,9 @@ struct CommandReport {
     std::string name;
     CommandState state = CommandState::Up;
 };
+
+// Names and their new values.
+using Changes = std::vector<std::pair<std::string, Value>>;
 
 // Datarefs and commands by name. The numbers that the protocol knows them by are the client's
 // affair, as is cutting long lists into requests of a size that arrives whole.
@@ -77,6 +81,18 @@ public:
     // that it stays: the simulator drops what it cannot write, without a word.
     void write(std::string_view name, const Value& value);
     void write(std::span<const std::pair<std::string, Value>> values);
+
+    // Reads `rate` times a second until `changed` returns false, and calls it with what changed:
+    // the first time with all names, later with those that are more than `deadband` away from what
+    // it got last, in the unit of the dataref; of an array, if one of the elements is. With a
+    // deadband of 0, any difference counts. It may call the client, but not unregister one of the
+    // names or register it as another type.
+    //
+    // A rate that the simulator cannot keep up with becomes as fast as it can. Ends with what
+    // `read` throws, and with CancelledError also between two readings. std::invalid_argument: a
+    // rate that is not above 0, a deadband below 0.
+    void changes(std::span<const std::string> names, double rate, double deadband,
+                 const std::function<bool(const Changes&)>& changed);
 
     // What was begun stays down until it is ended: by the program, or in the end by the client, see
     // Options::releaseHeld. Begins nest: each needs an end of its own.
