@@ -14,7 +14,8 @@ namespace {
 std::string joined(const std::vector<std::string>& names) {
     std::string text;
     for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
+        text += text.empty() ? "" : ", ";
+        text += name;
     }
     return text;
 }

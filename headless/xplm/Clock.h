@@ -12,7 +12,9 @@ public:
     void Advance(double seconds) {
         now += seconds;
         ++frame;
-        frameBegin = std::chrono::steady_clock::now();
+        if (realTime) {
+            frameBegin = std::chrono::steady_clock::now();
+        }
     }
 
     // Seconds since the simulator was made, at the beginning of the frame.
@@ -20,7 +22,10 @@ public:
     // Frames since the simulator was made; the first frame is 1.
     std::int64_t Frame() const { return frame; }
 
-    void SetRealTime(bool on) { realTime = on; }
+    void SetRealTime(bool on) {
+        realTime = on;
+        frameBegin = std::chrono::steady_clock::now();
+    }
     // Seconds since the simulator was made, now.
     double Elapsed() const { return realTime ? now + secondsInFrame() : now; }
 
@@ -31,7 +36,7 @@ private:
 
     double now = 0.0;
     std::int64_t frame = 0;
-    std::chrono::steady_clock::time_point frameBegin = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::time_point frameBegin{};
     bool realTime = false;
 };
 

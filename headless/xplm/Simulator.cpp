@@ -21,6 +21,7 @@
 #include "headless/xplm/weather/Weather.h"
 #include "headless/xplm/widgets/WidgetTree.h"
 
+#include <bit>
 #include <utility>
 
 namespace headless {
@@ -258,7 +259,7 @@ void Simulator::tellOfNewDatarefs() {
         if (rooms->features.IsEnabledFor(plugin, Features::kDatarefNotifications)) {
             // The count is passed as the pointer itself.
             plugins.SendFromSimulator(plugin, XPLM_MSG_DATAREFS_ADDED,
-                                      reinterpret_cast<void*>(static_cast<intptr_t>(count)));
+                                      std::bit_cast<void*>(static_cast<intptr_t>(count)));
         }
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "headless/xplm/Outputs.h"
+
 namespace headless {
 
 // A rectangle of boxels; y counts upward.
@@ -14,6 +16,15 @@ struct Rectangle {
     bool Contains(int x, int y) const { return x >= left && x <= right && y >= bottom && y <= top; }
     bool operator==(const Rectangle&) const = default;
 };
+
+// Any output may be null.
+inline void giveRectangle(const Rectangle& rectangle, int* left, int* top, int* right,
+                          int* bottom) {
+    give(left, rectangle.left);
+    give(top, rectangle.top);
+    give(right, rectangle.right);
+    give(bottom, rectangle.bottom);
+}
 
 // The one monitor that there would be, and the mouse in the middle of it.
 constexpr Rectangle kScreen{0, 1080, 1920, 0};

@@ -13,11 +13,8 @@ using headless::Rectangle;
 namespace {
 
 void giveGeometry(const AvionicsDevice* device, int* left, int* top, int* right, int* bottom) {
-    const Rectangle geometry = device == nullptr ? Rectangle{} : device->geometry;
-    give(left, geometry.left);
-    give(top, geometry.top);
-    give(right, geometry.right);
-    give(bottom, geometry.bottom);
+    headless::giveRectangle(device == nullptr ? Rectangle{} : device->geometry, left, top, right,
+                            bottom);
 }
 
 void takeGeometry(AvionicsDevice* device, const Rectangle& geometry) {

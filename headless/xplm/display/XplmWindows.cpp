@@ -8,19 +8,13 @@
 #include <cstddef>
 
 using headless::give;
+using headless::giveRectangle;
 using headless::here;
 using headless::kScreen;
 using headless::Rectangle;
 using headless::Window;
 
 namespace {
-
-void giveRectangle(const Rectangle& rectangle, int* left, int* top, int* right, int* bottom) {
-    give(left, rectangle.left);
-    give(top, rectangle.top);
-    give(right, rectangle.right);
-    give(bottom, rectangle.bottom);
-}
 
 void giveGeometry(const Window* window, int* left, int* top, int* right, int* bottom) {
     giveRectangle(window == nullptr ? Rectangle{} : window->geometry, left, top, right, bottom);

@@ -11,8 +11,7 @@ MenuTable::MenuTable(PluginContext& pluginContext, CommandTable& commandTable,
     : context(pluginContext),
       commands(commandTable),
       recorder(callRecorder),
-      menus(pluginContext, callRecorder, "menu"),
-      pluginsMenu(nullptr) {
+      menus(pluginContext, callRecorder, "menu") {
     // Nobody's, so that it goes with nobody.
     const PluginContext::Call nobody(context, XPLM_NO_PLUGIN_ID, "none");
     pluginsMenu = menus.Add(Menu("Plugins", nullptr, nullptr));
@@ -68,11 +67,11 @@ XPLMMenuID MenuTable::Create(const char* name, XPLMMenuID parent, int parentItem
     return menu;
 }
 
-void MenuTable::Destroy(XPLMMenuID menu) {
-    if (menu == pluginsMenu) {
+void MenuTable::Destroy(XPLMMenuID handle) {
+    if (handle == pluginsMenu) {
         recorder.Refuse(Refusal::NotRegistered, "the plugins menu");
     } else {
-        menus.Remove(menu);
+        menus.Remove(handle);
     }
 }
 
@@ -110,26 +109,26 @@ void MenuTable::AppendSeparator(XPLMMenuID handle) {
     }
 }
 
-void MenuTable::SetName(XPLMMenuID menu, int index, const char* text) {
-    MenuItem* const item = itemAt(menu, index);
+void MenuTable::SetName(XPLMMenuID handle, int index, const char* text) {
+    MenuItem* const item = itemAt(handle, index);
     if (item != nullptr && text != nullptr) {
         item->text = text;
     }
 }
 
-void MenuTable::Check(XPLMMenuID menu, int index, XPLMMenuCheck check) {
-    if (MenuItem* item = itemAt(menu, index)) {
+void MenuTable::Check(XPLMMenuID handle, int index, XPLMMenuCheck check) {
+    if (MenuItem* item = itemAt(handle, index)) {
         item->check = check;
     }
 }
 
-XPLMMenuCheck MenuTable::CheckState(XPLMMenuID menu, int index) {
-    const MenuItem* const item = itemAt(menu, index);
+XPLMMenuCheck MenuTable::CheckState(XPLMMenuID handle, int index) {
+    const MenuItem* const item = itemAt(handle, index);
     return item == nullptr ? xplm_Menu_NoCheck : item->check;
 }
 
-void MenuTable::Enable(XPLMMenuID menu, int index, bool enabled) {
-    if (MenuItem* item = itemAt(menu, index)) {
+void MenuTable::Enable(XPLMMenuID handle, int index, bool enabled) {
+    if (MenuItem* item = itemAt(handle, index)) {
         item->enabled = enabled;
     }
 }

@@ -29,29 +29,29 @@ public:
     XPLMMenuID FindPluginsMenu();
     XPLMMenuID Create(const char* name, XPLMMenuID parent, int parentItem,
                       XPLMMenuHandler_f handler, void* reference);
-    void Destroy(XPLMMenuID menu);
-    void Clear(XPLMMenuID menu);
+    void Destroy(XPLMMenuID handle);
+    void Clear(XPLMMenuID handle);
     // The new item's index, or -1 when there is no such menu or no text.
-    int Append(XPLMMenuID menu, const char* text, void* reference);
-    int AppendWithCommand(XPLMMenuID menu, const char* text, XPLMCommandRef command);
-    void AppendSeparator(XPLMMenuID menu);
-    void SetName(XPLMMenuID menu, int index, const char* text);
-    void Check(XPLMMenuID menu, int index, XPLMMenuCheck check);
-    XPLMMenuCheck CheckState(XPLMMenuID menu, int index);
-    void Enable(XPLMMenuID menu, int index, bool enabled);
-    void Remove(XPLMMenuID menu, int index);
+    int Append(XPLMMenuID handle, const char* text, void* reference);
+    int AppendWithCommand(XPLMMenuID handle, const char* text, XPLMCommandRef command);
+    void AppendSeparator(XPLMMenuID handle);
+    void SetName(XPLMMenuID handle, int index, const char* text);
+    void Check(XPLMMenuID handle, int index, XPLMMenuCheck check);
+    XPLMMenuCheck CheckState(XPLMMenuID handle, int index);
+    void Enable(XPLMMenuID handle, int index, bool enabled);
+    void Remove(XPLMMenuID handle, int index);
 
 private:
     int append(Menu& menu, MenuItem item);
     // Null when the menu or the item does not exist.
-    MenuItem* itemAt(XPLMMenuID menu, int index);
+    MenuItem* itemAt(XPLMMenuID handle, int index);
     void choose(const Menu& menu, const MenuItem& item);
 
     PluginContext& context;
     CommandTable& commands;
     CallRecorder& recorder;
     OwnedObjects<Menu> menus;
-    Menu* pluginsMenu;
+    Menu* pluginsMenu = nullptr;
 };
 
 } // namespace headless

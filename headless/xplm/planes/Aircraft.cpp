@@ -42,7 +42,7 @@ std::string Aircraft::ModelOf(int index) const {
     return model.empty() ? model : folder.Absolute(model);
 }
 
-bool Aircraft::Acquire(char** wanted, XPLMPlanesAvailable_f callback, void* refcon) {
+bool Aircraft::Acquire(char** wantedModels, XPLMPlanesAvailable_f callback, void* refcon) {
     if (controller != XPLM_NO_PLUGIN_ID && controller != context.Plugin()) {
         if (callback != nullptr) {
             waiting.push_back({callback, refcon, context.Plugin()});
@@ -51,8 +51,9 @@ bool Aircraft::Acquire(char** wanted, XPLMPlanesAvailable_f callback, void* refc
         return false;
     }
     controller = context.Plugin();
-    for (int index = 1; wanted != nullptr && *wanted != nullptr && index < kMost; ++index) {
-        SetModel(index, *wanted++);
+    for (int index = 1; wantedModels != nullptr && *wantedModels != nullptr && index < kMost;
+         ++index) {
+        SetModel(index, *wantedModels++);
     }
     return true;
 }

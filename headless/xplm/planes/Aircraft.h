@@ -36,7 +36,7 @@ public:
     std::string ModelOf(int index) const;
 
     // For the plugin that calls. The callback is told when the planes are free again.
-    bool Acquire(char** models, XPLMPlanesAvailable_f callback, void* refcon);
+    bool Acquire(char** wantedModels, XPLMPlanesAvailable_f callback, void* refcon);
     void Release();
     // Only of the controller.
     void SetActive(int count);

@@ -22,6 +22,7 @@ const char* ownPath() {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) void* dlopen(const char* path, int mode) {
     static const Open systemOpen = reinterpret_cast<Open>(::dlsym(RTLD_NEXT, "dlopen"));
     // The last step must be a jump: the system looks at who called to find that caller's folders.

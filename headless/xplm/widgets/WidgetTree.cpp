@@ -267,9 +267,11 @@ bool WidgetTree::call(Widget& widget, XPWidgetMessage message, intptr_t first, i
     }
     const PluginContext::Call called(context, widgets.OwnerOf(widget), "widget callback");
     bool handled = false;
-    const std::vector<XPWidgetFunc_t> callbacks = widget.callbacks;
-    for (auto callback = callbacks.rbegin(); callback != callbacks.rend(); ++callback) {
-        handled = (*callback)(message, &widget, first, second) != 0 || handled;
+    // Callbacks may be added while they are called.
+    const std::vector<XPWidgetFunc_t> newestFirst(widget.callbacks.rbegin(),
+                                                  widget.callbacks.rend());
+    for (const XPWidgetFunc_t callback : newestFirst) {
+        handled = callback(message, &widget, first, second) != 0 || handled;
         if ((handled && !all) || widgets.Find(&widget) == nullptr) {
             break;
         }

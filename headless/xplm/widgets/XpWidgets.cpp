@@ -7,20 +7,10 @@
 #include <algorithm>
 
 using headless::give;
+using headless::giveRectangle;
 using headless::here;
 using headless::Rectangle;
 using headless::Widget;
-
-namespace {
-
-void giveRectangle(const Rectangle& rectangle, int* left, int* top, int* right, int* bottom) {
-    give(left, rectangle.left);
-    give(top, rectangle.top);
-    give(right, rectangle.right);
-    give(bottom, rectangle.bottom);
-}
-
-} // namespace
 
 XPWidgetID XPCreateWidget(int inLeft, int inTop, int inRight, int inBottom, int inVisible,
                           const char* inDescriptor, int inIsRoot, XPWidgetID inContainer,
