@@ -49,6 +49,10 @@ PluginCheck::PluginCheck(const PluginFile& file) {
     }
 }
 
+bool PluginCheck::IsSdkLibrary(std::string_view name) {
+    return name == "XPLM_64.so" || name == "XPWidgets_64.so";
+}
+
 std::string PluginCheck::DescribeMissing() const {
     return "needs " + counted(missing.size(), "name", "names") +
            " that neither the simulator nor the system has: " + joined(missing);
@@ -99,7 +103,7 @@ void PluginCheck::sortName(const std::string& name, const std::vector<void*>& li
 std::vector<void*> PluginCheck::openLibraries(const PluginFile& file) {
     std::vector<void*> libraries;
     for (const std::string& name : file.Needed()) {
-        if (OpenGl::IsLibrary(name)) {
+        if (OpenGl::IsLibrary(name) || IsSdkLibrary(name)) {
             continue;
         }
         if (void* library = openLibrary(name, file.RunPath())) {

@@ -3,6 +3,7 @@
 #include "headless/host/PluginFile.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace headless {
@@ -12,6 +13,9 @@ namespace headless {
 class PluginCheck final {
 public:
     explicit PluginCheck(const PluginFile& file);
+
+    // The file names that the SDK's own library has.
+    static bool IsSdkLibrary(std::string_view name);
 
     // Names of the SDK that the plugin uses, in ascending order.
     const std::vector<std::string>& SdkFunctions() const { return sdkFunctions; }

@@ -1,5 +1,6 @@
 #include "headless/host/PluginHost.h"
 
+#include "headless/host/NoOpLibrary.h"
 #include "headless/host/OpenGl.h"
 #include "headless/host/PluginCheck.h"
 
@@ -72,12 +73,9 @@ void PluginHost::Start() {
     if (started) {
         throw PluginError(file + ": the plugin is started already");
     }
-    id = simulator.Plugins().AddLoaded(file, {.receive = entryPoints.receiveMessage,
-                                              .enable = [this] { return enablePlugin(); },
-                                              .disable = [this] { disablePlugin(); }});
+    enroll();
     if (!callStart()) {
-        simulator.DropRegistrations(id);
-        simulator.Plugins().RemovePlugin(id);
+        dismiss();
         throw PluginError(file + ": the plugin refused to start");
     }
     simulator.Plugins().Describe(id, texts);
@@ -109,8 +107,7 @@ void PluginHost::Stop() {
             const PluginContext::Call call(simulator.Context(), id, "XPluginStop");
             entryPoints.stop();
         }
-        simulator.DropRegistrations(id);
-        simulator.Plugins().RemovePlugin(id);
+        dismiss();
     }
 }
 
@@ -123,9 +120,34 @@ bool PluginHost::Unload() {
         return true;
     }
     Stop();
+    dismiss();
     ::dlclose(library);
     library = nullptr;
     return !isMapped(file);
+}
+
+void PluginHost::enroll() {
+    if (id == XPLM_NO_PLUGIN_ID) {
+        id = simulator.Plugins().AddLoaded(
+            file, {.receive = [this](XPLMPluginID from, int message,
+                                     void* parameter) { receive(from, message, parameter); },
+                   .enable = [this] { return enablePlugin(); },
+                   .disable = [this] { disablePlugin(); }});
+    }
+}
+
+void PluginHost::dismiss() {
+    if (id != XPLM_NO_PLUGIN_ID) {
+        simulator.DropRegistrations(id);
+        simulator.Plugins().RemovePlugin(id);
+        id = XPLM_NO_PLUGIN_ID;
+    }
+}
+
+void PluginHost::receive(XPLMPluginID from, int message, void* parameter) const {
+    if (started) {
+        entryPoints.receiveMessage(from, message, parameter);
+    }
 }
 
 bool PluginHost::callStart() {
@@ -164,16 +186,29 @@ void PluginHost::requireNames(bool strict) const {
         throw PluginError(file + ": the plugin " + check.DescribeNotSimulated());
     }
     OpenGl::Provide(plugin);
+    for (const std::string& name : plugin.Needed()) {
+        // What it wants of the SDK's library is in the process already.
+        if (PluginCheck::IsSdkLibrary(name)) {
+            NoOpLibrary::Load(name, {"headless_nothing"});
+        }
+    }
 }
 
 void PluginHost::load() {
-    library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    // Its constructors may register things already.
+    enroll();
+    {
+        const PluginContext::Call call(simulator.Context(), id, "constructors");
+        library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
     if (library == nullptr) {
+        dismiss();
         throw PluginError(lastDlError());
     }
     try {
         resolveEntryPoints();
     } catch (const PluginError&) {
+        dismiss();
         ::dlclose(library);
         throw;
     }

@@ -53,7 +53,11 @@ private:
         void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
     };
 
+    // Gives the plugin an id, and takes it and all that was registered under it.
+    void enroll();
+    void dismiss();
     bool callStart();
+    void receive(XPLMPluginID from, int message, void* parameter) const;
     // The steps themselves, which plugins may ask for as well.
     bool enablePlugin();
     void disablePlugin();

@@ -12,13 +12,16 @@ void CallRecorder::Clear() {
 }
 
 void CallRecorder::Refuse(Refusal reason, const char* refusing, const char* detail) {
-    ++counts.at(static_cast<std::size_t>(reason));
-    if (recentRefusals.size() == kRecentRefusals) {
-        recentRefusals.pop_front();
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        ++counts.at(static_cast<std::size_t>(reason));
+        if (recentRefusals.size() == kRecentRefusals) {
+            recentRefusals.pop_front();
+        }
+        recentRefusals.push_back({reason, refusing, detail});
     }
-    recentRefusals.push_back({reason, refusing, detail});
     if (observer) {
-        observer(recentRefusals.back());
+        observer({reason, refusing, detail});
     }
 }
 

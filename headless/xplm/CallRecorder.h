@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -46,7 +47,8 @@ struct RefusedCall {
 // What plugins asked of the simulator.
 //
 // The ordered list of all calls is kept only while recording is enabled, so that long runs do not
-// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept.
+// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept; plugins may
+// be refused on threads of their own.
 class CallRecorder final {
 public:
     static constexpr std::size_t kRecentRefusals = 64;
@@ -96,6 +98,7 @@ private:
         return text.str();
     }
 
+    std::mutex mutex;
     bool enabled = false;
     const char* function = "";
     std::function<void(const RefusedCall&)> observer;

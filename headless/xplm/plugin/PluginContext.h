@@ -46,7 +46,11 @@ public:
     // Calls are counted from 1.
     std::uint64_t CallNumber() const { return calls; }
 
+    // A plugin whose code runs may reach itself, also on its way out.
     bool IsActive(XPLMPluginID asked) const {
+        if (asked == plugin) {
+            return true;
+        }
         const auto index = static_cast<std::size_t>(asked < 0 ? 0 : asked);
         return index >= inactive.size() || !inactive[index];
     }

@@ -13,7 +13,9 @@ XPLMPluginID PluginRegistry::AddPlugin(const std::string& signature, PluginHooks
 }
 
 XPLMPluginID PluginRegistry::AddLoaded(const std::string& path, PluginHooks hooks) {
-    return add({{{}, {}, {}, path}, std::move(hooks), false});
+    const XPLMPluginID id = add({{{}, {}, {}, path}, std::move(hooks), false});
+    context.SetActive(id, false);
+    return id;
 }
 
 void PluginRegistry::RemovePlugin(XPLMPluginID plugin) {

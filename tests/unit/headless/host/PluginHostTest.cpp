@@ -102,6 +102,20 @@ TEST_F(PluginHostTest, UnloadTakesTheStepsThatAreMissing) {
     EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin is not loaded"));
 }
 
+TEST_F(PluginHostTest, WhatAConstructorRegistersIsThePluginsOwn) {
+    PluginHost host(sim, EAGER_PLUGIN);
+    sim.RunFrame(0.1);
+    EXPECT_EQ(sim.Log().Text(), "") << "it is not enabled";
+    host.Start();
+    host.Enable();
+    sim.RunFrame(0.1);
+    XPLMSendMessageToPlugin(XPLMFindPluginBySignature("headless.tests.eager"), 1000, nullptr);
+    EXPECT_TRUE(host.Unload());
+    sim.RunFrame(0.1);
+    EXPECT_EQ(sim.Log().Text(),
+              "started from " EAGER_PLUGIN "\nflight loop\nmessage 1000\nown is 7\n");
+}
+
 TEST_F(PluginHostTest, TellsWhenAPluginStaysInTheProcess) {
     PluginHost host(sim, STICKY_PLUGIN);
     host.Start();
