@@ -1,13 +1,12 @@
 """Plays the server for a plan, without a socket and without time."""
 
 import time
-from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Union
+from typing import Any, Iterator, List, Optional, Sequence, Tuple, Union
 
 from vectors import bytes_of
 
-from orvane._core.steps import Close, Connect, Look, Plan, Receive, Send, Step, Wait
-
-T = TypeVar("T")
+from orvane._core.steps import Close, Connect, Look, Receive, Send, Step, Wait
+from orvane._shells.blocking import BlockingShell
 
 # What a request gets: an answer, the end of the connection (no bytes), or a failure.
 Outcome = Union[bytes, BaseException]
@@ -25,14 +24,14 @@ def framed(*texts: str) -> bytes:
     return len(payload).to_bytes(4, "little") + payload
 
 
-class ScriptedServer:
-    """Accepts connections one after the other, and expects on each of them the requests written
-    down.
+class ScriptedServer(BlockingShell):
+    """Accepts connections one after the other, and expects the requests written down on each.
 
     An exception in place of a connection is how it fails.
     """
 
     def __init__(self, *connections: Union[Sequence[Turn], BaseException]) -> None:
+        super().__init__()
         self._coming: Iterator[Union[Sequence[Turn], BaseException]] = iter(connections)
         self._turns: Optional[List[Turn]] = None
         self._outcome: Optional[Outcome] = None
@@ -40,20 +39,6 @@ class ScriptedServer:
         self.places: List[Tuple[str, int]] = []
         # What a Look finds, once.
         self.waiting: Optional[bytes] = None
-
-    def run(self, plan: Plan[T]) -> T:
-        try:
-            step = next(plan)
-            while True:
-                try:
-                    result = self._do(step)
-                except BaseException as error:
-                    step = plan.throw(error)
-                else:
-                    step = plan.send(result)
-        except StopIteration as end:
-            value: T = end.value
-            return value
 
     @property
     def is_connected(self) -> bool:
@@ -84,7 +69,8 @@ class ScriptedServer:
     def _accept(self, step: Connect) -> None:
         assert self._turns is None, "there is a connection already"
         self.places.append((step.host, step.port))
-        coming: Any = next(self._coming)
+        coming: Any = next(self._coming, None)
+        assert coming is not None, "another connection"
         if isinstance(coming, BaseException):
             raise coming
         self._turns = list(coming)

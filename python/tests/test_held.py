@@ -7,7 +7,8 @@ from scripted import ScriptedServer, Turn, framed, wire
 from test_tarnel_session import Client, TRAILER
 
 from orvane import CancelledError, ClosedError, NotReleasedWarning, OnLoss, TimeoutError
-from orvane._core.steps import Cancelled, Late
+from orvane._core.pace import Pace
+from orvane._core.steps import Cancelled, Late, Plan
 from orvane.options import Callbacks, Options
 from orvane.tarnel import ConditionDataref, Definitions, Input
 from orvane.velmar import Action
@@ -111,12 +112,13 @@ def test_what_cannot_be_released_is_told() -> None:
     server = ScriptedServer(
         [DEFINING, sending(1), sending(1, answer=Cancelled())], ConnectionRefusedError(111, "no")
     )
-    client = Client(server)
+    client = Client(server, release_within=0)
     client.define(BRAKES)
     client.exchange({7: 1})
     with pytest.raises(CancelledError, match="got 0 bytes; not released: brakes/max$"):
         client.exchange({7: 1})
-    assert client.happened[1:] == ["not released: ['brakes/max']"]
+    why = "127.0.0.1:48000: connecting: Connection refused"
+    assert client.happened[1:] == [f"not released: ['brakes/max'], {why}"]
 
 
 def test_what_cannot_be_released_is_a_warning_if_nobody_listens() -> None:
@@ -127,6 +129,58 @@ def test_what_cannot_be_released_is_a_warning_if_nobody_listens() -> None:
     client.exchange({7: 1})
     with pytest.warns(NotReleasedWarning, match="releasing what is held: still held: brakes/max$"):
         client.run(client.session.link.close())
+
+
+def test_a_plugin_that_is_reloaded_is_waited_for() -> None:
+    refused = ConnectionRefusedError(111, "no")
+    server = ScriptedServer([DEFINING, sending(1, answer=Late())], refused, [releasing()])
+    client = Client(server)
+    client.define(BRAKES)
+    with pytest.raises(TimeoutError):
+        client.exchange({7: 1})
+    client.run(client.session.link.close())
+    server.expect_end()
+    assert server.waits == [0.02]
+
+
+def test_an_interruption_between_two_exchanges_releases_on_the_living_connection() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(0)])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    plan = client.session.link.call(Pace(1).wait())
+    next(plan)
+
+    def interrupted() -> Plan[None]:
+        step = plan.throw(KeyboardInterrupt())
+        while True:
+            step = plan.send((yield step))
+
+    with pytest.raises(KeyboardInterrupt):
+        server.run(interrupted())
+    server.expect_end()
+
+
+def test_a_release_whose_answer_never_came_counts_as_none() -> None:
+    server = ScriptedServer(
+        [DEFINING, sending(1), sending(0, answer=Late())], [releasing(), DEFINING]
+    )
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    with pytest.raises(TimeoutError):
+        client.exchange({7: 0})
+    client.run(client.session.reconnect())
+    server.expect_end()
+
+
+def test_reconnecting_releases_on_the_living_connection() -> None:
+    server = ScriptedServer([DEFINING, sending(1), sending(0)], [DEFINING])
+    client = Client(server)
+    client.define(BRAKES)
+    client.exchange({7: 1})
+    client.run(client.session.reconnect())
+    server.expect_end()
 
 
 def test_what_was_not_released_is_released_by_the_next_connection() -> None:

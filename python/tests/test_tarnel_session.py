@@ -15,7 +15,7 @@ from orvane import (
     ProtocolError,
     TimeoutError,
 )
-from orvane._core.steps import Cancelled, Late
+from orvane._core.steps import Cancelled, Late, NoSuchHost
 from orvane.options import Callbacks, Options
 from orvane.tarnel import Answer, Definitions, Input, Output, Version
 from orvane.tarnel._session import Session
@@ -57,7 +57,7 @@ class Client:
         self.session.link.callbacks = Callbacks(
             connected=lambda: self.happened.append("connected"),
             disconnected=lambda error: self.happened.append(str(error)),
-            not_released=lambda names: self.happened.append(f"not released: {names}"),
+            not_released=lambda names, why: self.happened.append(f"not released: {names}, {why}"),
         )
         self.run(self.session.link.start())
 
@@ -224,6 +224,8 @@ def test_waits_for_a_simulator_that_is_not_there_yet() -> None:
     server = ScriptedServer(refused, refused, [DEFINING])
     Client(server, on_start=OnStart.WAIT).define()
     assert server.waits == [0.25, 0.5]
+    with pytest.raises(ConnectError, match="connecting: no such host$"):
+        Client(ScriptedServer(NoSuchHost("no such host")), on_start=OnStart.WAIT)
 
 
 def test_stops_waiting_when_cancelled() -> None:

@@ -308,6 +308,11 @@ def test_a_deadband_is_from_what_was_told() -> None:
     assert changes.among([1.0]) == {"a": 1.0}
 
 
+def test_one_name_may_come_without_a_list() -> None:
+    assert Changes("a/int", 0).names == ["a/int"]
+    assert Presses("a/command").names == ["a/command"]
+
+
 def test_an_array_changes_with_an_element() -> None:
     changes = Changes(["a"], deadband=0.0)
     arrays = [array("f", values) for values in ([0, 1], [0, 1], [0, 2], [0, 2, 0])]

@@ -74,6 +74,10 @@ class AnyClient(Generic[S]):
             release_within=release_within,
         )
         self._session: S = self._session_type(options)
+        self._open()
+
+    def _open(self) -> None:
+        raise NotImplementedError
 
     @property
     def is_connected(self) -> bool:
@@ -83,15 +87,16 @@ class AnyClient(Generic[S]):
         self,
         connected: Optional[Callable[[], None]] = None,
         disconnected: Optional[Callable[[Error], None]] = None,
-        not_released: Optional[Callable[[List[str]], None]] = None,
+        not_released: Optional[Callable[[List[str], Error], None]] = None,
     ) -> None:
         """Functions that are called within the calls of the client, and may not call it.
 
         connected: after each new connection with its declarations, but for the first one.
         disconnected: with the reason, when the connection was lost, or given up because of an
             answer that was wrong or late. Not for `close` and `reconnect`.
-        not_released: with the names of commands that are still down, since nobody was reached who
-            could end them. Without it they are told as a NotReleasedWarning.
+        not_released: with the names of commands that may still be down, and the reason why they
+            could not be released. Without it they are told as a NotReleasedWarning. The next
+            connection and the next `close` try again.
         """
         self._session.link.callbacks = Callbacks(connected, disconnected, not_released)
 
@@ -102,9 +107,8 @@ class BlockingClient(AnyClient[S]):
     `with` closes it; a client that is forgotten is closed when it is collected or the program ends.
     """
 
-    def __init__(self, *args: Any, **options: Any) -> None:
+    def _open(self) -> None:
         """Connects. ConnectError, TimeoutError."""
-        super().__init__(*args, **options)
         self._shell = BlockingShell(self._session.link.options.cancelled)
         self._run(self._session.link.start())
         weakref.finalize(self, _forget, self._shell, self._session.link)
@@ -139,8 +143,7 @@ class AsyncioClient(AnyClient[S]):
     asyncio's CancelledError.
     """
 
-    def __init__(self, *args: Any, **options: Any) -> None:
-        super().__init__(*args, **options)
+    def _open(self) -> None:
         self._shell = AsyncioShell(self._session.link.options.cancelled)
         self._turn: Optional[asyncio.Lock] = None
         weakref.finalize(self, _abandon, self._session.link)

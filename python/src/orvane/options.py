@@ -65,4 +65,4 @@ class Callbacks:
 
     connected: Optional[Callable[[], None]] = None
     disconnected: Optional[Callable[[Error], None]] = None
-    not_released: Optional[Callable[[List[str]], None]] = None
+    not_released: Optional[Callable[[List[str], Error], None]] = None

@@ -5,9 +5,23 @@ import time
 from typing import Optional
 
 from orvane._core.frames import FrameReader, UnexpectedAnswer
-from orvane._core.steps import Cancelled, Connect, Late, Limit, Look, Plan, Receive, Send
+from orvane._core.steps import (
+    Cancelled,
+    Connect,
+    Late,
+    Limit,
+    Look,
+    NoSuchHost,
+    Plan,
+    Receive,
+    Send,
+)
 from orvane.errors import CancelledError, ClosedError, ConnectError, TimeoutError
 from orvane.options import Options
+
+
+class UnknownHost(ConnectError):
+    """A ConnectError that no waiting mends."""
 
 
 class Connection:
@@ -36,6 +50,8 @@ class Connection:
             ) from None
         except Cancelled:
             raise CancelledError(f"{place}expected a connection, was cancelled") from None
+        except NoSuchHost as error:
+            raise UnknownHost(place + _error_text(error)) from None
         except OSError as error:
             raise ConnectError(place + _error_text(error)) from error
 

@@ -4,9 +4,9 @@ import time
 import warnings
 from collections import Counter
 from dataclasses import dataclass
-from typing import Callable, List, Optional, Protocol, TypeVar
+from typing import Callable, List, Optional, Protocol, Type, TypeVar
 
-from orvane._core.connection import Connection
+from orvane._core.connection import Connection, UnknownHost
 from orvane._core.frames import UnexpectedAnswer
 from orvane._core.steps import Cancelled, Close, Limit, Plan, Wait
 from orvane.errors import (
@@ -24,6 +24,7 @@ T = TypeVar("T")
 
 RELEASING = "releasing what is held"
 DECLARING = "repeating the declarations"
+BETWEEN_RELEASES = 0.02  # seconds
 # They can be torn like any other request.
 TRIES_TO_DECLARE = 2
 
@@ -140,12 +141,14 @@ class Link:
     def start(self) -> Plan[None]:
         """The first connection."""
         if self.options.on_start is OnStart.WAIT:
-            yield from self._back_off(lambda: self._make_declared(TRIES_TO_DECLARE))
+            # A name that does not exist is most likely a slip of the pen.
+            yield from self._back_off(lambda: self._make_declared(TRIES_TO_DECLARE), UnknownHost)
         else:
             yield from self._make_declared(TRIES_TO_DECLARE)
 
     def reconnect(self) -> Plan[None]:
         """With back-off. ConnectError when its time is over; other errors at once."""
+        yield from self.release_before()
         yield from self.disconnect()
         yield from self._back_off(lambda: self._connect_anew(TRIES_TO_DECLARE))
 
@@ -165,7 +168,9 @@ class Link:
         self.is_connected = False
         yield Close()
 
-    def _back_off(self, connect: Callable[[], Plan[None]]) -> Plan[None]:
+    def _back_off(
+        self, connect: Callable[[], Plan[None]], *hopeless: Type[ConnectError]
+    ) -> Plan[None]:
         backoff = self.options.backoff
         end = time.monotonic() + backoff.within
         delay = backoff.first_delay
@@ -173,6 +178,8 @@ class Link:
         while True:
             try:
                 return (yield from connect())
+            except hopeless:
+                raise
             except (ConnectError, TimeoutError, ClosedError) as error:
                 reason = str(error)
             again = time.monotonic() + delay
@@ -222,50 +229,55 @@ class Link:
         try:
             return (yield from work)
         except CancelledError as error:
-            held = yield from self._let_go(self._release_limit())
+            held = yield from self.close()
             if held:
                 raise CancelledError(f"{error}; not released: {', '.join(held)}") from None
             raise
         except (Exception, GeneratorExit):
             raise
         except BaseException:
-            yield from self._let_go(self._release_limit())
+            yield from self.close()
             raise
 
-    def release_before(self) -> Plan[None]:
-        """Before definitions go: if it fails, the next connection releases what was held."""
+    def release_before(self, share: float = 1.0) -> Plan[None]:
+        """On the connection that is there, if there is one.
+
+        If that fails, the next connection releases what was held. `share` is of `release_within`.
+        """
         if self.is_connected and self.options.release_held:
-            limit = self._release_limit()
+            limit = self._release_limit(share)
             try:
                 yield from self._attempt(RELEASING, lambda: self._owner.release_here(limit))
             except Error:
                 pass
 
-    def close(self) -> Plan[None]:
-        """Releases what is held, on this connection or on another, and closes it."""
+    def close(self) -> Plan[List[str]]:
+        """Releases what is held and closes the connection. Returns what may still be held."""
         limit = self._release_limit()
-        yield from self.release_before()
-        yield from self._let_go(limit)
+        # A connection that does not answer may be out of step, where a new one is answered.
+        yield from self.release_before(share=0.5)
+        return (yield from self._release_elsewhere(limit))
 
-    def abandon(self) -> Plan[None]:
-        """Releases what is held without the connection that is there."""
-        yield from self._let_go(self._release_limit())
+    def abandon(self) -> Plan[List[str]]:
+        """The same, without the connection that is there."""
+        return (yield from self._release_elsewhere(self._release_limit()))
 
-    def _let_go(self, limit: Limit) -> Plan[List[str]]:
-        """Closes the connection, and releases what is left over on a new one.
-
-        Returns what is still held.
-        """
+    def _release_elsewhere(self, limit: Limit) -> Plan[List[str]]:
         yield from self.disconnect()
         if not self.options.release_held:
             self._left_over.clear()
-        if self._left_over:
+        while self._left_over:
             try:
                 yield from self._connection.connect(limit)
                 yield from self._release_left_over(limit)
-            except (Error, UnexpectedAnswer):
-                self._tell_not_released(sorted(self._left_over))
-            yield Close()
+            except (Error, UnexpectedAnswer) as error:
+                # A plugin that is reloaded listens again within a frame or two.
+                again = time.monotonic() + BETWEEN_RELEASES
+                if not isinstance(error, ConnectError) or again >= limit.deadline:
+                    self._tell_not_released(error)
+                    break
+                yield Wait(Limit(again, is_cancellable=False))
+        yield Close()
         return sorted(self._left_over)
 
     def _release_left_over(self, limit: Limit) -> Plan[None]:
@@ -273,18 +285,23 @@ class Link:
             yield from self._owner.release_by_name(self._left_over, limit)
         self._left_over.clear()
 
-    def _release_limit(self) -> Limit:
-        return Limit(time.monotonic() + self.options.release_within, is_cancellable=False)
+    def _release_limit(self, share: float = 1.0) -> Limit:
+        seconds = share * self.options.release_within
+        return Limit(time.monotonic() + seconds, is_cancellable=False)
 
     @property
     def is_done(self) -> bool:
         """Nothing is open, and all that is held was released, or told not to be."""
         return not self.is_connected and (self._is_told or not self._left_over)
 
-    def _tell_not_released(self, names: List[str]) -> None:
+    def _tell_not_released(self, why: Exception) -> None:
         self._is_told = True
+        names = sorted(self._left_over)
         if self.callbacks.not_released is not None:
-            self.callbacks.not_released(names)
+            error = (
+                why if isinstance(why, Error) else ProtocolError(self.place(RELEASING) + str(why))
+            )
+            self.callbacks.not_released(names, error)
         else:
             text = f"{self.place(RELEASING)}still held: {', '.join(names)}"
             warnings.warn(text, NotReleasedWarning, stacklevel=2)

@@ -19,6 +19,10 @@ class Cancelled(Exception):
     """The client's `cancelled` has said so."""
 
 
+class NoSuchHost(OSError):
+    """There is no host of this name."""
+
+
 class Limit(NamedTuple):
     """Until when a step may take, and whether `cancelled` ends it."""
 

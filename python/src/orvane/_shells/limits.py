@@ -4,7 +4,7 @@ import socket
 import time
 from typing import Callable, Optional
 
-from orvane._core.steps import Cancelled, Late, Limit
+from orvane._core.steps import Cancelled, Late, Limit, NoSuchHost
 
 # Seconds between two questions whether the client is cancelled.
 BETWEEN_QUESTIONS = 0.1
@@ -33,4 +33,5 @@ class Waiting:
 
 def named_failure(error: socket.gaierror) -> OSError:
     """The failure of a name resolution, whose numbers are not those of other errors."""
-    return OSError(error.strerror)
+    kind = NoSuchHost if error.errno == socket.EAI_NONAME else OSError
+    return kind(error.strerror)

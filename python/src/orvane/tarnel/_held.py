@@ -15,18 +15,13 @@ class _HeldInput:
         self.input = input
         self.is_down = False
 
-    def note(self, value: int) -> None:
-        if (
-            self.input.skipped_when_one
-            and value == 1
-            or self.input.skipped_when_zero
-            and value == 0
-        ):
-            return
-        if (value if self.input.fixed is None else self.input.fixed) == _PRESSED:
+    def sending(self, value: int) -> None:
+        if self._counts(value) and self._presses(value):
             self.is_down = True
-        elif not self._is_conditional:
-            self.is_down = False
+
+    def sent(self, value: int) -> None:
+        if self._counts(value) and not self._is_conditional:
+            self.is_down = self._presses(value)
 
     @property
     def release(self) -> Optional[int]:
@@ -34,6 +29,14 @@ class _HeldInput:
         if self.input.fixed is not None or self._is_conditional:
             return None
         return 2 if self.input.skipped_when_zero else 0
+
+    def _counts(self, value: int) -> bool:
+        if value == 1:
+            return not self.input.skipped_when_one
+        return value != 0 or not self.input.skipped_when_zero
+
+    def _presses(self, value: int) -> bool:
+        return (value if self.input.fixed is None else self.input.fixed) == _PRESSED
 
     # A dataref decides whether a value counts.
     @property
@@ -51,13 +54,15 @@ class HeldInputs:
             if input.held:
                 self._by_action.setdefault(input.action, []).append(_HeldInput(input))
 
-    def note(self, items: Iterable[Tuple[int, int]]) -> None:
-        """These are about to be sent."""
-        if not self._by_action:
-            return
-        for action, value in items:
-            for held in self._by_action.get(action, ()):
-                held.note(value)
+    def sending(self, items: Iterable[Tuple[int, int]]) -> None:
+        """What these press may be down from now on."""
+        for held, value in self._of(items):
+            held.sending(value)
+
+    def sent(self, items: Iterable[Tuple[int, int]]) -> None:
+        """The answer to them is there: what they release is up."""
+        for held, value in self._of(items):
+            held.sent(value)
 
     def releasing_items(self) -> List[Tuple[int, int]]:
         """What releases those that can be released so."""
@@ -78,6 +83,13 @@ class HeldInputs:
         for held in self._down():
             held.is_down = False
         return down
+
+    def _of(self, items: Iterable[Tuple[int, int]]) -> Iterable[Tuple[_HeldInput, int]]:
+        if not self._by_action:
+            return ()
+        return (
+            (held, value) for action, value in items for held in self._by_action.get(action, ())
+        )
 
     def _down(self) -> List[_HeldInput]:
         return [held for each in self._by_action.values() for held in each if held.is_down]

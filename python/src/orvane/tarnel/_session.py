@@ -78,9 +78,11 @@ class Session:
         doing = "exchanging values"
 
         def send() -> Plan[Answer]:
-            self._held.note(pairs)
+            self._held.sending(pairs)
             payload = yield from self.link.exchange(request, doing, self._layouts.longest)
-            return Answer(payload, self._layouts.of(payload))
+            answer = Answer(payload, self._layouts.of(payload))
+            self._held.sent(pairs)
+            return answer
 
         try:
             answer: Optional[Answer] = yield from self.link.carry_out(doing, _WHEN_TORN, send)
@@ -114,7 +116,7 @@ class Session:
             request = _wire.data_request(items)
             payload = yield from self.link.exchange(request, doing, self._layouts.longest, limit)
             self._layouts.of(payload)
-            self._held.note(items)
+            self._held.sent(items)
         yield from self.release_by_name(self._held.beyond_items(), limit)
         self._held.take()
 

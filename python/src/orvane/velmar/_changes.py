@@ -12,7 +12,7 @@ class Changes:
     def __init__(self, names: Iterable[str], deadband: float) -> None:
         if not deadband >= 0:
             raise ValueError(f"a deadband of {deadband} is not 0 or more")
-        self.names = list(names)
+        self.names = _list_of(names)
         self._deadband = deadband
         self._reported: Dict[str, Value] = {}
 
@@ -40,6 +40,11 @@ class Changes:
         return value != former and not abs(value - former) <= self._deadband
 
 
+def _list_of(names: Iterable[str]) -> List[str]:
+    # A text is a row of names, too: those of its characters, which nobody means.
+    return [names] if isinstance(names, str) else list(names)
+
+
 def _elements(value: Value) -> Sequence[float]:
     if isinstance(value, array):
         return value
@@ -50,7 +55,7 @@ class Presses:
     """Each press once: a command that stays down is not pressed again, nor when it is released."""
 
     def __init__(self, names: Iterable[str]) -> None:
-        self.names = list(names)
+        self.names = _list_of(names)
         self._down: Set[str] = set()
 
     def among(self, reports: Sequence[CommandReport]) -> List[CommandReport]:
