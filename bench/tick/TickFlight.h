@@ -4,7 +4,6 @@
 
 #include "bench/tick/BenchClient.h"
 #include "headless/host/Session.h"
-#include "headless/host/Session.h"
 #include "support/TemporaryDirectory.h"
 
 // The headless simulator with one plugin in it, and its frames.

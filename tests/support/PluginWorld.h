@@ -7,12 +7,12 @@
 #include "datarefs/DatarefProvider.h"
 #include "headless/xplm/Simulator.h"
 #include "network/NetworkResources.h"
-#include "protocols/ProtocolFactory.h"
 #include "network/TcpServer.h"
 #include "plugin/DatarefAccessors.h"
 #include "plugin/PluginCallbacks.h"
 #include "plugin/PluginGlobals.h"
 #include "plugin/XPlanePlugin.h"
+#include "protocols/ProtocolFactory.h"
 
 // A simulator, and the plugin's real objects in it, wired as at its start but not started: nothing
 // listens, and nothing is registered. Only the logger and the utilities are the test's choice.

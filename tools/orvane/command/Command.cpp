@@ -122,7 +122,7 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
 std::string holdingText(const Names& names, double seconds) {
     const std::string text = fmt::format("holding {}", fmt::join(names, ", "));
     return seconds < kSecondsPerDay ? fmt::format("{} for {} s; Ctrl-C releases", text, seconds)
-                                  : text + " until Ctrl-C";
+                                    : text + " until Ctrl-C";
 }
 
 ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {

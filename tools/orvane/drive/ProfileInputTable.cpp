@@ -258,8 +258,8 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, isAxis,        isHeld, motion, target.names,
-                         wayOf(target), target.element};
+    return ProfileRecord{target.input, isAxis,        isHeld,        motion,
+                         target.names, wayOf(target), target.element};
 }
 
 } // namespace orvane::tool
