@@ -1,12 +1,14 @@
 """Plays the server for a plan, without a socket and without time."""
 
 import time
-from typing import Any, Iterator, List, Optional, Sequence, Tuple, Union
+from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Union
 
 from vectors import bytes_of
 
-from orvane._core.steps import Close, Connect, Look, Receive, Send, Step, Wait
+from orvane._core.steps import Close, Connect, Look, Plan, Receive, Send, Step, Wait
 from orvane._shells.blocking import BlockingShell
+
+T = TypeVar("T")
 
 # What a request gets: an answer, the end of the connection (no bytes), or a failure.
 Outcome = Union[bytes, BaseException]
@@ -39,6 +41,17 @@ class ScriptedServer(BlockingShell):
         self.places: List[Tuple[str, int]] = []
         # What a Look finds, once.
         self.waiting: Optional[bytes] = None
+
+    def interrupt(self, plan: Plan[T], error: BaseException) -> None:
+        """Throws this into the first step of the plan, and carries out what follows."""
+        next(plan)
+
+        def rest() -> Plan[None]:
+            step = plan.throw(error)
+            while True:
+                step = plan.send((yield step))
+
+        self.run(rest())
 
     @property
     def is_connected(self) -> bool:

@@ -8,7 +8,7 @@ from test_tarnel_session import Client, TRAILER
 
 from orvane import CancelledError, ClosedError, NotReleasedWarning, OnLoss, TimeoutError
 from orvane._core.pace import Pace
-from orvane._core.steps import Cancelled, Late, Plan
+from orvane._core.steps import Cancelled, Late
 from orvane.options import Callbacks, Options
 from orvane.tarnel import ConditionDataref, Definitions, Input
 from orvane.velmar import Action
@@ -148,16 +148,9 @@ def test_an_interruption_between_two_exchanges_releases_on_the_living_connection
     client = Client(server)
     client.define(BRAKES)
     client.exchange({7: 1})
-    plan = client.session.link.call(Pace(1).wait())
-    next(plan)
-
-    def interrupted() -> Plan[None]:
-        step = plan.throw(KeyboardInterrupt())
-        while True:
-            step = plan.send((yield step))
-
+    plan = client.session.link.call(client.session.link.wait_for(Pace(1)))
     with pytest.raises(KeyboardInterrupt):
-        server.run(interrupted())
+        server.interrupt(plan, KeyboardInterrupt())
     server.expect_end()
 
 

@@ -15,6 +15,7 @@ from orvane import (
     ProtocolError,
     TimeoutError,
 )
+from orvane._core.pace import Pace
 from orvane._core.steps import Cancelled, Late, NoSuchHost
 from orvane.options import Callbacks, Options
 from orvane.tarnel import Answer, Definitions, Input, Output, Version
@@ -235,6 +236,25 @@ def test_stops_waiting_when_cancelled() -> None:
     with pytest.raises(CancelledError, match="the length of an answer, was cancelled and got 0 by"):
         client.exchange()
     assert not server.is_connected
+
+
+def test_stops_waiting_between_two_answers_when_cancelled() -> None:
+    server = ScriptedServer([DEFINING])
+    client = Client(server)
+    client.define()
+    plan = client.session.link.call(client.session.next_answer(Pace(1), None))
+    with pytest.raises(CancelledError, match=f"^{PLACE}waiting: was cancelled$"):
+        server.interrupt(plan, Cancelled())
+
+
+def test_leaves_out_times_that_were_missed() -> None:
+    pace = Pace(rate=1000)
+    begin = pace.due
+    pace.advance()
+    assert pace.due >= begin + 0.001
+    pace.due = begin - 10
+    pace.advance()
+    assert pace.due >= begin
 
 
 def observing(id: int, letter: str) -> Definitions:

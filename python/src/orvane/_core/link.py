@@ -8,6 +8,7 @@ from typing import Callable, List, Optional, Protocol, Type, TypeVar
 
 from orvane._core.connection import Connection, UnknownHost
 from orvane._core.frames import UnexpectedAnswer
+from orvane._core.pace import Pace
 from orvane._core.steps import Cancelled, Close, Limit, Plan, Wait
 from orvane.errors import (
     CancelledError,
@@ -85,6 +86,14 @@ class Link:
     def place(self, doing: str) -> str:
         """The beginning of the text of an error."""
         return self._connection.place(doing)
+
+    def wait_for(self, pace: Pace) -> Plan[None]:
+        """Waits until the next time is due. CancelledError."""
+        try:
+            yield Wait(Limit(pace.due))
+        except Cancelled:
+            raise CancelledError(self.place("waiting") + "was cancelled") from None
+        pace.advance()
 
     # Work ----------------------------------------------------------------------------------------
 

@@ -2,9 +2,6 @@
 
 import time
 
-from orvane._core.steps import Cancelled, Limit, Plan, Wait
-from orvane.errors import CancelledError
-
 
 class Pace:
     """Times that are 1 / `rate` seconds apart, the first one now.
@@ -16,12 +13,8 @@ class Pace:
         if not rate > 0:
             raise ValueError(f"a rate of {rate} per second is not above 0")
         self._interval = 1.0 / rate
-        self._next = time.monotonic()
+        self.due = time.monotonic()
 
-    def wait(self) -> Plan[None]:
-        """Waits for the next time. CancelledError."""
-        try:
-            yield Wait(Limit(self._next))
-        except Cancelled:
-            raise CancelledError("waiting for the next reading: was cancelled") from None
-        self._next = max(self._next + self._interval, time.monotonic())
+    def advance(self) -> None:
+        """The time that was due is over."""
+        self.due = max(self.due + self._interval, time.monotonic())

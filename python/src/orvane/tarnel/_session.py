@@ -91,7 +91,7 @@ class Session:
         return self._noted(answer)
 
     def next_answer(self, pace: Pace, items: Optional[Callable[[], Items]]) -> Plan[Answer]:
-        yield from pace.wait()
+        yield from self.link.wait_for(pace)
         return (yield from self.exchange(items() if items is not None else ()))
 
     def reconnect(self) -> Plan[None]:

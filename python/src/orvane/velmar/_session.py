@@ -167,13 +167,12 @@ class Session:
             " it was not repeated there"
         )
 
-    # What goes on
-    # ------------------------------------------------------------------------------------
+    # What goes on --------------------------------------------------------------------------------
 
     def next_changes(self, pace: Pace, changes: Changes) -> Plan[Dict[str, Value]]:
         """The next readings of which some are new."""
         while True:
-            yield from pace.wait()
+            yield from self.link.wait_for(pace)
             changed = changes.among((yield from self.read(changes.names)))
             if changed:
                 return changed
@@ -183,7 +182,7 @@ class Session:
         new = [name for name in presses.names if name not in self._names.commands]
         yield from self.registrar.register_commands(new)
         while True:
-            yield from pace.wait()
+            yield from self.link.wait_for(pace)
             pressed = presses.among((yield from self.poll_presses()))
             if pressed:
                 return pressed
