@@ -1,14 +1,15 @@
 """What an exchange costs a Python program: with the package, and barely.
 
 Both exchange with the real plugin in the headless simulator, 60 times a second: 16 inputs, and N
-float outputs. The floor packs the same items, sends, receives and unpacks the same values, and looks
-at nothing else. CPU time of the exchanges alone is measured, in user and system mode.
+float outputs. The floor packs the same items, sends, receives and unpacks the same values, and
+looks at nothing else. CPU time of the exchanges alone is measured, in user and system mode.
 
 Writes figures in the format of Google Benchmark, for scripts/lib/bench_report.py.
 """
 
 import argparse
 import json
+import os
 import pathlib
 import random
 import re
@@ -118,6 +119,17 @@ def is_wanted(count, pattern):
     return any(re.search(pattern, f"{FIGURE}/{side}/{count}") for side in ("ours", "floor"))
 
 
+def context():
+    """As Google Benchmark describes where it measures."""
+    megahertz = re.findall(r"^cpu MHz\s*: (\d+)", pathlib.Path("/proc/cpuinfo").read_text(), re.M)
+    return {
+        "date": time.strftime("%Y-%m-%d"),
+        "num_cpus": os.cpu_count(),
+        "mhz_per_cpu": int(megahertz[0]) if megahertz else None,
+        "load_avg": os.getloadavg(),
+    }
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--headless-sim", required=True)
@@ -142,7 +154,7 @@ def main():
             simulator.fly()
             for count in counts:
                 entries += entries_of(count, arguments.seconds, arguments.repetitions)
-    arguments.out.write_text(json.dumps({"benchmarks": entries}))
+    arguments.out.write_text(json.dumps({"context": context(), "benchmarks": entries}))
 
 
 if __name__ == "__main__":
