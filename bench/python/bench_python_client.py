@@ -57,7 +57,7 @@ class Floor:
         self._socket = socket.create_connection(("127.0.0.1", 48000))
         self._socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self._request = struct.Struct(f"<4I{2 * INPUTS}i")
-        # The length before the answer, each value behind 8 bytes, and the aircraft.
+        # The length before the answer, each value after 8 bytes, and the aircraft.
         self._answer = struct.Struct("<4x" + count * "8xf" + "12x")
         self._socket.sendall(definitions_request(definitions(count)))
         self._receive()

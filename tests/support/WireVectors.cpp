@@ -36,7 +36,7 @@ void addBytes(Bytes& bytes, std::size_t& base, const std::string& line) {
         } else if (word.front() == '@') {
             const std::size_t size = base + std::stoul(word.substr(1));
             if (size < bytes.size()) {
-                throw std::invalid_argument(word + " is behind what is there already");
+                throw std::invalid_argument(word + " is less than what is there already");
             }
             bytes.resize(size);
         } else if (word.front() == '"') {

@@ -13,7 +13,7 @@ inline std::int32_t asInt(const std::string& text) {
     return static_cast<std::int32_t>(std::stol(text));
 }
 
-// Also in hexadecimal, behind 0x.
+// Also in hexadecimal, after 0x.
 inline std::uint32_t asNumber(const std::string& text) {
     return static_cast<std::uint32_t>(std::stoul(text, nullptr, 0));
 }

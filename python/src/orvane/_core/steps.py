@@ -56,7 +56,7 @@ class Look(NamedTuple):
 
 
 class Wait(NamedTuple):
-    """Waits until the deadline, which is no failure."""
+    """Waits until the deadline, which is not a failure."""
 
     limit: Limit
 

@@ -1,8 +1,8 @@
-"""Datarefs whose type nobody has said.
+"""Datarefs whose type nobody has named.
 
-The server does not tell a dataref's type, and one that is read as another than its own is 0. So it
-is read as each type, and taken for the first as which it is not 0. A write as another type is
-dropped.
+The server does not say which type a dataref has, and one that is read as another type is 0. So it
+is read as each type, and the first type that gives something else is kept. A write as another type
+is dropped.
 """
 
 from array import array

@@ -28,10 +28,11 @@ Values = Mapping[str, Writable]
 class Client(BlockingClient[Session]):
     """Datarefs and commands by name.
 
-    A name need not be registered: it is when it is first used. A dataref is named as "NAME", which
-    is what it is registered as, or as "NAME:TYPE" with int, float, byte, int[N] or float[N]. The
-    server does not tell types: one that has none is read as each, and taken for the first of float,
-    int, float[64] and int[64] as which it is not 0. Say the type where a 0 matters.
+    A name is registered when it is first used. A dataref is named as "NAME", which has the type
+    that it was registered with, or as "NAME:TYPE" with int, float, byte, int[N] or float[N]. The
+    server does not say which type a dataref has: one without is read as float, int, float[64] and
+    int[64], and the first type that gives something other than 0 is kept. Name the type where a 0
+    matters.
 
         client["sim/cockpit2/controls/gear_handle_down:int"] = 0
 
