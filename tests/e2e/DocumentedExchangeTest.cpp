@@ -160,8 +160,10 @@ TEST_F(DocumentedExchangeTest, LeavesBytesOfATornVelmarPacketUnread) {
 std::uint32_t murmurHash(const Bytes& bytes, std::uint32_t length) {
     std::uint32_t hash = 0;
     for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
-        std::uint32_t word = bytes[i] | bytes[i + 1] << 8U | bytes[i + 2] << 16U |
-                             static_cast<std::uint32_t>(bytes[i + 3]) << 24U;
+        std::uint32_t word = 0;
+        for (std::size_t j = 4; j > 0; --j) {
+            word = word << 8U | bytes[i + j - 1];
+        }
         word *= 0xCC9E2D51U;
         hash ^= (word << 15U | word >> 17U) * 0x1B873593U;
         hash = (hash << 13U | hash >> 19U) * 5 + 0xE6546B64U;
