@@ -73,7 +73,7 @@ const InputRecord& inputRecordOf(const Input& input) {
     return *input.record;
 }
 
-Input::Input(InputRecord made) : record(std::make_shared<const InputRecord>(std::move(made))) {}
+Input::Input(InputRecord record) : record(std::make_shared<const InputRecord>(std::move(record))) {}
 
 // A change that throws leaves the input as it was.
 template <typename Change>
