@@ -91,8 +91,8 @@ TEST_F(HeadlessSimTest, ASignalEndsAPausedRunToo) {
 // Signals that come before the first one is handled count as one.
 TEST_F(HeadlessSimTest, ASecondSignalEndsARunThatHangs) {
     EXPECT_EQ(runAndSignal(HANGING_PLUGIN,
-                           "INT $pid; until grep -q '^State:.Z' /proc/$pid/status; "
-                           "do kill -INT $pid; done; kill -0"),
+                           "INT $pid; while kill -INT $pid && "
+                           "! grep -qs '^State:.Z' /proc/$pid/status; do :; done; kill -0"),
               -SIGINT);
     EXPECT_EQ(output, "");
 }
