@@ -6,10 +6,6 @@ namespace {
 
 constexpr int kBufferSize = 0x1000000;
 
-int passOn(void* /*command*/, int /*phase*/, void* /*refcon*/) {
-    return 1;
-}
-
 } // namespace
 
 std::string numbered(const char* prefix, int number) {
@@ -17,7 +13,7 @@ std::string numbered(const char* prefix, int number) {
 }
 
 SteadyWorld::SteadyWorld(int datarefsOfEachType)
-    : observer(passOn), in(kBufferSize, &logger), out(kBufferSize, &logger) {
+    : in(kBufferSize, &logger), out(kBufferSize, &logger) {
     headless::DatarefTable& datarefs = simulator.Datarefs();
     for (int i = 0; i < datarefsOfEachType; ++i) {
         datarefs.Define({.name = numbered("sim/int/", i), .types = xplmType_Int});

@@ -4,40 +4,29 @@
 #include <string>
 #include <vector>
 
-#include "commands/CommandObserver.h"
 #include "common/LoggingService.h"
-#include "common/SimStateInformation.h"
 #include "common/Utilities.h"
-#include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
 #include "steady/AllocationCounter.h"
 #include "support/Bytes.h"
-#include "support/FakeDatarefProvider.h"
+#include "support/PluginWorld.h"
 
 class IProtocol;
 
 // A simulator with an aircraft and as many datarefs of each type as a test wants, and the two ring
 // buffers between which a protocol is fed. Its log is at the level that users have.
-class SteadyWorld final {
+class SteadyWorld final : public PluginWorld<LoggingService, Utilities> {
 public:
     // Of the arrays.
     static constexpr int kElements = 3;
 
     // "sim/int/10000" and up; likewise "sim/float/", "sim/ints/" and "sim/floats/".
     explicit SteadyWorld(int datarefsOfEachType);
-    SteadyWorld(const SteadyWorld&) = delete;
-    SteadyWorld& operator=(const SteadyWorld&) = delete;
 
     // What a connection does around feeding a protocol. Returns the size of the answer, and takes
     // nothing from the heap itself.
     unsigned long Exchange(IProtocol& protocol, Bytes& request);
 
-    headless::Simulator simulator;
-    SimStateInformation simState;
-    LoggingService logger;
-    Utilities utilities;
-    CommandObserver observer;
-    FakeDatarefProvider provider;
     RingBuffer in;
     RingBuffer out;
 };

@@ -5,8 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "network/TcpServer.h"
-#include "protocols/ProtocolFactory.h"
 #include "steady/SteadyWorld.h"
 #include "support/TarnelMessages.h"
 #include "support/TcpPeer.h"
@@ -15,7 +13,6 @@ namespace {
 
 class TickSteadyTest : public testing::Test {
 protected:
-    static constexpr std::uint16_t kPort = 48000;
     static constexpr int kDatarefs = 1000;
 
     TickSteadyTest() { server.Init(); }
@@ -40,9 +37,7 @@ protected:
     }
 
     SteadyWorld world{kDatarefs};
-    ProtocolFactory factory{&world.simState, &world.observer, &world.logger, &world.utilities,
-                            &world.provider};
-    TcpServer server{&world.logger, &world.utilities, &factory};
+    TcpServer& server = world.server;
     std::vector<unsigned char> answer = std::vector<unsigned char>(100'000);
 };
 
@@ -53,7 +48,7 @@ TEST_F(TickSteadyTest, TakesNothingWithoutAClient) {
 TEST_F(TickSteadyTest, TakesNothingWithIdleClients) {
     std::vector<std::unique_ptr<TcpPeer>> clients;
     for (int i = 0; i < 10; ++i) {
-        clients.push_back(std::make_unique<TcpPeer>(kPort));
+        clients.push_back(std::make_unique<TcpPeer>(kPluginPort));
         server.ProcessEvents();
     }
     server.ProcessEvents();
@@ -68,21 +63,20 @@ protected:
         for (int i = 0; i < GetParam(); ++i) {
             records.push_back({.id = static_cast<std::uint32_t>(i),
                                .name = numbered("sim/float/", i),
-                               .type = 2});
+                               .type = RecordType::Float});
         }
         return records;
     }
 
     // The frame's length, the outputs, the aircraft.
     const std::size_t answerSize = 4 + 12 * (static_cast<std::size_t>(GetParam()) + 1);
-    const Bytes identification = fromHex("11 22 33 44");
 };
 
 TEST_P(ExchangeSteadyTest, TakesNothing) {
-    TcpPeer client(kPort);
-    client.Send(join({identification, definitionsMessage({}, outputs())}));
+    TcpPeer client(kPluginPort);
+    client.Send(tarnelRequest(definitionsMessage({}, outputs())));
     awaitAnswer(client, answerSize);
-    const Bytes poll = join({identification, dataMessage({})});
+    const Bytes poll = tarnelRequest(dataMessage({}));
     const auto exchange = [&] {
         client.Send(poll);
         awaitAnswer(client, answerSize);
