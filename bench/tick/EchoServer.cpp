@@ -1,26 +1,15 @@
 #include "bench/tick/EchoServer.h"
 
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdint>
-#include <system_error>
+#include "support/Sockets.h"
 
 namespace {
 
-constexpr std::uint16_t kPort = 48000;
 constexpr int kBacklog = 2;
 constexpr int kReceiveBufferSize = 4 * 1024 * 1024;
-
-int checked(int result, const char* what) {
-    if (result == -1) {
-        throw std::system_error(errno, std::generic_category(), what);
-    }
-    return result;
-}
 
 template <class Value>
 void setOption(int socket, int option, const Value& value) {
@@ -40,7 +29,7 @@ EchoServer::EchoServer()
     setOption(serverSocket, SO_REUSEADDR, 1);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_port = htons(kPort);
+    address.sin_port = htons(kPluginPort);
     address.sin_addr.s_addr = htonl(INADDR_ANY);
     checked(::bind(serverSocket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)),
             "bind");

@@ -14,21 +14,15 @@ constexpr int kInputs = 16;
 constexpr std::size_t kRequests = 32;
 constexpr int kWarmUpExchanges = 50;
 
-constexpr std::int32_t kTypeFloat = 2;
-constexpr std::int32_t kScalingFloatRange = 2;
 constexpr std::uint32_t kFirstOutputIdentifier = 5000;
-
-Bytes requestOf(const Bytes& message) {
-    return join({{0x11, 0x22, 0x33, 0x44}, message});
-}
 
 Bytes definitions(int outputCount) {
     std::vector<InputRecord> inputs;
     inputs.reserve(kInputs);
     for (int i = 0; i < kInputs; ++i) {
         inputs.push_back({.action = i + 1,
-                          .targetType = kTypeFloat,
-                          .scaling = kScalingFloatRange,
+                          .targetType = RecordType::Float,
+                          .scaling = RecordScaling::FloatRange,
                           .floatMinimum = -1.0F,
                           .floatMaximum = 1.0F,
                           .target = TickFlight::DatarefName(i)});
@@ -38,9 +32,9 @@ Bytes definitions(int outputCount) {
     for (int i = 0; i < outputCount; ++i) {
         outputs.push_back({.id = kFirstOutputIdentifier + static_cast<std::uint32_t>(i),
                            .name = TickFlight::DatarefName(i),
-                           .type = kTypeFloat});
+                           .type = RecordType::Float});
     }
-    return requestOf(definitionsMessage(inputs, outputs));
+    return tarnelRequest(definitionsMessage(inputs, outputs));
 }
 
 // Another one for every `number`: all axes move all the time.
@@ -50,7 +44,7 @@ Bytes data(std::size_t number) {
         const std::size_t value = (number * 1021 + std::size_t{i} * 4099) % 65536;
         items.emplace_back(i + 1, static_cast<std::int32_t>(value));
     }
-    return requestOf(dataMessage(items));
+    return tarnelRequest(dataMessage(items));
 }
 
 // The frame's length, twelve bytes for each output, and as many for the aircraft.
@@ -89,7 +83,7 @@ void Exchanges::RunTicks() {
 }
 
 const Bytes& Exchanges::ReceiveAnswer() {
-    client.Receive(answer);
+    client.TakeAnswer(answer);
     return answer;
 }
 

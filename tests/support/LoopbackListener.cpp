@@ -1,6 +1,5 @@
 #include "support/LoopbackListener.h"
 
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,18 +9,19 @@ LoopbackListener::LoopbackListener(std::uint16_t port, std::optional<int> backlo
     : socket(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
     // Connections of an earlier test may linger on the port.
     setOption(socket, SOL_SOCKET, SO_REUSEADDR, 1);
-    sockaddr_in address = loopbackAddress(port);
-    socklen_t length = sizeof(address);
-    checked(::bind(socket, reinterpret_cast<const sockaddr*>(&address), length), "bind");
+    const sockaddr_in address = loopbackAddress(port);
+    checked(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), "bind");
     if (backlog) {
         checked(::listen(socket, *backlog), "listen");
     }
-    checked(::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length), "getsockname");
-    this->port = ntohs(address.sin_port);
 }
 
 LoopbackListener::~LoopbackListener() {
     ::close(socket);
+}
+
+std::uint16_t LoopbackListener::Port() const {
+    return portOf(socket, ::getsockname);
 }
 
 int LoopbackListener::Accept() const {

@@ -13,12 +13,11 @@ public:
     LoopbackListener(const LoopbackListener&) = delete;
     LoopbackListener& operator=(const LoopbackListener&) = delete;
 
-    std::uint16_t Port() const { return port; }
+    std::uint16_t Port() const;
     // Waits for a client, with a deadline. The socket is non-blocking and the caller's; -1 when
     // nobody connects.
     int Accept() const;
 
 private:
     int socket;
-    std::uint16_t port = 0;
 };

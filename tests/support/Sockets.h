@@ -1,6 +1,7 @@
 #pragma once
 
 #include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -22,6 +23,16 @@ Result checked(Result result, const char* what) {
 // 127.0.0.1.
 sockaddr_in loopbackAddress(std::uint16_t port);
 void setOption(int socket, int level, int option, int value);
+
+// Of one end of a connection, as ::getsockname or ::getpeername tells it; 0 when there is none.
+template <class GetName>
+std::uint16_t portOf(int socket, GetName getName) {
+    sockaddr_in address{};
+    socklen_t length = sizeof(address);
+    const bool found = getName(socket, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
+                       address.sin_family == AF_INET;
+    return found ? ntohs(address.sin_port) : std::uint16_t{0};
+}
 
 // Whether something can be read now: bytes, the end, or an error.
 bool isReadable(int socket);

@@ -62,12 +62,17 @@ Bytes TcpPeer::Receive(std::size_t max) {
 }
 
 Bytes TcpPeer::Await(std::size_t size) {
-    Bytes bytes;
-    while (bytes.size() < size && !HasEnded() && waitReadable(socket)) {
-        const Bytes more = Receive(size - bytes.size());
-        bytes.insert(bytes.end(), more.begin(), more.end());
-    }
+    Bytes bytes(size);
+    bytes.resize(AwaitInto(bytes.data(), size));
     return bytes;
+}
+
+std::size_t TcpPeer::AwaitInto(unsigned char* bytes, std::size_t size) {
+    std::size_t received = 0;
+    while (received < size && !HasEnded() && waitReadable(socket)) {
+        received += ReceiveInto(bytes + received, size - received);
+    }
+    return received;
 }
 
 std::size_t TcpPeer::ReceiveInto(unsigned char* bytes, std::size_t max) {
@@ -82,6 +87,10 @@ std::size_t TcpPeer::ReceiveInto(unsigned char* bytes, std::size_t max) {
         received += static_cast<std::size_t>(result);
     }
     return received;
+}
+
+std::uint16_t TcpPeer::Port() const {
+    return portOf(socket, ::getsockname);
 }
 
 void TcpPeer::HalfClose() const {

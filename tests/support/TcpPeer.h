@@ -35,12 +35,16 @@ public:
     Bytes Receive(std::size_t max = std::numeric_limits<std::size_t>::max());
     // Waits, with a deadline, for so many bytes. Fewer when the connection ends before.
     Bytes Await(std::size_t size);
-    // As Receive, without allocating. Returns the number of bytes.
+    // The same without allocating. Return the number of bytes.
     std::size_t ReceiveInto(unsigned char* bytes, std::size_t max);
+    std::size_t AwaitInto(unsigned char* bytes, std::size_t size);
     // Whether an earlier Receive ran into the other side's orderly end, or into a reset.
     bool SawEnd() const { return sawEnd; }
     bool SawReset() const { return sawReset; }
     bool HasEnded() const { return sawEnd || sawReset; }
+
+    // Of this end.
+    std::uint16_t Port() const;
 
     // Says that no more comes, and goes on receiving.
     void HalfClose() const;

@@ -32,10 +32,7 @@ std::vector<int> receiveBuffersOnThePort() {
     constexpr int kMoreThanAnyDescriptor = 256;
     std::vector<int> sizes;
     for (int file = 0; file < kMoreThanAnyDescriptor; ++file) {
-        sockaddr_in address{};
-        socklen_t length = sizeof(address);
-        if (::getsockname(file, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
-            address.sin_family == AF_INET && address.sin_port == htons(kPluginPort)) {
+        if (portOf(file, ::getsockname) == kPluginPort) {
             const bool listens = optionOf(file, SO_ACCEPTCONN) != 0;
             sizes.insert(listens ? sizes.begin() : sizes.end(), optionOf(file, SO_RCVBUF));
         }
