@@ -1,31 +1,20 @@
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/mman.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <atomic>
-#include <chrono>
 #include <csignal>
-#include <cstring>
 #include <deque>
 #include <iostream>
 #include <memory>
 #include <random>
 #include <string>
-#include <system_error>
-#include <thread>
-#include <utility>
 #include <vector>
 
+#include "e2e/EagerClient.h"
 #include "e2e/EndToEndTest.h"
+#include "e2e/KilledClient.h"
+#include "e2e/ResettingClients.h"
 #include "support/Deadline.h"
 
 namespace {
-
-enum Type { kInt = 1, kFloatArray = 4 };
 
 // A flight with one well-behaved client, whose exchanges a storm of others must not touch.
 class StormTest : public EndToEndTest {
@@ -34,9 +23,9 @@ protected:
         startSimulator();
         bystander = std::make_unique<TestClient>();
         const Bytes defined = bystander->Exchange(
-            *simulator,
-            tarnel(definitionsMessage({{.action = 1, .targetType = kInt, .target = "test/int"}},
-                                      {{.id = 1, .name = "test/int", .type = kInt}})));
+            *simulator, tarnelRequest(definitionsMessage(
+                            {{.action = 1, .targetType = RecordType::Int, .target = "test/int"}},
+                            {{.id = 1, .name = "test/int", .type = RecordType::Int}})));
         EXPECT_EQ(defined, answerWith(0));
         filesBefore = simulator->AskNumber("fds");
     }
@@ -51,7 +40,8 @@ protected:
 
     // A value goes in, and the one of the exchange before comes out.
     void expectBystanderUnharmed() {
-        const Bytes answer = bystander->Exchange(*simulator, tarnel(dataMessage({{1, value + 1}})));
+        const Bytes answer =
+            bystander->Exchange(*simulator, tarnelRequest(dataMessage({{1, value + 1}})));
         ASSERT_EQ(answer, answerWith(value));
         ++value;
         ASSERT_EQ(simulator->Get("test/int"), std::to_string(value));
@@ -77,11 +67,12 @@ protected:
         return join({fromHex("01 00 00 00 04 00 00 00"), i32(reported), trailer(kAircraftOne)});
     }
 
-    const Bytes version = tarnel(versionMessage());
+    const Bytes version = tarnelRequest(versionMessage());
     const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
     // Its answer is more than the kernel takes at once.
-    const Bytes hugeRequest = tarnel(definitionsMessage(
-        {}, {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 1'000'000}}));
+    const Bytes hugeRequest = tarnelRequest(definitionsMessage(
+        {},
+        {{.id = 1, .name = "test/floats", .type = RecordType::FloatArray, .count = 1'000'000}}));
     static constexpr const char* kReset =
         "Warning@TcpConnection::ProcessEvents : recv() : Unknown Socket Error Code 104";
 
@@ -104,50 +95,6 @@ TEST_F(StormTest, ServesOnWhile500ClientsComeAndGo) {
     expectCalm();
     expectNothingLoggedBut("");
 }
-
-// A client that does not wait for its connection but tries again.
-class EagerClient final {
-public:
-    EagerClient() { connect(); }
-    ~EagerClient() { ::close(socket); }
-    EagerClient(const EagerClient&) = delete;
-    EagerClient& operator=(const EagerClient&) = delete;
-
-    // Sends the request once it can, and takes in what comes back.
-    void Advance(const Bytes& request) {
-        pollfd writable{socket, POLLOUT, 0};
-        if (!isSent && ::poll(&writable, 1, 0) != 1) {
-            ::close(socket);
-            connect();
-            return;
-        }
-        if (!isSent) {
-            isSent = ::send(socket, request.data(), request.size(), MSG_NOSIGNAL) ==
-                     static_cast<ssize_t>(request.size());
-        }
-        unsigned char buffer[64];
-        const ssize_t count = ::recv(socket, buffer, sizeof(buffer), 0);
-        if (count > 0) {
-            received.insert(received.end(), buffer, buffer + count);
-        }
-    }
-
-    const Bytes& Received() const { return received; }
-
-private:
-    void connect() {
-        socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(48000);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-    }
-
-    int socket = -1;
-    bool isSent = false;
-    Bytes received;
-};
 
 // Few of them fit into the queue of the listening socket. Left to their kernels' own retries, after
 // 1, 3, 7 and more seconds, some would wait for half a minute.
@@ -219,7 +166,7 @@ TEST_F(StormTest, SurvivesClientsThatSendAByteAtATime) {
         clients.push_back(std::make_unique<TestClient>());
         simulator->Step();
     }
-    for (const unsigned char byte : tarnel(definitionsMessage({}, {{.id = 1}}))) {
+    for (const unsigned char byte : tarnelRequest(definitionsMessage({}, {{.id = 1}}))) {
         for (const auto& client : clients) {
             client->Send({byte});
         }
@@ -234,56 +181,6 @@ TEST_F(StormTest, SurvivesClientsThatSendAByteAtATime) {
     expectCalm();
     expectNothingLoggedBut("");
 }
-
-// Threads that connect, ask, close their direction and reset, until so many connections were made.
-// Such a reset turns a send of the plugin's into a signal instead of an error.
-class ResettingClients final {
-public:
-    ResettingClients(Bytes request, int connections)
-        : request(std::move(request)), connectionsLeft(connections) {
-        for (unsigned int seed = 0; seed < kThreads; ++seed) {
-            threads.emplace_back([this, seed] {
-                run(seed);
-                --threadsRunning;
-            });
-        }
-    }
-    ~ResettingClients() {
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-    }
-    ResettingClients(const ResettingClients&) = delete;
-    ResettingClients& operator=(const ResettingClients&) = delete;
-
-    bool AreDone() const { return threadsRunning == 0; }
-
-private:
-    // More would not fit into the queue of the listening socket, and wait for their kernel's retry.
-    static constexpr unsigned int kThreads = 3;
-
-    void run(unsigned int seed) {
-        std::mt19937 random(seed);
-        try {
-            while (connectionsLeft-- > 0) {
-                TestClient client;
-                client.Send(request);
-                client.HalfClose();
-                // Anywhere in the frames that the plugin takes to answer.
-                std::this_thread::sleep_for(std::chrono::microseconds(random() % 800));
-                client.CloseWithReset();
-            }
-        } catch (const std::system_error&) {
-            // The simulator has gone, as the test sees for itself.
-            connectionsLeft = 0;
-        }
-    }
-
-    const Bytes request;
-    std::atomic<int> connectionsLeft;
-    std::atomic<unsigned int> threadsRunning = kThreads;
-    std::vector<std::thread> threads;
-};
 
 TEST_F(StormTest, SurvivesTenThousandClientsThatResetWhileTheyAreAnswered) {
     {
@@ -331,65 +228,19 @@ TEST_F(StormTest, AnswersNothingToOtherProtocols) {
 
 #ifndef ORVANE_E2E_SANITIZED
 
-// Forked processes that exchange as fast as they can until they are killed.
-class KilledClients final {
-public:
-    KilledClients()
-        : exchanges(new (::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
-                                MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0)) {}
-    ~KilledClients() { ::munmap(exchanges, sizeof(*exchanges)); }
-    KilledClients(const KilledClients&) = delete;
-    KilledClients& operator=(const KilledClients&) = delete;
-
-    pid_t Start(const Bytes& request) {
-        *exchanges = 0;
-        const pid_t pid = ::fork();
-        if (pid == 0) {
-            exchangeForever(request);
-        }
-        return pid;
-    }
-
-    // How many exchanges it had completed.
-    int Kill(pid_t pid) {
-        ::kill(pid, SIGKILL);
-        EXPECT_EQ(::waitpid(pid, nullptr, 0), pid);
-        return *exchanges;
-    }
-
-private:
-    [[noreturn]] void exchangeForever(const Bytes& request) {
-        const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(48000);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-        unsigned char answer[65536];
-        while (::send(socket, request.data(), request.size(), MSG_NOSIGNAL) > 0 &&
-               ::recv(socket, answer, sizeof(answer), 0) > 0) {
-            ++*exchanges;
-        }
-        ::_exit(0);
-    }
-
-    std::atomic<int>* exchanges;
-};
-
 TEST_F(StormTest, SurvivesAClientThatIsKilledAThousandTimes) {
-    KilledClients clients;
-    const Bytes request = tarnel(
-        definitionsMessage({{.action = 1, .targetType = kInt, .target = "test/float"}},
-                           {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 5000},
-                            {.id = 2, .name = "kyr/test_command", .type = 6}}));
+    const Bytes request = tarnelRequest(definitionsMessage(
+        {{.action = 1, .targetType = RecordType::Int, .target = "test/float"}},
+        {{.id = 1, .name = "test/floats", .type = RecordType::FloatArray, .count = 5000},
+         {.id = 2, .name = "kyr/test_command", .type = RecordType::Command}}));
     int killedEarly = 0;
     long exchanges = 0;
     for (int i = 0; i < 1000; ++i) {
-        const pid_t pid = clients.Start(request);
+        KilledClient client(request);
         simulator->Step(static_cast<int>(random() % 20));
         expectBystanderUnharmed();
         simulator->Step(static_cast<int>(random() % 20));
-        const int completed = clients.Kill(pid);
+        const int completed = client.Kill();
         exchanges += completed;
         killedEarly += completed == 0 ? 1 : 0;
         simulator->Step();

@@ -30,6 +30,11 @@ bool isReadable(int socket) {
     return waitFor(socket, POLLIN, POLLIN | POLLERR | POLLHUP, 0);
 }
 
+bool isWritable(int socket) {
+    pollfd entry{socket, POLLOUT, 0};
+    return ::poll(&entry, 1, 0) == 1 && entry.revents == POLLOUT;
+}
+
 bool waitReadable(int socket) {
     return waitFor(socket, POLLIN, POLLIN, kPatienceMs);
 }

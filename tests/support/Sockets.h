@@ -36,6 +36,8 @@ std::uint16_t portOf(int socket, GetName getName) {
 
 // Whether something can be read now: bytes, the end, or an error.
 bool isReadable(int socket);
+// Whether something can be sent now, on a connection that stands.
+bool isWritable(int socket);
 // Wait, with a deadline, until the socket has something to read, or has met an error or a hang-up.
 bool waitReadable(int socket);
 bool waitBroken(int socket);

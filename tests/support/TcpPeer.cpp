@@ -13,6 +13,16 @@
 #include "support/Deadline.h"
 #include "support/Sockets.h"
 
+namespace {
+
+// Only Send and Await may wait, and they would not if the socket were non-blocking.
+void setNonBlocking(int socket, bool isNonBlocking) {
+    int enabled = isNonBlocking ? 1 : 0;
+    checked(::ioctl(socket, FIONBIO, &enabled), "FIONBIO");
+}
+
+} // namespace
+
 TcpPeer::TcpPeer(std::uint16_t port, int receiveBuffer)
     : socket(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
     setOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
@@ -24,14 +34,27 @@ TcpPeer::TcpPeer(std::uint16_t port, int receiveBuffer)
             "connect");
 }
 
-// Only Send and Await may wait, and they would not if the socket were non-blocking.
+TcpPeer::TcpPeer(std::uint16_t port, WithoutWaiting)
+    : socket(checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
+    const sockaddr_in address = loopbackAddress(port);
+    setNonBlocking(socket, true);
+    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == -1 &&
+        errno != EINPROGRESS) {
+        checked(-1, "connect");
+    }
+    setNonBlocking(socket, false);
+}
+
 TcpPeer::TcpPeer(AcceptedSocket accepted) : socket(accepted.descriptor) {
-    int disabled = 0;
-    checked(::ioctl(socket, FIONBIO, &disabled), "FIONBIO");
+    setNonBlocking(socket, false);
 }
 
 TcpPeer::~TcpPeer() {
     Close();
+}
+
+bool TcpPeer::IsConnected() const {
+    return isWritable(socket);
 }
 
 void TcpPeer::Send(const Bytes& bytes) const {

@@ -21,10 +21,15 @@ public:
     // Connects to 127.0.0.1; the server may accept later. With a small receive buffer, in bytes,
     // the server has to send a large answer in parts.
     explicit TcpPeer(std::uint16_t port, int receiveBuffer = 0);
+    // Begins to connect; IsConnected tells when.
+    struct WithoutWaiting {};
+    TcpPeer(std::uint16_t port, WithoutWaiting);
     explicit TcpPeer(AcceptedSocket accepted);
     ~TcpPeer();
     TcpPeer(const TcpPeer&) = delete;
     TcpPeer& operator=(const TcpPeer&) = delete;
+
+    bool IsConnected() const;
 
     // Sends all of it; blocks only if the other side never reads.
     void Send(const Bytes& bytes) const;

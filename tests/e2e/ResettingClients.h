@@ -1,0 +1,61 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <random>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "support/TcpPeer.h"
+
+// Threads that connect, ask, close their direction and reset, until so many connections were made.
+// Such a reset turns a send of the plugin's into a signal instead of an error.
+class ResettingClients final {
+public:
+    ResettingClients(Bytes request, int connections)
+        : request(std::move(request)), connectionsLeft(connections) {
+        for (unsigned int seed = 0; seed < kThreads; ++seed) {
+            threads.emplace_back([this, seed] {
+                run(seed);
+                --threadsRunning;
+            });
+        }
+    }
+    ~ResettingClients() {
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    ResettingClients(const ResettingClients&) = delete;
+    ResettingClients& operator=(const ResettingClients&) = delete;
+
+    bool AreDone() const { return threadsRunning == 0; }
+
+private:
+    // More would not fit into the queue of the listening socket, and wait for their kernel's retry.
+    static constexpr unsigned int kThreads = 3;
+
+    void run(unsigned int seed) {
+        std::mt19937 random(seed);
+        try {
+            while (connectionsLeft-- > 0) {
+                TcpPeer client(kPluginPort);
+                client.Send(request);
+                client.HalfClose();
+                // Anywhere in the frames that the plugin takes to answer.
+                std::this_thread::sleep_for(std::chrono::microseconds(random() % 800));
+                client.CloseWithReset();
+            }
+        } catch (const std::system_error&) {
+            // The simulator has gone, as the test sees for itself.
+            connectionsLeft = 0;
+        }
+    }
+
+    const Bytes request;
+    std::atomic<int> connectionsLeft;
+    std::atomic<unsigned int> threadsRunning = kThreads;
+    std::vector<std::thread> threads;
+};
