@@ -5,13 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <new>
 #include <string>
 #include <system_error>
+#include <vector>
 
-#include "LoopbackSocket.h"
 #include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
 #include "support/Deadline.h"
@@ -22,6 +21,13 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// What a start asks of the provider.
+const std::vector<std::string> kCallsOfAStart{
+    "ParseConfig", "RegisterInt kyr/autopilot_external_control",
+    "RegisterInt kyr/autopilot_trigger_disable",
+    "RegisterIntArray 4 kyr/external_forcescalefactor_active",
+    "RegisterIntArray 4 kyr/external_forcescalefactor_value"};
 
 class XPlanePluginTest : public testing::Test {
 protected:
@@ -109,11 +115,7 @@ TEST_F(XPlanePluginTest, StartsInThisOrder) {
     EXPECT_THAT(calledFunctions(), ElementsAre("XPLMFindPluginsMenu", "XPLMAppendMenuItem",
                                                "XPLMRegisterFlightLoopCallback"));
     EXPECT_EQ(log.at(0), "ParseConfig after XPLMRegisterFlightLoopCallback");
-    EXPECT_THAT(provider.calls,
-                ElementsAre("ParseConfig", "RegisterInt kyr/autopilot_external_control",
-                            "RegisterInt kyr/autopilot_trigger_disable",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_active",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_value"));
+    EXPECT_EQ(provider.calls, kCallsOfAStart);
 }
 
 TEST_F(XPlanePluginTest, WantsItsFirstCallTwoFlightLoopsLater) {
@@ -157,11 +159,7 @@ TEST_F(XPlanePluginTest, RegistersADatarefAgainThatItDidNotGet) {
     start();
     provider.calls.clear();
     start();
-    EXPECT_THAT(provider.calls,
-                ElementsAre("ParseConfig", "RegisterInt kyr/autopilot_external_control",
-                            "RegisterInt kyr/autopilot_trigger_disable",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_active",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_value"));
+    EXPECT_EQ(provider.calls, kCallsOfAStart);
 }
 
 TEST_F(XPlanePluginTest, TakesBackAStartThatFailsAfterTheServerListens) {
@@ -169,8 +167,7 @@ TEST_F(XPlanePluginTest, TakesBackAStartThatFailsAfterTheServerListens) {
     EXPECT_EQ(start(), 0);
     EXPECT_THAT(provider.calls, ElementsAre("ParseConfig", "UnregisterAll"));
     EXPECT_EQ(simulator.Loops().Count(), 0U);
-    LoopbackSocket client;
-    EXPECT_EQ(client.Connect(), ECONNREFUSED);
+    EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
     EXPECT_THAT(logger.At(LogLevelWarning),
                 ElementsAre("Warning@XPlanePlugin::XPluginStart : std::bad_alloc"));
 }
@@ -186,14 +183,9 @@ TEST_F(XPlanePluginTest, StartsAfterAStartThatFailed) {
     provider.onCall = {};
     provider.calls.clear();
     EXPECT_EQ(start(), 1);
-    EXPECT_THAT(provider.calls,
-                ElementsAre("ParseConfig", "RegisterInt kyr/autopilot_external_control",
-                            "RegisterInt kyr/autopilot_trigger_disable",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_active",
-                            "RegisterIntArray 4 kyr/external_forcescalefactor_value"));
+    EXPECT_EQ(provider.calls, kCallsOfAStart);
     EXPECT_EQ(simulator.Loops().Count(), 1U);
-    LoopbackSocket client;
-    EXPECT_EQ(client.Connect(), 0);
+    EXPECT_NO_THROW(TcpPeer{kPluginPort});
 }
 
 // Enabling.
