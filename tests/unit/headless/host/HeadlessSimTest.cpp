@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 using ::testing::EndsWith;
@@ -203,6 +205,19 @@ TEST_F(HeadlessSimTest, WarnsWhenThePluginStaysInTheProcess) {
     EXPECT_EQ(run(STICKY_PLUGIN " --duration 0"), 0);
     EXPECT_EQ(errors, "headless-sim: warning: " STICKY_PLUGIN
                       ": the plugin is still in the process after it was unloaded\n");
+}
+
+TEST_F(HeadlessSimTest, ThePageHasEveryOption) {
+    EXPECT_EQ(run("--help"), 0);
+    std::ostringstream page;
+    page << std::ifstream(HEADLESS_PAGE).rdbuf();
+    std::istringstream lines(output);
+    for (std::string word; lines >> word;) {
+        const bool ordinary = word != "--help" && word != "--version";
+        if (word.starts_with("--") && ordinary) {
+            EXPECT_THAT(page.str(), HasSubstr("| `" + word)) << word;
+        }
+    }
 }
 
 TEST_F(HeadlessSimTest, HelpEndsWithExamples) {

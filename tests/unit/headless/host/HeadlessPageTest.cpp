@@ -1,0 +1,44 @@
+// docs/headless.md says what the program does.
+
+#include "headless/xplm/FunctionTable.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+using headless::FunctionTable;
+using headless::SdkFunction;
+
+namespace {
+
+std::string page() {
+    std::ostringstream text;
+    text << std::ifstream(HEADLESS_PAGE).rdbuf();
+    return text.str();
+}
+
+// A table for each header of the SDK.
+std::string tables() {
+    std::ostringstream text;
+    std::string_view header;
+    for (const SdkFunction& function : FunctionTable::All()) {
+        if (function.header != header) {
+            header = function.header;
+            text << "\n### " << header << "\n\n| function | here | what differs |\n|---|---|---|\n";
+        }
+        text << "| `" << function.name << "` | " << FunctionTable::Describe(function.kind) << " | "
+             << function.difference << " |\n";
+    }
+    return text.str();
+}
+
+} // namespace
+
+TEST(HeadlessPageTest, HasTheTableOfFunctions) {
+    const std::string text = page();
+    const std::size_t begin = text.find("\n### XPLMCamera");
+    ASSERT_NE(begin, std::string::npos);
+    EXPECT_EQ(text.substr(begin), tables());
+}
