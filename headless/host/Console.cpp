@@ -109,12 +109,12 @@ const Console::Entry* Console::find(const std::string& name) {
 }
 
 std::string Console::get(const std::string& arguments) {
-    return arguments + " = " + DatarefText::Format(findDataref(session, arguments));
+    return arguments + " = " + formatDataref(findDataref(session, arguments));
 }
 
 std::string Console::set(const std::string& arguments) {
     const auto [name, value] = splitWord(arguments);
-    DatarefText::Parse(findDataref(session, name), value);
+    parseDataref(findDataref(session, name), value);
     return kOk;
 }
 
@@ -205,11 +205,11 @@ std::string Console::worstFrame(const std::string& /*arguments*/) {
 }
 
 std::string Console::residentMemory(const std::string& /*arguments*/) {
-    return "rss " + std::to_string(ProcessInfo::ResidentKilobytes());
+    return "rss " + std::to_string(residentKilobytes());
 }
 
 std::string Console::fileDescriptors(const std::string& /*arguments*/) {
-    return "fds " + std::to_string(ProcessInfo::OpenFileDescriptors());
+    return "fds " + std::to_string(openFileDescriptors());
 }
 
 std::string Console::disable(const std::string& /*arguments*/) {

@@ -75,7 +75,7 @@ void parseBytes(IDatarefValue& value, std::string_view text) {
 
 } // namespace
 
-std::string DatarefText::Format(const Dataref& dataref) {
+std::string formatDataref(const Dataref& dataref) {
     IDatarefValue& value = dataref.Value();
     if (dataref.Offers(xplmType_Double)) {
         return format(value.GetDouble());
@@ -99,7 +99,7 @@ std::string DatarefText::Format(const Dataref& dataref) {
     return formatBytes(value);
 }
 
-void DatarefText::Parse(const Dataref& dataref, std::string_view text) {
+void parseDataref(const Dataref& dataref, std::string_view text) {
     IDatarefValue& value = dataref.Value();
     if (dataref.Offers(xplmType_Double)) {
         value.SetDouble(parse<double>(text));

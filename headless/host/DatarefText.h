@@ -10,13 +10,10 @@ namespace headless {
 // A dataref's value as text, for people and scripts: a number, numbers separated by commas, or the
 // text of a byte dataref up to its first zero. Numbers are the shortest text that reads back the
 // same. Of several types the most precise counts.
-class DatarefText final {
-public:
-    static std::string Format(const Dataref& dataref);
+std::string formatDataref(const Dataref& dataref);
 
-    // Writes what Format() would print; fewer elements than the dataref has set the first ones, a
-    // shorter text is followed by zeros. Throws std::invalid_argument for text of another shape.
-    static void Parse(const Dataref& dataref, std::string_view text);
-};
+// Writes what formatDataref() would print; fewer elements than the dataref has set the first ones,
+// a shorter text is followed by zeros. Throws std::invalid_argument for text of another shape.
+void parseDataref(const Dataref& dataref, std::string_view text);
 
 } // namespace headless

@@ -151,7 +151,7 @@ std::string pathOf(int descriptor) {
 
 } // namespace
 
-void NoOpLibrary::Load(const std::string& soname, const std::vector<std::string>& names) {
+void loadNoOpLibrary(const std::string& soname, const std::vector<std::string>& names) {
     const std::string file = makeFile(soname, names);
     const int descriptor = ::memfd_create(soname.c_str(), MFD_CLOEXEC);
     const bool written = descriptor >= 0 && ::write(descriptor, file.data(), file.size()) ==

@@ -18,14 +18,14 @@ constexpr const char* kLibrary = "libGL.so.1";
 bool wantsOpenGl(const PluginFile& plugin) {
     const auto& names = plugin.Undefined();
     const auto& libraries = plugin.Needed();
-    return std::any_of(names.begin(), names.end(), &OpenGl::IsName) ||
-           std::any_of(libraries.begin(), libraries.end(), &OpenGl::IsLibrary) ||
+    return std::any_of(names.begin(), names.end(), &isOpenGlName) ||
+           std::any_of(libraries.begin(), libraries.end(), &isOpenGlLibrary) ||
            plugin.Mentions("glXGetProcAddress") || plugin.Mentions("glGetString");
 }
 
 } // namespace
 
-bool OpenGl::IsName(std::string_view name) {
+bool isOpenGlName(std::string_view name) {
     for (const std::string_view prefix : {"glX", "glu", "gl"}) {
         if (name.starts_with(prefix) && name.size() > prefix.size()) {
             return std::isupper(static_cast<unsigned char>(name[prefix.size()])) != 0;
@@ -34,12 +34,12 @@ bool OpenGl::IsName(std::string_view name) {
     return false;
 }
 
-bool OpenGl::IsLibrary(std::string_view name) {
+bool isOpenGlLibrary(std::string_view name) {
     return name.starts_with("libGL.so") || name.starts_with("libOpenGL.so") ||
            name.starts_with("libGLX.so") || name.starts_with("libGLU.so");
 }
 
-void OpenGl::Provide(const PluginFile& plugin) {
+void provideOpenGl(const PluginFile& plugin) {
     if (!wantsOpenGl(plugin)) {
         return;
     }
@@ -48,19 +48,20 @@ void OpenGl::Provide(const PluginFile& plugin) {
     libraries.emplace_back(kLibrary);
     std::vector<std::string> absent;
     for (const std::string& library : libraries) {
-        if (IsLibrary(library) && ::dlopen(library.c_str(), RTLD_LAZY | RTLD_GLOBAL) == nullptr) {
+        if (isOpenGlLibrary(library) &&
+            ::dlopen(library.c_str(), RTLD_LAZY | RTLD_GLOBAL) == nullptr) {
             absent.push_back(library);
         }
     }
     std::copy_if(plugin.Undefined().begin(), plugin.Undefined().end(), std::back_inserter(names),
                  [](const std::string& name) {
-                     return IsName(name) && ::dlsym(RTLD_DEFAULT, name.c_str()) == nullptr;
+                     return isOpenGlName(name) && ::dlsym(RTLD_DEFAULT, name.c_str()) == nullptr;
                  });
     if (!names.empty()) {
-        NoOpLibrary::Load("headless-opengl.so", names);
+        loadNoOpLibrary("headless-opengl.so", names);
     }
     for (const std::string& library : absent) {
-        NoOpLibrary::Load(library, {"headless_nothing"});
+        loadNoOpLibrary(library, {"headless_nothing"});
     }
 }
 

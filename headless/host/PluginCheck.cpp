@@ -65,7 +65,7 @@ std::string PluginCheck::DescribeNotSimulated() const {
 
 std::string PluginCheck::Summary() const {
     const auto kept = std::count_if(sdkFunctions.begin(), sdkFunctions.end(), [](const auto& name) {
-        return FunctionTable::Find(name)->kind == FunctionKind::KeepsState;
+        return findSdkFunction(name)->kind == FunctionKind::KeepsState;
     });
     const std::size_t keepState = static_cast<std::size_t>(kept);
     std::string text =
@@ -80,14 +80,14 @@ std::string PluginCheck::Summary() const {
 }
 
 void PluginCheck::sortName(const std::string& name, const std::vector<void*>& libraries) {
-    if (const SdkFunction* function = FunctionTable::Find(name)) {
+    if (const SdkFunction* function = findSdkFunction(name)) {
         sdkFunctions.push_back(name);
         if (function->kind == FunctionKind::AnswersZero) {
             notSimulated.push_back(name);
         }
         return;
     }
-    if (OpenGl::IsName(name)) {
+    if (isOpenGlName(name)) {
         openGl.push_back(name);
         return;
     }
@@ -103,7 +103,7 @@ void PluginCheck::sortName(const std::string& name, const std::vector<void*>& li
 std::vector<void*> PluginCheck::openLibraries(const PluginFile& file) {
     std::vector<void*> libraries;
     for (const std::string& name : file.Needed()) {
-        if (OpenGl::IsLibrary(name) || IsSdkLibrary(name)) {
+        if (isOpenGlLibrary(name) || IsSdkLibrary(name)) {
             continue;
         }
         if (void* library = openLibrary(name, file.RunPath())) {

@@ -185,11 +185,11 @@ void PluginHost::requireNames(bool strict) const {
     if (strict && !check.NotSimulated().empty()) {
         throw PluginError(file + ": the plugin " + check.DescribeNotSimulated());
     }
-    OpenGl::Provide(plugin);
+    provideOpenGl(plugin);
     for (const std::string& name : plugin.Needed()) {
         // What it wants of the SDK's library is in the process already.
         if (PluginCheck::IsSdkLibrary(name)) {
-            NoOpLibrary::Load(name, {"headless_nothing"});
+            loadNoOpLibrary(name, {"headless_nothing"});
         }
     }
 }

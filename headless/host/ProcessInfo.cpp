@@ -14,7 +14,7 @@ constexpr std::size_t kBytesPerKilobyte = 1024;
 
 } // namespace
 
-std::size_t ProcessInfo::ResidentKilobytes() {
+std::size_t residentKilobytes() {
     std::ifstream statm("/proc/self/statm");
     std::size_t totalPages = 0;
     std::size_t residentPages = 0;
@@ -22,7 +22,7 @@ std::size_t ProcessInfo::ResidentKilobytes() {
     return residentPages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) / kBytesPerKilobyte;
 }
 
-std::size_t ProcessInfo::OpenFileDescriptors() {
+std::size_t openFileDescriptors() {
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir("/proc/self/fd"), &::closedir);
     if (folder == nullptr) {
         return 0;

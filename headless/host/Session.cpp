@@ -60,9 +60,9 @@ PluginHost& Session::Plugin() {
 }
 
 void Session::LoadAircraft(const std::string& description) {
-    const Dataref* dataref = simulator.Datarefs().Lookup(DefaultWorld::kAircraftDescription);
+    const Dataref* dataref = simulator.Datarefs().Lookup(kAircraftDescription);
     if (dataref->Offers(xplmType_Data)) {
-        simulator.Datarefs().SetBytes(DefaultWorld::kAircraftDescription, description);
+        simulator.Datarefs().SetBytes(kAircraftDescription, description);
     }
     simulator.Aircraft().TellLoaded();
 }
@@ -96,13 +96,13 @@ void Session::buildWorld() {
         }
     }
     if (!options.commandsFile.empty()) {
-        for (const CommandDefinition& definition : CommandsFile::Read(options.commandsFile)) {
+        for (const CommandDefinition& definition : readCommandsFile(options.commandsFile)) {
             simulator.Commands().Define(definition.name, definition.description);
         }
     }
-    DefaultWorld::Install(simulator, worldVersion(options.world));
+    installDefaultWorld(simulator, worldVersion(options.world));
     simulator.Terrain().SetElevation(options.groundMetres);
-    CommandEffects::Install(simulator);
+    installCommandEffects(simulator);
 }
 
 } // namespace headless

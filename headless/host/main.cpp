@@ -115,10 +115,9 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
 
 // A line a function: its name, header, kind, and what differs, separated by tabs.
 int listFunctions() {
-    for (const headless::SdkFunction& function : headless::FunctionTable::All()) {
+    for (const headless::SdkFunction& function : headless::sdkFunctions()) {
         std::cout << function.name << '\t' << function.header << '\t'
-                  << headless::FunctionTable::Describe(function.kind) << '\t' << function.difference
-                  << '\n';
+                  << headless::describe(function.kind) << '\t' << function.difference << '\n';
     }
     return kExitOk;
 }

@@ -1,7 +1,10 @@
 #include "headless/world/CommandEffects.h"
 
+#include "headless/world/DatarefNumber.h"
+
 #include <algorithm>
 #include <functional>
+#include <string>
 #include <utility>
 
 namespace headless {
@@ -26,9 +29,40 @@ void setAction(Simulator& simulator, const std::string& name,
     }
 }
 
+// When the command begins: the value becomes 1 - value, or `target`.
+void toggle(Simulator& simulator, const std::string& command, const char* dataref) {
+    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
+    setAction(simulator, command, [number](XPLMCommandPhase phase) {
+        if (phase == xplm_CommandBegin) {
+            number.Set(1.0 - number.Get());
+        }
+    });
+}
+
+void assign(Simulator& simulator, const std::string& command, const char* dataref, double target) {
+    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
+    setAction(simulator, command, [number, target](XPLMCommandPhase phase) {
+        if (phase == xplm_CommandBegin) {
+            number.Set(target);
+        }
+    });
+}
+
+// When the command begins: `step` more, within the limits. `repeats`: also on every frame that the
+// command is held.
+void move(Simulator& simulator, const std::string& command, const char* dataref, double step,
+          double lowest, double highest, bool repeats) {
+    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
+    setAction(simulator, command, [=](XPLMCommandPhase phase) {
+        if (phase == xplm_CommandBegin || (repeats && phase == xplm_CommandContinue)) {
+            number.Set(std::clamp(number.Get() + step, lowest, highest));
+        }
+    });
+}
+
 } // namespace
 
-void CommandEffects::Install(Simulator& simulator) {
+void installCommandEffects(Simulator& simulator) {
     const std::string controls = "sim/flight_controls/";
     toggle(simulator, controls + "landing_gear_toggle", kGear);
     assign(simulator, controls + "landing_gear_up", kGear, 0.0);
@@ -44,35 +78,6 @@ void CommandEffects::Install(Simulator& simulator) {
     move(simulator, "sim/engines/throttle_up", kThrottle, kThrottleStep, 0.0, 1.0, true);
     move(simulator, "sim/engines/throttle_down", kThrottle, -kThrottleStep, 0.0, 1.0, true);
     toggle(simulator, "sim/operation/pause_toggle", "sim/time/paused");
-}
-
-void CommandEffects::toggle(Simulator& simulator, const std::string& command, const char* dataref) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [number](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin) {
-            number.Set(1.0 - number.Get());
-        }
-    });
-}
-
-void CommandEffects::assign(Simulator& simulator, const std::string& command, const char* dataref,
-                            double target) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [number, target](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin) {
-            number.Set(target);
-        }
-    });
-}
-
-void CommandEffects::move(Simulator& simulator, const std::string& command, const char* dataref,
-                          double step, double lowest, double highest, bool repeats) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [=](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin || (repeats && phase == xplm_CommandContinue)) {
-            number.Set(std::clamp(number.Get() + step, lowest, highest));
-        }
-    });
 }
 
 } // namespace headless

@@ -29,7 +29,7 @@ CommandDefinition parseLine(const std::string& line) {
 
 } // namespace
 
-std::vector<CommandDefinition> CommandsFile::Read(const std::string& path) {
+std::vector<CommandDefinition> readCommandsFile(const std::string& path) {
     std::vector<CommandDefinition> definitions;
     forEachLineOfFile(path, [&](const std::string& line, int /*number*/) {
         definitions.push_back(parseLine(line));
@@ -37,7 +37,7 @@ std::vector<CommandDefinition> CommandsFile::Read(const std::string& path) {
     return definitions;
 }
 
-std::vector<CommandDefinition> CommandsFile::Parse(std::istream& stream, const std::string& name) {
+std::vector<CommandDefinition> parseCommands(std::istream& stream, const std::string& name) {
     std::vector<CommandDefinition> definitions;
     forEachLine(stream, name, [&](const std::string& line, int /*number*/) {
         definitions.push_back(parseLine(line));

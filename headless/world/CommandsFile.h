@@ -16,11 +16,8 @@ struct CommandDefinition {
 //
 // A name without a "/" is what no command of the simulator has and throws TextFileError with file
 // and line, as does a line that begins with a blank.
-class CommandsFile final {
-public:
-    static std::vector<CommandDefinition> Read(const std::string& path);
-    // `name` stands for the file in errors.
-    static std::vector<CommandDefinition> Parse(std::istream& stream, const std::string& name);
-};
+std::vector<CommandDefinition> readCommandsFile(const std::string& path);
+// `name` stands for the file in errors.
+std::vector<CommandDefinition> parseCommands(std::istream& stream, const std::string& name);
 
 } // namespace headless

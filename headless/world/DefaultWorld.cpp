@@ -244,7 +244,7 @@ void defineDatarefs(DatarefTable& datarefs, const WorldVersion& version) {
 
 } // namespace
 
-void DefaultWorld::Install(Simulator& simulator, const WorldVersion& version) {
+void installDefaultWorld(Simulator& simulator, const WorldVersion& version) {
     simulator.SetVersion(version.sdkVersion);
     defineDatarefs(simulator.Datarefs(), version);
     for (const CommandRow& row : kCommands) {

@@ -303,18 +303,18 @@ constexpr SdkFunction kFunctions[] = {
 
 } // namespace
 
-std::span<const SdkFunction> FunctionTable::All() {
+std::span<const SdkFunction> sdkFunctions() {
     return kFunctions;
 }
 
-const SdkFunction* FunctionTable::Find(std::string_view name) {
+const SdkFunction* findSdkFunction(std::string_view name) {
     const auto* const found =
         std::find_if(std::begin(kFunctions), std::end(kFunctions),
                      [&](const SdkFunction& function) { return function.name == name; });
     return found == std::end(kFunctions) ? nullptr : found;
 }
 
-std::string_view FunctionTable::Describe(FunctionKind kind) {
+std::string_view describe(FunctionKind kind) {
     switch (kind) {
     case FunctionKind::Real:
         return "real";

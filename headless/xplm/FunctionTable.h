@@ -26,13 +26,10 @@ struct SdkFunction {
 };
 
 // All functions of the SDK, in the order of their headers and names: the one list of what is here.
-class FunctionTable final {
-public:
-    static std::span<const SdkFunction> All();
-    // Null when the SDK has no such function.
-    static const SdkFunction* Find(std::string_view name);
-    // "real", "keeps state" or "answers 0".
-    static std::string_view Describe(FunctionKind kind);
-};
+std::span<const SdkFunction> sdkFunctions();
+// Null when the SDK has no such function.
+const SdkFunction* findSdkFunction(std::string_view name);
+// "real", "keeps state" or "answers 0".
+std::string_view describe(FunctionKind kind);
 
 } // namespace headless

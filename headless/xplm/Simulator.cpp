@@ -180,7 +180,7 @@ Windows& Simulator::Windows() {
 
 void Simulator::NotSimulated() {
     const std::string function = recorder.Entered();
-    const SdkFunction* const known = FunctionTable::Find(function);
+    const SdkFunction* const known = findSdkFunction(function);
     notices.Once(function + " is not simulated and answers 0" +
                  (known == nullptr ? "" : ": " + std::string(known->difference)));
 }

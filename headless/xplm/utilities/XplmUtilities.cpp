@@ -119,7 +119,7 @@ XPLMLanguageCode XPLMGetLanguage(void) {
 void* XPLMFindSymbol(const char* inString) {
     here();
     // Only functions of the SDK, though the process has others.
-    const bool known = inString != nullptr && headless::FunctionTable::Find(inString) != nullptr;
+    const bool known = inString != nullptr && headless::findSdkFunction(inString) != nullptr;
     return known ? ::dlsym(RTLD_DEFAULT, inString) : nullptr;
 }
 

@@ -10,14 +10,15 @@
 using headless::CallRecorder;
 using headless::Dataref;
 using headless::DatarefTable;
-using headless::DatarefText;
+using headless::formatDataref;
+using headless::parseDataref;
 
 class DatarefTextTest : public ::testing::Test {
 protected:
     std::string through(XPLMDataTypeID type, int elements, const std::string& text) {
         const Dataref& dataref = table.Define({"t/" + std::to_string(++count), type, elements});
-        DatarefText::Parse(dataref, text);
-        return DatarefText::Format(dataref);
+        parseDataref(dataref, text);
+        return formatDataref(dataref);
     }
 
     headless::PluginContext context;
@@ -42,9 +43,9 @@ TEST_F(DatarefTextTest, FewerElementsSetTheFirstOnesAndMoreAreDropped) {
 
 TEST_F(DatarefTextTest, AShorterTextReplacesALongerOne) {
     const Dataref& dataref = table.Define({"t/text", xplmType_Data, 8});
-    DatarefText::Parse(dataref, "longer");
-    DatarefText::Parse(dataref, "abc");
-    EXPECT_EQ(DatarefText::Format(dataref), "abc");
+    parseDataref(dataref, "longer");
+    parseDataref(dataref, "abc");
+    EXPECT_EQ(formatDataref(dataref), "abc");
     EXPECT_EQ(table.GetBytes("t/text"), std::string("abc\0\0\0\0\0", 8));
 }
 

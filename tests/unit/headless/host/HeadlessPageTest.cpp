@@ -8,8 +8,9 @@
 #include <sstream>
 #include <string>
 
-using headless::FunctionTable;
+using headless::describe;
 using headless::SdkFunction;
+using headless::sdkFunctions;
 
 namespace {
 
@@ -23,12 +24,12 @@ std::string page() {
 std::string tables() {
     std::ostringstream text;
     std::string_view header;
-    for (const SdkFunction& function : FunctionTable::All()) {
+    for (const SdkFunction& function : sdkFunctions()) {
         if (function.header != header) {
             header = function.header;
             text << "\n### " << header << "\n\n| function | here | what differs |\n|---|---|---|\n";
         }
-        text << "| `" << function.name << "` | " << FunctionTable::Describe(function.kind) << " | "
+        text << "| `" << function.name << "` | " << describe(function.kind) << " | "
              << function.difference << " |\n";
     }
     return text.str();

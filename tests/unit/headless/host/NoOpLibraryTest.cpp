@@ -3,10 +3,10 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-using headless::NoOpLibrary;
+using headless::loadNoOpLibrary;
 
 TEST(NoOpLibraryTest, ItsFunctionsAnswerZero) {
-    NoOpLibrary::Load("libheadless-test.so.1", {"headlessTestOne", "headlessTestTwo"});
+    loadNoOpLibrary("libheadless-test.so.1", {"headlessTestOne", "headlessTestTwo"});
     const auto one = reinterpret_cast<int (*)(int)>(::dlsym(RTLD_DEFAULT, "headlessTestOne"));
     const auto two = reinterpret_cast<double (*)(double)>(::dlsym(RTLD_DEFAULT, "headlessTestTwo"));
     ASSERT_NE(one, nullptr);
@@ -18,7 +18,7 @@ TEST(NoOpLibraryTest, ItsFunctionsAnswerZero) {
 
 TEST(NoOpLibraryTest, StandsForTheLibraryOfItsName) {
     EXPECT_EQ(::dlopen("libheadless-other.so.1", RTLD_NOW), nullptr);
-    NoOpLibrary::Load("libheadless-other.so.1", {"headlessTestOther"});
+    loadNoOpLibrary("libheadless-other.so.1", {"headlessTestOther"});
     void* const library = ::dlopen("libheadless-other.so.1", RTLD_NOW);
     ASSERT_NE(library, nullptr);
     EXPECT_NE(::dlsym(library, "headlessTestOther"), nullptr);

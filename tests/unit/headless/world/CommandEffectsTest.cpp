@@ -6,15 +6,15 @@
 
 #include <string>
 
-using headless::CommandEffects;
-using headless::DefaultWorld;
+using headless::installCommandEffects;
+using headless::installDefaultWorld;
 using headless::Simulator;
 
 class CommandEffectsTest : public ::testing::Test {
 protected:
     CommandEffectsTest() {
-        DefaultWorld::Install(sim);
-        CommandEffects::Install(sim);
+        installDefaultWorld(sim);
+        installCommandEffects(sim);
     }
 
     void once(const char* name) { XPLMCommandOnce(XPLMFindCommand(name)); }
@@ -64,6 +64,6 @@ TEST_F(CommandEffectsTest, ASwallowedCommandHasNoEffect) {
 
 TEST(CommandEffectsInAnEmptyWorldTest, CommandsThatDoNotExistAreLeftOut) {
     Simulator empty;
-    CommandEffects::Install(empty);
+    installCommandEffects(empty);
     EXPECT_TRUE(empty.Commands().Names().empty());
 }

@@ -10,14 +10,15 @@
 #include <vector>
 
 using headless::CommandDefinition;
-using headless::CommandsFile;
+using headless::parseCommands;
+using headless::readCommandsFile;
 using headless::TextFileError;
 
 namespace {
 
 std::vector<CommandDefinition> parse(const std::string& text) {
     std::istringstream stream(text);
-    return CommandsFile::Parse(stream, "Commands.txt");
+    return parseCommands(stream, "Commands.txt");
 }
 
 std::string errorOf(const std::string& text) {
@@ -56,7 +57,7 @@ TEST(CommandsFileTest, ALineThatBeginsWithABlankIsMalformed) {
 TEST(CommandsFileTest, AMissingFileIsReportedInOneLine) {
     const TemporaryFolder folder;
     try {
-        CommandsFile::Read(folder.Path("none.txt"));
+        readCommandsFile(folder.Path("none.txt"));
         FAIL() << "nothing was thrown";
     } catch (const TextFileError& error) {
         EXPECT_EQ(error.what(),

@@ -4,7 +4,7 @@
 
 #include <string>
 
-using headless::DefaultWorld;
+using headless::installDefaultWorld;
 using headless::Simulator;
 
 class DefaultWorldTest : public ::testing::Test {
@@ -13,7 +13,7 @@ protected:
 };
 
 TEST_F(DefaultWorldTest, HasTheWellKnownDatarefsAndCommands) {
-    DefaultWorld::Install(sim);
+    installDefaultWorld(sim);
     EXPECT_GE(sim.Datarefs().Names().size(), 60U);
     EXPECT_GE(sim.Commands().Names().size(), 30U);
     EXPECT_EQ(sim.Datarefs().GetFloat("sim/cockpit2/controls/yoke_pitch_ratio"), 0.0F);
@@ -25,7 +25,7 @@ TEST_F(DefaultWorldTest, HasTheWellKnownDatarefsAndCommands) {
 }
 
 TEST_F(DefaultWorldTest, ADoubleIsReadAsAFloat) {
-    DefaultWorld::Install(sim);
+    installDefaultWorld(sim);
     const XPLMDataRef latitude = XPLMFindDataRef("sim/flightmodel/position/latitude");
     EXPECT_EQ(XPLMGetDataRefTypes(latitude), xplmType_Double | xplmType_Float);
     EXPECT_EQ(XPLMGetDataf(latitude), 47.26F);
@@ -33,20 +33,20 @@ TEST_F(DefaultWorldTest, ADoubleIsReadAsAFloat) {
 }
 
 TEST_F(DefaultWorldTest, EachVersionHasItsSizes) {
-    DefaultWorld::Install(sim, headless::worldVersion(10));
+    installDefaultWorld(sim, headless::worldVersion(10));
     EXPECT_EQ(sim.Datarefs().GetFloatArray("sim/cockpit2/engine/actuators/throttle_ratio").size(),
               8U);
     EXPECT_EQ(sim.Datarefs().GetFloatArray("sim/joystick/joystick_axis_values").size(), 100U);
     EXPECT_EQ(sim.Datarefs().GetInt("sim/version/xplane_internal_version"), 105100);
     EXPECT_EQ(sim.Version(), 10510);
     Simulator twelve;
-    DefaultWorld::Install(twelve);
+    installDefaultWorld(twelve);
     EXPECT_EQ(twelve.Datarefs().GetFloatArray("sim/joystick/joystick_axis_values").size(), 500U);
     EXPECT_EQ(twelve.Version(), 12140);
 }
 
 TEST_F(DefaultWorldTest, WhatTheSimulatorLetsPluginsWriteIsWritable) {
-    DefaultWorld::Install(sim);
+    installDefaultWorld(sim);
     const auto writable = [&](const std::string& name) {
         return sim.Datarefs().Lookup(name)->Definition().writable;
     };
@@ -63,7 +63,7 @@ TEST_F(DefaultWorldTest, WhatTheSimulatorLetsPluginsWriteIsWritable) {
 }
 
 TEST_F(DefaultWorldTest, EveryDatarefOfItCanBeReadAndDescribesItself) {
-    DefaultWorld::Install(sim);
+    installDefaultWorld(sim);
     for (const std::string& name : sim.Datarefs().Names()) {
         const auto& definition = sim.Datarefs().Lookup(name)->Definition();
         EXPECT_FALSE(definition.description.empty()) << name;
@@ -76,7 +76,7 @@ TEST_F(DefaultWorldTest, EveryDatarefOfItCanBeReadAndDescribesItself) {
 TEST_F(DefaultWorldTest, WhatIsDefinedAlreadyStays) {
     sim.Datarefs().Define({"sim/time/paused", xplmType_Float});
     sim.Commands().Define("sim/autopilot/heading", "Mine");
-    DefaultWorld::Install(sim);
+    installDefaultWorld(sim);
     EXPECT_EQ(sim.Datarefs().Lookup("sim/time/paused")->Definition().types, xplmType_Float);
     EXPECT_EQ(sim.Commands().Lookup("sim/autopilot/heading")->description, "Mine");
 }

@@ -6,13 +6,13 @@
 
 #include <string>
 
-using headless::DefaultWorld;
 using headless::FlightModel;
+using headless::installDefaultWorld;
 using headless::Simulator;
 
 class FlightModelTest : public ::testing::Test {
 protected:
-    FlightModelTest() { DefaultWorld::Install(sim); }
+    FlightModelTest() { installDefaultWorld(sim); }
 
     void fly(double seconds) {
         const FlightModel model(sim);

@@ -11,9 +11,10 @@
 #include <set>
 #include <string>
 
+using headless::findSdkFunction;
 using headless::FunctionKind;
-using headless::FunctionTable;
 using headless::SdkFunction;
+using headless::sdkFunctions;
 using headless::Simulator;
 
 namespace {
@@ -37,7 +38,7 @@ std::set<std::string> exportedNames() {
 
 TEST(FunctionTableTest, HasEveryFunctionOfTheSdkOnce) {
     std::set<std::string> names;
-    for (const SdkFunction& function : FunctionTable::All()) {
+    for (const SdkFunction& function : sdkFunctions()) {
         EXPECT_TRUE(names.insert(std::string(function.name)).second) << function.name;
     }
     EXPECT_EQ(names.size(), 289U);
@@ -45,18 +46,18 @@ TEST(FunctionTableTest, HasEveryFunctionOfTheSdkOnce) {
 
 TEST(FunctionTableTest, IsWhatTheLibraryExports) {
     std::set<std::string> names;
-    for (const SdkFunction& function : FunctionTable::All()) {
+    for (const SdkFunction& function : sdkFunctions()) {
         names.insert(std::string(function.name));
     }
     EXPECT_EQ(exportedNames(), names);
 }
 
 TEST(FunctionTableTest, FindsAFunctionByName) {
-    const SdkFunction* const found = FunctionTable::Find("XPLMGetTexture");
+    const SdkFunction* const found = findSdkFunction("XPLMGetTexture");
     ASSERT_NE(found, nullptr);
     EXPECT_EQ(found->header, "XPLMGraphics");
     EXPECT_EQ(found->kind, FunctionKind::AnswersZero);
-    EXPECT_EQ(FunctionTable::Find("XPLMNone"), nullptr);
+    EXPECT_EQ(findSdkFunction("XPLMNone"), nullptr);
 }
 
 TEST(FunctionTableTest, APluginFindsTheSdksFunctionsAndNoOthers) {
