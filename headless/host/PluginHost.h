@@ -10,7 +10,7 @@ namespace headless {
 
 // Loads one plugin and takes it through its life, as the simulator does.
 //
-// While a plugin is not enabled the simulator calls nothing of it.
+// While a plugin is not enabled the simulator does not call it.
 //
 // Load on construction, then Start, Enable, messages and flight loops, Disable, Stop, Unload; a
 // stopped plugin may be started again. What the plugin left registered is dropped at Stop. The

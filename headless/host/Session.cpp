@@ -80,8 +80,18 @@ void Session::RunFrame(double seconds) {
     simulator.RunFrame(seconds);
     statistics.Add(std::chrono::steady_clock::now() - before);
     if (simulator.Plugins().TakeReloadRequest()) {
-        ReloadPlugin();
+        meetReloadRequest();
     }
+}
+
+// As the simulator does: a plugin that stays in the process starts with what it remembers.
+void Session::meetReloadRequest() {
+    if (!UnloadPlugin()) {
+        simulator.Notices().Once(options.plugin +
+                                 " stays in the process after it was unloaded, so its variables "
+                                 "keep their values");
+    }
+    StartPlugin();
 }
 
 void Session::buildWorld() {

@@ -55,6 +55,7 @@ public:
     void SetPaused(bool pause) { paused = pause; }
 
 private:
+    void meetReloadRequest();
     void buildWorld();
 
     SessionOptions options;

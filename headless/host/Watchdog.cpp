@@ -68,7 +68,7 @@ timespec timeOf(double seconds) {
 Watchdog::Watchdog(Simulator& watchedSimulator, double seconds) {
     watched = &watchedSimulator;
     looks = 0;
-    // The first call of it loads a library, which a signal handler must not.
+    // Its first call loads a library, which a signal handler must not.
     void* frame = nullptr;
     ::backtrace(&frame, 1);
     struct sigaction action {};

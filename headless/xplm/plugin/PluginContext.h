@@ -13,7 +13,7 @@ namespace headless {
 // Whoever calls a plugin makes a Call for as long as that takes, so that what the plugin registers
 // can be told to be its own. Without a call it is the simulator itself (XPLM_PLUGIN_XPLANE), as it
 // is in a test that plays the plugin. A plugin is active unless it was told to be inactive: the
-// simulator calls nothing of an inactive one.
+// simulator does not call an inactive one.
 class PluginContext final {
 public:
     class Call final {

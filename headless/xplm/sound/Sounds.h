@@ -8,7 +8,7 @@
 
 namespace headless {
 
-// A sound that is being played, to nobody's ears.
+// A sound that is being played. Nothing is heard.
 struct Sound {
     // When it is over, in simulated seconds; none for one that repeats until it is stopped.
     std::optional<double> end;

@@ -83,6 +83,22 @@ TEST_F(SessionTest, APluginsRequestForAReloadIsMetAfterTheFrame) {
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 1);
 }
 
+TEST_F(SessionTest, ARequestedReloadOfAPluginThatStaysStartsItAgain) {
+    SessionOptions sticky = options();
+    sticky.plugin = STICKY_PLUGIN;
+    Session session(sticky);
+    session.StartPlugin();
+    XPLMReloadPlugins();
+    session.RunFrame();
+    session.RunFrame();
+    EXPECT_NE(folder.Read("Log.txt").find(
+                  "headless-sim: " STICKY_PLUGIN
+                  " stays in the process after it was unloaded, so its variables keep their "
+                  "values\nstart\n"),
+              std::string::npos);
+    EXPECT_TRUE(session.Plugin().IsEnabled());
+}
+
 TEST_F(SessionTest, WhoHoldsAPluginsDatarefHoldsItAcrossAReload) {
     Session session(options());
     session.StartPlugin();
