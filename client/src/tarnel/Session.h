@@ -20,7 +20,7 @@ namespace orvane::tarnel {
 
 // What a Client knows: the definitions, what is held, and what the server will not forget on this
 // connection.
-class Client::Session final : public detail::ISession {
+class __attribute__((visibility("hidden"))) Client::Session final : public detail::ISession {
 public:
     explicit Session(Options options);
     ~Session() override;

@@ -22,7 +22,7 @@ namespace orvane::velmar {
 //
 // A number is given to one name only for as long as a connection lives; the next connection begins
 // with 1 again. So every request is written anew for each attempt.
-class Client::Session final : public detail::ISession {
+class __attribute__((visibility("hidden"))) Client::Session final : public detail::ISession {
 public:
     explicit Session(Options options);
     ~Session() override;

@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "orvane/Export.h"
 #include "orvane/tarnel/Definitions.h"
 
 namespace orvane::tarnel {
@@ -20,7 +21,7 @@ struct OutputValue {
 
 // The values of all declared outputs, in the order of their declaration, as they were before the
 // request that it answers was carried out.
-struct Answer {
+struct ORVANE_API Answer {
     std::vector<OutputValue> outputs;
     // A hash of the aircraft's description, or 0 while none is loaded; all values are 0 then.
     std::uint32_t aircraftId = 0;

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "orvane/Errors.h"
+#include "orvane/Export.h"
 #include "orvane/Options.h"
 #include "orvane/tarnel/Answer.h"
 #include "orvane/tarnel/Definitions.h"
@@ -33,7 +34,7 @@ struct Version {
 // ProtocolError.
 //
 // Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
-class Client final {
+class ORVANE_API Client final {
 public:
     // Connects. ConnectError, TimeoutError.
     explicit Client(Options options = {});

@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "orvane/Export.h"
 #include "orvane/tarnel/Input.h"
 #include "orvane/tarnel/Output.h"
 
@@ -15,7 +16,7 @@ namespace orvane::tarnel {
 // All that a client declares at once. The order is kept: it is the order in which inputs of one
 // action are applied, and in which outputs are reported. Adding takes the same time however many
 // there are.
-class Definitions final {
+class ORVANE_API Definitions final {
 public:
     // std::invalid_argument: another output has this identifier, this command has another
     // identifier already, or a message becomes longer than the server can hold (256 MiB).

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "orvane/Export.h"
+
 namespace orvane::tarnel {
 
 // The number under which values are sent. Several inputs may share one: each of them gets the
@@ -32,7 +34,7 @@ struct InputRecord;
 // empty name or one of more than 99 bytes, a negative element, scaling of what is not a float,
 // holding what is not a command. A name that the simulator does not know cannot be noticed: the
 // server says nothing and the input has no effect.
-class Input final {
+class ORVANE_API Input final {
 public:
     // Targets. Values are 32-bit integers; a float target gets value / 65535 unless scaled.
     static Input toInt(ActionId action, std::string dataref);

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "orvane/Export.h"
+
 namespace orvane::tarnel {
 
 // The number of an output, of the client's choice and unique among its outputs. 0xFFFF is the
@@ -25,7 +27,7 @@ enum class OutputType : std::int32_t {
 // Each function throws std::invalid_argument for what the server would silently read as something
 // else: an empty name or one of more than 99 bytes, a count below 1, a negative first element, a
 // command without the prefix "kyr/", the aircraft's number.
-class Output final {
+class ORVANE_API Output final {
 public:
     static Output ofInt(OutputId id, std::string dataref);
     static Output ofFloat(OutputId id, std::string dataref);

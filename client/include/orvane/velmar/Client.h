@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "orvane/Errors.h"
+#include "orvane/Export.h"
 #include "orvane/Options.h"
 #include "orvane/velmar/Value.h"
 
@@ -49,7 +50,7 @@ using Changes = std::vector<std::pair<std::string, Value>>;
 // is there by then.
 //
 // Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
-class Client final {
+class ORVANE_API Client final {
 public:
     // Connects. ConnectError, TimeoutError.
     explicit Client(Options options = {});

@@ -4,6 +4,8 @@
 #include <variant>
 #include <vector>
 
+#include "orvane/Export.h"
+
 namespace orvane::velmar {
 
 // How a dataref is accessed: the client's choice, which the server does not check. A dataref that
@@ -14,6 +16,6 @@ enum class Type : std::uint32_t { Int = 1, Float = 2, Byte = 3, IntArray = 4, Fl
 using Value =
     std::variant<std::int32_t, float, std::uint8_t, std::vector<std::int32_t>, std::vector<float>>;
 
-Type typeOf(const Value& value);
+ORVANE_API Type typeOf(const Value& value);
 
 } // namespace orvane::velmar
