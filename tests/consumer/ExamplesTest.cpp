@@ -15,8 +15,9 @@
 
 namespace {
 
-// Programs of the library's users, run against the real plugin while the simulator flies.
-class ExamplesTest : public testing::Test {
+// Programs of the library's users, run against the real plugin while the simulator flies; with the
+// static and with the shared library.
+class ExamplesTest : public testing::TestWithParam<const char*> {
 protected:
     ExamplesTest() {
         directory.MakePluginsFolder();
@@ -41,8 +42,12 @@ protected:
             << events;
     }
 
+    static std::string folder(const std::string& name) {
+        return std::string(CONSUMER_FOLDER) + "/" + GetParam() + "/" + name + "/";
+    }
+
     static std::vector<std::string> example(const std::string& call) {
-        return linesOf(outputOf(std::string(EXAMPLES_FOLDER) + "/" + call));
+        return linesOf(outputOf(folder("examples") + call));
     }
 
     float get(const std::string& dataref) { return std::stof(simulator->Get(dataref)); }
@@ -51,7 +56,7 @@ protected:
     std::unique_ptr<SimulatorProcess> simulator;
 };
 
-TEST_F(ExamplesTest, TheSineMovesTheYoke) {
+TEST_P(ExamplesTest, TheSineMovesTheYoke) {
     const auto lines = example("axis_sine 127.0.0.1 0.5");
     ASSERT_GE(lines.size(), 2U);
     // Half a second into a period of four: sin(45 degrees), less what the machine was late by.
@@ -61,7 +66,7 @@ TEST_F(ExamplesTest, TheSineMovesTheYoke) {
     EXPECT_NE(lines.back().find("yoke +0."), std::string::npos) << lines.back();
 }
 
-TEST_F(ExamplesTest, TheGaugeShowsTheInstruments) {
+TEST_P(ExamplesTest, TheGaugeShowsTheInstruments) {
     simulator->Ask("pause");
     simulator->Ask("set sim/time/paused 1");
     simulator->Ask("set sim/cockpit2/gauges/indicators/airspeed_kts_pilot 123.5");
@@ -72,7 +77,7 @@ TEST_F(ExamplesTest, TheGaugeShowsTheInstruments) {
     EXPECT_EQ(lines.front().substr(0, 22), "123.5 kt     4321 ft  ");
 }
 
-TEST_F(ExamplesTest, TheForceFollowsYokeAndSpeed) {
+TEST_P(ExamplesTest, TheForceFollowsYokeAndSpeed) {
     simulator->Ask("set sim/cockpit2/controls/yoke_pitch_ratio 0.5");
     const auto lines = example("force_feel 127.0.0.1 0.3");
     ASSERT_GE(lines.size(), 3U);
@@ -83,10 +88,10 @@ TEST_F(ExamplesTest, TheForceFollowsYokeAndSpeed) {
     EXPECT_NEAR(force, -0.5F * (knots / 110) * (knots / 110) * 120, 10.0F);
 }
 
-TEST_F(ExamplesTest, TheButtonHoldsTheBrakesAcrossARestartAndLetsGoAtCtrlC) {
+TEST_P(ExamplesTest, TheButtonHoldsTheBrakesAcrossARestartAndLetsGoAtCtrlC) {
     simulator.reset();
     ToolSetting setting;
-    setting.program = std::string(EXAMPLES_FOLDER) + "/held_button";
+    setting.program = folder("examples") + "held_button";
     ToolRun button({}, setting);
     button.WaitForOut("waiting for the simulator at 127.0.0.1\n");
     fly();
@@ -102,9 +107,9 @@ TEST_F(ExamplesTest, TheButtonHoldsTheBrakesAcrossARestartAndLetsGoAtCtrlC) {
     waitForBrakes("1", "2");
 }
 
-TEST_F(ExamplesTest, ThePageHasProgramsThatRun) {
+TEST_P(ExamplesTest, ThePageHasProgramsThatRun) {
     int programs = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(PAGE_FOLDER)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder("page"))) {
         const std::string name = entry.path().filename();
         if (name.rfind("program_", 0) == 0 && entry.path().extension().empty()) {
             const auto lines = linesOf(outputOf(entry.path()));
@@ -116,8 +121,11 @@ TEST_F(ExamplesTest, ThePageHasProgramsThatRun) {
             ++programs;
         }
     }
-    EXPECT_EQ(programs, 6);
+    EXPECT_EQ(programs, 7);  // the first once more, built with pkg-config
     waitForBrakes("1", "1"); // one of them holds, and lets go
 }
+
+INSTANTIATE_TEST_SUITE_P(WithTheLibrary, ExamplesTest, testing::Values("Static", "Shared"),
+                         [](const auto& each) { return std::string(each.param); });
 
 } // namespace

@@ -1,5 +1,6 @@
-# Installs the client library of BUILD_FOLDER, and builds against it, below CONSUMER_FOLDER, the
-# examples and the programs on the page docs/client.md.
+# Builds, below CONSUMER_FOLDER, the examples and the programs on the page docs/client.md as users of
+# the library do: against the static library, installed from BUILD_FOLDER, and against the shared
+# one, installed from a project that has this one in it. Looks at what they find there.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -7,47 +8,131 @@ function(run)
     execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
+function(output_of variable)
+    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+    set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+
+function(configure source folder)
+    run("${CMAKE_COMMAND}" -S "${source}" -B "${folder}" -G Ninja
+        "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_FLAGS=-O0 -Wall -Wextra -Werror" ${ARGN})
+endfunction()
+
 function(build source folder)
-    run("${CMAKE_COMMAND}" -S "${source}" -B "${folder}" "-DCMAKE_PREFIX_PATH=${prefix}"
-        "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_FLAGS=-O0 -Wall -Wextra -Werror")
+    configure("${source}" "${folder}" ${ARGN})
     run("${CMAKE_COMMAND}" --build "${folder}")
 endfunction()
 
-set(prefix "${CONSUMER_FOLDER}/prefix")
-file(REMOVE_RECURSE "${CONSUMER_FOLDER}")
-run("${CMAKE_COMMAND}" --install "${BUILD_FOLDER}" --component client --prefix "${prefix}")
-
 # A program on the page is a block of C++ with a main; they are numbered from 1.
-file(READ "${SOURCE_FOLDER}/docs/client.md" page)
-set(count 0)
-while(TRUE)
-    string(FIND "${page}" "```cpp\n" begin)
-    if(begin EQUAL -1)
-        break()
-    endif()
-    math(EXPR begin "${begin} + 7")
-    string(SUBSTRING "${page}" ${begin} -1 page)
-    string(FIND "${page}" "```" length)
-    string(SUBSTRING "${page}" 0 ${length} block)
-    math(EXPR length "${length} + 3")
-    string(SUBSTRING "${page}" ${length} -1 page)
-    if(block MATCHES "int main\\(")
+function(extract_programs folder)
+    file(READ "${SOURCE_FOLDER}/docs/client.md" page)
+    set(count 0)
+    while(TRUE)
+        string(FIND "${page}" "```cpp\n" begin)
+        if(begin EQUAL -1)
+            break()
+        endif()
+        math(EXPR begin "${begin} + 7")
+        string(SUBSTRING "${page}" ${begin} -1 page)
+        string(FIND "${page}" "```" length)
+        string(SUBSTRING "${page}" 0 ${length} block)
+        math(EXPR length "${length} + 3")
+        string(SUBSTRING "${page}" ${length} -1 page)
+        if(NOT block MATCHES "int main\\(")
+            message(FATAL_ERROR "docs/client.md has a block that is not a program:\n${block}")
+        endif()
         math(EXPR count "${count} + 1")
-        file(WRITE "${CONSUMER_FOLDER}/page-source/program_${count}.cpp" "${block}")
-    endif()
-endwhile()
-if(count EQUAL 0)
-    message(FATAL_ERROR "docs/client.md has no program")
-endif()
-file(WRITE "${CONSUMER_FOLDER}/page-source/CMakeLists.txt" "
+        file(WRITE "${folder}/program_${count}.cpp" "${block}")
+    endwhile()
+    file(WRITE "${folder}/CMakeLists.txt" "
 cmake_minimum_required(VERSION 3.16)
 project(Page LANGUAGES CXX)
-find_package(Orvane 7 REQUIRED)
+find_package(Orvane 7 REQUIRED COMPONENTS client)
 foreach(number RANGE 1 ${count})
     add_executable(program_\${number} program_\${number}.cpp)
     target_link_libraries(program_\${number} PRIVATE Orvane::client)
 endforeach()
 ")
+endfunction()
 
-build("${SOURCE_FOLDER}/examples" "${CONSUMER_FOLDER}/examples")
-build("${CONSUMER_FOLDER}/page-source" "${CONSUMER_FOLDER}/page")
+# The library as a part of another project, which gets nothing else.
+function(install_from_subproject prefix)
+    set(source "${CONSUMER_FOLDER}/subproject-source")
+    file(WRITE "${source}/CMakeLists.txt" "
+cmake_minimum_required(VERSION 3.25)
+project(Cockpit LANGUAGES CXX)
+add_subdirectory(\"${SOURCE_FOLDER}\" orvane)
+add_executable(reading \"${CONSUMER_FOLDER}/page-source/program_1.cpp\")
+target_link_libraries(reading PRIVATE Orvane::client)
+")
+    set(folder "${CONSUMER_FOLDER}/subproject")
+    build("${source}" "${folder}" -DBUILD_SHARED_LIBS=ON)
+    output_of(targets "${CMAKE_COMMAND}" --build "${folder}" --target help)
+    if(targets MATCHES "XPlaneOrvane|headless-sim|orvane-demo|orvane_tool" OR
+       NOT targets MATCHES "orvane_client")
+        message(FATAL_ERROR "another project gets more than the client:\n${targets}")
+    endif()
+    run("${CMAKE_COMMAND}" --install "${folder}" --component client --prefix "${prefix}")
+endfunction()
+
+function(check_shared_library prefix)
+    file(GLOB_RECURSE library "${prefix}/liborvane-client.so.7")
+    output_of(dynamic readelf --dynamic "${library}")
+    if(NOT dynamic MATCHES "soname: \\[liborvane-client\\.so\\.7\\]")
+        message(FATAL_ERROR "not the soname that belongs to version 7:\n${dynamic}")
+    endif()
+    output_of(symbols nm --dynamic --defined-only --demangle "${library}")
+    if(symbols MATCHES "orvane::detail::|::wire::|::Session::|inputRecordOf" OR
+       NOT symbols MATCHES "orvane::tarnel::Client::exchange")
+        message(FATAL_ERROR "exports other things than its public headers declare:\n${symbols}")
+    endif()
+endfunction()
+
+function(check_refusal prefix arguments expected)
+    set(source "${CONSUMER_FOLDER}/refused-source")
+    file(WRITE "${source}/CMakeLists.txt" "
+cmake_minimum_required(VERSION 3.16)
+project(Refused LANGUAGES NONE)
+find_package(Orvane ${arguments})
+")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${CONSUMER_FOLDER}/refused" --fresh
+            "-DCMAKE_PREFIX_PATH=${prefix}"
+        RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE text)
+    string(REGEX REPLACE "[ \n]+" " " text "${text}")
+    if(result EQUAL 0 OR NOT text MATCHES "${expected}")
+        message(FATAL_ERROR "find_package(Orvane ${arguments}) says:\n${text}")
+    endif()
+endfunction()
+
+function(build_with_pkg_config prefix program)
+    file(GLOB_RECURSE package "${prefix}/orvane-client.pc")
+    cmake_path(GET package PARENT_PATH folder)
+    output_of(flags "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
+        pkg-config --cflags --libs orvane-client)
+    output_of(libraries "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
+        pkg-config --variable=libdir orvane-client)
+    string(STRIP "${libraries}" libraries)
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run("${COMPILER}" -std=c++20 "${CONSUMER_FOLDER}/page-source/program_1.cpp" -o "${program}"
+        ${flags} "-Wl,-rpath,${libraries}")
+endfunction()
+
+function(build_consumers kind)
+    set(folder "${CONSUMER_FOLDER}/${kind}")
+    set(prefix "${folder}/prefix")
+    build("${SOURCE_FOLDER}/examples" "${folder}/examples" "-DCMAKE_PREFIX_PATH=${prefix}")
+    build("${CONSUMER_FOLDER}/page-source" "${folder}/page" "-DCMAKE_PREFIX_PATH=${prefix}")
+    build_with_pkg_config("${prefix}" "${folder}/page/program_of_pkg_config")
+    check_refusal("${prefix}" "8 REQUIRED" "requested version \"8\"")
+    check_refusal("${prefix}" "7 REQUIRED COMPONENTS client wings" "not installed: wings")
+endfunction()
+
+file(REMOVE_RECURSE "${CONSUMER_FOLDER}")
+extract_programs("${CONSUMER_FOLDER}/page-source")
+run("${CMAKE_COMMAND}" --install "${BUILD_FOLDER}" --component client
+    --prefix "${CONSUMER_FOLDER}/Static/prefix")
+install_from_subproject("${CONSUMER_FOLDER}/Shared/prefix")
+check_shared_library("${CONSUMER_FOLDER}/Shared/prefix")
+build_consumers(Static)
+build_consumers(Shared)
