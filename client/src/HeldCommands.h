@@ -21,7 +21,6 @@ public:
     void end(const std::string& name);
     void forget(const std::string& name) { commands.erase(name); }
 
-    bool isEmpty() const { return commands.empty(); }
     std::vector<std::string> names() const;
     const std::map<std::string, Times>& all() const { return commands; }
 

@@ -43,7 +43,7 @@ public:
 };
 
 // Options::cancelled said so. The connection is closed, for the same reason as after a
-// TimeoutError.
+// TimeoutError. What the client held was let go, or the text names what may still be down.
 class ORVANE_API CancelledError final : public Error {
 public:
     using Error::Error;

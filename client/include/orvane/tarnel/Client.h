@@ -69,6 +69,8 @@ public:
     // Closes the connection if there is one, makes a new one with back-off and repeats the
     // declarations. ConnectError: Backoff::within is over.
     void reconnect();
+    // Ends what is held, see Options::releaseHeld, and closes the connection. The destructor does
+    // the same.
     void close() noexcept;
     bool isConnected() const noexcept;
 

@@ -80,7 +80,7 @@ public:
 private:
     friend const InputRecord& inputRecordOf(const Input& input);
 
-    explicit Input(InputRecord record);
+    explicit Input(InputRecord made);
     template <typename Change>
     Input& refine(Change change);
 

@@ -110,6 +110,8 @@ public:
     // connection is closed, and they are still wanted when the next one is made, unless they are
     // unregistered.
     void reconnect();
+    // Ends what is held, see Options::releaseHeld, and closes the connection. The destructor does
+    // the same.
     void close() noexcept;
     bool isConnected() const noexcept;
 
