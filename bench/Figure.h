@@ -1,11 +1,11 @@
 #pragma once
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 // Tells a terminal which benchmark runs; silent elsewhere. Outside of the time measured.
 void showProgress(const std::string& name);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "headless/xplm/utilities/Log.h"
-
 #include <csignal>
 #include <string>
+
+#include "headless/xplm/utilities/Log.h"
 
 namespace headless {
 

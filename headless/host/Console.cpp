@@ -1,8 +1,5 @@
 #include "headless/host/Console.h"
 
-#include "headless/host/DatarefText.h"
-#include "headless/host/ProcessInfo.h"
-
 #include <algorithm>
 #include <bit>
 #include <charconv>
@@ -11,6 +8,9 @@
 #include <iterator>
 #include <stdexcept>
 #include <utility>
+
+#include "headless/host/DatarefText.h"
+#include "headless/host/ProcessInfo.h"
 
 namespace headless {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "headless/host/Session.h"
-
 #include <functional>
 #include <string>
+
+#include "headless/host/Session.h"
 
 namespace headless {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "headless/xplm/data/Dataref.h"
-
 #include <string>
 #include <string_view>
+
+#include "headless/xplm/data/Dataref.h"
 
 namespace headless {
 

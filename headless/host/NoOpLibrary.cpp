@@ -1,7 +1,5 @@
 #include "headless/host/NoOpLibrary.h"
 
-#include "headless/host/PluginError.h"
-
 #include <dlfcn.h>
 #include <elf.h>
 #include <sys/mman.h>
@@ -10,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "headless/host/PluginError.h"
 
 namespace headless {
 

@@ -1,12 +1,12 @@
 #include "headless/host/OpenGl.h"
 
-#include "headless/host/NoOpLibrary.h"
-
 #include <dlfcn.h>
 
 #include <algorithm>
 #include <cctype>
 #include <vector>
+
+#include "headless/host/NoOpLibrary.h"
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "headless/host/PluginFile.h"
-
 #include <string_view>
+
+#include "headless/host/PluginFile.h"
 
 namespace headless {
 

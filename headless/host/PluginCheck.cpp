@@ -1,11 +1,11 @@
 #include "headless/host/PluginCheck.h"
 
-#include "headless/host/OpenGl.h"
-#include "headless/xplm/FunctionTable.h"
-
 #include <dlfcn.h>
 
 #include <algorithm>
+
+#include "headless/host/OpenGl.h"
+#include "headless/xplm/FunctionTable.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "headless/host/PluginFile.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "headless/host/PluginFile.h"
 
 namespace headless {
 

@@ -1,7 +1,5 @@
 #include "headless/host/PluginFile.h"
 
-#include "headless/host/PluginError.h"
-
 #include <elf.h>
 
 #include <cstring>
@@ -9,6 +7,8 @@
 #include <fstream>
 #include <optional>
 #include <sstream>
+
+#include "headless/host/PluginError.h"
 
 namespace headless {
 

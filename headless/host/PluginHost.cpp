@@ -1,15 +1,15 @@
 #include "headless/host/PluginHost.h"
 
-#include "headless/host/NoOpLibrary.h"
-#include "headless/host/OpenGl.h"
-#include "headless/host/PluginCheck.h"
-
 #include <dlfcn.h>
 
 #include <array>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
+
+#include "headless/host/NoOpLibrary.h"
+#include "headless/host/OpenGl.h"
+#include "headless/host/PluginCheck.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include "XPLMPlugin.h"
 #include "headless/host/PluginError.h"
 #include "headless/xplm/Simulator.h"
-
-#include <string>
 
 namespace headless {
 

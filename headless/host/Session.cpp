@@ -1,13 +1,13 @@
 #include "headless/host/Session.h"
 
+#include <algorithm>
+#include <chrono>
+
 #include "headless/world/CommandsFile.h"
 #include "headless/world/DatarefsFile.h"
 #include "headless/world/DefaultWorld.h"
 #include "headless/xplm/planes/Aircraft.h"
 #include "headless/xplm/scenery/Terrain.h"
-
-#include <algorithm>
-#include <chrono>
 
 namespace headless {
 

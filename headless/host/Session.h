@@ -1,15 +1,15 @@
 #pragma once
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "headless/host/FrameStatistics.h"
 #include "headless/host/PluginHost.h"
 #include "headless/host/SessionOptions.h"
 #include "headless/world/CommandEffects.h"
 #include "headless/world/FlightModel.h"
 #include "headless/xplm/Simulator.h"
-
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace headless {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "headless/world/WorldVersion.h"
-
 #include <optional>
 #include <string>
+
+#include "headless/world/WorldVersion.h"
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "headless/xplm/Simulator.h"
-
 #include <ctime>
+
+#include "headless/xplm/Simulator.h"
 
 namespace headless {
 

@@ -1,14 +1,5 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
-#include "headless/host/AbortReport.h"
-#include "headless/host/MainLoop.h"
-#include "headless/host/PluginCheck.h"
-#include "headless/host/Watchdog.h"
-#include "headless/world/TextLines.h"
-#include "headless/xplm/FunctionTable.h"
-
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <exception>
 #include <iostream>
@@ -16,6 +7,15 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "headless/host/AbortReport.h"
+#include "headless/host/MainLoop.h"
+#include "headless/host/PluginCheck.h"
+#include "headless/host/Watchdog.h"
+#include "headless/world/TextLines.h"
+#include "headless/xplm/FunctionTable.h"
 
 namespace {
 

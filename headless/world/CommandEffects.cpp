@@ -1,11 +1,11 @@
 #include "headless/world/CommandEffects.h"
 
-#include "headless/world/DatarefNumber.h"
-
 #include <algorithm>
 #include <functional>
 #include <string>
 #include <utility>
+
+#include "headless/world/DatarefNumber.h"
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #include "headless/world/CommandsFile.h"
 
-#include "headless/world/TextLines.h"
-
 #include <stdexcept>
+
+#include "headless/world/TextLines.h"
 
 namespace headless {
 

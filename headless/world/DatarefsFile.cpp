@@ -1,13 +1,13 @@
 #include "headless/world/DatarefsFile.h"
 
-#include "headless/world/TextLines.h"
-
 #include <array>
 #include <charconv>
 #include <functional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+
+#include "headless/world/TextLines.h"
 
 namespace headless {
 

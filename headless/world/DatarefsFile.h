@@ -1,10 +1,10 @@
 #pragma once
 
-#include "headless/xplm/data/DatarefDefinition.h"
-
 #include <istream>
 #include <string>
 #include <vector>
+
+#include "headless/xplm/data/DatarefDefinition.h"
 
 namespace headless {
 

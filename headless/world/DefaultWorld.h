@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string_view>
+
 #include "headless/world/WorldVersion.h"
 #include "headless/xplm/Simulator.h"
-
-#include <string_view>
 
 namespace headless {
 

@@ -1,11 +1,11 @@
 #include "headless/world/FlightModel.h"
 
-#include "headless/xplm/graphics/LocalFrame.h"
-#include "headless/xplm/scenery/Terrain.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+
+#include "headless/xplm/graphics/LocalFrame.h"
+#include "headless/xplm/scenery/Terrain.h"
 
 namespace headless {
 

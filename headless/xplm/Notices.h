@@ -1,10 +1,10 @@
 #pragma once
 
-#include "headless/xplm/utilities/Log.h"
-
 #include <mutex>
 #include <set>
 #include <string>
+
+#include "headless/xplm/utilities/Log.h"
 
 namespace headless {
 

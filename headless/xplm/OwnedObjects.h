@@ -1,13 +1,13 @@
 #pragma once
 
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/plugin/PluginContext.h"
-
 #include <algorithm>
 #include <memory>
 #include <unordered_map>
 #include <utility>
 #include <vector>
+
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 

@@ -1,5 +1,8 @@
 #include "headless/xplm/Simulator.h"
 
+#include <bit>
+#include <utility>
+
 #include "headless/xplm/FunctionTable.h"
 #include "headless/xplm/camera/Camera.h"
 #include "headless/xplm/display/Avionics.h"
@@ -20,9 +23,6 @@
 #include "headless/xplm/utilities/SystemFolder.h"
 #include "headless/xplm/weather/Weather.h"
 #include "headless/xplm/widgets/WidgetTree.h"
-
-#include <bit>
-#include <utility>
 
 namespace headless {
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/Clock.h"
 #include "headless/xplm/Notices.h"
@@ -11,9 +14,6 @@
 #include "headless/xplm/processing/FlightLoops.h"
 #include "headless/xplm/utilities/CommandTable.h"
 #include "headless/xplm/utilities/Log.h"
-
-#include <memory>
-#include <string>
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "headless/xplm/Notices.h"
-
 #include <string>
+
+#include "headless/xplm/Notices.h"
 
 namespace headless {
 

@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "e2e/SimulatorProcess.h"
 #include "e2e/ToolRun.h"

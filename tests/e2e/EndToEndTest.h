@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
+
+#include <gtest/gtest.h>
 
 #include "e2e/SimulatorProcess.h"
 #include "e2e/TestClient.h"

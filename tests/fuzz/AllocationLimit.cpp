@@ -1,6 +1,5 @@
 #include "fuzz/AllocationLimit.h"
 
-#include <sanitizer/asan_interface.h>
 #include <sys/mman.h>
 
 #include <array>
@@ -8,6 +7,8 @@
 #include <cstdlib>
 #include <new>
 #include <utility>
+
+#include <sanitizer/asan_interface.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The tool's reader of the configuration file and the plugin's must come to the same result,
 // whatever the file holds.
 
-#include <fmt/format.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include <fmt/format.h>
 
 #include "fuzz/FuzzWorld.h"
 #include "support/TemporaryDirectory.h"

@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+
+#include <CLI/CLI.hpp>
 
 #include "soak/Soak.h"
 #include "support/PrivateNetwork.h"

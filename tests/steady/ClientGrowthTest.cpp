@@ -3,7 +3,6 @@
 // Counted are the basic blocks of the library that run, look-ups included, and the memory that it
 // takes. Neither depends on the machine.
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -11,6 +10,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "orvane/tarnel/Client.h"
 #include "steady/AllocationCounter.h"

@@ -4,11 +4,11 @@
 // buffers with the bytes of their block copies, and memory taken. Steps of a look-up in a map are
 // not seen.
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "protocols/velmar/VelmarProtocol.h"

@@ -1,11 +1,11 @@
 // A steady exchange of a Tarnel client takes no memory at all.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "steady/SteadyWorld.h"

@@ -1,9 +1,9 @@
 // What a frame takes from the heap, over real sockets.
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "steady/SteadyWorld.h"
 #include "support/TarnelMessages.h"

@@ -1,9 +1,9 @@
 #include "support/ScriptedServer.h"
 
-#include <gtest/gtest.h>
-
 #include <system_error>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 ScriptedServer::ScriptedServer(std::vector<Connection> connections)
     : script(std::move(connections)), thread([this] { play(); }) {}

@@ -1,4 +1,5 @@
 #include "XPLMCamera.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/camera/Camera.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "headless/xplm/data/DatarefDefinition.h"
-#include "headless/xplm/data/IDatarefValue.h"
-
 #include <memory>
 #include <utility>
+
+#include "headless/xplm/data/DatarefDefinition.h"
+#include "headless/xplm/data/IDatarefValue.h"
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "XPLMDataAccess.h"
-
 #include <string>
+
+#include "XPLMDataAccess.h"
 
 namespace headless {
 

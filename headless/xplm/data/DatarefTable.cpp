@@ -1,10 +1,10 @@
 #include "headless/xplm/data/DatarefTable.h"
 
-#include "headless/xplm/data/StoredValue.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
+
+#include "headless/xplm/data/StoredValue.h"
 
 namespace headless {
 

@@ -1,10 +1,5 @@
 #pragma once
 
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/data/AccessorValue.h"
-#include "headless/xplm/data/Dataref.h"
-#include "headless/xplm/data/SharedValue.h"
-
 #include <map>
 #include <memory>
 #include <set>
@@ -12,6 +7,11 @@
 #include <string_view>
 #include <unordered_set>
 #include <vector>
+
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/data/AccessorValue.h"
+#include "headless/xplm/data/Dataref.h"
+#include "headless/xplm/data/SharedValue.h"
 
 namespace headless {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "headless/xplm/data/StoredValue.h"
 #include "headless/xplm/plugin/PluginContext.h"
-
-#include <vector>
 
 namespace headless {
 

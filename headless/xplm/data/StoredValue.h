@@ -1,9 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "headless/xplm/data/DatarefDefinition.h"
 #include "headless/xplm/data/IDatarefValue.h"
-
-#include <vector>
 
 namespace headless {
 

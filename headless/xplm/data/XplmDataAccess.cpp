@@ -1,4 +1,5 @@
 #include "XPLMDataAccess.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 

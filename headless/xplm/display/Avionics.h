@@ -1,11 +1,10 @@
 #pragma once
 
-#include "headless/xplm/OwnedObjects.h"
-#include "headless/xplm/display/Screen.h"
+#include <string>
 
 #include "XPLMDisplay.h"
-
-#include <string>
+#include "headless/xplm/OwnedObjects.h"
+#include "headless/xplm/display/Screen.h"
 
 namespace headless {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <vector>
+
 #include "XPLMDisplay.h"
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/plugin/PluginContext.h"
-
-#include <cstddef>
-#include <vector>
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "headless/xplm/OwnedObjects.h"
-#include "headless/xplm/display/Windows.h"
-
 #include <string>
 #include <vector>
+
+#include "headless/xplm/OwnedObjects.h"
+#include "headless/xplm/display/Windows.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "XPLMDisplay.h"
-#include "headless/xplm/display/Screen.h"
-
 #include <array>
 #include <string>
+
+#include "XPLMDisplay.h"
+#include "headless/xplm/display/Screen.h"
 
 namespace headless {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "headless/xplm/OwnedObjects.h"
 #include "headless/xplm/display/Window.h"
-
-#include <vector>
 
 namespace headless {
 

@@ -1,6 +1,7 @@
 // The callbacks and keys of XPLMDisplay.h.
 
 #include "XPLMDisplay.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/display/DrawCallbacks.h"

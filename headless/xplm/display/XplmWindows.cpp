@@ -1,11 +1,11 @@
 // The windows and screens of XPLMDisplay.h.
 
+#include <cstddef>
+
 #include "XPLMDisplay.h"
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/display/Windows.h"
-
-#include <cstddef>
 
 using headless::give;
 using headless::giveRectangle;

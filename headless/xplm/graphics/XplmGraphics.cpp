@@ -1,10 +1,11 @@
 #include "XPLMGraphics.h"
-#include "headless/xplm/Here.h"
-#include "headless/xplm/Outputs.h"
-#include "headless/xplm/graphics/LocalFrame.h"
 
 #include <algorithm>
 #include <cstring>
+
+#include "headless/xplm/Here.h"
+#include "headless/xplm/Outputs.h"
+#include "headless/xplm/graphics/LocalFrame.h"
 
 using headless::give;
 using headless::here;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "XPLMInstance.h"
-#include "headless/xplm/OwnedObjects.h"
-
 #include <string>
 #include <vector>
+
+#include "XPLMInstance.h"
+#include "headless/xplm/OwnedObjects.h"
 
 namespace headless {
 

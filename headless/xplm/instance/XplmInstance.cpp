@@ -1,4 +1,5 @@
 #include "XPLMInstance.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/instance/Instances.h"

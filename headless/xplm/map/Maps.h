@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include "XPLMMap.h"
 #include "headless/xplm/OwnedObjects.h"
-
-#include <string>
 
 namespace headless {
 

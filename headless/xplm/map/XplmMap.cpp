@@ -1,4 +1,5 @@
 #include "XPLMMap.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/graphics/LocalFrame.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "XPLMMenus.h"
-
 #include <string>
 #include <vector>
+
+#include "XPLMMenus.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include "headless/xplm/OwnedObjects.h"
 #include "headless/xplm/menus/Menu.h"
 #include "headless/xplm/utilities/CommandTable.h"
-
-#include <string>
 
 namespace headless {
 

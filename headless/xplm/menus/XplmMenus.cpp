@@ -1,4 +1,5 @@
 #include "XPLMMenus.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/menus/MenuTable.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "XPLMNavigation.h"
-
 #include <array>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "XPLMNavigation.h"
 
 namespace headless {
 

@@ -1,10 +1,11 @@
 #include "XPLMNavigation.h"
-#include "headless/xplm/Here.h"
-#include "headless/xplm/Outputs.h"
-#include "headless/xplm/navigation/FlightPlan.h"
 
 #include <cstring>
 #include <string>
+
+#include "headless/xplm/Here.h"
+#include "headless/xplm/Outputs.h"
+#include "headless/xplm/navigation/FlightPlan.h"
 
 using headless::FlightPlanEntry;
 using headless::give;

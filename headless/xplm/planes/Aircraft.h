@@ -1,12 +1,12 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "XPLMPlanes.h"
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/plugin/PluginRegistry.h"
 #include "headless/xplm/utilities/SystemFolder.h"
-
-#include <string>
-#include <vector>
 
 namespace headless {
 

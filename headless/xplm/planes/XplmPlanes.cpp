@@ -1,10 +1,11 @@
 #include "XPLMPlanes.h"
+
+#include <string>
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/graphics/LocalFrame.h"
 #include "headless/xplm/planes/Aircraft.h"
-
-#include <string>
 
 using headless::give;
 using headless::here;

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "XPLMPlugin.h"
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/plugin/PluginContext.h"
-
 #include <array>
 #include <set>
 #include <string>
 #include <utility>
+
+#include "XPLMPlugin.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "XPLMDefs.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include "XPLMDefs.h"
 
 namespace headless {
 

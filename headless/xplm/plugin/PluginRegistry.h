@@ -1,14 +1,14 @@
 #pragma once
 
-#include "XPLMPlugin.h"
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/plugin/PluginContext.h"
-
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
 #include <string>
+
+#include "XPLMPlugin.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 

@@ -1,4 +1,5 @@
 #include "XPLMPlugin.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/plugin/Features.h"

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "XPLMProcessing.h"
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/Clock.h"
-#include "headless/xplm/plugin/PluginContext.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include "XPLMProcessing.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/Clock.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 

@@ -1,4 +1,5 @@
 #include "XPLMProcessing.h"
+
 #include "headless/xplm/Here.h"
 
 using headless::here;

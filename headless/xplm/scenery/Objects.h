@@ -1,11 +1,11 @@
 #pragma once
 
+#include <deque>
+#include <string>
+
 #include "XPLMScenery.h"
 #include "headless/xplm/OwnedObjects.h"
 #include "headless/xplm/utilities/SystemFolder.h"
-
-#include <deque>
-#include <string>
 
 namespace headless {
 

@@ -1,4 +1,5 @@
 #include "XPLMScenery.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/scenery/Objects.h"
 #include "headless/xplm/scenery/Terrain.h"

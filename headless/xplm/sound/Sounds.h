@@ -1,10 +1,10 @@
 #pragma once
 
+#include <optional>
+
 #include "XPLMSound.h"
 #include "headless/xplm/Clock.h"
 #include "headless/xplm/OwnedObjects.h"
-
-#include <optional>
 
 namespace headless {
 

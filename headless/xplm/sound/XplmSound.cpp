@@ -1,4 +1,5 @@
 #include "XPLMSound.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/sound/Sounds.h"
 

@@ -1,9 +1,5 @@
 #pragma once
 
-#include "XPLMUtilities.h"
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/plugin/PluginContext.h"
-
 #include <array>
 #include <cstddef>
 #include <deque>
@@ -13,6 +9,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "XPLMUtilities.h"
+#include "headless/xplm/CallRecorder.h"
+#include "headless/xplm/plugin/PluginContext.h"
 
 namespace headless {
 

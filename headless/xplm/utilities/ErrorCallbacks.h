@@ -1,10 +1,10 @@
 #pragma once
 
+#include <map>
+
 #include "XPLMUtilities.h"
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/plugin/PluginContext.h"
-
-#include <map>
 
 namespace headless {
 

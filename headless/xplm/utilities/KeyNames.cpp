@@ -1,9 +1,9 @@
 #include "headless/xplm/utilities/KeyNames.h"
 
-#include "XPLMDefs.h"
-
 #include <array>
 #include <string>
+
+#include "XPLMDefs.h"
 
 namespace headless {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "headless/xplm/data/DatarefTable.h"
-
 #include <string>
+
+#include "headless/xplm/data/DatarefTable.h"
 
 namespace headless {
 

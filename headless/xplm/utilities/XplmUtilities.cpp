@@ -2,6 +2,13 @@
 
 #include "XPLMUtilities.h"
 
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include "headless/xplm/FunctionTable.h"
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
@@ -9,13 +16,6 @@
 #include "headless/xplm/utilities/KeyNames.h"
 #include "headless/xplm/utilities/Situation.h"
 #include "headless/xplm/utilities/SystemFolder.h"
-
-#include <dlfcn.h>
-
-#include <algorithm>
-#include <cstring>
-#include <string>
-#include <vector>
 
 using headless::give;
 using headless::here;

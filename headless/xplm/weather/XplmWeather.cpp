@@ -1,4 +1,5 @@
 #include "XPLMWeather.h"
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/weather/Weather.h"

@@ -1,11 +1,11 @@
 #include "headless/xplm/widgets/StandardWidgets.h"
 
+#include <bit>
+#include <string>
+
 #include "XPStandardWidgets.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/widgets/WidgetTree.h"
-
-#include <bit>
-#include <string>
 
 namespace headless {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "XPLMDisplay.h"
-#include "XPWidgetDefs.h"
-#include "headless/xplm/display/Screen.h"
-
 #include <map>
 #include <string>
 #include <vector>
+
+#include "XPLMDisplay.h"
+#include "XPWidgetDefs.h"
+#include "headless/xplm/display/Screen.h"
 
 namespace headless {
 

@@ -1,10 +1,10 @@
 #include "headless/xplm/widgets/WidgetTree.h"
 
-#include "headless/xplm/Simulator.h"
-
 #include <algorithm>
 #include <bit>
 #include <utility>
+
+#include "headless/xplm/Simulator.h"
 
 namespace headless {
 

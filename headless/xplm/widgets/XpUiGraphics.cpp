@@ -1,8 +1,9 @@
 #include "XPUIGraphics.h"
-#include "headless/xplm/Here.h"
-#include "headless/xplm/Outputs.h"
 
 #include <algorithm>
+
+#include "headless/xplm/Here.h"
+#include "headless/xplm/Outputs.h"
 
 using headless::give;
 using headless::here;

@@ -1,11 +1,11 @@
 #include "XPWidgetUtils.h"
 
+#include <bit>
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/display/Windows.h"
 #include "headless/xplm/widgets/StandardWidgets.h"
 #include "headless/xplm/widgets/WidgetTree.h"
-
-#include <bit>
 
 using headless::here;
 using headless::Rectangle;

@@ -1,10 +1,11 @@
 #include "XPWidgets.h"
+
+#include <algorithm>
+
 #include "headless/xplm/Here.h"
 #include "headless/xplm/Outputs.h"
 #include "headless/xplm/widgets/StandardWidgets.h"
 #include "headless/xplm/widgets/WidgetTree.h"
-
-#include <algorithm>
 
 using headless::give;
 using headless::giveRectangle;

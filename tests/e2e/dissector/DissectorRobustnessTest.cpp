@@ -1,8 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <random>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
 
 #include "e2e/dissector/DrawnCaptureTest.h"
 #include "e2e/dissector/Tshark.h"

@@ -1,10 +1,10 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
 
 #include "e2e/dissector/DrawnCapture.h"
 #include "e2e/dissector/Tshark.h"

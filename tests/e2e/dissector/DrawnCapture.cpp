@@ -1,10 +1,10 @@
 #include "e2e/dissector/DrawnCapture.h"
 
-#include <pcap/pcap.h>
-
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
+
+#include <pcap/pcap.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <initializer_list>
+
+#include <gtest/gtest.h>
 
 #include "e2e/dissector/DrawnCapture.h"
 #include "support/Bytes.h"

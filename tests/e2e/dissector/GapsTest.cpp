@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
 #include <string>
+
+#include <gmock/gmock.h>
 
 #include "e2e/dissector/DrawnCaptureTest.h"
 #include "e2e/dissector/Tshark.h"

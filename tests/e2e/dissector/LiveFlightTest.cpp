@@ -1,7 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
 
 #include "e2e/dissector/LiveCaptureTest.h"
 #include "e2e/dissector/Tshark.h"

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <poll.h>
 
 #include <array>
@@ -10,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include "e2e/dissector/LiveCaptureTest.h"

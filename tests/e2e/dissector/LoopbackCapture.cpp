@@ -2,12 +2,13 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <pcap/pcap.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <stdexcept>
 #include <utility>
+
+#include <pcap/pcap.h>
 
 #include "support/Deadline.h"
 

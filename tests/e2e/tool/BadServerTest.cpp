@@ -3,12 +3,12 @@
 #include <array>
 #include <csignal>
 
+#include <gtest/gtest.h>
+
 #include "e2e/ToolRun.h"
 #include "support/Bytes.h"
 #include "support/LoopbackListener.h"
 #include "support/Sockets.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

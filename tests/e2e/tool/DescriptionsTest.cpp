@@ -1,6 +1,5 @@
 // What the tool says of itself: its help, its man page, its completions and docs/orvane.md.
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -11,6 +10,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "e2e/ToolRun.h"
 #include "support/TemporaryDirectory.h"

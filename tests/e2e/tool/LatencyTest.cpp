@@ -1,5 +1,6 @@
 #include <chrono>
 #include <csignal>
+
 #include <nlohmann/json.hpp>
 
 #include "e2e/tool/ToolTest.h"

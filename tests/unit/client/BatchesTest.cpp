@@ -1,8 +1,8 @@
-#include "velmar/Batches.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "velmar/Batches.h"
 
 namespace {
 

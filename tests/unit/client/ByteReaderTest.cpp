@@ -1,9 +1,8 @@
-#include "ByteReader.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
-
+#include "ByteReader.h"
 #include "ByteWriter.h"
 #include "UnexpectedAnswer.h"
 #include "support/Bytes.h"

@@ -1,10 +1,10 @@
-#include "velmar/ChangeFilter.h"
-
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "velmar/ChangeFilter.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "tarnel/HeldInputs.h"
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "tarnel/HeldInputs.h"
 
 namespace {
 

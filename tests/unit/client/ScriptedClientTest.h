@@ -1,10 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <exception>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "orvane/Options.h"
 #include "support/ScriptedServer.h"

@@ -1,12 +1,11 @@
-#include "orvane/tarnel/Client.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "orvane/tarnel/Client.h"
 #include "unit/client/ScriptedClientTest.h"
 
 namespace {

@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <stdexcept>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "orvane/tarnel/Definitions.h"
 #include "tarnel/InputRecord.h"

@@ -1,13 +1,13 @@
 #include "TarnelVectors.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <chrono>
 #include <functional>
 #include <map>
 #include <string>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 #include "VectorWords.h"
 

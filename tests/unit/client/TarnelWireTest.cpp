@@ -1,12 +1,11 @@
-#include "tarnel/Wire.h"
-
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "UnexpectedAnswer.h"
 #include "support/Bytes.h"
+#include "tarnel/Wire.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <array>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "TarnelVectors.h"
 #include "UnexpectedAnswer.h"

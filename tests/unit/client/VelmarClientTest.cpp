@@ -1,13 +1,12 @@
-#include "orvane/velmar/Client.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "orvane/velmar/Client.h"
 #include "unit/client/ScriptedClientTest.h"
 
 namespace {

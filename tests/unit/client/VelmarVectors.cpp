@@ -1,8 +1,8 @@
 #include "VelmarVectors.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "UnexpectedAnswer.h"
 #include "VectorWords.h"

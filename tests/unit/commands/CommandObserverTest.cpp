@@ -1,13 +1,12 @@
-#include "commands/CommandObserver.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "commands/CommandObserver.h"
 #include "headless/xplm/Simulator.h"
 #include "network/IProtocol.h"
 #include "support/FakeProtocol.h"

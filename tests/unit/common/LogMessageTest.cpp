@@ -1,13 +1,13 @@
-#include "common/LogMessage.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/LogMessage.h"
 
 namespace {
 

@@ -1,8 +1,3 @@
-#include "common/LoggingService.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -10,6 +5,10 @@
 #include <locale>
 #include <string>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/LoggingService.h"
 #include "headless/xplm/Simulator.h"
 #include "support/FakeWallClock.h"
 

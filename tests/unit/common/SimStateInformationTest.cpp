@@ -1,9 +1,8 @@
-#include "common/SimStateInformation.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
-
+#include "common/SimStateInformation.h"
 #include "headless/xplm/Simulator.h"
 
 namespace {

@@ -1,12 +1,11 @@
-#include "common/Utilities.h"
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdint>
 #include <ostream>
 #include <string>
 
+#include <gtest/gtest.h>
+
+#include "common/Utilities.h"
 #include "support/FakeWallClock.h"
 
 namespace {

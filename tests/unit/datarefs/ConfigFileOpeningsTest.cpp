@@ -1,7 +1,5 @@
 // When the configuration file is open, as another program sees it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -12,6 +10,9 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "DatarefProviderFixture.h"
 

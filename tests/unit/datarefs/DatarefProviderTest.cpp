@@ -1,8 +1,3 @@
-#include "datarefs/DatarefProvider.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <climits>
 #include <functional>
@@ -10,7 +5,11 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "DatarefProviderFixture.h"
+#include "datarefs/DatarefProvider.h"
 
 namespace {
 

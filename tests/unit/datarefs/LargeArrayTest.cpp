@@ -1,9 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "DatarefProviderFixture.h"
 #include "support/AddressSpaceLimit.h"

@@ -1,12 +1,11 @@
-#include "network/AnswerWriter.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <numeric>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "network/AnswerWriter.h"
 #include "network/RingBuffer.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"

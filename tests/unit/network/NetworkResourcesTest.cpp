@@ -1,8 +1,7 @@
-#include "network/NetworkResources.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "network/NetworkResources.h"
 #include "support/FakeUtilities.h"
 #include "support/RecordingLogger.h"
 

@@ -1,6 +1,3 @@
-#include "network/ReservedBytes.h"
-
-#include <gtest/gtest.h>
 #include <sys/sysinfo.h>
 
 #include <limits>
@@ -8,6 +5,9 @@
 #include <new>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "network/ReservedBytes.h"
 #include "support/ChildProcess.h"
 
 namespace {

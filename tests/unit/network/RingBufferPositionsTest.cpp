@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+
+#include <gtest/gtest.h>
 
 #include "RingBufferTest.h"
 

@@ -1,12 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <functional>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "RingBufferTest.h"
 #include "common/LoggingService.h"

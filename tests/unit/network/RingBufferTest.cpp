@@ -1,10 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "RingBufferTest.h"
 
 #include <cstdint>
 #include <limits>
 
-#include "RingBufferTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,6 +1,3 @@
-#include "network/SigpipeBlock.h"
-
-#include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -10,6 +7,10 @@
 #include <ctime>
 #include <future>
 #include <thread>
+
+#include <gtest/gtest.h>
+
+#include "network/SigpipeBlock.h"
 
 namespace {
 

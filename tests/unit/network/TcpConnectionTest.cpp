@@ -1,7 +1,3 @@
-#include "network/TcpConnection.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
@@ -21,6 +17,10 @@
 #include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "network/TcpConnection.h"
 #include "support/Bytes.h"
 #include "support/Deadline.h"
 #include "support/FakeProtocol.h"

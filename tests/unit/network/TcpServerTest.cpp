@@ -1,5 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "TcpServerTest.h"
 
 #include <cerrno>
 #include <map>
@@ -7,7 +6,8 @@
 #include <system_error>
 #include <utility>
 
-#include "TcpServerTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,12 @@
-#include "plugin/DatarefAccessors.h"
+#include <stdexcept>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-#include <utility>
-
 #include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
+#include "plugin/DatarefAccessors.h"
 
 namespace {
 

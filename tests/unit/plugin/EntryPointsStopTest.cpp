@@ -1,14 +1,14 @@
 // The entry points at the stop, after it, and where something goes wrong.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "EntryPointsTest.h"
 #include "PluginObjects.h"

@@ -1,13 +1,14 @@
 // The entry points from the first start on, while the plugin runs.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "EntryPointsTest.h"
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "EntryPointsTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "commands/ICommandObserver.h"
 #include "common/SimStateInformation.h"
 #include "datarefs/IDatarefProvider.h"

@@ -1,13 +1,13 @@
 // The real entry points in a process whose global locale another plugin has set.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "XPLMDefs.h"
 #include "headless/xplm/Simulator.h"

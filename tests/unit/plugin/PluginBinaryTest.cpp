@@ -1,8 +1,6 @@
 // The built plugin as the simulator's dynamic linker sees it.
 
 #include <dlfcn.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -10,6 +8,9 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "headless/xplm/Simulator.h"
 #include "support/TemporaryDirectory.h"

@@ -1,12 +1,11 @@
-#include "plugin/PluginCallbacks.h"
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
+#include "plugin/PluginCallbacks.h"
 
 namespace {
 

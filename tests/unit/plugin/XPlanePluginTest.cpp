@@ -1,8 +1,3 @@
-#include "plugin/XPlanePlugin.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -11,8 +6,12 @@
 #include <system_error>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "PluginObjects.h"
 #include "headless/xplm/Simulator.h"
+#include "plugin/XPlanePlugin.h"
 #include "support/Deadline.h"
 #include "support/LoopbackListener.h"
 #include "support/TcpPeer.h"

@@ -1,15 +1,14 @@
-#include "protocols/ProtocolFactory.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <list>
 #include <map>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "common/SimStateInformation.h"
 #include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
+#include "protocols/ProtocolFactory.h"
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "protocols/velmar/VelmarProtocol.h"
 #include "support/Bytes.h"

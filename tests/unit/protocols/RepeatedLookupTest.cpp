@@ -1,6 +1,6 @@
-#include "protocols/RepeatedLookup.h"
-
 #include <gtest/gtest.h>
+
+#include "protocols/RepeatedLookup.h"
 
 namespace {
 

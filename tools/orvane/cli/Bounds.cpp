@@ -1,10 +1,10 @@
 #include "tools/orvane/cli/Bounds.h"
 
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
 #include <charconv>
 #include <system_error>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 namespace orvane::tool {
 

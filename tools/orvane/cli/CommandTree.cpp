@@ -1,8 +1,8 @@
 #include "tools/orvane/cli/CommandTree.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
+
+#include <CLI/CLI.hpp>
 
 namespace orvane::tool {
 

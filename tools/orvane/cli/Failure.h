@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/orvane/cli/ExitCode.h"
-
 #include <stdexcept>
 #include <string>
+
+#include "tools/orvane/cli/ExitCode.h"
 
 namespace orvane::tool {
 

@@ -1,11 +1,11 @@
 #include "tools/orvane/cli/GlobalOptions.h"
 
-#include "tools/orvane/cli/Bounds.h"
-#include "tools/orvane/cli/Interrupt.h"
+#include <chrono>
 
 #include <CLI/CLI.hpp>
 
-#include <chrono>
+#include "tools/orvane/cli/Bounds.h"
+#include "tools/orvane/cli/Interrupt.h"
 
 namespace orvane::tool {
 

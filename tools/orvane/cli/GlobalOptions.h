@@ -1,9 +1,9 @@
 #pragma once
 
-#include "orvane/Options.h"
-
 #include <cstdint>
 #include <string>
+
+#include "orvane/Options.h"
 
 namespace CLI {
 class App;

@@ -1,12 +1,12 @@
 #include "tools/orvane/cli/HelpFormatter.h"
 
-#include "tools/orvane/cli/CommandTree.h"
-#include "tools/orvane/cli/GlobalOptions.h"
+#include <sstream>
+#include <vector>
 
 #include <fmt/format.h>
 
-#include <sstream>
-#include <vector>
+#include "tools/orvane/cli/CommandTree.h"
+#include "tools/orvane/cli/GlobalOptions.h"
 
 namespace orvane::tool {
 

@@ -1,9 +1,9 @@
 #include "tools/orvane/cli/Limits.h"
 
-#include "tools/orvane/cli/Bounds.h"
-
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Bounds.h"
 
 namespace orvane::tool {
 

@@ -1,8 +1,8 @@
 #include "tools/orvane/cli/Pace.h"
 
-#include "tools/orvane/cli/Interrupt.h"
-
 #include <algorithm>
+
+#include "tools/orvane/cli/Interrupt.h"
 
 namespace orvane::tool {
 

@@ -1,11 +1,10 @@
 #include "tools/orvane/cli/ReconnectingClient.h"
 
-#include "tools/orvane/cli/Interrupt.h"
-
 #include <algorithm>
 #include <utility>
 
 #include "orvane/Errors.h"
+#include "tools/orvane/cli/Interrupt.h"
 
 namespace orvane::tool {
 

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "tools/orvane/cli/GlobalOptions.h"
-
 #include <chrono>
 #include <functional>
 #include <string>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/cli/GlobalOptions.h"
 
 namespace orvane::tool {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "tools/orvane/cli/ExitCode.h"
-#include "tools/orvane/cli/GlobalOptions.h"
-
 #include <functional>
 #include <memory>
 #include <utility>
+
+#include "tools/orvane/cli/ExitCode.h"
+#include "tools/orvane/cli/GlobalOptions.h"
 
 namespace CLI {
 class App;

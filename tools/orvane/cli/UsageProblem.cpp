@@ -1,13 +1,13 @@
 #include "tools/orvane/cli/UsageProblem.h"
 
-#include "tools/orvane/cli/CommandTree.h"
-#include "tools/orvane/cli/NearestWord.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/CommandTree.h"
+#include "tools/orvane/cli/NearestWord.h"
 
 namespace orvane::tool {
 

@@ -1,5 +1,15 @@
 // orvane: looks into a simulator through the plugin, and controls it.
 
+#include <csignal>
+#include <exception>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/Errors.h"
 #include "tools/orvane/cli/ExitCode.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/GlobalOptions.h"
@@ -10,17 +20,6 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/help/Completions.h"
 #include "tools/orvane/help/ManPage.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
-#include <csignal>
-#include <exception>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "orvane/Errors.h"
 
 namespace {
 

@@ -1,3 +1,14 @@
+#include <algorithm>
+#include <chrono>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
@@ -9,18 +20,6 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/terminal/StatusLine.h"
-
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <chrono>
-#include <set>
-#include <string>
-#include <vector>
-
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 

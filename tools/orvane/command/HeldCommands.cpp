@@ -1,16 +1,15 @@
 #include "tools/orvane/command/HeldCommands.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
-#include "tools/orvane/files/Output.h"
+#include <algorithm>
+#include <exception>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <algorithm>
-#include <exception>
-
 #include "orvane/Errors.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

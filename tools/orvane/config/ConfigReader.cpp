@@ -1,15 +1,15 @@
 #include "tools/orvane/config/ConfigReader.h"
 
-#include "tools/orvane/config/SizeField.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/config/SizeField.h"
 
 namespace orvane::tool::config {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/orvane/config/ConfigReport.h"
-
 #include <string_view>
+
+#include "tools/orvane/config/ConfigReport.h"
 
 namespace orvane::tool::config {
 

@@ -1,13 +1,13 @@
+#include <string>
+
+#include <CLI/CLI.hpp>
+
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/config/ConfigReader.h"
 #include "tools/orvane/config/ConfigText.h"
 #include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
-
-#include <CLI/CLI.hpp>
-
-#include <string>
 
 namespace orvane::tool {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "tools/orvane/config/ConfigReport.h"
+#include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include <string>
-#include <vector>
+#include "tools/orvane/config/ConfigReport.h"
 
 namespace orvane::tool::config {
 

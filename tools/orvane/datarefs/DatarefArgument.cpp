@@ -1,10 +1,5 @@
 #include "tools/orvane/datarefs/DatarefArgument.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/datarefs/ValueText.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -13,6 +8,11 @@
 #include <stdexcept>
 #include <system_error>
 #include <utility>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
 
 namespace orvane::tool {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tools/orvane/datarefs/ElementRange.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/datarefs/ElementRange.h"
 
 namespace orvane::tool {
 

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "tools/orvane/datarefs/DatarefArgument.h"
-
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
 
 namespace orvane::tool {
 

@@ -1,7 +1,5 @@
 #include "tools/orvane/datarefs/ElementRange.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
@@ -10,6 +8,8 @@
 #include <system_error>
 #include <variant>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace orvane::tool {
 

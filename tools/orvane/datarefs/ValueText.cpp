@@ -1,9 +1,5 @@
 #include "tools/orvane/datarefs/ValueText.h"
 
-#include "tools/orvane/cli/Failure.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -11,6 +7,10 @@
 #include <system_error>
 #include <variant>
 #include <vector>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
 
 namespace orvane::tool {
 

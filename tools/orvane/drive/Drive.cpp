@@ -1,3 +1,12 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Limits.h"
@@ -11,14 +20,6 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Progress.h"
-
-#include <fmt/format.h>
-#include <unistd.h>
-#include <CLI/CLI.hpp>
-
-#include <cstdio>
-#include <optional>
-#include <string>
 
 namespace orvane::tool {
 

@@ -1,14 +1,14 @@
 #include "tools/orvane/drive/DriveInput.h"
 
+#include <optional>
+#include <utility>
+#include <vector>
+
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/drive/MotionSource.h"
 #include "tools/orvane/drive/PreparedRows.h"
 #include "tools/orvane/drive/TableSource.h"
 #include "tools/orvane/files/InputLines.h"
-
-#include <optional>
-#include <utility>
-#include <vector>
 
 namespace orvane::tool {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "tools/orvane/drive/IInputSource.h"
 #include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
-
-#include <memory>
-#include <string>
 
 namespace orvane::tool {
 

@@ -1,11 +1,5 @@
 #include "tools/orvane/drive/DriveOutput.h"
 
-#include "tools/orvane/datarefs/ValueText.h"
-#include "tools/orvane/files/Output.h"
-#include "tools/orvane/latency/RoundTrips.h"
-#include "tools/orvane/terminal/Progress.h"
-
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -13,6 +7,13 @@
 #include <iterator>
 #include <utility>
 #include <variant>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/latency/RoundTrips.h"
+#include "tools/orvane/terminal/Progress.h"
 
 namespace orvane::tool {
 

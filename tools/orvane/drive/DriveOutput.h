@@ -1,14 +1,5 @@
 #pragma once
 
-#include "tools/orvane/cli/GlobalOptions.h"
-#include "tools/orvane/drive/DriveTable.h"
-#include "tools/orvane/drive/Profile.h"
-#include "tools/orvane/files/LineFile.h"
-#include "tools/orvane/files/RecordWriter.h"
-#include "tools/orvane/terminal/LiveScreen.h"
-#include "tools/orvane/terminal/StatusLine.h"
-#include "tools/orvane/terminal/Terminal.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,6 +9,14 @@
 
 #include "orvane/tarnel/Answer.h"
 #include "orvane/tarnel/Client.h"
+#include "tools/orvane/cli/GlobalOptions.h"
+#include "tools/orvane/drive/DriveTable.h"
+#include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/files/LineFile.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/LiveScreen.h"
+#include "tools/orvane/terminal/StatusLine.h"
+#include "tools/orvane/terminal/Terminal.h"
 
 namespace orvane::tool {
 

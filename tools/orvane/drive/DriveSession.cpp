@@ -1,19 +1,18 @@
 #include "tools/orvane/drive/DriveSession.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
-#include "tools/orvane/drive/UnknownNames.h"
-#include "tools/orvane/files/Output.h"
-
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include "orvane/Errors.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/drive/UnknownNames.h"
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

@@ -1,10 +1,5 @@
 #pragma once
 
-#include "tools/orvane/cli/Pace.h"
-#include "tools/orvane/drive/DriveOutput.h"
-#include "tools/orvane/drive/IInputSource.h"
-#include "tools/orvane/drive/Profile.h"
-
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -12,6 +7,10 @@
 #include "orvane/Options.h"
 #include "orvane/tarnel/Client.h"
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/cli/Pace.h"
+#include "tools/orvane/drive/DriveOutput.h"
+#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Profile.h"
 
 namespace orvane::tool {
 

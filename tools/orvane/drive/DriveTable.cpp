@@ -1,18 +1,18 @@
 #include "tools/orvane/drive/DriveTable.h"
 
-#include "tools/orvane/terminal/Bar.h"
-#include "tools/orvane/terminal/DisplayWidth.h"
-#include "tools/orvane/terminal/PrintableText.h"
-#include "tools/orvane/terminal/Sparkline.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 #include <set>
 #include <type_traits>
 #include <utility>
 #include <variant>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/terminal/Bar.h"
+#include "tools/orvane/terminal/DisplayWidth.h"
+#include "tools/orvane/terminal/PrintableText.h"
+#include "tools/orvane/terminal/Sparkline.h"
 
 namespace orvane::tool {
 

@@ -1,9 +1,5 @@
 #pragma once
 
-#include "tools/orvane/drive/Profile.h"
-#include "tools/orvane/terminal/Terminal.h"
-#include "tools/orvane/terminal/WatchedNumber.h"
-
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +10,9 @@
 
 #include "orvane/tarnel/Answer.h"
 #include "orvane/tarnel/Client.h"
+#include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 namespace orvane::tool {
 

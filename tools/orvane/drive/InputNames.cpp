@@ -1,11 +1,11 @@
 #include "tools/orvane/drive/InputNames.h"
 
-#include "tools/orvane/files/RecordWriter.h"
+#include <algorithm>
+#include <limits>
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <limits>
+#include "tools/orvane/files/RecordWriter.h"
 
 namespace orvane::tool {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tools/orvane/drive/ProfileTable.h"
-
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "orvane/tarnel/Input.h"
+#include "tools/orvane/drive/ProfileTable.h"
 
 namespace orvane::tool {
 

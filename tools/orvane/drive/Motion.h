@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tools/orvane/drive/Waveform.h"
-
 #include <cstdint>
 #include <variant>
 #include <vector>
+
+#include "tools/orvane/drive/Waveform.h"
 
 namespace orvane::tool {
 

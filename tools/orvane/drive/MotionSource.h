@@ -1,11 +1,11 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "tools/orvane/drive/IInputSource.h"
 #include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/Profile.h"
-
-#include <utility>
-#include <vector>
 
 namespace orvane::tool {
 

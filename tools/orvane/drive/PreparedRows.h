@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tools/orvane/drive/IInputSource.h"
-
 #include <cstddef>
 #include <utility>
 #include <vector>
+
+#include "tools/orvane/drive/IInputSource.h"
 
 namespace orvane::tool {
 

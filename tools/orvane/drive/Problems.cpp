@@ -1,11 +1,11 @@
 #include "tools/orvane/drive/Problems.h"
 
-#include "tools/orvane/terminal/PrintableText.h"
+#include <algorithm>
+#include <tuple>
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <tuple>
+#include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "tools/orvane/drive/Motion.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "orvane/tarnel/Definitions.h"
+#include "tools/orvane/drive/Motion.h"
 
 namespace orvane::tool {
 

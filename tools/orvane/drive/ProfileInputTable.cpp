@@ -1,13 +1,13 @@
 #include "tools/orvane/drive/ProfileInputTable.h"
 
-#include "tools/orvane/drive/ProfileMotionTable.h"
-
-#include <fmt/format.h>
-
 #include <chrono>
 #include <cstdint>
 #include <limits>
 #include <string>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/drive/ProfileMotionTable.h"
 
 namespace orvane::tool {
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "tools/orvane/drive/Profile.h"
-#include "tools/orvane/drive/ProfileTable.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "orvane/tarnel/Input.h"
+#include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/drive/ProfileTable.h"
 
 namespace orvane::tool {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/ProfileTable.h"
-
-#include <optional>
 
 namespace orvane::tool {
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "tools/orvane/drive/ProfileTable.h"
-
 #include <optional>
 
 #include "orvane/tarnel/Output.h"
+#include "tools/orvane/drive/ProfileTable.h"
 
 namespace orvane::tool {
 

@@ -1,18 +1,18 @@
 #include "tools/orvane/drive/ProfileReader.h"
 
-#include "tools/orvane/drive/InputNames.h"
-#include "tools/orvane/drive/ProfileInputTable.h"
-#include "tools/orvane/drive/ProfileOutputTable.h"
-#include "tools/orvane/drive/ProfileTable.h"
-
-#include <fmt/format.h>
-
 #include <optional>
 #include <set>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/drive/InputNames.h"
+#include "tools/orvane/drive/ProfileInputTable.h"
+#include "tools/orvane/drive/ProfileOutputTable.h"
+#include "tools/orvane/drive/ProfileTable.h"
 
 namespace orvane::tool {
 

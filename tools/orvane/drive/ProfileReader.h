@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string_view>
+
 #include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
-
-#include <string_view>
 
 namespace orvane::tool {
 

@@ -1,12 +1,12 @@
 #include "tools/orvane/drive/ProfileTable.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 #include <utility>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace orvane::tool {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tools/orvane/drive/Problems.h"
-
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -12,6 +10,8 @@
 #include <vector>
 
 #include <toml++/toml.h>
+
+#include "tools/orvane/drive/Problems.h"
 
 namespace orvane::tool {
 

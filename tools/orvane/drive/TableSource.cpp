@@ -1,13 +1,13 @@
 #include "tools/orvane/drive/TableSource.h"
 
-#include "tools/orvane/files/CsvFields.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <system_error>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/files/CsvFields.h"
 
 namespace orvane::tool {
 

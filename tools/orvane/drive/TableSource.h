@@ -1,14 +1,14 @@
 #pragma once
 
-#include "tools/orvane/drive/IInputSource.h"
-#include "tools/orvane/drive/Problems.h"
-#include "tools/orvane/drive/Profile.h"
-#include "tools/orvane/files/InputLines.h"
-
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/files/InputLines.h"
 
 namespace orvane::tool {
 

@@ -1,13 +1,12 @@
 #include "tools/orvane/drive/UnknownNames.h"
 
-#include "tools/orvane/datarefs/DatarefReader.h"
-
 #include <algorithm>
 #include <iterator>
 #include <set>
 #include <string>
 
 #include "orvane/Errors.h"
+#include "tools/orvane/datarefs/DatarefReader.h"
 
 namespace orvane::tool {
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "tools/orvane/drive/Profile.h"
-
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/drive/Profile.h"
 
 namespace orvane::tool {
 

@@ -1,16 +1,17 @@
 #include "tools/orvane/files/InputFile.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
-
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/cli/Interrupt.h"
 
 namespace orvane::tool {
 

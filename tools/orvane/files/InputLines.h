@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tools/orvane/files/InputFile.h"
-
 #include <cstddef>
 #include <optional>
 #include <string>
+
+#include "tools/orvane/files/InputFile.h"
 
 namespace orvane::tool {
 

@@ -1,14 +1,15 @@
 #include "tools/orvane/files/LineFile.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/files/Output.h"
-
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

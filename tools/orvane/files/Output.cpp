@@ -1,14 +1,15 @@
 #include "tools/orvane/files/Output.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/terminal/PrintableText.h"
-
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
 

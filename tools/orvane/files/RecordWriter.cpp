@@ -1,12 +1,12 @@
 #include "tools/orvane/files/RecordWriter.h"
 
-#include "tools/orvane/files/Output.h"
-
-#include <fmt/format.h>
-
 #include <cmath>
 #include <iterator>
 #include <utility>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

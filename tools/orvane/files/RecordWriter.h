@@ -1,12 +1,12 @@
 #pragma once
 
-#include "tools/orvane/cli/GlobalOptions.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
+
+#include "tools/orvane/cli/GlobalOptions.h"
 
 namespace orvane::tool {
 

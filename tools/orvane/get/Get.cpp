@@ -1,16 +1,15 @@
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
-#include <string>
-#include <vector>
-
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 

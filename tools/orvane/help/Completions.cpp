@@ -1,13 +1,13 @@
 #include "tools/orvane/help/Completions.h"
 
-#include "tools/orvane/cli/CommandTree.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cctype>
 #include <utility>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/CommandTree.h"
 
 namespace orvane::tool {
 

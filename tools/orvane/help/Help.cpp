@@ -1,13 +1,13 @@
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
 #include "tools/orvane/cli/CommandTree.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/cli/UsageProblem.h"
 #include "tools/orvane/files/Output.h"
-
-#include <CLI/CLI.hpp>
-
-#include <string>
-#include <vector>
 
 namespace orvane::tool {
 

@@ -1,14 +1,14 @@
 #include "tools/orvane/help/ManPage.h"
 
-#include "tools/orvane/cli/CommandTree.h"
-#include "tools/orvane/cli/HelpFormatter.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
 #include <cctype>
 #include <sstream>
 #include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/CommandTree.h"
+#include "tools/orvane/cli/HelpFormatter.h"
 
 namespace orvane::tool {
 

@@ -1,16 +1,15 @@
-#include "tools/orvane/cli/Subcommands.h"
-#include "tools/orvane/files/Output.h"
-#include "tools/orvane/files/RecordWriter.h"
-#include "tools/orvane/latency/RoundTrips.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
 #include <chrono>
 #include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
 #include "orvane/tarnel/Client.h"
+#include "tools/orvane/cli/Subcommands.h"
+#include "tools/orvane/files/Output.h"
+#include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/latency/RoundTrips.h"
 
 namespace orvane::tool {
 

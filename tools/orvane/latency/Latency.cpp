@@ -1,3 +1,16 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/Errors.h"
+#include "orvane/tarnel/Client.h"
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
@@ -8,19 +21,6 @@
 #include "tools/orvane/latency/RoundTrips.h"
 #include "tools/orvane/terminal/StatusLine.h"
 #include "tools/orvane/terminal/Terminal.h"
-
-#include <fmt/format.h>
-#include <unistd.h>
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <string>
-#include <vector>
-
-#include "orvane/Errors.h"
-#include "orvane/tarnel/Client.h"
 
 namespace orvane::tool {
 

@@ -1,13 +1,13 @@
 #include "tools/orvane/latency/RoundTrips.h"
 
-#include "tools/orvane/terminal/Bar.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/terminal/Bar.h"
 
 namespace orvane::tool {
 

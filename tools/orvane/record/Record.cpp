@@ -1,3 +1,11 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
@@ -11,15 +19,6 @@
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/terminal/Progress.h"
 #include "tools/orvane/terminal/StatusLine.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 

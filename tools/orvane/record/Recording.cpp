@@ -1,18 +1,18 @@
 #include "tools/orvane/record/Recording.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/datarefs/ValueText.h"
-#include "tools/orvane/files/CsvFields.h"
-#include "tools/orvane/files/RecordWriter.h"
-
-#include <fmt/format.h>
-
 #include <charconv>
 #include <functional>
 #include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/CsvFields.h"
+#include "tools/orvane/files/RecordWriter.h"
 
 namespace orvane::tool {
 

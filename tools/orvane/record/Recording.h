@@ -1,13 +1,12 @@
 #pragma once
 
-#include "tools/orvane/datarefs/DatarefArgument.h"
-#include "tools/orvane/drive/Problems.h"
-#include "tools/orvane/files/InputLines.h"
-
 #include <string>
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
+#include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/files/InputLines.h"
 
 namespace orvane::tool {
 

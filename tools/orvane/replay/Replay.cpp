@@ -1,3 +1,12 @@
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
@@ -9,16 +18,6 @@
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/terminal/Progress.h"
 #include "tools/orvane/terminal/StatusLine.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 

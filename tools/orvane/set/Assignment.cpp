@@ -1,16 +1,16 @@
 #include "tools/orvane/set/Assignment.h"
 
-#include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/datarefs/ValueText.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
 #include <type_traits>
 #include <variant>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
 
 namespace orvane::tool {
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "tools/orvane/datarefs/DatarefArgument.h"
-
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
 
 namespace orvane::tool {
 

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "tools/orvane/set/Assignment.h"
-
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/set/Assignment.h"
 
 namespace orvane::tool {
 

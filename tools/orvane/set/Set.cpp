@@ -1,3 +1,12 @@
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
@@ -6,16 +15,6 @@
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/set/Assignment.h"
 #include "tools/orvane/set/AssignmentWriter.h"
-
-#include <fmt/format.h>
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <iterator>
-#include <string>
-#include <vector>
-
-#include "orvane/velmar/Client.h"
 
 namespace orvane::tool {
 

@@ -1,7 +1,5 @@
 #include "tools/orvane/terminal/DrawingMode.h"
 
-#include "tools/orvane/files/Output.h"
-
 #include <termios.h>
 #include <unistd.h>
 
@@ -10,6 +8,8 @@
 #include <csignal>
 #include <string_view>
 #include <utility>
+
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

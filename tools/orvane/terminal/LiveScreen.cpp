@@ -1,8 +1,8 @@
 #include "tools/orvane/terminal/LiveScreen.h"
 
-#include "tools/orvane/files/Output.h"
-
 #include <fmt/format.h>
+
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "tools/orvane/terminal/DrawingMode.h"
-#include "tools/orvane/terminal/Terminal.h"
-
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/orvane/terminal/DrawingMode.h"
+#include "tools/orvane/terminal/Terminal.h"
 
 namespace orvane::tool {
 

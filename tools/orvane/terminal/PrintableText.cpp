@@ -1,11 +1,11 @@
 #include "tools/orvane/terminal/PrintableText.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
+
+#include <fmt/format.h>
 
 namespace orvane::tool {
 

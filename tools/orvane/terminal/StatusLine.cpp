@@ -1,10 +1,10 @@
 #include "tools/orvane/terminal/StatusLine.h"
 
+#include <unistd.h>
+
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/PrintableText.h"
-
-#include <unistd.h>
 
 namespace orvane::tool {
 

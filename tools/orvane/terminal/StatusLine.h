@@ -1,9 +1,9 @@
 #pragma once
 
-#include "tools/orvane/terminal/Terminal.h"
-
 #include <chrono>
 #include <string>
+
+#include "tools/orvane/terminal/Terminal.h"
 
 namespace orvane::tool {
 

@@ -1,10 +1,11 @@
 #include "tools/orvane/terminal/Terminal.h"
 
-#include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
+
+#include <fmt/format.h>
 
 namespace orvane::tool {
 

@@ -1,8 +1,5 @@
 #include "tools/orvane/watch/DatagramSender.h"
 
-#include "tools/orvane/cli/Failure.h"
-
-#include <fmt/format.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,6 +7,10 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/cli/Failure.h"
 
 namespace orvane::tool {
 

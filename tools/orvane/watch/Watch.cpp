@@ -1,3 +1,15 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
@@ -13,17 +25,6 @@
 #include "tools/orvane/terminal/Terminal.h"
 #include "tools/orvane/watch/DatagramSender.h"
 #include "tools/orvane/watch/WatchTable.h"
-
-#include <fmt/format.h>
-#include <unistd.h>
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
-#include <chrono>
-#include <iterator>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace orvane::tool {
 

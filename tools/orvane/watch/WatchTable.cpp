@@ -1,13 +1,13 @@
 #include "tools/orvane/watch/WatchTable.h"
 
-#include "tools/orvane/terminal/DisplayWidth.h"
-#include "tools/orvane/terminal/Sparkline.h"
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <type_traits>
 #include <variant>
+
+#include <fmt/format.h>
+
+#include "tools/orvane/terminal/DisplayWidth.h"
+#include "tools/orvane/terminal/Sparkline.h"
 
 namespace orvane::tool {
 

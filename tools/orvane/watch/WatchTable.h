@@ -1,9 +1,5 @@
 #pragma once
 
-#include "tools/orvane/datarefs/DatarefArgument.h"
-#include "tools/orvane/terminal/Terminal.h"
-#include "tools/orvane/terminal/WatchedNumber.h"
-
 #include <cstddef>
 #include <map>
 #include <string>
@@ -11,6 +7,9 @@
 #include <vector>
 
 #include "orvane/velmar/Value.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
+#include "tools/orvane/terminal/Terminal.h"
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 namespace orvane::tool {
 

@@ -1,12 +1,11 @@
-#include "headless/host/Console.h"
-
-#include "TemporaryFolder.h"
+#include <memory>
+#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
+#include "TemporaryFolder.h"
+#include "headless/host/Console.h"
 
 using headless::Console;
 using headless::Session;

@@ -1,11 +1,10 @@
-#include "headless/host/DatarefText.h"
-
-#include "headless/xplm/data/DatarefTable.h"
+#include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-#include <string>
+#include "headless/host/DatarefText.h"
+#include "headless/xplm/data/DatarefTable.h"
 
 using headless::CallRecorder;
 using headless::Dataref;

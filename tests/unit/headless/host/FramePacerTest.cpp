@@ -1,8 +1,8 @@
-#include "headless/host/FramePacer.h"
+#include <chrono>
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include "headless/host/FramePacer.h"
 
 using headless::FramePacer;
 using Clock = std::chrono::steady_clock;

@@ -1,6 +1,6 @@
-#include "headless/host/FrameStatistics.h"
-
 #include <gtest/gtest.h>
+
+#include "headless/host/FrameStatistics.h"
 
 using headless::FrameStatistics;
 using std::chrono::nanoseconds;

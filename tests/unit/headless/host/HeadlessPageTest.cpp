@@ -1,12 +1,12 @@
 // docs/headless.md says what the program does.
 
-#include "headless/xplm/FunctionTable.h"
-
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "headless/xplm/FunctionTable.h"
 
 using headless::describe;
 using headless::SdkFunction;

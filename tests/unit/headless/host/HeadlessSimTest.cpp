@@ -1,7 +1,3 @@
-#include "TemporaryFolder.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -10,6 +6,11 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;

@@ -1,10 +1,11 @@
-#include "headless/host/LineReader.h"
-
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <stdexcept>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "headless/host/LineReader.h"
 
 using headless::LineReader;
 

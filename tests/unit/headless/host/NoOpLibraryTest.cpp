@@ -1,7 +1,8 @@
-#include "headless/host/NoOpLibrary.h"
-
 #include <dlfcn.h>
+
 #include <gtest/gtest.h>
+
+#include "headless/host/NoOpLibrary.h"
 
 using headless::loadNoOpLibrary;
 

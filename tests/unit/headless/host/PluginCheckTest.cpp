@@ -1,15 +1,15 @@
-#include "headless/host/PluginCheck.h"
-
-#include "TemporaryFolder.h"
-#include "headless/host/PluginHost.h"
-
 #include <elf.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
+#include "headless/host/PluginCheck.h"
+#include "headless/host/PluginHost.h"
 
 using headless::PluginCheck;
 using headless::PluginError;

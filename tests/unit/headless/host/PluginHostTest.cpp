@@ -1,14 +1,13 @@
-#include "headless/host/PluginHost.h"
-
-#include "TemporaryFolder.h"
-#include "XPLMDataAccess.h"
-#include "XPLMUtilities.h"
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "TemporaryFolder.h"
+#include "XPLMDataAccess.h"
+#include "XPLMUtilities.h"
+#include "headless/host/PluginHost.h"
 
 using headless::PluginError;
 using headless::PluginHost;

@@ -1,11 +1,10 @@
-#include "headless/host/Session.h"
-
-#include "TemporaryFolder.h"
-#include "headless/world/TextLines.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "TemporaryFolder.h"
+#include "headless/host/Session.h"
+#include "headless/world/TextLines.h"
 
 using headless::PluginError;
 using headless::Session;

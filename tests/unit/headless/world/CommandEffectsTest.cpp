@@ -1,10 +1,9 @@
-#include "headless/world/CommandEffects.h"
-
-#include "headless/world/DefaultWorld.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "headless/world/CommandEffects.h"
+#include "headless/world/DefaultWorld.h"
 
 using headless::installCommandEffects;
 using headless::installDefaultWorld;

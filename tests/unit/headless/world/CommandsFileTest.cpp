@@ -1,13 +1,12 @@
-#include "headless/world/CommandsFile.h"
-
-#include "TemporaryFolder.h"
-#include "headless/world/TextLines.h"
-
-#include <gtest/gtest.h>
-
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
+#include "headless/world/CommandsFile.h"
+#include "headless/world/TextLines.h"
 
 using headless::CommandDefinition;
 using headless::parseCommands;

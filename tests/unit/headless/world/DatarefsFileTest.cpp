@@ -1,13 +1,12 @@
-#include "headless/world/DatarefsFile.h"
-
-#include "TemporaryFolder.h"
-#include "headless/world/TextLines.h"
-
-#include <gtest/gtest.h>
-
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
+#include "headless/world/DatarefsFile.h"
+#include "headless/world/TextLines.h"
 
 using headless::DatarefDefinition;
 using headless::DatarefsFile;

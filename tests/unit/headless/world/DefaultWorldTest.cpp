@@ -1,8 +1,8 @@
-#include "headless/world/DefaultWorld.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "headless/world/DefaultWorld.h"
 
 using headless::installDefaultWorld;
 using headless::Simulator;

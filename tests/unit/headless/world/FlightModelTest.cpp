@@ -1,10 +1,9 @@
-#include "headless/world/FlightModel.h"
-
-#include "headless/world/DefaultWorld.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "headless/world/DefaultWorld.h"
+#include "headless/world/FlightModel.h"
 
 using headless::FlightModel;
 using headless::installDefaultWorld;

@@ -1,6 +1,6 @@
-#include "headless/xplm/CallRecorder.h"
-
 #include <gtest/gtest.h>
+
+#include "headless/xplm/CallRecorder.h"
 
 using headless::CallRecorder;
 using headless::Refusal;

@@ -1,8 +1,8 @@
-#include "headless/xplm/Clock.h"
+#include <chrono>
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include "headless/xplm/Clock.h"
 
 using headless::Clock;
 

@@ -1,15 +1,15 @@
-#include "headless/xplm/FunctionTable.h"
-
-#include "XPLMUtilities.h"
-#include "headless/xplm/Simulator.h"
-
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <memory>
 #include <set>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "XPLMUtilities.h"
+#include "headless/xplm/FunctionTable.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::findSdkFunction;
 using headless::FunctionKind;

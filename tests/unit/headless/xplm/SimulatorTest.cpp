@@ -1,10 +1,9 @@
-#include "headless/xplm/Simulator.h"
+#include <gtest/gtest.h>
 
 #include "XPLMDataAccess.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
-
-#include <gtest/gtest.h>
+#include "headless/xplm/Simulator.h"
 
 using headless::Refusal;
 using headless::Simulator;

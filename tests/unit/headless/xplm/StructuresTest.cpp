@@ -1,5 +1,9 @@
 // The layouts of the SDK's structures on 64-bit systems: plugins are built against its own headers.
 
+#include <cstddef>
+
+#include <gtest/gtest.h>
+
 #include "XPLMCamera.h"
 #include "XPLMDataAccess.h"
 #include "XPLMDisplay.h"
@@ -11,10 +15,6 @@
 #include "XPLMWeather.h"
 #include "XPWidgetDefs.h"
 #include "XPWidgetUtils.h"
-
-#include <gtest/gtest.h>
-
-#include <cstddef>
 
 TEST(StructuresTest, HaveTheSdksSizes) {
     EXPECT_EQ(sizeof(XPLMDataRefInfo_t), 32U);

@@ -1,9 +1,8 @@
-#include "protocols/tarnel/InputAction.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "InputTargetsFixture.h"
+#include "protocols/tarnel/InputAction.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstddef>
 #include <limits>
 #include <string>
 #include <tuple>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "InputDefinitionTest.h"
 

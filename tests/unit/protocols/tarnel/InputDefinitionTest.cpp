@@ -1,11 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "InputDefinitionTest.h"
 
 #include <array>
 #include <cstdint>
 #include <vector>
 
-#include "InputDefinitionTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

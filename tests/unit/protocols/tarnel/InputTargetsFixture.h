@@ -1,12 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "headless/xplm/Simulator.h"
 #include "protocols/tarnel/TarnelRecords.h"

@@ -1,10 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "OutputInfoTest.h"
 
 #include <memory>
 #include <string>
 
-#include "OutputInfoTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <string>
 
 #include "TarnelFixture.h"
 

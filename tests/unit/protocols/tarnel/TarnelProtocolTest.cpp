@@ -1,11 +1,10 @@
-#include "protocols/tarnel/TarnelProtocol.h"
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "TarnelFixture.h"
+#include "protocols/tarnel/TarnelProtocol.h"
 
 namespace {
 

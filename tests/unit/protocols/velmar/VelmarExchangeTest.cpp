@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -6,6 +5,8 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "WiredCommandObserver.h"
 #include "common/SimStateInformation.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"

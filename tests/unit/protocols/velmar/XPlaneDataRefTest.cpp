@@ -1,13 +1,12 @@
-#include "protocols/velmar/XPlaneDataRef.h"
-
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "headless/xplm/Simulator.h"
 #include "network/RingBuffer.h"
+#include "protocols/velmar/XPlaneDataRef.h"
 #include "support/Bytes.h"
 #include "support/RecordingLogger.h"
 #include "support/TextOf.h"

@@ -1,9 +1,9 @@
-#include "protocols/velmar/XPlaneObservedCommandState.h"
+#include <array>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <string_view>
+#include "protocols/velmar/XPlaneObservedCommandState.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // A plugin that writes a line to the log and ends the process in its first flight loop.
 
+#include <cstdlib>
+#include <cstring>
+
 #include "XPLMDefs.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
-
-#include <cstdlib>
-#include <cstring>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // A plugin that expects OpenGL and the SDK's library in its process, and says in the log what it
 // got.
 
-#include "XPLMDefs.h"
-#include "XPLMGraphics.h"
-#include "XPLMUtilities.h"
-
 #include <dlfcn.h>
 
 #include <cstring>
+
+#include "XPLMDefs.h"
+#include "XPLMGraphics.h"
+#include "XPLMUtilities.h"
 
 extern "C" void glFlush();
 extern "C" int glHeadlessTestInteger();

@@ -1,14 +1,14 @@
 // A plugin that registers a flight loop before it is started, and uses its own dataref while it
 // stops.
 
+#include <cstring>
+#include <string>
+
 #include "XPLMDataAccess.h"
 #include "XPLMDefs.h"
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
-
-#include <cstring>
-#include <string>
 
 namespace {
 

@@ -1,14 +1,14 @@
 // A plugin that tells the log what happens to it and leaves all that it registered behind.
 
+#include <cstdint>
+#include <cstring>
+#include <string>
+
 #include "XPLMDataAccess.h"
 #include "XPLMDefs.h"
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
-
-#include <cstdint>
-#include <cstring>
-#include <string>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // A plugin that does not come back from its flight loop, after a line in the log.
 
+#include <cstring>
+
 #include "XPLMDefs.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
-
-#include <cstring>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // A plugin that needs names which nobody has. Its constructor must never run.
 
-#include "XPLMDefs.h"
-
 #include <cstdlib>
+
+#include "XPLMDefs.h"
 
 extern "C" void XPLMNoSuchOne();
 extern "C" void XPLMNoSuchTwo();

@@ -1,7 +1,7 @@
+#include <gtest/gtest.h>
+
 #include "XPLMCamera.h"
 #include "headless/xplm/Simulator.h"
-
-#include <gtest/gtest.h>
 
 using headless::Simulator;
 

@@ -1,11 +1,11 @@
-#include "XPLMDataAccess.h"
-#include "headless/xplm/Simulator.h"
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <limits>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "XPLMDataAccess.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Refusal;
 using headless::Simulator;

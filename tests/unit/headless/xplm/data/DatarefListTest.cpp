@@ -1,10 +1,10 @@
-#include "XPLMDataAccess.h"
-#include "headless/xplm/Simulator.h"
+#include <array>
+#include <cstddef>
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstddef>
+#include "XPLMDataAccess.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Simulator;
 

@@ -1,13 +1,12 @@
-#include "headless/xplm/data/DatarefTable.h"
-
-#include "XPLMDataAccess.h"
-#include "headless/xplm/Simulator.h"
-
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "XPLMDataAccess.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/data/DatarefTable.h"
 
 using headless::DatarefAccessors;
 using headless::Refusal;

@@ -1,7 +1,7 @@
+#include <gtest/gtest.h>
+
 #include "XPLMDisplay.h"
 #include "headless/xplm/Simulator.h"
-
-#include <gtest/gtest.h>
 
 using headless::Refusal;
 using headless::Simulator;

@@ -1,12 +1,11 @@
-#include "headless/xplm/display/Keyboard.h"
-
-#include "XPLMDisplay.h"
-#include "headless/xplm/Simulator.h"
+#include <array>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <string>
+#include "XPLMDisplay.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/display/Keyboard.h"
 
 using headless::Refusal;
 using headless::Simulator;

@@ -1,12 +1,11 @@
-#include "headless/xplm/display/Windows.h"
-
-#include "XPLMDisplay.h"
-#include "headless/xplm/Simulator.h"
+#include <cstddef>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <string>
+#include "XPLMDisplay.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/display/Windows.h"
 
 using headless::Refusal;
 using headless::Simulator;

@@ -1,10 +1,10 @@
-#include "XPLMGraphics.h"
-#include "headless/xplm/Simulator.h"
-#include "headless/xplm/graphics/LocalFrame.h"
+#include <array>
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include "XPLMGraphics.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/graphics/LocalFrame.h"
 
 using headless::Simulator;
 

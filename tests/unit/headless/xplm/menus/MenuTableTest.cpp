@@ -1,12 +1,11 @@
-#include "headless/xplm/menus/MenuTable.h"
-
-#include "XPLMMenus.h"
-#include "headless/xplm/Simulator.h"
+#include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-#include <string>
+#include "XPLMMenus.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/menus/MenuTable.h"
 
 using headless::PluginContext;
 using headless::Refusal;

@@ -1,10 +1,10 @@
-#include "XPLMNavigation.h"
-#include "headless/xplm/Simulator.h"
+#include <array>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <string>
+#include "XPLMNavigation.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Simulator;
 

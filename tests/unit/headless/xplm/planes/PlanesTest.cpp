@@ -1,13 +1,13 @@
+#include <array>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
 #include "XPLMPlanes.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/planes/Aircraft.h"
 #include "headless/xplm/utilities/SystemFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
 
 using headless::PluginContext;
 using headless::Refusal;

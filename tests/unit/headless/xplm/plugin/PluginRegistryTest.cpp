@@ -1,11 +1,10 @@
-#include "headless/xplm/plugin/PluginRegistry.h"
-
-#include "XPLMPlugin.h"
-#include "headless/xplm/Simulator.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "XPLMPlugin.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/plugin/PluginRegistry.h"
 
 using headless::Refusal;
 using headless::Simulator;

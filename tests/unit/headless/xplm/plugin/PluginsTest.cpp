@@ -1,16 +1,16 @@
 // Plugins among themselves, as the SDK's functions show them.
 
+#include <array>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
 #include "XPLMDataAccess.h"
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/plugin/Features.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
 
 using headless::PluginContext;
 using headless::Simulator;

@@ -1,10 +1,10 @@
-#include "XPLMProcessing.h"
-#include "headless/xplm/Simulator.h"
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "XPLMProcessing.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Refusal;
 using headless::Simulator;

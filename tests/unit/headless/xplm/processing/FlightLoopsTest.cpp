@@ -1,11 +1,10 @@
-#include "headless/xplm/processing/FlightLoops.h"
-
-#include "XPLMProcessing.h"
-#include "headless/xplm/Simulator.h"
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "XPLMProcessing.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/processing/FlightLoops.h"
 
 using headless::Refusal;
 using headless::Simulator;

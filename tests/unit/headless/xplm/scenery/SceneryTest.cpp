@@ -1,3 +1,8 @@
+#include <cstddef>
+#include <vector>
+
+#include <gtest/gtest.h>
+
 #include "TemporaryFolder.h"
 #include "XPLMInstance.h"
 #include "XPLMScenery.h"
@@ -5,11 +10,6 @@
 #include "headless/xplm/instance/Instances.h"
 #include "headless/xplm/scenery/Terrain.h"
 #include "headless/xplm/utilities/SystemFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <vector>
 
 using headless::Refusal;
 using headless::Simulator;

@@ -1,10 +1,10 @@
-#include "XPLMSound.h"
-#include "headless/xplm/Simulator.h"
+#include <array>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <vector>
+#include "XPLMSound.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Simulator;
 

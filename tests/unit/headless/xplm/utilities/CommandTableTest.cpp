@@ -1,12 +1,11 @@
-#include "headless/xplm/utilities/CommandTable.h"
-
-#include "XPLMUtilities.h"
-#include "headless/xplm/Simulator.h"
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "XPLMUtilities.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/utilities/CommandTable.h"
 
 using headless::Command;
 using headless::PhaseCounts;

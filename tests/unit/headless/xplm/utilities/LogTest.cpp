@@ -1,12 +1,11 @@
-#include "headless/xplm/utilities/Log.h"
-
-#include "TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
+#include "headless/xplm/utilities/Log.h"
 
 using headless::Log;
 

@@ -1,15 +1,15 @@
-#include "TemporaryFolder.h"
-#include "XPLMUtilities.h"
-#include "headless/xplm/Simulator.h"
-#include "headless/xplm/utilities/SystemFolder.h"
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <thread>
+
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.h"
+#include "XPLMUtilities.h"
+#include "headless/xplm/Simulator.h"
+#include "headless/xplm/utilities/SystemFolder.h"
 
 using headless::Simulator;
 

@@ -1,10 +1,10 @@
-#include "XPLMWeather.h"
-#include "headless/xplm/Simulator.h"
+#include <cstddef>
+#include <cstring>
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstring>
+#include "XPLMWeather.h"
+#include "headless/xplm/Simulator.h"
 
 using headless::Simulator;
 

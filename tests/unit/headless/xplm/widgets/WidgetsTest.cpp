@@ -1,17 +1,16 @@
-#include "XPWidgets.h"
+#include <array>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "XPStandardWidgets.h"
 #include "XPUIGraphics.h"
 #include "XPWidgetUtils.h"
+#include "XPWidgets.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/display/Keyboard.h"
 #include "headless/xplm/display/Windows.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
 
 using headless::Simulator;
 

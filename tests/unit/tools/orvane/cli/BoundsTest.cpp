@@ -1,7 +1,7 @@
-#include "tools/orvane/cli/Bounds.h"
-
-#include <gtest/gtest.h>
 #include <CLI/CLI.hpp>
+#include <gtest/gtest.h>
+
+#include "tools/orvane/cli/Bounds.h"
 
 using orvane::tool::between;
 using orvane::tool::wholeBetween;

@@ -1,6 +1,6 @@
-#include "tools/orvane/cli/NearestWord.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/cli/NearestWord.h"
 
 using orvane::tool::nearestOption;
 using orvane::tool::nearestWord;

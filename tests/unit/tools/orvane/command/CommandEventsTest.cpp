@@ -1,6 +1,6 @@
-#include "tools/orvane/command/CommandEvents.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/command/CommandEvents.h"
 
 using orvane::tool::CommandEvent;
 using orvane::tool::CommandEvents;

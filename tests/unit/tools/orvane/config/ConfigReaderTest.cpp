@@ -1,8 +1,8 @@
-#include "tools/orvane/config/ConfigReader.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "tools/orvane/config/ConfigReader.h"
 
 using orvane::tool::config::ConfigLine;
 using orvane::tool::config::ConfigReport;

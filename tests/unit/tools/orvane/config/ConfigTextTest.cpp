@@ -1,9 +1,8 @@
-#include "tools/orvane/config/ConfigText.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tools/orvane/config/ConfigReader.h"
+#include "tools/orvane/config/ConfigText.h"
 
 using orvane::tool::config::configAsLines;
 using orvane::tool::config::configAsRecords;

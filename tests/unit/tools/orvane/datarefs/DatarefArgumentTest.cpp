@@ -1,10 +1,9 @@
-#include "tools/orvane/datarefs/DatarefArgument.h"
+#include <functional>
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/DatarefArgument.h"
 
 using orvane::tool::DatarefArgument;
 using orvane::tool::ExitCode;

@@ -1,12 +1,11 @@
-#include "tools/orvane/datarefs/ValueText.h"
-
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <cmath>
 #include <limits>
 
+#include <gtest/gtest.h>
+
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/ValueText.h"
 
 using orvane::tool::ExitCode;
 using orvane::tool::Failure;

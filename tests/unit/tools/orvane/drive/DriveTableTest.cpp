@@ -1,13 +1,12 @@
-#include "tools/orvane/drive/DriveTable.h"
-
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <limits>
 #include <optional>
 
+#include <gtest/gtest.h>
+
 #include "support/PseudoTerminal.h"
+#include "tools/orvane/drive/DriveTable.h"
 #include "tools/orvane/drive/ProfileReader.h"
 
 using orvane::tarnel::Answer;

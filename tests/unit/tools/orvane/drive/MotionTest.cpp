@@ -1,7 +1,7 @@
+#include <gtest/gtest.h>
+
 #include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/MotionSource.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,12 @@
-#include "tools/orvane/drive/ProfileReader.h"
-
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "tarnel/InputRecord.h"
+#include "tools/orvane/drive/ProfileReader.h"
 
 namespace {
 

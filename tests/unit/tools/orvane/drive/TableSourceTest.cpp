@@ -1,10 +1,9 @@
-#include "tools/orvane/drive/TableSource.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "support/TemporaryDirectory.h"
+#include "tools/orvane/drive/TableSource.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "tools/orvane/drive/Waveform.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/drive/Waveform.h"
 
 namespace {
 

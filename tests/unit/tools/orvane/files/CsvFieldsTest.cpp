@@ -1,6 +1,6 @@
-#include "tools/orvane/files/CsvFields.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/files/CsvFields.h"
 
 namespace {
 

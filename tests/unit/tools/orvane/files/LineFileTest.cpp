@@ -1,14 +1,13 @@
-#include "tools/orvane/files/LineFile.h"
-
-#include "tools/orvane/cli/Failure.h"
-
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <csignal>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "support/TemporaryDirectory.h"
+#include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/LineFile.h"
 
 namespace {
 

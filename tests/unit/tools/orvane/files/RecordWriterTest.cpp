@@ -1,10 +1,10 @@
-#include "tools/orvane/files/RecordWriter.h"
-
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tools/orvane/files/RecordWriter.h"
 
 using orvane::tool::aircraftRecord;
 using orvane::tool::aircraftText;

@@ -1,7 +1,6 @@
-#include "tools/orvane/help/Completions.h"
-
 #include <gtest/gtest.h>
 
+#include "tools/orvane/help/Completions.h"
 #include "unit/tools/orvane/help/SmallTool.h"
 
 namespace {

@@ -1,7 +1,6 @@
-#include "tools/orvane/help/ManPage.h"
-
 #include <gtest/gtest.h>
 
+#include "tools/orvane/help/ManPage.h"
 #include "unit/tools/orvane/help/SmallTool.h"
 
 TEST(ManPageTest, SaysWhatTheHelpSays) {

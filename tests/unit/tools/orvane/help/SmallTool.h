@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 // A tool with a command of each kind, to be described.
 class SmallTool final {

@@ -1,9 +1,9 @@
-#include "tools/orvane/latency/RoundTrips.h"
+#include <cmath>
+#include <numeric>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numeric>
+#include "tools/orvane/latency/RoundTrips.h"
 
 using orvane::tool::Bucket;
 using orvane::tool::framesPerSecond;

@@ -1,13 +1,12 @@
-#include "tools/orvane/record/Recording.h"
-
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "support/TemporaryDirectory.h"
+#include "tools/orvane/record/Recording.h"
 
 namespace {
 

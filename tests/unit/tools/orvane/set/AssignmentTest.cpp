@@ -1,10 +1,9 @@
-#include "tools/orvane/set/Assignment.h"
+#include <cmath>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/set/Assignment.h"
 
 using orvane::tool::Assignment;
 using orvane::tool::ExitCode;

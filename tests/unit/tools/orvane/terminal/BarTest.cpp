@@ -1,6 +1,6 @@
-#include "tools/orvane/terminal/Bar.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/terminal/Bar.h"
 
 using orvane::tool::bar;
 

@@ -1,9 +1,9 @@
-#include "tools/orvane/terminal/DisplayWidth.h"
+#include <clocale>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <clocale>
-#include <string>
+#include "tools/orvane/terminal/DisplayWidth.h"
 
 using orvane::tool::beginningOf;
 using orvane::tool::displayWidth;

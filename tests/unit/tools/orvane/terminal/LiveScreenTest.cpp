@@ -1,14 +1,13 @@
-#include "tools/orvane/terminal/LiveScreen.h"
-
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/terminal/LiveScreen.h"
 
 using orvane::tool::LiveScreen;
 using orvane::tool::Terminal;

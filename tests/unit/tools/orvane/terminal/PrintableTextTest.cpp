@@ -1,6 +1,6 @@
-#include "tools/orvane/terminal/PrintableText.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/orvane/terminal/PrintableText.h"
 
 using orvane::tool::printable;
 

@@ -1,9 +1,9 @@
-#include "tools/orvane/terminal/Sparkline.h"
+#include <limits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <limits>
-#include <vector>
+#include "tools/orvane/terminal/Sparkline.h"
 
 using orvane::tool::sparkline;
 

@@ -1,12 +1,11 @@
-#include "tools/orvane/terminal/Terminal.h"
-
-#include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <cstdlib>
 
+#include <gtest/gtest.h>
+
 #include "support/PseudoTerminal.h"
+#include "tools/orvane/terminal/Terminal.h"
 
 using orvane::tool::Terminal;
 

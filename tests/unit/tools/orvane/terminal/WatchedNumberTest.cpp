@@ -1,9 +1,9 @@
-#include "tools/orvane/terminal/WatchedNumber.h"
+#include <deque>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <deque>
-#include <string>
+#include "tools/orvane/terminal/WatchedNumber.h"
 
 using orvane::tool::WatchedNumber;
 using std::chrono::milliseconds;

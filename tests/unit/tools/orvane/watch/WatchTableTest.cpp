@@ -1,10 +1,10 @@
-#include "tools/orvane/watch/WatchTable.h"
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include "support/PseudoTerminal.h"
 #include "tools/orvane/terminal/WatchedNumber.h"
+#include "tools/orvane/watch/WatchTable.h"
 
 using orvane::tool::DatarefArgument;
 using orvane::tool::parseDatarefArguments;
