@@ -27,6 +27,26 @@ if(ORVANE_SANITIZE)
     endif()
 endif()
 
+# orvane_precompile(TARGET HEADERS...): or REUSE_FROM OTHER.
+function(orvane_precompile target)
+    if(NOT ARGV1 STREQUAL REUSE_FROM)
+        set(scope PRIVATE)
+    endif()
+    target_precompile_headers(${target} ${scope} ${ARGN})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # GCC forgets there which code is the system's, and warns of std::string (GCC bug 105651).
+        target_compile_options(${target} PRIVATE
+            -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+    endif()
+endfunction()
+
+# orvane_fuzzed(): libFuzzer sees which branches of this folder's code an input takes.
+macro(orvane_fuzzed)
+    if(ORVANE_BUILD_FUZZERS)
+        add_compile_options(-fsanitize=fuzzer-no-link)
+    endif()
+endmacro()
+
 if(ORVANE_COVERAGE)
     target_compile_options(orvane_sanitizers INTERFACE
         -fprofile-instr-generate -fcoverage-mapping)

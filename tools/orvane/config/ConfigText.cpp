@@ -1,6 +1,7 @@
 #include "tools/orvane/config/ConfigText.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace orvane::tool::config {
 

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/config/ConfigReader.h"
 #include "tools/orvane/config/ConfigText.h"
