@@ -6,7 +6,7 @@ namespace {
 
 headless::SessionOptions optionsFor(const std::string& plugin) {
     headless::SessionOptions options;
-    options.plugin = plugin;
+    options.plugins = {plugin};
     return options;
 }
 
@@ -19,7 +19,7 @@ TickFlight::TickFlight(const std::string& plugin) : session(optionsFor(plugin)) 
         datarefs.Define({.name = DatarefName(i), .types = xplmType_Float, .writable = true});
         datarefs.SetFloat(DatarefName(i), 0.25F * static_cast<float>(i));
     }
-    session.StartPlugin();
+    session.StartPlugins();
 }
 
 std::string TickFlight::DatarefName(int index) {

@@ -77,11 +77,12 @@ const Console::Entry Console::kEntries[] = {
     {"worst", &Console::worstFrame, "worst"},
     {"rss", &Console::residentMemory, "rss"},
     {"fds", &Console::fileDescriptors, "fds"},
-    {"disable", &Console::disable, "disable"},
-    {"enable", &Console::enable, "enable"},
-    {"stop", &Console::stop, "stop"},
-    {"start", &Console::start, "start"},
-    {"reload", &Console::reload, "reload"},
+    {"plugins", &Console::plugins, "plugins"},
+    {"disable", &Console::disable, "disable [PLUGIN]"},
+    {"enable", &Console::enable, "enable [PLUGIN]"},
+    {"stop", &Console::stop, "stop [PLUGIN]"},
+    {"start", &Console::start, "start [PLUGIN]"},
+    {"reload", &Console::reload, "reload [PLUGIN]"},
     {"help", &Console::help, "help"},
     {"quit", &Console::end, "quit"},
 };
@@ -165,7 +166,7 @@ std::string Console::message(const std::string& arguments) {
     const auto [number, parameter] = splitWord(arguments);
     // The simulator passes small numbers, such as an aircraft's index, as the pointer itself.
     const auto pointer = std::bit_cast<void*>(parseNumber<std::intptr_t>(parameter));
-    session.Plugin().SendMessage(parseNumber<int>(number), pointer);
+    session.Simulator().Plugins().Broadcast(parseNumber<int>(number), pointer);
     return kOk;
 }
 
@@ -212,29 +213,34 @@ std::string Console::fileDescriptors(const std::string& /*arguments*/) {
     return "fds " + std::to_string(openFileDescriptors());
 }
 
-std::string Console::disable(const std::string& /*arguments*/) {
-    session.Plugin().Disable();
+std::string Console::plugins(const std::string& /*arguments*/) {
+    return "plugins " + session.Plugins().Describe();
+}
+
+std::string Console::disable(const std::string& arguments) {
+    session.Plugin(arguments).Disable();
     return kOk;
 }
 
-std::string Console::enable(const std::string& /*arguments*/) {
-    session.Plugin().Enable();
+std::string Console::enable(const std::string& arguments) {
+    session.Plugin(arguments).Enable();
     return kOk;
 }
 
-std::string Console::stop(const std::string& /*arguments*/) {
-    session.Plugin().Stop();
+std::string Console::stop(const std::string& arguments) {
+    session.Plugin(arguments).Stop();
     return kOk;
 }
 
-std::string Console::start(const std::string& /*arguments*/) {
-    session.Plugin().Start();
-    session.Plugin().Enable();
+std::string Console::start(const std::string& arguments) {
+    PluginHost& plugin = session.Plugin(arguments);
+    plugin.Start();
+    plugin.Enable();
     return kOk;
 }
 
-std::string Console::reload(const std::string& /*arguments*/) {
-    session.ReloadPlugin();
+std::string Console::reload(const std::string& arguments) {
+    session.ReloadPlugin(arguments);
     return kOk;
 }
 

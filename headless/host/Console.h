@@ -45,6 +45,7 @@ private:
     std::string worstFrame(const std::string& arguments);
     std::string residentMemory(const std::string& arguments);
     std::string fileDescriptors(const std::string& arguments);
+    std::string plugins(const std::string& arguments);
     std::string disable(const std::string& arguments);
     std::string enable(const std::string& arguments);
     std::string stop(const std::string& arguments);

@@ -38,6 +38,8 @@ public:
     // the process all the same.
     bool Unload();
 
+    // XPLM_NO_PLUGIN_ID before the first start and once it is stopped.
+    XPLMPluginID Id() const { return id; }
     bool IsStarted() const { return started; }
     bool IsEnabled() const { return enabled; }
 

@@ -16,10 +16,20 @@ namespace {
 // Seconds.
 constexpr double kLongestStep = 0.05;
 
+std::vector<PluginPlace> placesOf(const std::vector<std::string>& paths) {
+    std::vector<PluginPlace> places;
+    for (const std::string& path : paths) {
+        places.push_back(findPlugin(path));
+    }
+    return places;
+}
+
 } // namespace
 
 Session::Session(const SessionOptions& sessionOptions)
-    : options(sessionOptions), paused(sessionOptions.paused) {
+    : options(sessionOptions),
+      plugins(simulator, placesOf(sessionOptions.plugins), sessionOptions.strict),
+      paused(sessionOptions.paused) {
     buildWorld();
     simulator.Log().OpenFile(options.logFile);
     // The file has it all; a long run must not grow by its log.
@@ -27,39 +37,24 @@ Session::Session(const SessionOptions& sessionOptions)
     flightModel = std::make_unique<FlightModel>(simulator);
 }
 
-void Session::StartPlugin() {
-    plugin.reset();
-    plugin = std::make_unique<PluginHost>(simulator, options.plugin, options.strict);
-    plugin->Start();
-    plugin->Enable();
-    LoadAircraft(kDefaultAircraft);
+void Session::StartPlugins() {
+    plugins.Start();
+    LoadAircraft(aircraft);
     simulator.Plugins().Broadcast(XPLM_MSG_AIRPORT_LOADED, nullptr);
     simulator.Plugins().Broadcast(XPLM_MSG_SCENERY_LOADED, nullptr);
 }
 
-void Session::ReloadPlugin() {
-    if (!UnloadPlugin()) {
-        throw PluginError(options.plugin +
-                          ": the plugin stays in the process, so it cannot be "
-                          "loaded afresh");
+// The others know of the aircraft already.
+void Session::ReloadPlugin(const std::string& name) {
+    PluginHost& plugin = plugins.Reload(name);
+    for (const int message : {XPLM_MSG_PLANE_LOADED, XPLM_MSG_LIVERY_LOADED,
+                              XPLM_MSG_AIRPORT_LOADED, XPLM_MSG_SCENERY_LOADED}) {
+        plugin.SendMessage(message, nullptr);
     }
-    StartPlugin();
-}
-
-bool Session::UnloadPlugin() {
-    const bool gone = plugin == nullptr || plugin->Unload();
-    plugin.reset();
-    return gone;
-}
-
-PluginHost& Session::Plugin() {
-    if (plugin == nullptr) {
-        throw PluginError(options.plugin + ": the plugin is not loaded");
-    }
-    return *plugin;
 }
 
 void Session::LoadAircraft(const std::string& description) {
+    aircraft = description;
     const Dataref* dataref = simulator.Datarefs().Lookup(kAircraftDescription);
     if (dataref->Offers(xplmType_Data)) {
         simulator.Datarefs().SetBytes(kAircraftDescription, description);
@@ -86,12 +81,12 @@ void Session::RunFrame(double seconds) {
 
 // As the simulator does: a plugin that stays in the process starts with what it remembers.
 void Session::meetReloadRequest() {
-    if (!UnloadPlugin()) {
-        simulator.Notices().Once(options.plugin +
+    for (const std::string& file : plugins.Unload()) {
+        simulator.Notices().Once(file +
                                  " stays in the process after it was unloaded, so its variables "
                                  "keep their values");
     }
-    StartPlugin();
+    StartPlugins();
 }
 
 void Session::buildWorld() {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "headless/host/FrameStatistics.h"
-#include "headless/host/PluginHost.h"
+#include "headless/host/LoadedPlugins.h"
 #include "headless/host/SessionOptions.h"
 #include "headless/world/CommandEffects.h"
 #include "headless/world/FlightModel.h"
@@ -13,9 +13,10 @@
 
 namespace headless {
 
-// A simulator with its world, its aircraft and one plugin: all that a run consists of but the pace.
+// A simulator with its world, its aircraft and its plugins: all that a run consists of but the
+// pace.
 //
-// The simulator is the current one for the session's life. Steps that the plugin refuses or that
+// The simulator is the current one for the session's life. Steps that a plugin refuses or that
 // come at the wrong time throw PluginError; the session goes on after that.
 class Session final {
 public:
@@ -33,21 +34,22 @@ public:
     // What was wrong with the files, one line each.
     const std::vector<std::string>& Warnings() const { return warnings; }
 
-    // Loads, starts and enables the plugin and tells it of the aircraft, airport and scenery.
-    void StartPlugin();
-    // Unloads it and does the same again.
-    void ReloadPlugin();
-    // Disables, stops and unloads. False when its library stays in the process all the same.
-    bool UnloadPlugin();
-    // The plugin, loaded. Throws PluginError when there is none.
-    PluginHost& Plugin();
+    // Loads, starts and enables the plugins and tells them of the aircraft, airport and scenery.
+    void StartPlugins();
+    // Unloads one and does the same again. An empty name is the only plugin.
+    void ReloadPlugin(const std::string& name = {});
+    // Disables, stops and unloads. Returns the files of those that stay in the process.
+    std::vector<std::string> UnloadPlugins() { return plugins.Unload(); }
+    LoadedPlugins& Plugins() { return plugins; }
+    // One of them, loaded. Throws PluginError when there is none of the name.
+    PluginHost& Plugin(const std::string& name = {}) { return plugins.Find(name); }
 
     // The description is what the plugin knows an aircraft by.
     void LoadAircraft(const std::string& description);
     void UnloadAircraft();
 
-    // One frame of the usual length, or of so many seconds: the aircraft moves, then the plugin has
-    // its turn. A plugin that asked for a reload gets it after that.
+    // One frame of the usual length, or of so many seconds: the aircraft moves, then the plugins
+    // have their turn. A reload that one of them asked for comes after that.
     void RunFrame() { RunFrame(1.0 / options.framesPerSecond); }
     void RunFrame(double seconds);
 
@@ -61,7 +63,8 @@ private:
     SessionOptions options;
     headless::Simulator simulator;
     std::unique_ptr<FlightModel> flightModel;
-    std::unique_ptr<PluginHost> plugin;
+    LoadedPlugins plugins;
+    std::string aircraft = kDefaultAircraft;
     FrameStatistics statistics;
     bool paused;
     std::vector<std::string> warnings;

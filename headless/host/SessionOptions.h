@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "headless/world/WorldVersion.h"
 
@@ -11,7 +12,8 @@ namespace headless {
 struct SessionOptions {
     static constexpr double kDefaultFramesPerSecond = 60.0;
 
-    std::string plugin;
+    // Libraries or folders of plugins, in the order of loading.
+    std::vector<std::string> plugins{};
     std::string datarefsFile{};
     std::string commandsFile{};
     std::string logFile = "Log.txt";

@@ -1,6 +1,5 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
-#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -13,6 +12,8 @@
 #include "headless/host/AbortReport.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
+#include "headless/host/PluginFinder.h"
+#include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
 #include "headless/world/TextLines.h"
 #include "headless/xplm/FunctionTable.h"
@@ -31,16 +32,21 @@ constexpr const char* kFooter =
     "  headless-sim lin.xpl                         fly until Ctrl-C\n"
     "  headless-sim lin.xpl --duration 10 --hz 120  fly 10 seconds at 120 frames per second\n"
     "  headless-sim lin.xpl --console --paused      step frames by hand; type help\n"
+    "  headless-sim plugins/one plugins/two         fly two plugins, given by their folders\n"
+    "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
     "  headless-sim --check lin.xpl                 tell whether the plugin can be loaded";
 
-// What to do other than to fly.
+// What to do other than to fly, and where.
 struct Questions {
+    std::string system{};
     bool check = false;
     bool listFunctions = false;
 };
 
 void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions& what) {
-    app.add_option("PLUGIN", options.plugin, "The plugin to load (.xpl)");
+    app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders");
+    app.add_option("--system", what.system,
+                   "A folder laid out as the simulator's, whose plugins are loaded");
     app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
     app.add_option("--world", options.world, "Version of the simulator: 10, 11 or 12")
@@ -67,25 +73,16 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_flag("--list-functions", what.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
-    // What is left over is named by requireNothingElse().
+    // What is left over is named by requireNoUnknownOption().
     app.allow_extras();
     app.footer(kFooter);
 }
 
-void requireNothingElse(const CLI::App& app, bool needsPlugin,
-                        const headless::SessionOptions& options) {
+void requireNoUnknownOption(const CLI::App& app) {
     const std::vector<std::string> extras = app.remaining();
-    const auto option = std::find_if(extras.begin(), extras.end(),
-                                     [](const std::string& word) { return word[0] == '-'; });
-    if (option != extras.end()) {
-        throw std::invalid_argument("unknown option " + *option + "; see headless-sim --help");
-    }
     if (!extras.empty()) {
-        throw std::invalid_argument("unexpected argument " + extras.front() +
-                                    "; one plugin is loaded at a time");
-    }
-    if (needsPlugin && options.plugin.empty()) {
-        throw std::invalid_argument("no plugin is given; see headless-sim --help");
+        throw std::invalid_argument("unknown option " + extras.front() +
+                                    "; see headless-sim --help");
     }
 }
 
@@ -95,19 +92,19 @@ int complain(const std::exception& error, int status) {
 }
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
-    const headless::AbortReport abortReport(session.Simulator().Log(), options.plugin);
+    const headless::AbortReport abortReport(session.Simulator().Log(), options.plugins.front());
     std::optional<headless::Watchdog> watchdog;
     if (options.watchdogSeconds.has_value()) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
     headless::MainLoop loop(session, options);
-    session.StartPlugin();
+    session.StartPlugins();
     loop.Run();
-    const bool gone = session.UnloadPlugin();
+    const std::vector<std::string> staying = session.UnloadPlugins();
     std::cout << session.Statistics().Summary() << std::endl;
-    if (!gone) {
-        std::cerr << "headless-sim: warning: " << options.plugin
+    for (const std::string& file : staying) {
+        std::cerr << "headless-sim: warning: " << file
                   << ": the plugin is still in the process after it was unloaded\n";
     }
     return kExitOk;
@@ -122,31 +119,34 @@ int listFunctions() {
     return kExitOk;
 }
 
-int checkPlugin(const std::string& path) {
-    try {
-        const headless::PluginCheck check((headless::PluginFile(path)));
-        std::cout << path << ": " << check.Summary() << '\n';
-        if (check.Missing().empty()) {
-            return kExitOk;
-        }
-        throw headless::PluginError(path + ": the plugin " + check.DescribeMissing());
-    } catch (const headless::PluginError& error) {
-        return complain(error, kExitPlugin);
+void checkPlugin(const std::string& path) {
+    const std::string file = headless::findPlugin(path).file;
+    const headless::PluginCheck check((headless::PluginFile(file)));
+    std::cout << file << ": " << check.Summary() << '\n';
+    if (!check.Missing().empty()) {
+        throw headless::PluginError(file + ": the plugin " + check.DescribeMissing());
     }
 }
 
-int runSession(const headless::SessionOptions& options) {
-    try {
-        headless::Session session(options);
-        for (const std::string& warning : session.Warnings()) {
-            std::cerr << "headless-sim: warning: " << warning << '\n';
+// Goes on after a plugin that cannot be loaded.
+int checkPlugins(const std::vector<std::string>& paths) {
+    int status = kExitOk;
+    for (const std::string& path : paths) {
+        try {
+            checkPlugin(path);
+        } catch (const headless::PluginError& error) {
+            status = complain(error, kExitPlugin);
         }
-        return fly(session, options);
-    } catch (const headless::PluginError& error) {
-        return complain(error, kExitPlugin);
-    } catch (const std::exception& error) {
-        return complain(error, kExitUsage);
     }
+    return status;
+}
+
+int runSession(const headless::SessionOptions& options) {
+    headless::Session session(options);
+    for (const std::string& warning : session.Warnings()) {
+        std::cerr << "headless-sim: warning: " << warning << '\n';
+    }
+    return fly(session, options);
 }
 
 int parseAndRun(int argc, char** argv) {
@@ -159,11 +159,16 @@ int parseAndRun(int argc, char** argv) {
     } catch (const CLI::Success& request) {
         return app.exit(request);
     }
-    requireNothingElse(app, !what.listFunctions, options);
+    requireNoUnknownOption(app);
     if (what.listFunctions) {
         return listFunctions();
     }
-    return what.check ? checkPlugin(options.plugin) : runSession(options);
+    if (!what.system.empty()) {
+        headless::enterSystem(what.system, options, app.count("--log") > 0);
+    } else if (options.plugins.empty()) {
+        throw std::invalid_argument("no plugin is given; see headless-sim --help");
+    }
+    return what.check ? checkPlugins(options.plugins) : runSession(options);
 }
 
 } // namespace
@@ -171,6 +176,8 @@ int parseAndRun(int argc, char** argv) {
 int main(int argc, char** argv) {
     try {
         return parseAndRun(argc, argv);
+    } catch (const headless::PluginError& error) {
+        return complain(error, kExitPlugin);
     } catch (const std::exception& error) {
         return complain(error, kExitUsage);
     }

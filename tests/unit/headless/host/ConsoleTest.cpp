@@ -18,11 +18,11 @@ class ConsoleTest : public ::testing::Test {
 protected:
     ConsoleTest() {
         SessionOptions options;
-        options.plugin = FAKE_PLUGIN;
+        options.plugins = {FAKE_PLUGIN};
         options.logFile = folder.Path("Log.txt");
         options.paused = true;
         session = std::make_unique<Session>(options);
-        session->StartPlugin();
+        session->StartPlugins();
         console = std::make_unique<Console>(*session, [this] { return interrupted; });
     }
 

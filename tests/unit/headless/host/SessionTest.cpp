@@ -15,7 +15,7 @@ class SessionTest : public ::testing::Test {
 protected:
     SessionOptions options() const {
         SessionOptions options;
-        options.plugin = FAKE_PLUGIN;
+        options.plugins = {FAKE_PLUGIN};
         options.logFile = folder.Path("Log.txt");
         return options;
     }
@@ -25,7 +25,7 @@ protected:
 
 TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     EXPECT_EQ(folder.Read("Log.txt"),
               "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
               "0\nmessage 104 0 from 0\n");
@@ -35,7 +35,7 @@ TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {
 
 TEST_F(SessionTest, LoadsAndUnloadsAircraft) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     session.LoadAircraft("Another");
     session.UnloadAircraft();
     EXPECT_EQ(session.Simulator().Datarefs().GetText("sim/aircraft/view/acf_descrip"), "Another");
@@ -47,7 +47,7 @@ TEST_F(SessionTest, LoadsAndUnloadsAircraft) {
 
 TEST_F(SessionTest, AFrameMovesTheAircraftAndRunsThePlugin) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     const double start =
         session.Simulator().Datarefs().GetDouble("sim/flightmodel/position/latitude");
     session.RunFrame();
@@ -61,7 +61,7 @@ TEST_F(SessionTest, AFrameMovesTheAircraftAndRunsThePlugin) {
 
 TEST_F(SessionTest, ReloadingStartsThePluginAfresh) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     session.RunFrame();
     session.ReloadPlugin();
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0);
@@ -74,7 +74,7 @@ TEST_F(SessionTest, ReloadingStartsThePluginAfresh) {
 
 TEST_F(SessionTest, APluginsRequestForAReloadIsMetAfterTheFrame) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     XPLMReloadPlugins();
     session.RunFrame();
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0);
@@ -84,9 +84,9 @@ TEST_F(SessionTest, APluginsRequestForAReloadIsMetAfterTheFrame) {
 
 TEST_F(SessionTest, ARequestedReloadOfAPluginThatStaysStartsItAgain) {
     SessionOptions sticky = options();
-    sticky.plugin = STICKY_PLUGIN;
+    sticky.plugins = {STICKY_PLUGIN};
     Session session(sticky);
-    session.StartPlugin();
+    session.StartPlugins();
     XPLMReloadPlugins();
     session.RunFrame();
     session.RunFrame();
@@ -100,14 +100,14 @@ TEST_F(SessionTest, ARequestedReloadOfAPluginThatStaysStartsItAgain) {
 
 TEST_F(SessionTest, WhoHoldsAPluginsDatarefHoldsItAcrossAReload) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     const XPLMDataRef counter = XPLMFindDataRef("fake/counter");
     session.RunFrame();
     EXPECT_EQ(XPLMGetDatai(counter), 1);
-    session.UnloadPlugin();
+    session.UnloadPlugins();
     EXPECT_EQ(XPLMGetDatai(counter), 0);
     EXPECT_EQ(XPLMIsDataRefGood(counter), 0);
-    session.StartPlugin();
+    session.StartPlugins();
     session.RunFrame();
     session.RunFrame();
     EXPECT_EQ(XPLMGetDatai(counter), 2);
@@ -115,7 +115,7 @@ TEST_F(SessionTest, WhoHoldsAPluginsDatarefHoldsItAcrossAReload) {
 
 TEST_F(SessionTest, ADisabledPluginsFlightLoopWaits) {
     Session session(options());
-    session.StartPlugin();
+    session.StartPlugins();
     session.RunFrame();
     session.Plugin().Disable();
     session.RunFrame();
@@ -126,19 +126,19 @@ TEST_F(SessionTest, ADisabledPluginsFlightLoopWaits) {
 
 TEST_F(SessionTest, APluginThatCannotBeUnloadedCannotBeReloaded) {
     SessionOptions sticky = options();
-    sticky.plugin = STICKY_PLUGIN;
+    sticky.plugins = {STICKY_PLUGIN};
     Session session(sticky);
-    session.StartPlugin();
+    session.StartPlugins();
     EXPECT_THROW(session.ReloadPlugin(), PluginError);
 }
 
 TEST_F(SessionTest, AfterUnloadingThereIsNoPlugin) {
     Session session(options());
-    session.StartPlugin();
-    EXPECT_TRUE(session.UnloadPlugin());
+    session.StartPlugins();
+    EXPECT_TRUE(session.UnloadPlugins().empty());
     EXPECT_THROW(session.Plugin(), PluginError);
     session.RunFrame();
-    EXPECT_TRUE(session.UnloadPlugin());
+    EXPECT_TRUE(session.UnloadPlugins().empty());
 }
 
 TEST_F(SessionTest, ListsFromFilesComeBeforeTheBuiltInOnesAndTheFirstOfTwoCounts) {

@@ -1,0 +1,39 @@
+#include "headless/host/SystemOption.h"
+
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+#include "headless/host/PluginFinder.h"
+
+namespace headless {
+
+namespace {
+
+void makeAbsolute(std::string& file) {
+    if (!file.empty()) {
+        file = std::filesystem::absolute(file).string();
+    }
+}
+
+} // namespace
+
+void enterSystem(const std::string& folder, SessionOptions& options, bool ownLog) {
+    std::vector<std::string> plugins;
+    for (const PluginPlace& place : findPluginsOfSystem(folder)) {
+        plugins.push_back(place.file);
+    }
+    plugins.insert(plugins.end(), options.plugins.begin(), options.plugins.end());
+    options.plugins = std::move(plugins);
+    for (std::string& plugin : options.plugins) {
+        makeAbsolute(plugin);
+    }
+    makeAbsolute(options.datarefsFile);
+    makeAbsolute(options.commandsFile);
+    if (ownLog) {
+        makeAbsolute(options.logFile);
+    }
+    std::filesystem::current_path(folder);
+}
+
+} // namespace headless
