@@ -101,12 +101,7 @@ void PluginHost::Disable() {
 
 void PluginHost::Stop() {
     if (started) {
-        Disable();
-        started = false;
-        {
-            const PluginContext::Call call(simulator.Context(), id, "XPluginStop");
-            entryPoints.stop();
-        }
+        leave();
         dismiss();
     }
 }
@@ -119,10 +114,13 @@ bool PluginHost::Unload() {
     if (library == nullptr) {
         return true;
     }
-    Stop();
-    dismiss();
-    ::dlclose(library);
+    leave();
+    {
+        const PluginContext::Call call(simulator.Context(), id, "destructors");
+        ::dlclose(library);
+    }
     library = nullptr;
+    dismiss();
     return !isMapped(file);
 }
 
@@ -136,6 +134,18 @@ void PluginHost::enroll() {
     }
 }
 
+void PluginHost::leave() {
+    if (started) {
+        Disable();
+        started = false;
+        const PluginContext::Call call(simulator.Context(), id, "XPluginStop");
+        call.Into(entryPoints.stop);
+    }
+    if (id != XPLM_NO_PLUGIN_ID) {
+        simulator.DropRegistrations(id);
+    }
+}
+
 void PluginHost::dismiss() {
     if (id != XPLM_NO_PLUGIN_ID) {
         simulator.DropRegistrations(id);
@@ -144,7 +154,8 @@ void PluginHost::dismiss() {
     }
 }
 
-void PluginHost::receive(XPLMPluginID from, int message, void* parameter) const {
+// In a call that the registry made.
+void PluginHost::receive(XPLMPluginID from, int message, void* parameter) const noexcept {
     if (started) {
         entryPoints.receiveMessage(from, message, parameter);
     }
@@ -155,7 +166,8 @@ bool PluginHost::callStart() {
     StartText signature{};
     StartText description{};
     const PluginContext::Call call(simulator.Context(), id, "XPluginStart");
-    const bool agreed = entryPoints.start(name.data(), signature.data(), description.data()) == 1;
+    const bool agreed =
+        call.Into(entryPoints.start, name.data(), signature.data(), description.data()) == 1;
     texts = {upToZero(name), upToZero(signature), upToZero(description), file};
     return agreed;
 }
@@ -164,7 +176,7 @@ bool PluginHost::callStart() {
 bool PluginHost::enablePlugin() {
     simulator.Plugins().MarkEnabled(id, true);
     const PluginContext::Call call(simulator.Context(), id, "XPluginEnable");
-    enabled = entryPoints.enable() == 1;
+    enabled = call.Into(entryPoints.enable) == 1;
     simulator.Plugins().MarkEnabled(id, enabled);
     return enabled;
 }
@@ -172,7 +184,7 @@ bool PluginHost::enablePlugin() {
 void PluginHost::disablePlugin() {
     enabled = false;
     const PluginContext::Call call(simulator.Context(), id, "XPluginDisable");
-    entryPoints.disable();
+    call.Into(entryPoints.disable);
     simulator.Plugins().MarkEnabled(id, false);
 }
 

@@ -58,8 +58,10 @@ private:
     // Gives the plugin an id, and takes it and all that was registered under it.
     void enroll();
     void dismiss();
+    // Stops it and drops what it registered; it keeps its id.
+    void leave();
     bool callStart();
-    void receive(XPLMPluginID from, int message, void* parameter) const;
+    void receive(XPLMPluginID from, int message, void* parameter) const noexcept;
     // The steps themselves, which plugins may ask for as well.
     bool enablePlugin();
     void disablePlugin();

@@ -3,13 +3,13 @@
 #include <execinfo.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
-#include <cstring>
 #include <system_error>
+
+#include "headless/host/CrashReport.h"
 
 namespace headless {
 
@@ -28,23 +28,6 @@ int watchdogSignal() {
     return SIGRTMAX - 3;
 }
 
-void say(const char* text) {
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, std::strlen(text));
-}
-
-[[noreturn]] void giveUp(const PluginContext& context) {
-    const PluginTexts* const texts = watched->Plugins().TextsOf(context.Plugin());
-    say("headless-sim: ");
-    say(texts == nullptr ? "a plugin" : texts->path.c_str());
-    say(": the plugin does not come back from its ");
-    say(context.Callback());
-    say("; it is here:\n");
-    std::array<void*, 64> frames{};
-    const int depth = ::backtrace(frames.data(), static_cast<int>(frames.size()));
-    ::backtrace_symbols_fd(frames.data(), depth, STDERR_FILENO);
-    ::_exit(Watchdog::kExitStatus);
-}
-
 extern "C" void onLook(int /*number*/) {
     const int interrupted = errno;
     const PluginContext& context = watched->Context();
@@ -53,7 +36,7 @@ extern "C" void onLook(int /*number*/) {
     looks = sameCall ? looks + 1 : 0;
     callSeen = context.CallNumber();
     if (looks >= kLooks) {
-        giveUp(context);
+        CrashReport::End(*watched, ": the plugin does not come back from its ");
     }
     errno = interrupted;
 }

@@ -7,12 +7,10 @@
 namespace headless {
 
 // Ends the process when a plugin does not come back from a callback: says on standard error which
-// plugin and callback, shows where it is, and exits with kExitStatus. Watches the thread that made
+// plugin and callback, shows where it is, and exits as after a crash. Watches the thread that made
 // it. One at a time in a process; borrows the simulator.
 class Watchdog final {
 public:
-    static constexpr int kExitStatus = 5;
-
     // Ends a callback that takes `seconds` or up to a quarter more. Throws std::system_error when
     // the system has no timer left.
     Watchdog(Simulator& watchedSimulator, double seconds);

@@ -9,7 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "headless/host/AbortReport.h"
+#include "headless/host/CrashReport.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginFinder.h"
@@ -92,7 +92,7 @@ int complain(const std::exception& error, int status) {
 }
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
-    const headless::AbortReport abortReport(session.Simulator().Log(), options.plugins.front());
+    const headless::CrashReport crashReport(session.Simulator());
     std::optional<headless::Watchdog> watchdog;
     if (options.watchdogSeconds.has_value()) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);

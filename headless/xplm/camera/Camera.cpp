@@ -15,7 +15,7 @@ void Camera::Control(XPLMCameraControlDuration howLong, XPLMCameraControl_f call
     owner = context.Plugin();
     if (former != nullptr && context.IsActive(formerOwner)) {
         const PluginContext::Call call(context, formerOwner, "camera control");
-        former(nullptr, 1, formerRefcon);
+        call.Into(former, nullptr, 1, formerRefcon);
     }
 }
 
@@ -30,7 +30,7 @@ void Camera::Move() {
     }
     const PluginContext::Call call(context, owner, "camera control");
     XPLMCameraPosition_t moved = position;
-    if (control(&moved, 0, controlRefcon) == 0) {
+    if (call.Into(control, &moved, 0, controlRefcon) == 0) {
         Release();
     } else {
         position = moved;

@@ -9,7 +9,7 @@ Result AccessorValue::call(Result (*accessor)(void*, Parameters...), void* refco
         return Result();
     }
     const PluginContext::Call call(context, owner, "dataref accessor");
-    return accessor(refcon, arguments...);
+    return call.Into(accessor, refcon, arguments...);
 }
 
 int AccessorValue::GetInt() {

@@ -79,7 +79,7 @@ void SharedValue::tell() {
     for (const DataNotification& told : std::vector<DataNotification>(notifications)) {
         if (told.callback != nullptr && context.IsActive(told.owner)) {
             const PluginContext::Call call(context, told.owner, "shared data notification");
-            told.callback(told.refcon);
+            call.Into(told.callback, told.refcon);
         }
     }
 }

@@ -41,7 +41,7 @@ bool Keyboard::passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, ch
     for (const Sniffer& sniffer : std::vector<Sniffer>(sniffers)) {
         if (sniffer.beforeWindows == beforeWindows && context.IsActive(sniffer.owner)) {
             const PluginContext::Call call(context, sniffer.owner, "key sniffer");
-            if (sniffer.callback(key, flags, virtualKey, sniffer.refcon) == 0) {
+            if (call.Into(sniffer.callback, key, flags, virtualKey, sniffer.refcon) == 0) {
                 return false;
             }
         }
@@ -62,7 +62,7 @@ void Keyboard::runHotKeys(XPLMKeyFlags flags, char virtualKey) {
                                         : key->flags | xplm_DownFlag;
         if (key->virtualKey == virtualKey && wanted == (flags & kModifiers)) {
             const PluginContext::Call call(context, hotKeys.OwnerOf(*key), "hot key");
-            key->callback(key->refcon);
+            call.Into(key->callback, key->refcon);
         }
     }
 }

@@ -82,7 +82,8 @@ bool Windows::Click(int x, int y, XPLMMouseStatus status) {
         }
         const auto handler = window->parameters.handleMouseClickFunc;
         const PluginContext::Call call(context, windows.OwnerOf(*window), "window mouse handler");
-        if (handler != nullptr && handler(window, x, y, status, window->parameters.refcon) != 0) {
+        if (handler != nullptr &&
+            call.Into(handler, window, x, y, status, window->parameters.refcon) != 0) {
             return true;
         }
     }
@@ -99,8 +100,8 @@ void Windows::sendKey(const Window& window, char key, XPLMKeyFlags flags, char v
     const auto handler = window.parameters.handleKeyFunc;
     if (handler != nullptr && windows.IsActive(window)) {
         const PluginContext::Call call(context, windows.OwnerOf(window), "window key handler");
-        handler(const_cast<Window*>(&window), key, flags, virtualKey, window.parameters.refcon,
-                losingFocus ? 1 : 0);
+        call.Into(handler, const_cast<Window*>(&window), key, flags, virtualKey,
+                  window.parameters.refcon, losingFocus ? 1 : 0);
     }
 }
 

@@ -21,7 +21,7 @@ bool Maps::Destroy(XPLMMapLayerID handle) {
     const auto callback = layer->parameters.willBeDeletedCallback;
     if (callback != nullptr && layers.IsActive(*layer)) {
         const PluginContext::Call call(context, layers.OwnerOf(*layer), "map layer deletion");
-        callback(handle, layer->parameters.refcon);
+        call.Into(callback, handle, layer->parameters.refcon);
     }
     return layers.Remove(handle);
 }

@@ -174,7 +174,7 @@ void MenuTable::choose(const Menu& menu, const MenuItem& item) {
         // Of its own: the handler may change the menu.
         void* const itemReference = item.reference;
         const PluginContext::Call call(context, menus.OwnerOf(menu), "menu handler");
-        menu.handler(menu.reference, itemReference);
+        call.Into(menu.handler, menu.reference, itemReference);
     }
 }
 

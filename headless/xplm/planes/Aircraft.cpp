@@ -98,7 +98,7 @@ void Aircraft::release() {
     for (const Waiting& told : std::exchange(waiting, {})) {
         if (context.IsActive(told.owner)) {
             const PluginContext::Call call(context, told.owner, "planes available");
-            told.callback(told.refcon);
+            call.Into(told.callback, told.refcon);
         }
     }
 }

@@ -32,6 +32,13 @@ public:
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
 
+        // Calls the plugin. An exception that leaves it ends the process while it is known whose it
+        // is.
+        template <class Result, class... Parameters, class... Arguments>
+        Result Into(Result (*function)(Parameters...), Arguments... arguments) const noexcept {
+            return function(arguments...);
+        }
+
     private:
         PluginContext& context;
         // Who was called before.

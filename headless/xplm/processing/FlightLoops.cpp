@@ -149,8 +149,9 @@ void FlightLoops::call(Loop& loop, double seconds) {
     loop.lastCall = clock.Now();
     loop.lastFrame = clock.Frame();
     const PluginContext::Call call(context, loop.owner, "flight loop");
-    const float next = loop.callback(static_cast<float>(sinceLast), static_cast<float>(seconds),
-                                     static_cast<int>(clock.Frame()), loop.refcon);
+    const float next =
+        call.Into(loop.callback, static_cast<float>(sinceLast), static_cast<float>(seconds),
+                  static_cast<int>(clock.Frame()), loop.refcon);
     schedule(loop, next, true);
 }
 

@@ -25,7 +25,7 @@ void Objects::FinishLoads() {
     for (const Pending& load : std::exchange(pending, {})) {
         if (context.IsActive(load.owner)) {
             const PluginContext::Call call(context, load.owner, "object loaded");
-            load.callback(Load(load.path.c_str()), load.refcon);
+            call.Into(load.callback, Load(load.path.c_str()), load.refcon);
         }
     }
 }

@@ -48,7 +48,7 @@ bool Sounds::Stop(const void* handle) {
     sounds.Remove(handle);
     if (stopped.callback != nullptr && context.IsActive(owner)) {
         const PluginContext::Call call(context, owner, "sound complete");
-        stopped.callback(stopped.refcon, FMOD_OK);
+        call.Into(stopped.callback, stopped.refcon, FMOD_OK);
     }
     return true;
 }

@@ -178,7 +178,7 @@ bool CommandTable::runHandlers(Command& command, XPLMCommandPhase phase, bool be
             continue;
         }
         const PluginContext::Call call(context, handler.owner, "command handler");
-        if (handler.callback(&command, phase, handler.refcon) == 0) {
+        if (call.Into(handler.callback, &command, phase, handler.refcon) == 0) {
             return false;
         }
     }

@@ -151,7 +151,7 @@ void WidgetTree::AddCallback(XPWidgetID handle, XPWidgetFunc_t callback) {
     }
     widget->callbacks.push_back(callback);
     const PluginContext::Call called(context, widgets.OwnerOf(*widget), "widget callback");
-    callback(xpMsg_Create, widget, 1, 0);
+    called.Into(callback, xpMsg_Create, widget, 1, 0);
 }
 
 Widget* WidgetTree::At(XPWidgetID container, int x, int y, bool recursive, bool visibleOnly) {
@@ -271,7 +271,7 @@ bool WidgetTree::call(Widget& widget, XPWidgetMessage message, intptr_t first, i
     const std::vector<XPWidgetFunc_t> newestFirst(widget.callbacks.rbegin(),
                                                   widget.callbacks.rend());
     for (const XPWidgetFunc_t callback : newestFirst) {
-        handled = callback(message, &widget, first, second) != 0 || handled;
+        handled = called.Into(callback, message, &widget, first, second) != 0 || handled;
         if ((handled && !all) || widgets.Find(&widget) == nullptr) {
             break;
         }

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -111,12 +112,45 @@ TEST_F(HeadlessSimTest, TheWatchdogNamesThePluginThatHangs) {
     EXPECT_EQ(errors, "");
 }
 
-TEST_F(HeadlessSimTest, TheLastLineBeforeAnAbortIsInTheLog) {
-    EXPECT_EQ(run(ABORTING_PLUGIN " --duration 1"), -SIGABRT);
-    EXPECT_EQ(folder.Read("Log.txt"), "the last line\n");
-    EXPECT_THAT(errors, StartsWith("headless-sim: " ABORTING_PLUGIN
-                                   ": the plugin ended the process (abort); last line of the log: "
-                                   "the last line\n"));
+TEST_F(HeadlessSimTest, APluginThatCrashesIsNamedWithItsCallbackAndThePlace) {
+    for (const auto& [number, name] : {std::pair{SIGSEGV, "SIGSEGV"},
+                                       {SIGBUS, "SIGBUS"},
+                                       {SIGILL, "SIGILL"},
+                                       {SIGFPE, "SIGFPE"},
+                                       {SIGABRT, "SIGABRT"}}) {
+        ::setenv("HEADLESS_TEST_CRASH", std::to_string(number).c_str(), 1);
+        EXPECT_EQ(run(FAKE_PLUGIN " " CRASHING_PLUGIN " " NEIGHBOUR_PLUGIN), 5) << name;
+        EXPECT_THAT(errors, StartsWith("headless-sim: " CRASHING_PLUGIN
+                                       ": the plugin crashed in its flight loop (" +
+                                       std::string(name) + "); it was here:\n"));
+        EXPECT_THAT(errors, HasSubstr("crashing_plugin.xpl("));
+        EXPECT_THAT(errors, EndsWith("headless-sim: last line of the log: the last line\n"));
+    }
+    EXPECT_THAT(folder.Read("Log.txt"), EndsWith("the last line\n"));
+}
+
+TEST_F(HeadlessSimTest, ACrashIsReportedWhereverItHappens) {
+    const std::string plugin = "headless-sim: " CRASHING_PLUGIN ": the plugin crashed in ";
+    ::setenv("HEADLESS_TEST_CRASH", "null", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, StartsWith(plugin + "its flight loop (SIGSEGV)"));
+    ::setenv("HEADLESS_TEST_CRASH", "start", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, StartsWith(plugin + "its XPluginStart (SIGSEGV)"));
+    ::setenv("HEADLESS_TEST_CRASH", "thread", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, StartsWith(plugin + "a thread of its own (SIGSEGV)"));
+    ::setenv("HEADLESS_TEST_CRASH", "stack", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, StartsWith(plugin + "its flight loop (SIGSEGV)"));
+}
+
+TEST_F(HeadlessSimTest, AnExceptionThatLeavesAPluginIsACrash) {
+    ::setenv("HEADLESS_TEST_CRASH", "throw", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, HasSubstr("nobody catches this\n"));
+    EXPECT_THAT(errors, HasSubstr("headless-sim: " CRASHING_PLUGIN
+                                  ": the plugin crashed in its flight loop (SIGABRT)"));
 }
 
 TEST_F(HeadlessSimTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {

@@ -1,0 +1,172 @@
+#include "headless/host/CrashReport.h"
+
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <unistd.h>
+
+#include <string_view>
+
+namespace headless {
+
+namespace {
+
+// All that the signal handler can reach.
+Simulator* reported = nullptr;
+pid_t simulatorThread = 0;
+// A plugin that used up its stack leaves none to report on.
+std::array<char, 64 * 1024> signalStack;
+
+// How a network plugin says that another program has its port (98 is EADDRINUSE).
+constexpr std::string_view kPortTaken = "bind() : Unknown Socket Error Code 98";
+
+// Where the thread is, outermost last.
+class Backtrace final {
+public:
+    Backtrace() : depth(::backtrace(frames.data(), static_cast<int>(frames.size()))) {}
+
+    void Print() const { ::backtrace_symbols_fd(frames.data(), depth, STDERR_FILENO); }
+
+    // The innermost plugin in it; null when there is none.
+    const PluginTexts* Plugin(const PluginRegistry& plugins) const {
+        for (int i = 0; i < depth; ++i) {
+            Dl_info place{};
+            if (::dladdr(frames[static_cast<std::size_t>(i)], &place) == 0) {
+                continue;
+            }
+            for (int nth = 0; nth < plugins.Count(); ++nth) {
+                const PluginTexts* const texts = plugins.TextsOf(plugins.Nth(nth));
+                if (texts->path == place.dli_fname) {
+                    return texts;
+                }
+            }
+        }
+        return nullptr;
+    }
+
+private:
+    std::array<void*, 64> frames{};
+    int depth;
+};
+
+const char* nameOf(int number) {
+    switch (number) {
+    case SIGSEGV:
+        return "SIGSEGV";
+    case SIGBUS:
+        return "SIGBUS";
+    case SIGILL:
+        return "SIGILL";
+    case SIGFPE:
+        return "SIGFPE";
+    default:
+        return "SIGABRT";
+    }
+}
+
+void say(std::string_view text) {
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
+}
+
+void sayPlugin(const PluginTexts* texts) {
+    say("headless-sim: ");
+    say(texts == nullptr ? "a plugin" : std::string_view(texts->path));
+}
+
+void sayLastLine() {
+    const std::string_view line = reported->Log().LastLine();
+    if (!line.empty()) {
+        say("headless-sim: last line of the log: ");
+        say(line);
+        say("\n");
+    }
+}
+
+bool portIsTaken(int number) {
+    return number == SIGABRT &&
+           reported->Log().LastLine().find(kPortTaken) != std::string_view::npos;
+}
+
+void sayCrash(int number, const char* where, const char* callback) {
+    say(": the plugin crashed in ");
+    say(where);
+    say(callback);
+    say(" (");
+    say(nameOf(number));
+    say("); it was here:\n");
+}
+
+// Of the program itself, which nothing is known to do about.
+void crash(int number, const Backtrace& backtrace) {
+    say("headless-sim: the program itself crashed (");
+    say(nameOf(number));
+    say("); it was here:\n");
+    backtrace.Print();
+    // Delivered as soon as the handler returns.
+    ::raise(number);
+}
+
+extern "C" void onCrash(int number) {
+    // What goes wrong from here on ends the process at once.
+    for (const int one : CrashReport::kSignals) {
+        ::signal(one, SIG_DFL);
+    }
+    const Backtrace backtrace;
+    const PluginContext& context = reported->Context();
+    const bool inCall = ::gettid() == simulatorThread && context.Plugin() != XPLM_PLUGIN_XPLANE;
+    const PluginTexts* const texts = inCall ? reported->Plugins().TextsOf(context.Plugin())
+                                            : backtrace.Plugin(reported->Plugins());
+    if (texts == nullptr && !inCall) {
+        crash(number, backtrace);
+        return;
+    }
+    sayPlugin(texts);
+    if (portIsTaken(number)) {
+        say(": another program has the plugin's port; end that program (ss -ltnp lists them) and "
+            "start again\n");
+    } else {
+        sayCrash(number, inCall ? "its " : "a thread of its own", inCall ? context.Callback() : "");
+        backtrace.Print();
+        sayLastLine();
+    }
+    ::_exit(CrashReport::kExitStatus);
+}
+
+} // namespace
+
+CrashReport::CrashReport(Simulator& reportedSimulator) {
+    reported = &reportedSimulator;
+    simulatorThread = ::gettid();
+    // Its first call loads a library, which a signal handler must not.
+    void* frame = nullptr;
+    ::backtrace(&frame, 1);
+    stack_t stack{};
+    stack.ss_sp = signalStack.data();
+    stack.ss_size = signalStack.size();
+    ::sigaltstack(&stack, &formerStack);
+    struct sigaction action {};
+    action.sa_handler = &onCrash;
+    action.sa_flags = SA_ONSTACK;
+    ::sigemptyset(&action.sa_mask);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        ::sigaction(kSignals[i], &action, &former[i]);
+    }
+}
+
+CrashReport::~CrashReport() {
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        ::sigaction(kSignals[i], &former[i], nullptr);
+    }
+    ::sigaltstack(&formerStack, nullptr);
+}
+
+void CrashReport::End(Simulator& simulator, const char* what) {
+    const Backtrace backtrace;
+    sayPlugin(simulator.Plugins().TextsOf(simulator.Context().Plugin()));
+    say(what);
+    say(simulator.Context().Callback());
+    say("; it is here:\n");
+    backtrace.Print();
+    ::_exit(kExitStatus);
+}
+
+} // namespace headless

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <array>
+#include <csignal>
+
+#include "headless/xplm/Simulator.h"
+
+namespace headless {
+
+// Says on standard error which plugin ends the process, in which callback and where, when it
+// crashes: by SIGSEGV, SIGBUS, SIGILL, SIGFPE or SIGABRT. The process then exits with kExitStatus.
+// Where the last line of the log tells what to do about it, that is said instead.
+//
+// Made by the simulator's thread. One at a time in a process; borrows the simulator.
+class CrashReport final {
+public:
+    static constexpr int kExitStatus = 5;
+    static constexpr std::array kSignals{SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
+
+    explicit CrashReport(Simulator& reportedSimulator);
+    ~CrashReport();
+    CrashReport(const CrashReport&) = delete;
+    CrashReport& operator=(const CrashReport&) = delete;
+
+    // Ends the process with "headless-sim: PLUGIN: the plugin WHAT CALLBACK; it is here:" and the
+    // place. For signal handlers.
+    [[noreturn]] static void End(Simulator& simulator, const char* what);
+
+private:
+    std::array<struct sigaction, kSignals.size()> former{};
+    stack_t formerStack{};
+};
+
+} // namespace headless

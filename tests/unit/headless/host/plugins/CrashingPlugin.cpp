@@ -1,0 +1,68 @@
+// A plugin that ends badly in its first flight loop, as HEADLESS_TEST_CRASH tells it to; in its
+// start when that says "start".
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "XPLMDefs.h"
+#include "XPLMProcessing.h"
+#include "XPLMUtilities.h"
+
+namespace {
+
+std::string wanted() {
+    const char* const text = std::getenv("HEADLESS_TEST_CRASH");
+    return text == nullptr ? "" : text;
+}
+
+void readNull() {
+    const volatile int* volatile nowhere = nullptr;
+    [[maybe_unused]] const int value = *nowhere;
+}
+
+// As good as endless.
+int deeper(int depth) {
+    const volatile int page[1024] = {depth};
+    return depth == 0 ? 0 : deeper(depth - 1) + page[0];
+}
+
+float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void* /*refcon*/) {
+    XPLMDebugString("the last line\n");
+    const std::string how = wanted();
+    if (how == "null") {
+        readNull();
+    } else if (how == "throw") {
+        throw std::runtime_error("nobody catches this");
+    } else if (how == "stack") {
+        deeper(1'000'000'000);
+    } else if (how == "thread") {
+        std::thread(&readNull).join();
+    } else {
+        ::raise(std::stoi(how));
+    }
+    return -1.0F;
+}
+
+} // namespace
+
+PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::strcpy(outName, "Crashing");
+    std::strcpy(outSignature, "headless.tests.crashing");
+    std::strcpy(outDescription, "Ends the process.");
+    if (wanted() == "start") {
+        readNull();
+    }
+    XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
+    return 1;
+}
+
+PLUGIN_API void XPluginStop(void) {}
+PLUGIN_API int XPluginEnable(void) {
+    return 1;
+}
+PLUGIN_API void XPluginDisable(void) {}
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}
