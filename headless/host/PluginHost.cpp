@@ -115,13 +115,14 @@ bool PluginHost::Unload() {
         return true;
     }
     leave();
-    {
-        const PluginContext::Call call(simulator.Context(), id, "destructors");
-        ::dlclose(library);
-    }
+    withCallsRefused("destructors", [this] { ::dlclose(library); });
     library = nullptr;
     dismiss();
-    return !isMapped(file);
+    const bool gone = !isMapped(file);
+    if (!gone) {
+        simulator.Notices().Warn(file + ": stays in the process after it was unloaded");
+    }
+    return gone;
 }
 
 void PluginHost::enroll() {
@@ -209,10 +210,8 @@ void PluginHost::requireNames(bool strict) const {
 void PluginHost::load() {
     // Its constructors may register things already.
     enroll();
-    {
-        const PluginContext::Call call(simulator.Context(), id, "constructors");
-        library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    }
+    withCallsRefused("constructors",
+                     [this] { library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL); });
     if (library == nullptr) {
         dismiss();
         throw PluginError(lastDlError());
@@ -224,6 +223,15 @@ void PluginHost::load() {
         ::dlclose(library);
         throw;
     }
+}
+
+void PluginHost::withCallsRefused(const char* callback, const std::function<void()>& action) {
+    const PluginContext::Call call(simulator.Context(), id, callback);
+    const auto former = simulator.Threads().SetWatch([this, callback](const char* function) {
+        simulator.Recorder().Refuse(Refusal::WrongMoment, function, callback);
+    });
+    action();
+    simulator.Threads().SetWatch(former);
 }
 
 void PluginHost::resolveEntryPoints() {

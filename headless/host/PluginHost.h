@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "XPLMPlugin.h"
@@ -67,6 +68,8 @@ private:
     void disablePlugin();
     void requireNames(bool strict) const;
     void load();
+    // A plugin may use the SDK from its start to its stop; calls outside of that are told.
+    void withCallsRefused(const char* callback, const std::function<void()>& action);
     void resolveEntryPoints();
     void requireLoaded() const;
 

@@ -20,7 +20,7 @@ struct SessionOptions {
     double framesPerSecond = kDefaultFramesPerSecond;
     // Simulated seconds to fly; none: until told to end.
     std::optional<double> durationSeconds{};
-    // Refuse a plugin that uses functions which only answer 0.
+    // Refuse a plugin that uses functions which only answer 0, and breaches of the SDK's rules.
     bool strict = false;
     // The version of the simulator whose sizes the default world has: 10, 11 or 12.
     int world = kUsualWorld.number;

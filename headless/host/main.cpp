@@ -23,6 +23,7 @@ namespace {
 constexpr int kExitOk = 0;
 constexpr int kExitPlugin = 1;
 constexpr int kExitUsage = 2;
+constexpr int kExitContract = 4;
 
 constexpr double kMaxFramesPerSecond = 100'000.0;
 constexpr double kMaxDurationSeconds = 1e9;
@@ -68,7 +69,7 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_flag("--console", options.console, "Take commands from standard input");
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
-                 "Refuse a plugin that uses functions which only answer 0");
+                 "Refuse functions which only answer 0, and breaches of the SDK's rules");
     app.add_flag("--check", what.check, "Only tell which names the plugin uses and lacks");
     app.add_flag("--list-functions", what.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
@@ -91,6 +92,14 @@ int complain(const std::exception& error, int status) {
     return status;
 }
 
+int judge(const headless::Notices& notices) {
+    const std::vector<std::string> warnings = notices.Warnings();
+    for (const std::string& warning : warnings) {
+        std::cerr << "headless-sim: warning: " << warning << '\n';
+    }
+    return warnings.empty() ? kExitOk : kExitContract;
+}
+
 int fly(headless::Session& session, const headless::SessionOptions& options) {
     const headless::CrashReport crashReport(session.Simulator());
     std::optional<headless::Watchdog> watchdog;
@@ -107,7 +116,7 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
         std::cerr << "headless-sim: warning: " << file
                   << ": the plugin is still in the process after it was unloaded\n";
     }
-    return kExitOk;
+    return options.strict ? judge(session.Simulator().Notices()) : kExitOk;
 }
 
 // A line a function: its name, header, kind, and what differs, separated by tabs.

@@ -20,7 +20,7 @@ void CallRecorder::Refuse(Refusal reason, const char* refusing, const char* deta
         }
         recentRefusals.push_back({reason, refusing, detail});
     }
-    if (observer) {
+    for (const auto& observer : observers) {
         observer({reason, refusing, detail});
     }
 }
@@ -34,11 +34,11 @@ std::vector<RecordedCall> CallRecorder::CallsOf(const std::string& function) con
 
 const char* CallRecorder::Describe(Refusal reason) {
     static constexpr std::array<const char*, static_cast<std::size_t>(Refusal::Count)> kTexts{
-        "null",          "not a handle",      "its owner is gone",
-        "unknown name",  "null text",         "another type",
-        "read-only",     "the name is taken", "refused on purpose",
-        "known already", "not registered",    "an end without a beginning",
-        "no such plugin"};
+        "null",           "not a handle",       "its owner is gone",
+        "unknown name",   "null text",          "another type",
+        "read-only",      "the name is taken",  "refused on purpose",
+        "known already",  "not registered",     "an end without a beginning",
+        "no such plugin", "at the wrong moment"};
     return kTexts.at(static_cast<std::size_t>(reason));
 }
 

@@ -27,6 +27,8 @@ enum class Refusal {
     NotRegistered,
     UnbalancedEnd,
     UnknownPlugin,
+    // It was done all the same.
+    WrongMoment,
     Count
 };
 
@@ -74,8 +76,8 @@ public:
     void Refuse(Refusal reason, const char* refusing, const char* detail);
     void Refuse(Refusal reason, const char* detail) { Refuse(reason, function, detail); }
     // Is told of every refusal after it was counted.
-    void SetObserver(std::function<void(const RefusedCall&)> refusalObserver) {
-        observer = std::move(refusalObserver);
+    void AddObserver(std::function<void(const RefusedCall&)> observer) {
+        observers.push_back(std::move(observer));
     }
 
     const std::vector<RecordedCall>& Calls() const { return calls; }
@@ -101,7 +103,7 @@ private:
     std::mutex mutex;
     bool enabled = false;
     const char* function = "";
-    std::function<void(const RefusedCall&)> observer;
+    std::vector<std::function<void(const RefusedCall&)>> observers;
     std::vector<RecordedCall> calls;
     std::array<std::size_t, static_cast<std::size_t>(Refusal::Count)> counts{};
     std::deque<RefusedCall> recentRefusals;

@@ -3,6 +3,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "headless/xplm/utilities/Log.h"
 
@@ -17,11 +18,22 @@ public:
     Notices& operator=(const Notices&) = delete;
 
     void Once(const std::string& text);
+    // What is nobody's fault.
+    void Note(const std::string& text) { Once("note: " + text); }
+    // A breach of the SDK's rules.
+    void Warn(const std::string& text);
+
+    // In the order of their coming.
+    std::vector<std::string> Warnings() const;
 
 private:
+    // False when it was given before.
+    bool give(const std::string& text);
+
     Log& log;
-    std::mutex mutex;
+    mutable std::mutex mutex;
     std::set<std::string> given;
+    std::vector<std::string> warnings;
 };
 
 } // namespace headless

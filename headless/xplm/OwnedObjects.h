@@ -61,12 +61,15 @@ public:
         return true;
     }
 
-    void DropOf(XPLMPluginID plugin) {
+    // How many it had.
+    std::size_t DropOf(XPLMPluginID plugin) {
+        const std::size_t before = Size();
         for (const Object* object : All()) {
             if (OwnerOf(*object) == plugin) {
                 erase(object);
             }
         }
+        return before - Size();
     }
 
     std::size_t Size() const { return objects.size(); }

@@ -81,7 +81,9 @@ Simulator::Simulator()
       commands(context, recorder),
       flightLoops(clock, context, recorder),
       plugins(context, recorder),
+      contract(notices, context, plugins),
       rooms(std::make_unique<Rooms>(*this)) {
+    recorder.AddObserver([this](const RefusedCall& refused) { contract.Refused(refused); });
     current = this;
 }
 
@@ -229,24 +231,29 @@ void Simulator::RunFrame(double seconds) {
 }
 
 void Simulator::DropRegistrations(XPLMPluginID plugin) {
-    flightLoops.DropOf(plugin);
-    commands.DropOf(plugin);
-    datarefs.DropOf(plugin);
+    const Leftover takenBack[] = {
+        {flightLoops.DropOf(plugin), "flight loops", "XPLMUnregisterFlightLoopCallback"},
+        {commands.DropOf(plugin), "command handlers", "XPLMUnregisterCommandHandler"},
+        {datarefs.DropOf(plugin), "datarefs", "XPLMUnregisterDataAccessor"},
+        {rooms->menus.DropOf(plugin), "menus and items", "XPLMDestroyMenu"},
+        {rooms->drawing.DropOf(plugin), "draw callbacks", "XPLMUnregisterDrawCallback"},
+        {rooms->keyboard.DropOf(plugin), "hot keys and key sniffers", "XPLMUnregisterHotKey"},
+        {rooms->avionics.DropOf(plugin), "avionics", "XPLMDestroyAvionics"},
+        {rooms->widgets.DropOf(plugin), "widgets", "XPDestroyWidget"},
+        {rooms->windows.DropOf(plugin), "windows", "XPLMDestroyWindow"},
+        {rooms->aircraft.DropOf(plugin), "control of the planes", "XPLMReleasePlanes"},
+        {rooms->camera.DropOf(plugin), "control of the camera", "XPLMDontControlCamera"},
+        {rooms->sounds.DropOf(plugin), "sounds", "XPLMStopAudio"}};
+    contract.LeftBehind(plugin, takenBack, true);
+    const Leftover left[] = {
+        {commands.ReleaseOf(plugin), "commands begun", "XPLMCommandEnd"},
+        {rooms->terrain.Probes().DropOf(plugin), "terrain probes", "XPLMDestroyProbe"},
+        {rooms->instances.DropOf(plugin), "instances", "XPLMDestroyInstance"},
+        {rooms->objects.DropOf(plugin), "objects", "XPLMUnloadObject"},
+        {rooms->maps.DropOf(plugin), "map layers", "XPLMDestroyMapLayer"}};
+    contract.LeftBehind(plugin, left, false);
     rooms->errors.DropOf(plugin);
     rooms->features.DropOf(plugin);
-    rooms->menus.DropOf(plugin);
-    rooms->drawing.DropOf(plugin);
-    rooms->keyboard.DropOf(plugin);
-    rooms->avionics.DropOf(plugin);
-    rooms->widgets.DropOf(plugin);
-    rooms->windows.DropOf(plugin);
-    rooms->aircraft.DropOf(plugin);
-    rooms->terrain.Probes().DropOf(plugin);
-    rooms->instances.DropOf(plugin);
-    rooms->objects.DropOf(plugin);
-    rooms->camera.DropOf(plugin);
-    rooms->maps.DropOf(plugin);
-    rooms->sounds.DropOf(plugin);
 }
 
 void Simulator::tellOfNewDatarefs() {

@@ -5,6 +5,7 @@
 
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/Clock.h"
+#include "headless/xplm/Contract.h"
 #include "headless/xplm/Notices.h"
 #include "headless/xplm/ThreadGuard.h"
 #include "headless/xplm/data/DatarefAccess.h"
@@ -67,6 +68,7 @@ public:
     headless::Log& Log() { return log; }
     headless::Notices& Notices() { return notices; }
     headless::Clock& Clock() { return clock; }
+    ThreadGuard& Threads() { return threads; }
     CallRecorder& Recorder() { return recorder; }
 
     headless::Aircraft& Aircraft();
@@ -105,6 +107,8 @@ public:
 
     // The plugin's side of the log; null is recorded and ignored.
     void DebugString(const char* text);
+    // The function that was entered draws, which no plugin is asked to.
+    void Draw() { recorder.Refuse(Refusal::WrongMoment, "nothing is drawn now"); }
     void Speak(const char* text) { spoken = text == nullptr ? "" : text; }
     const std::string& LastSpoken() const { return spoken; }
     int NextTexture() { return ++textures; }
@@ -118,7 +122,8 @@ public:
     void RunFrame(double seconds);
 
     // Drops what the plugin registered and made through the SDK, as the simulator does when it is
-    // gone. The commands that it created stay. XPLM_PLUGIN_XPLANE is a test that plays the plugin.
+    // gone, and tells what that was. The commands that it created stay. XPLM_PLUGIN_XPLANE is a
+    // test that plays the plugin.
     void DropRegistrations(XPLMPluginID plugin = XPLM_PLUGIN_XPLANE);
 
 private:
@@ -138,6 +143,7 @@ private:
     CommandTable commands;
     FlightLoops flightLoops;
     PluginRegistry plugins;
+    Contract contract;
     std::unique_ptr<Rooms> rooms;
     int version = kUsualVersion;
     int textures = 0;

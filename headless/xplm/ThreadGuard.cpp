@@ -1,11 +1,50 @@
 #include "headless/xplm/ThreadGuard.h"
 
+#include <dlfcn.h>
+#include <execinfo.h>
+
+#include <array>
+#include <string>
+
 namespace headless {
 
 constinit thread_local char threadMark = 0;
 
+namespace {
+
+// The library or program that called into this one.
+std::string callersFile() {
+    std::array<void*, 16> frames{};
+    const int depth = ::backtrace(frames.data(), static_cast<int>(frames.size()));
+    Dl_info own{};
+    ::dladdr(reinterpret_cast<const void*>(&callersFile), &own);
+    for (int i = 0; i < depth; ++i) {
+        Dl_info place{};
+        if (::dladdr(frames[static_cast<std::size_t>(i)], &place) != 0 &&
+            place.dli_fbase != own.dli_fbase) {
+            return place.dli_fname;
+        }
+    }
+    return "a plugin";
+}
+
+} // namespace
+
+bool ThreadGuard::examine(const char* function) {
+    if (simulatorThread != &threadMark) {
+        report(function);
+        return false;
+    }
+    if (watch) {
+        watch(function);
+    }
+    return true;
+}
+
 void ThreadGuard::report(const char* function) {
-    notices.Once(std::string(function) +
+    // A thread is one plugin's.
+    thread_local const std::string caller = callersFile();
+    notices.Warn(caller + ": " + function +
                  " was called from another thread; the SDK belongs to the simulator's thread");
 }
 

@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <stdexcept>
@@ -130,7 +131,15 @@ std::string SimulatorProcess::takeLine() {
 
 std::string SimulatorProcess::LogText() const {
     const std::filesystem::path file = workingDirectory / "Log.txt";
-    return std::filesystem::exists(file) ? contentOf(file) : "";
+    const std::string text = std::filesystem::exists(file) ? contentOf(file) : "";
+    std::string kept;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size() - 1) + 1;
+        const std::string line = text.substr(begin, end - begin);
+        kept += line.starts_with("headless-sim: ") ? "" : line;
+        begin = end;
+    }
+    return kept;
 }
 
 std::vector<std::string> SimulatorProcess::LogLines() const {

@@ -41,7 +41,7 @@ public:
 
     // All that the simulator printed that was not a reply; complete after its end.
     const std::string& Output() const { return output; }
-    // The simulator's log file.
+    // The simulator's log file without the lines of the simulator itself.
     std::string LogText() const;
     std::vector<std::string> LogLines() const;
     // The last line without the plugin's name and the time stamp.

@@ -37,10 +37,12 @@ void Camera::Move() {
     }
 }
 
-void Camera::DropOf(XPLMPluginID plugin) {
-    if (owner == plugin) {
+std::size_t Camera::DropOf(XPLMPluginID plugin) {
+    const bool controls = control != nullptr && owner == plugin;
+    if (controls) {
         Release();
     }
+    return controls ? 1 : 0;
 }
 
 } // namespace headless

@@ -22,7 +22,7 @@ public:
 
     // Once per frame: asks the controlling plugin where the camera is.
     void Move();
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     PluginContext& context;

@@ -106,15 +106,18 @@ std::string DatarefTable::GetText(std::string_view name) const {
     return bytes.substr(0, bytes.find('\0'));
 }
 
-void DatarefTable::DropOf(XPLMPluginID plugin) {
+std::size_t DatarefTable::DropOf(XPLMPluginID plugin) {
+    std::size_t dropped = 0;
     for (const auto& dataref : datarefs) {
-        if (dataref->IsPluginOwned() && dataref->Plugin() == plugin) {
+        if (dataref->IsLive() && dataref->IsPluginOwned() && dataref->Plugin() == plugin) {
             dataref->Retire();
+            ++dropped;
         }
     }
     for (const auto& [dataref, value] : shared) {
-        value->DropOf(plugin);
+        dropped += value->DropOf(plugin);
     }
+    return dropped;
 }
 
 XPLMDataRef DatarefTable::Find(const char* name) {

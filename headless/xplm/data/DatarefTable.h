@@ -59,7 +59,7 @@ public:
     void RefuseAllRegistrations(bool refuse) { refuseAll = refuse; }
     // Makes orphans of the datarefs that the plugin registered, as the simulator does when it is
     // gone, and takes its notifications of shared data away.
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
     // Plugin side.
     XPLMDataRef Find(const char* name);

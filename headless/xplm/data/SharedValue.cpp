@@ -17,8 +17,8 @@ bool SharedValue::Forget(const DataNotification& notification) {
     return true;
 }
 
-void SharedValue::DropOf(XPLMPluginID plugin) {
-    std::erase_if(notifications, [&](const auto& one) { return one.owner == plugin; });
+std::size_t SharedValue::DropOf(XPLMPluginID plugin) {
+    return std::erase_if(notifications, [&](const auto& one) { return one.owner == plugin; });
 }
 
 void SharedValue::SetInt(int number) {

@@ -28,7 +28,7 @@ public:
     void Notify(const DataNotification& notification);
     // False for a notification that was not asked for.
     bool Forget(const DataNotification& notification);
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
     int GetInt() override { return value.GetInt(); }
     void SetInt(int number) override;

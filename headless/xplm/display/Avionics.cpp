@@ -19,11 +19,12 @@ void Avionics::Remove(XPLMAvionicsID handle) {
     }
 }
 
-void Avionics::DropOf(XPLMPluginID plugin) {
-    devices.DropOf(plugin);
+std::size_t Avionics::DropOf(XPLMPluginID plugin) {
+    const std::size_t dropped = devices.DropOf(plugin);
     if (devices.Find(focused) == nullptr) {
         focused = nullptr;
     }
+    return dropped;
 }
 
 } // namespace headless

@@ -37,7 +37,7 @@ public:
     void Remove(XPLMAvionicsID handle);
     void TakeFocus(XPLMAvionicsID handle) { focused = Resolve(handle); }
     bool HasFocus(XPLMAvionicsID handle) const { return handle != nullptr && handle == focused; }
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     OwnedObjects<AvionicsDevice> devices;

@@ -26,8 +26,8 @@ bool DrawCallbacks::Unregister(XPLMDrawCallback_f callback, XPLMDrawingPhase pha
     return true;
 }
 
-void DrawCallbacks::DropOf(XPLMPluginID plugin) {
-    std::erase_if(entries, [&](const Entry& entry) { return entry.owner == plugin; });
+std::size_t DrawCallbacks::DropOf(XPLMPluginID plugin) {
+    return std::erase_if(entries, [&](const Entry& entry) { return entry.owner == plugin; });
 }
 
 } // namespace headless

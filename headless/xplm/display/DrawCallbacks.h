@@ -21,7 +21,7 @@ public:
     bool Register(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
     // False when it is not registered.
     bool Unregister(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
     std::size_t Count() const { return entries.size(); }
 

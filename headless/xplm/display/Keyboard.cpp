@@ -11,9 +11,9 @@ void Keyboard::Press(char key, XPLMKeyFlags flags, char virtualKey) {
     }
 }
 
-void Keyboard::DropOf(XPLMPluginID plugin) {
-    hotKeys.DropOf(plugin);
-    std::erase_if(sniffers, [&](const Sniffer& sniffer) { return sniffer.owner == plugin; });
+std::size_t Keyboard::DropOf(XPLMPluginID plugin) {
+    return hotKeys.DropOf(plugin) +
+           std::erase_if(sniffers, [&](const Sniffer& sniffer) { return sniffer.owner == plugin; });
 }
 
 bool Keyboard::AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon) {

@@ -30,7 +30,7 @@ public:
 
     // Host side: a key goes down or up, as the flags tell.
     void Press(char key, XPLMKeyFlags flags, char virtualKey);
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
     // Plugin side. False without a callback, or when it is not registered.
     bool AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);

@@ -90,9 +90,10 @@ bool Windows::Click(int x, int y, XPLMMouseStatus status) {
     return false;
 }
 
-void Windows::DropOf(XPLMPluginID plugin) {
-    windows.DropOf(plugin);
+std::size_t Windows::DropOf(XPLMPluginID plugin) {
+    const std::size_t dropped = windows.DropOf(plugin);
     forgetMissing();
+    return dropped;
 }
 
 void Windows::sendKey(const Window& window, char key, XPLMKeyFlags flags, char virtualKey,

@@ -35,7 +35,7 @@ public:
     // To the topmost visible window at the place. False when no window takes it.
     bool Click(int x, int y, XPLMMouseStatus status);
     std::size_t Count() const { return windows.Size(); }
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     void sendKey(const Window& window, char key, XPLMKeyFlags flags, char virtualKey,

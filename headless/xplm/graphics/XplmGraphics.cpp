@@ -57,18 +57,18 @@ void XPLMLocalToWorld(double inX, double inY, double inZ, double* outLatitude, d
 }
 
 void XPLMDrawTranslucentDarkBox(int /*inLeft*/, int /*inTop*/, int /*inRight*/, int /*inBottom*/) {
-    here();
+    here().Draw();
 }
 
 void XPLMDrawString(float* /*inColorRGB*/, int /*inXOffset*/, int /*inYOffset*/,
                     const char* /*inChar*/, int* /*inWordWrapWidth*/, XPLMFontID /*inFontID*/) {
-    here();
+    here().Draw();
 }
 
 void XPLMDrawNumber(float* /*inColorRGB*/, int /*inXOffset*/, int /*inYOffset*/, double /*inValue*/,
                     int /*inDigits*/, int /*inDecimals*/, int /*inShowSign*/,
                     XPLMFontID /*inFontID*/) {
-    here();
+    here().Draw();
 }
 
 void XPLMGetFontDimensions(XPLMFontID /*inFontID*/, int* outCharWidth, int* outCharHeight,

@@ -28,7 +28,7 @@ public:
     bool Destroy(XPLMMapLayerID handle);
     // Null, and the refusal recorded, when there is no such layer.
     const MapLayer* Resolve(XPLMMapLayerID handle) { return layers.Resolve(handle); }
-    void DropOf(XPLMPluginID plugin) { layers.DropOf(plugin); }
+    std::size_t DropOf(XPLMPluginID plugin) { return layers.DropOf(plugin); }
 
 private:
     PluginContext& context;

@@ -35,12 +35,16 @@ void XPLMDrawMapIconFromSheet(XPLMMapLayerID layer, const char* /*inPngPath*/, i
                               int /*ds*/, int /*dt*/, float /*mapX*/, float /*mapY*/,
                               XPLMMapOrientation /*orientation*/, float /*rotationDegrees*/,
                               float /*mapWidth*/) {
-    here().Maps().Resolve(layer);
+    headless::Simulator& simulator = here();
+    simulator.Draw();
+    simulator.Maps().Resolve(layer);
 }
 
 void XPLMDrawMapLabel(XPLMMapLayerID layer, const char* /*inText*/, float /*mapX*/, float /*mapY*/,
                       XPLMMapOrientation /*orientation*/, float /*rotationDegrees*/) {
-    here().Maps().Resolve(layer);
+    headless::Simulator& simulator = here();
+    simulator.Draw();
+    simulator.Maps().Resolve(layer);
 }
 
 // A map's coordinates are metres east and north of the local frame's reference.

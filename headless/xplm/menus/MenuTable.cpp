@@ -42,11 +42,13 @@ void MenuTable::Click(const std::string& path) {
     }
 }
 
-void MenuTable::DropOf(XPLMPluginID plugin) {
-    menus.DropOf(plugin);
+std::size_t MenuTable::DropOf(XPLMPluginID plugin) {
+    std::size_t dropped = menus.DropOf(plugin);
     for (Menu* menu : menus.All()) {
-        std::erase_if(menu->items, [&](const MenuItem& item) { return item.owner == plugin; });
+        dropped +=
+            std::erase_if(menu->items, [&](const MenuItem& item) { return item.owner == plugin; });
     }
+    return dropped;
 }
 
 XPLMMenuID MenuTable::FindPluginsMenu() {

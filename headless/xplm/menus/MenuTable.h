@@ -23,7 +23,7 @@ public:
     // Chooses an item of the plugins menu by the texts of the items that lead to it, "A > B".
     // Throws std::invalid_argument when there is no such item or it is not enabled.
     void Click(const std::string& path);
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
     // Plugin side. Indices that do not exist are refused.
     XPLMMenuID FindPluginsMenu();

@@ -77,11 +77,13 @@ void Aircraft::SetModel(int index, const char* path) {
     }
 }
 
-void Aircraft::DropOf(XPLMPluginID plugin) {
+std::size_t Aircraft::DropOf(XPLMPluginID plugin) {
     std::erase_if(waiting, [&](const Waiting& one) { return one.owner == plugin; });
-    if (controller == plugin) {
+    const bool controls = controller == plugin;
+    if (controls) {
         release();
     }
+    return controls ? 1 : 0;
 }
 
 bool Aircraft::isController() {

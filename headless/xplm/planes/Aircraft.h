@@ -42,7 +42,7 @@ public:
     void SetActive(int count);
     void SetModel(int index, const char* path);
 
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     struct Waiting {

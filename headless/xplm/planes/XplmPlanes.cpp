@@ -81,7 +81,7 @@ void XPLMDisableAIForPlane(int /*inPlaneIndex*/) {
 void XPLMDrawAircraft(int /*inPlaneIndex*/, float /*inX*/, float /*inY*/, float /*inZ*/,
                       float /*inPitch*/, float /*inRoll*/, float /*inYaw*/, int /*inFullDraw*/,
                       XPLMPlaneDrawState_t* /*inDrawStateInfo*/) {
-    here();
+    here().Draw();
 }
 
 // The aircraft flies on as it is.

@@ -30,6 +30,7 @@ void FlightLoops::Unregister(XPLMFlightLoop_f callback, void* refcon) {
         return;
     }
     recorder.Record("XPLMUnregisterFlightLoopCallback", refcon);
+    refuseFromWithin(*known, "XPLMUnregisterFlightLoopCallback");
     known->removed = true;
     sweep();
 }
@@ -37,6 +38,7 @@ void FlightLoops::Unregister(XPLMFlightLoop_f callback, void* refcon) {
 void FlightLoops::SetInterval(XPLMFlightLoop_f callback, float interval, bool fromNow,
                               void* refcon) {
     if (Loop* known = find(callback, refcon)) {
+        refuseFromWithin(*known, "XPLMSetFlightLoopCallbackInterval");
         schedule(*known, interval, fromNow);
     } else {
         recorder.Refuse(Refusal::NotRegistered, "callback");
@@ -85,11 +87,14 @@ std::size_t FlightLoops::Count() const {
         std::count_if(loops.begin(), loops.end(), [](const auto& loop) { return !loop->removed; }));
 }
 
-void FlightLoops::DropOf(XPLMPluginID plugin) {
+std::size_t FlightLoops::DropOf(XPLMPluginID plugin) {
+    const std::size_t before = Count();
     for (const auto& loop : loops) {
         loop->removed = loop->removed || loop->owner == plugin;
     }
+    const std::size_t dropped = before - Count();
     sweep();
+    return dropped;
 }
 
 FlightLoops::Loop& FlightLoops::add(XPLMFlightLoop_f callback, void* refcon) {
@@ -148,11 +153,19 @@ void FlightLoops::call(Loop& loop, double seconds) {
     const double sinceLast = clock.Now() - loop.lastCall;
     loop.lastCall = clock.Now();
     loop.lastFrame = clock.Frame();
+    called = &loop;
     const PluginContext::Call call(context, loop.owner, "flight loop");
     const float next =
         call.Into(loop.callback, static_cast<float>(sinceLast), static_cast<float>(seconds),
                   static_cast<int>(clock.Frame()), loop.refcon);
+    called = nullptr;
     schedule(loop, next, true);
+}
+
+void FlightLoops::refuseFromWithin(const Loop& loop, const char* function) {
+    if (called == &loop) {
+        recorder.Refuse(Refusal::WrongMoment, function, "in the callback itself");
+    }
 }
 
 void FlightLoops::sweep() {

@@ -42,7 +42,7 @@ public:
     void Run(XPLMFlightLoopPhaseType phase, double seconds);
 
     std::size_t Count() const;
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     struct Loop {
@@ -68,12 +68,16 @@ private:
     bool isDue(const Loop& loop) const;
     void call(Loop& loop, double seconds);
     void sweep();
+    // For those that a callback must not use on itself.
+    void refuseFromWithin(const Loop& loop, const char* function);
 
     const Clock& clock;
     PluginContext& context;
     CallRecorder& recorder;
     std::vector<std::unique_ptr<Loop>> loops;
     bool running = false;
+    // The one that is being called.
+    const Loop* called = nullptr;
 };
 
 } // namespace headless

@@ -30,9 +30,9 @@ void Objects::FinishLoads() {
     }
 }
 
-void Objects::DropOf(XPLMPluginID plugin) {
-    objects.DropOf(plugin);
+std::size_t Objects::DropOf(XPLMPluginID plugin) {
     std::erase_if(pending, [&](const Pending& load) { return load.owner == plugin; });
+    return objects.DropOf(plugin);
 }
 
 } // namespace headless

@@ -35,7 +35,7 @@ public:
 
     // Once per frame.
     void FinishLoads();
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     struct Pending {

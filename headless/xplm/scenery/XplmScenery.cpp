@@ -44,7 +44,9 @@ void XPLMLoadObjectAsync(const char* inPath, XPLMObjectLoaded_f inCallback, void
 
 void XPLMDrawObjects(XPLMObjectRef inObject, int /*inCount*/, XPLMDrawInfo_t* /*inLocations*/,
                      int /*lighting*/, int /*earth_relative*/) {
-    here().Objects().Resolve(inObject);
+    headless::Simulator& simulator = here();
+    simulator.Draw();
+    simulator.Objects().Resolve(inObject);
 }
 
 void XPLMUnloadObject(XPLMObjectRef inObject) {

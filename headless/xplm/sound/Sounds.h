@@ -39,7 +39,7 @@ public:
 
     // Once per frame: ends the sounds that are over.
     void Advance();
-    void DropOf(XPLMPluginID plugin) { sounds.DropOf(plugin); }
+    std::size_t DropOf(XPLMPluginID plugin) { return sounds.DropOf(plugin); }
 
 private:
     const Clock& clock;

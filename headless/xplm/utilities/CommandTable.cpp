@@ -37,11 +37,22 @@ void CommandTable::ContinueHeld() {
     }
 }
 
-void CommandTable::DropOf(XPLMPluginID plugin) {
+std::size_t CommandTable::DropOf(XPLMPluginID plugin) {
+    std::size_t dropped = 0;
     for (const auto& [name, command] : commands) {
-        std::erase_if(command->handlers,
-                      [&](const CommandHandler& handler) { return handler.owner == plugin; });
+        dropped += std::erase_if(command->handlers, [&](const CommandHandler& handler) {
+            return handler.owner == plugin;
+        });
     }
+    return dropped;
+}
+
+std::size_t CommandTable::ReleaseOf(XPLMPluginID plugin) {
+    std::size_t held = 0;
+    for (const auto& [name, command] : commands) {
+        held += std::erase(command->holders, plugin);
+    }
+    return held;
 }
 
 XPLMCommandRef CommandTable::Find(const char* name) {
@@ -111,6 +122,7 @@ void CommandTable::Begin(XPLMCommandRef handle) {
     if (Command* command = resolve(handle, "XPLMCommandBegin")) {
         recorder.Record("XPLMCommandBegin", handle, command->name);
         ++command->held;
+        command->holders.push_back(context.Plugin());
         raise(*command, xplm_CommandBegin);
     }
 }
@@ -121,6 +133,11 @@ void CommandTable::End(XPLMCommandRef handle) {
         return;
     }
     recorder.Record("XPLMCommandEnd", handle, command->name);
+    auto& holders = command->holders;
+    const auto holder = std::find(holders.begin(), holders.end(), context.Plugin());
+    if (holder != holders.end()) {
+        holders.erase(holder);
+    }
     if (command->held > 0) {
         --command->held;
     } else {

@@ -37,6 +37,8 @@ struct Command {
     // The simulator's own effect, between the handlers before and after it; may be empty.
     std::function<void(XPLMCommandPhase)> action;
     int held = 0;
+    // The plugins that hold it.
+    std::vector<XPLMPluginID> holders{};
     // Every phase that was raised, and those that no handler before the simulator swallowed.
     PhaseCounts pressed{};
     PhaseCounts passedOn{};
@@ -73,8 +75,10 @@ public:
     void ClearEvents() { events.clear(); }
     // Raises the continue phase of every held command; once per frame.
     void ContinueHeld();
-    // Drops the plugin's handlers, as the simulator does when it is gone.
-    void DropOf(XPLMPluginID plugin);
+    // Drops the plugin's handlers, as the simulator does when it is gone. How many it had.
+    std::size_t DropOf(XPLMPluginID plugin);
+    // How many times the plugin began a command without ending it; those stay held. Asked once.
+    std::size_t ReleaseOf(XPLMPluginID plugin);
 
     // Plugin side. Null or foreign handles are recorded and ignored.
     XPLMCommandRef Find(const char* name);

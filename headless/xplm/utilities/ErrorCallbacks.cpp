@@ -14,7 +14,7 @@ bool isOrdinary(Refusal reason) {
 
 ErrorCallbacks::ErrorCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
     : context(pluginContext) {
-    callRecorder.SetObserver([this](const RefusedCall& refused) { tell(refused); });
+    callRecorder.AddObserver([this](const RefusedCall& refused) { tell(refused); });
 }
 
 void ErrorCallbacks::tell(const RefusedCall& refused) {

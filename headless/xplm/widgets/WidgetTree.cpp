@@ -222,7 +222,7 @@ void WidgetTree::LoseFocus(XPWidgetID handle) {
     }
 }
 
-void WidgetTree::DropOf(XPLMPluginID plugin) {
+std::size_t WidgetTree::DropOf(XPLMPluginID plugin) {
     for (Widget* widget : widgets.All()) {
         if (widgets.OwnerOf(*widget) == plugin) {
             detach(*widget);
@@ -232,8 +232,9 @@ void WidgetTree::DropOf(XPLMPluginID plugin) {
             widget->children.clear();
         }
     }
-    widgets.DropOf(plugin);
+    const std::size_t dropped = widgets.DropOf(plugin);
     forgetMissing();
+    return dropped;
 }
 
 int WidgetTree::onClick(XPLMWindowID /*window*/, int x, int y, XPLMMouseStatus status,

@@ -48,7 +48,7 @@ public:
     void LoseFocus(XPWidgetID handle);
     Widget* Focused() const { return focused; }
 
-    void DropOf(XPLMPluginID plugin);
+    std::size_t DropOf(XPLMPluginID plugin);
 
 private:
     // The window's callbacks; the refcon is the root widget.

@@ -20,7 +20,7 @@ constexpr int kTrackButton = 16;
 
 void XPDrawWindow(int /*inX1*/, int /*inY1*/, int /*inX2*/, int /*inY2*/,
                   XPWindowStyle /*inStyle*/) {
-    here();
+    here().Draw();
 }
 
 void XPGetWindowDefaultDimensions(XPWindowStyle /*inStyle*/, int* outWidth, int* outHeight) {
@@ -31,7 +31,7 @@ void XPGetWindowDefaultDimensions(XPWindowStyle /*inStyle*/, int* outWidth, int*
 
 void XPDrawElement(int /*inX1*/, int /*inY1*/, int /*inX2*/, int /*inY2*/,
                    XPElementStyle /*inStyle*/, int /*inLit*/) {
-    here();
+    here().Draw();
 }
 
 void XPGetElementDefaultDimensions(XPElementStyle /*inStyle*/, int* outWidth, int* outHeight,
@@ -44,7 +44,7 @@ void XPGetElementDefaultDimensions(XPElementStyle /*inStyle*/, int* outWidth, in
 
 void XPDrawTrack(int /*inX1*/, int /*inY1*/, int /*inX2*/, int /*inY2*/, int /*inMin*/,
                  int /*inMax*/, int /*inValue*/, XPTrackStyle /*inTrackStyle*/, int /*inLit*/) {
-    here();
+    here().Draw();
 }
 
 void XPGetTrackDefaultDimensions(XPTrackStyle /*inStyle*/, int* outWidth, int* outCanBeLit) {

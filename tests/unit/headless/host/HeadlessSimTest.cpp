@@ -1,5 +1,3 @@
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -12,29 +10,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
+#include "HeadlessSimRun.h"
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
-// The program as a process of its own, in a folder of its own.
-class HeadlessSimTest : public ::testing::Test {
+class HeadlessSimTest : public HeadlessSimRun {
 protected:
-    // Returns the exit status, or minus the signal. What it wrote is in `output` and `errors`.
-    int run(const std::string& arguments, const std::string& input = "") {
-        folder.Write("input", input);
-        const std::string command = "cd " + folder.Path("") + " && { " HEADLESS_SIM " " +
-                                    arguments + "; } < input > output 2> errors";
-        // The shell's own exit status for a signal is 128 + the signal.
-        const int status = std::system(command.c_str());
-        output = folder.Read("output");
-        errors = folder.Read("errors");
-        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return code > 128 ? 128 - code : code;
-    }
-
     // Sends the signal once the log tells that the plugin was started, or after ten seconds.
     int runAndSignal(const std::string& arguments, const std::string& signal) {
         return run(arguments +
@@ -43,10 +27,6 @@ protected:
                    "kill -" +
                    signal + " $pid; wait $pid");
     }
-
-    TemporaryFolder folder;
-    std::string output;
-    std::string errors;
 };
 
 TEST_F(HeadlessSimTest, FliesTheGivenDurationAndSumsUp) {

@@ -81,6 +81,21 @@ TEST_F(PluginHostTest, WhatThePluginRegisteredWorksUntilItIsStopped) {
     EXPECT_EQ(sim.Log().Lines().back(), "stop");
 }
 
+TEST_F(PluginHostTest, WhatThePluginLeavesBehindIsTakenBack) {
+    PluginHost host(sim, NEIGHBOUR_PLUGIN);
+    host.Start();
+    host.Enable();
+    EXPECT_EQ(sim.Loops().Count(), 1U);
+    EXPECT_NE(XPLMFindDataRef("neighbour/trigger"), nullptr);
+    host.Stop();
+    EXPECT_EQ(XPLMFindDataRef("neighbour/trigger"), nullptr);
+    EXPECT_EQ(sim.Loops().Count(), 0U);
+    EXPECT_EQ(sim.Log().Lines().back(),
+              "headless-sim: note: " NEIGHBOUR_PLUGIN
+              ": left at its stop, taken back by the simulator: flight loops "
+              "(XPLMUnregisterFlightLoopCallback): 1, datarefs (XPLMUnregisterDataAccessor): 2");
+}
+
 TEST_F(PluginHostTest, AStoppedPluginCanBeStartedAgain) {
     PluginHost host(sim, FAKE_PLUGIN);
     host.Start();
@@ -104,7 +119,7 @@ TEST_F(PluginHostTest, UnloadTakesTheStepsThatAreMissing) {
 TEST_F(PluginHostTest, WhatAConstructorRegistersIsThePluginsOwn) {
     PluginHost host(sim, EAGER_PLUGIN);
     sim.RunFrame(0.1);
-    EXPECT_EQ(sim.Log().Text(), "") << "it is not enabled";
+    EXPECT_THAT(sim.Log().Text(), Not(HasSubstr("flight loop\n"))) << "it is not enabled";
     host.Start();
     host.Enable();
     sim.RunFrame(0.1);
@@ -112,7 +127,13 @@ TEST_F(PluginHostTest, WhatAConstructorRegistersIsThePluginsOwn) {
     EXPECT_TRUE(host.Unload());
     sim.RunFrame(0.1);
     EXPECT_EQ(sim.Log().Text(),
-              "started from " EAGER_PLUGIN "\nflight loop\nmessage 1000\nown is 7\n");
+              "headless-sim: warning: " EAGER_PLUGIN
+              ": XPLMRegisterFlightLoopCallback: constructors: at the wrong moment\n"
+              "started from " EAGER_PLUGIN
+              "\nflight loop\nmessage 1000\nown is 7\n"
+              "headless-sim: note: " EAGER_PLUGIN
+              ": left at its stop, taken back by the simulator: flight loops "
+              "(XPLMUnregisterFlightLoopCallback): 1, datarefs (XPLMUnregisterDataAccessor): 1\n");
 }
 
 TEST_F(PluginHostTest, TellsWhenAPluginStaysInTheProcess) {

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -28,7 +29,15 @@ protected:
     }
 
     std::string say(const std::string& line) { return console->Execute(line); }
-    std::string log() const { return folder.Read("Log.txt"); }
+    // Without what the simulator says about it.
+    std::string log() const {
+        std::istringstream lines(folder.Read("Log.txt"));
+        std::string text;
+        for (std::string line; std::getline(lines, line);) {
+            text += line.starts_with("headless-sim: ") ? "" : line + "\n";
+        }
+        return text;
+    }
     // What the log got since the last call.
     std::string news() {
         const std::string all = log();

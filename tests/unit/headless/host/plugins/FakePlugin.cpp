@@ -1,4 +1,4 @@
-// A plugin that tells the log what happens to it and leaves all that it registered behind.
+// A plugin that tells the log what happens to it and takes back all that it registered.
 
 #include <cstdint>
 #include <cstring>
@@ -14,6 +14,9 @@ namespace {
 
 int counter = 0;
 
+XPLMDataRef counterDataref = nullptr;
+XPLMCommandRef command = nullptr;
+
 int readCounter(void* /*refcon*/) {
     return counter;
 }
@@ -23,7 +26,7 @@ float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void
     return -1.0F;
 }
 
-int onCommand(XPLMCommandRef /*command*/, XPLMCommandPhase phase, void* /*refcon*/) {
+int onCommand(XPLMCommandRef /*pressed*/, XPLMCommandPhase phase, void* /*refcon*/) {
     XPLMDebugString(("command phase " + std::to_string(phase) + "\n").c_str());
     return 0;
 }
@@ -34,17 +37,20 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     std::strcpy(outName, "Fake");
     std::strcpy(outSignature, "headless.tests.fake");
     std::strcpy(outDescription, "A plugin for tests.");
-    XPLMRegisterDataAccessor("fake/counter", xplmType_Int, 0, &readCounter, nullptr, nullptr,
-                             nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                             nullptr, nullptr, nullptr);
-    XPLMRegisterCommandHandler(XPLMCreateCommand("fake/command", "A command"), &onCommand, 1,
-                               nullptr);
+    counterDataref = XPLMRegisterDataAccessor(
+        "fake/counter", xplmType_Int, 0, &readCounter, nullptr, nullptr, nullptr, nullptr, nullptr,
+        nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    command = XPLMCreateCommand("fake/command", "A command");
+    XPLMRegisterCommandHandler(command, &onCommand, 1, nullptr);
     XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
     XPLMDebugString("start\n");
     return 1;
 }
 
 PLUGIN_API void XPluginStop(void) {
+    XPLMUnregisterFlightLoopCallback(&onFlightLoop, nullptr);
+    XPLMUnregisterCommandHandler(command, &onCommand, 1, nullptr);
+    XPLMUnregisterDataAccessor(counterDataref);
     XPLMDebugString("stop\n");
 }
 

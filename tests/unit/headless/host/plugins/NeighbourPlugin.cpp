@@ -1,5 +1,5 @@
-// A plugin that watches others: it shows what it reads through handles that it keeps, and greets
-// everybody when it is enabled.
+// A plugin that watches others: it shows what it reads through handles that it keeps, greets
+// everybody when it is enabled, and leaves all that it registered behind.
 
 #include <cstring>
 #include <string>
