@@ -74,6 +74,15 @@ PluginHost& LoadedPlugins::Find(const std::string& name) const {
     return *entry.host;
 }
 
+void LoadedPlugins::Redirect(const std::string& function, const void* target) {
+    redirected.emplace_back(function, target);
+    for (const Entry& entry : entries) {
+        if (entry.host != nullptr) {
+            entry.host->Redirect(function, target);
+        }
+    }
+}
+
 std::string LoadedPlugins::Describe() const {
     std::string text;
     for (const Entry& entry : entries) {
@@ -110,6 +119,9 @@ std::size_t LoadedPlugins::indexOf(const std::string& name) const {
 void LoadedPlugins::load(Entry& entry) const {
     entry.host.reset();
     entry.host = std::make_unique<PluginHost>(simulator, entry.place.file, isStrict);
+    for (const auto& [function, target] : redirected) {
+        entry.host->Redirect(function, target);
+    }
     entry.host->Start();
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "headless/host/PluginFinder.h"
@@ -32,6 +33,8 @@ public:
 
     // Throws PluginError also when it is not loaded.
     PluginHost& Find(const std::string& name) const;
+    // From now on a function of the SDK is another one for all of them, also for those that come.
+    void Redirect(const std::string& function, const void* target);
     // A line for people: "1 one enabled; 2 other disabled; third stopped".
     std::string Describe() const;
 
@@ -49,6 +52,7 @@ private:
 
     Simulator& simulator;
     std::vector<Entry> entries;
+    std::vector<std::pair<std::string, const void*>> redirected;
     bool isStrict;
 };
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "XPLMPlugin.h"
+#include "headless/host/ImportedFunction.h"
 #include "headless/host/PluginError.h"
 #include "headless/xplm/Simulator.h"
 
@@ -38,6 +39,11 @@ public:
     // Disables and stops if needed, then unloads. Returns false when the library stays mapped in
     // the process all the same.
     bool Unload();
+
+    // While it is loaded, what it calls by the name of a function of the SDK is another one.
+    void Redirect(const std::string& function, const void* target) {
+        redirectImport(library, function, target);
+    }
 
     // XPLM_NO_PLUGIN_ID before the first start and once it is stopped.
     XPLMPluginID Id() const { return id; }

@@ -1,8 +1,12 @@
 #include "headless/host/Session.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 
+#include "headless/host/StopSignal.h"
 #include "headless/world/CommandsFile.h"
 #include "headless/world/DatarefsFile.h"
 #include "headless/world/DefaultWorld.h"
@@ -29,11 +33,13 @@ std::vector<PluginPlace> placesOf(const std::vector<std::string>& paths) {
 Session::Session(const SessionOptions& sessionOptions)
     : options(sessionOptions),
       plugins(simulator, placesOf(sessionOptions.plugins), sessionOptions.strict),
+      freezes(sessionOptions.freezes),
       paused(sessionOptions.paused) {
     buildWorld();
     simulator.Log().OpenFile(options.logFile);
     // The file has it all; a long run must not grow by its log.
     simulator.Log().KeepInMemory(false);
+    failures = std::make_unique<Failures>(simulator, plugins, options.failures);
     flightModel = std::make_unique<FlightModel>(simulator);
 }
 
@@ -77,6 +83,20 @@ void Session::RunFrame(double seconds) {
     if (simulator.Plugins().TakeReloadRequest()) {
         meetReloadRequest();
     }
+    if (const double still = freezes.TakeDue(simulator.Clock().Now()); still > 0.0) {
+        freeze(still);
+    }
+}
+
+void Session::freeze(double seconds) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+    while (Clock::now() < end && !StopSignal::Received()) {
+        // Signals wake it.
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+        ::poll(nullptr, 0, static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1000)));
+    }
+    simulator.ReloadScenery();
 }
 
 // As the simulator does: a plugin that stays in the process starts with what it remembers.

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "headless/host/Failures.h"
 #include "headless/host/FrameStatistics.h"
+#include "headless/host/Freezes.h"
 #include "headless/host/LoadedPlugins.h"
 #include "headless/host/SessionOptions.h"
 #include "headless/world/CommandEffects.h"
@@ -58,6 +60,7 @@ public:
 
 private:
     void meetReloadRequest();
+    void freeze(double seconds);
     void buildWorld();
 
     SessionOptions options;
@@ -65,6 +68,8 @@ private:
     std::unique_ptr<FlightModel> flightModel;
     LoadedPlugins plugins;
     std::string aircraft = kDefaultAircraft;
+    std::unique_ptr<Failures> failures;
+    Freezes freezes;
     FrameStatistics statistics;
     bool paused;
     std::vector<std::string> warnings;

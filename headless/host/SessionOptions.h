@@ -28,6 +28,9 @@ struct SessionOptions {
     double groundMetres = 0.0;
     // Give up a callback that takes as many seconds.
     std::optional<double> watchdogSeconds{};
+    // Functions that fail on purpose (Failures), and times without frames (Freezes).
+    std::vector<std::string> failures{};
+    std::vector<std::string> freezes{};
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;

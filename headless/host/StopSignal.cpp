@@ -47,11 +47,12 @@ StopSignal::StopSignal() : descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) 
 StopSignal::~StopSignal() {
     ::sigaction(SIGINT, &formerInterrupt, nullptr);
     ::sigaction(SIGTERM, &formerTerminate, nullptr);
+    received = 0;
     wakeDescriptor = -1;
     ::close(descriptor);
 }
 
-bool StopSignal::Received() const {
+bool StopSignal::Received() {
     return received != 0;
 }
 

@@ -15,7 +15,8 @@ public:
     StopSignal(const StopSignal&) = delete;
     StopSignal& operator=(const StopSignal&) = delete;
 
-    bool Received() const;
+    // False when there is no such object.
+    static bool Received();
     // Readable once a signal came; for poll().
     int Descriptor() const { return descriptor; }
 

@@ -66,6 +66,12 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_option("--watchdog", options.watchdogSeconds,
                    "End a plugin that is longer than so many seconds in a callback")
         ->check(CLI::Range(0.1, kMaxDurationSeconds));
+    app.add_option("--fail", options.failures,
+                   "A function of the SDK that fails, from call N on: FUNCTION[:N]")
+        ->allow_extra_args(false);
+    app.add_option("--freeze", options.freezes,
+                   "No frames for so long at that time of the flight: 3s@10s")
+        ->allow_extra_args(false);
     app.add_flag("--console", options.console, "Take commands from standard input");
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
