@@ -35,7 +35,7 @@ Number parse(std::string_view text) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc{} || stop != end) {
-        throw std::invalid_argument("\"" + std::string(text) + "\" is no value of this dataref");
+        throw std::invalid_argument("\"" + std::string(text) + "\" is not a value of this dataref");
     }
     return value;
 }
@@ -58,6 +58,32 @@ std::vector<Element> room(int size) {
     return std::vector<Element>(static_cast<std::size_t>(std::max(0, size)));
 }
 
+int countOf(const Elements& elements, int size) {
+    return elements.count == Elements::kAll ? size - elements.first : elements.count;
+}
+
+std::string formatFloats(IDatarefValue& value, const Elements& elements) {
+    auto floats = room<float>(countOf(elements, value.GetFloats(nullptr, 0, 0)));
+    value.GetFloats(floats.data(), elements.first, static_cast<int>(floats.size()));
+    return formatAll(floats);
+}
+
+std::string formatInts(IDatarefValue& value, const Elements& elements) {
+    auto ints = room<int>(countOf(elements, value.GetInts(nullptr, 0, 0)));
+    value.GetInts(ints.data(), elements.first, static_cast<int>(ints.size()));
+    return formatAll(ints);
+}
+
+// Values that are too many are dropped.
+template <class Number>
+std::vector<Number> parseElements(std::string_view text, const Elements& elements) {
+    std::vector<Number> values = parseAll<Number>(text);
+    if (elements.count != Elements::kAll) {
+        values.resize(std::min(values.size(), static_cast<std::size_t>(elements.count)));
+    }
+    return values;
+}
+
 std::string formatBytes(IDatarefValue& value) {
     auto bytes = room<char>(value.GetBytes(nullptr, 0, 0));
     value.GetBytes(bytes.data(), 0, static_cast<int>(bytes.size()));
@@ -75,7 +101,7 @@ void parseBytes(IDatarefValue& value, std::string_view text) {
 
 } // namespace
 
-std::string formatDataref(const Dataref& dataref) {
+std::string formatDataref(const Dataref& dataref, const Elements& elements) {
     IDatarefValue& value = dataref.Value();
     if (dataref.Offers(xplmType_Double)) {
         return format(value.GetDouble());
@@ -87,19 +113,15 @@ std::string formatDataref(const Dataref& dataref) {
         return format(value.GetInt());
     }
     if (dataref.Offers(xplmType_FloatArray)) {
-        auto floats = room<float>(value.GetFloats(nullptr, 0, 0));
-        value.GetFloats(floats.data(), 0, static_cast<int>(floats.size()));
-        return formatAll(floats);
+        return formatFloats(value, elements);
     }
     if (dataref.Offers(xplmType_IntArray)) {
-        auto ints = room<int>(value.GetInts(nullptr, 0, 0));
-        value.GetInts(ints.data(), 0, static_cast<int>(ints.size()));
-        return formatAll(ints);
+        return formatInts(value, elements);
     }
     return formatBytes(value);
 }
 
-void parseDataref(const Dataref& dataref, std::string_view text) {
+void parseDataref(const Dataref& dataref, std::string_view text, const Elements& elements) {
     IDatarefValue& value = dataref.Value();
     if (dataref.Offers(xplmType_Double)) {
         value.SetDouble(parse<double>(text));
@@ -108,14 +130,27 @@ void parseDataref(const Dataref& dataref, std::string_view text) {
     } else if (dataref.Offers(xplmType_Int)) {
         value.SetInt(parse<int>(text));
     } else if (dataref.Offers(xplmType_FloatArray)) {
-        auto floats = parseAll<float>(text);
-        value.SetFloats(floats.data(), 0, static_cast<int>(floats.size()));
+        auto floats = parseElements<float>(text, elements);
+        value.SetFloats(floats.data(), elements.first, static_cast<int>(floats.size()));
     } else if (dataref.Offers(xplmType_IntArray)) {
-        auto ints = parseAll<int>(text);
-        value.SetInts(ints.data(), 0, static_cast<int>(ints.size()));
+        auto ints = parseElements<int>(text, elements);
+        value.SetInts(ints.data(), elements.first, static_cast<int>(ints.size()));
     } else {
         parseBytes(value, text);
     }
+}
+
+std::optional<int> arraySize(const Dataref& dataref) {
+    if (dataref.Offers(xplmType_Double | xplmType_Float | xplmType_Int)) {
+        return std::nullopt;
+    }
+    if (dataref.Offers(xplmType_FloatArray)) {
+        return dataref.Value().GetFloats(nullptr, 0, 0);
+    }
+    if (dataref.Offers(xplmType_IntArray)) {
+        return dataref.Value().GetInts(nullptr, 0, 0);
+    }
+    return std::nullopt;
 }
 
 } // namespace headless

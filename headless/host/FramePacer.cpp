@@ -24,11 +24,18 @@ double secondsBetween(const timespec& earlier, const timespec& time) {
            static_cast<double>(time.tv_nsec - earlier.tv_nsec) / kNanosecondsPerSecond;
 }
 
+long long periodOf(double framesPerSecond) {
+    return static_cast<long long>(kNanosecondsPerSecond / framesPerSecond);
+}
+
 } // namespace
 
-FramePacer::FramePacer(double framesPerSecond)
-    : periodNanoseconds(static_cast<long long>(kNanosecondsPerSecond / framesPerSecond)) {
+FramePacer::FramePacer(double framesPerSecond) : periodNanoseconds(periodOf(framesPerSecond)) {
     Restart();
+}
+
+void FramePacer::SetRate(double framesPerSecond) {
+    periodNanoseconds = periodOf(framesPerSecond);
 }
 
 double FramePacer::WaitForNextFrame() {

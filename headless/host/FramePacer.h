@@ -13,6 +13,8 @@ class FramePacer final {
 public:
     explicit FramePacer(double framesPerSecond);
 
+    void SetRate(double framesPerSecond);
+
     // Sleeps until the next frame is due; less when a signal comes. Returns the seconds since the
     // frame before began, or the period for the first frame after a restart.
     double WaitForNextFrame();

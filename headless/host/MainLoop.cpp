@@ -1,23 +1,33 @@
 #include "headless/host/MainLoop.h"
 
 #include <poll.h>
-#include <unistd.h>
 
 #include <array>
 #include <iostream>
 
 namespace headless {
 
-MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions)
+MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions,
+                   ILineSource& consoleInput)
     : session(runSession),
       options(sessionOptions),
-      console(runSession, [this] { return stopSignal.Received(); }),
-      input(STDIN_FILENO),
+      flight(runSession, [this] { return runFrame(); }),
+      console(flight),
+      input(consoleInput),
       pacer(sessionOptions.framesPerSecond) {}
 
-void MainLoop::Run() {
-    session.Simulator().Clock().SetRealTime(!options.paused);
-    pacer.Restart();
+int MainLoop::Run() {
+    begin();
+    flyUntilOver();
+    return flight.QuitStatus().value_or(0);
+}
+
+void MainLoop::Play(const std::function<void(Flight&)>& play) {
+    begin();
+    play(flight);
+}
+
+void MainLoop::flyUntilOver() {
     while (!isOver()) {
         if (options.console) {
             answerConsole();
@@ -30,29 +40,52 @@ void MainLoop::Run() {
             pacer.Restart();
             continue;
         }
-        const double passed = pacer.WaitForNextFrame();
-        if (stopSignal.Received()) {
-            return;
-        }
-        if (options.paused) {
-            session.RunFrame();
-        } else {
-            session.RunFrame(passed);
-        }
+        runFrame();
     }
 }
 
+void MainLoop::begin() {
+    session.Simulator().Clock().SetRealTime(!options.paused);
+    pacer.Restart();
+}
+
+bool MainLoop::runFrame() {
+    if (mustEnd()) {
+        return false;
+    }
+    if (session.IsPaused()) {
+        session.RunFrame();
+        pacer.Restart();
+        return true;
+    }
+    pacer.SetRate(session.FramesPerSecond());
+    const double passed = pacer.WaitForNextFrame();
+    if (stopSignal.Received()) {
+        return false;
+    }
+    if (options.paused) {
+        session.RunFrame();
+    } else {
+        session.RunFrame(passed);
+    }
+    return true;
+}
+
+bool MainLoop::mustEnd() const {
+    const bool arrived =
+        options.durationSeconds.has_value() && session.FlownSeconds() >= *options.durationSeconds;
+    return stopSignal.Received() || arrived;
+}
+
 bool MainLoop::isOver() const {
-    const double flown = static_cast<double>(session.Statistics().Frames());
-    const bool arrived = options.durationSeconds.has_value() &&
-                         flown >= *options.durationSeconds * options.framesPerSecond;
-    const bool consoleClosed = options.console && (console.QuitRequested() || input.AtEnd());
-    return stopSignal.Received() || arrived || consoleClosed;
+    const bool consoleClosed =
+        options.console && (flight.QuitStatus().has_value() || input.AtEnd());
+    return mustEnd() || consoleClosed;
 }
 
 void MainLoop::answerConsole() {
     input.Fill();
-    while (!console.QuitRequested()) {
+    while (!flight.QuitStatus().has_value()) {
         const auto line = input.Next();
         if (!line.has_value()) {
             return;

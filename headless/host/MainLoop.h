@@ -1,10 +1,13 @@
 #pragma once
 
+#include <functional>
+
 #include "headless/host/Console.h"
 #include "headless/host/FramePacer.h"
-#include "headless/host/LineReader.h"
+#include "headless/host/ILineSource.h"
 #include "headless/host/Session.h"
 #include "headless/host/StopSignal.h"
+#include "headless/scenario/Flight.h"
 
 namespace headless {
 
@@ -18,12 +21,19 @@ namespace headless {
 // has simulated time alone, in which all frames are equal.
 class MainLoop final {
 public:
-    // Signals are handled from here on.
-    MainLoop(Session& runSession, const SessionOptions& sessionOptions);
+    // Signals are handled from here on. Borrows all of them.
+    MainLoop(Session& runSession, const SessionOptions& sessionOptions, ILineSource& consoleInput);
 
-    void Run();
+    // Returns the exit status: 0, unless the console says something else.
+    int Run();
+    // Does this with the flight instead. Frames run when it asks for them.
+    void Play(const std::function<void(Flight&)>& play);
 
 private:
+    void begin();
+    void flyUntilOver();
+    bool runFrame();
+    bool mustEnd() const;
     bool isOver() const;
     void answerConsole();
     // Sleeps until the console or a signal has something to say.
@@ -32,8 +42,9 @@ private:
     Session& session;
     const SessionOptions& options;
     StopSignal stopSignal;
+    Flight flight;
     Console console;
-    LineReader input;
+    ILineSource& input;
     FramePacer pacer;
 };
 

@@ -99,6 +99,17 @@ void Session::freeze(double seconds) {
     simulator.ReloadScenery();
 }
 
+void Session::SetFramesPerSecond(double rate) {
+    secondsBeforeRate = FlownSeconds();
+    framesBeforeRate = statistics.Frames();
+    options.framesPerSecond = rate;
+}
+
+double Session::FlownSeconds() const {
+    return secondsBeforeRate +
+           static_cast<double>(statistics.Frames() - framesBeforeRate) / options.framesPerSecond;
+}
+
 // As the simulator does: a plugin that stays in the process starts with what it remembers.
 void Session::meetReloadRequest() {
     for (const std::string& file : plugins.Unload()) {

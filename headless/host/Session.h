@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -58,6 +59,13 @@ public:
     bool IsPaused() const { return paused; }
     void SetPaused(bool pause) { paused = pause; }
 
+    double FramesPerSecond() const { return options.framesPerSecond; }
+    void SetFramesPerSecond(double rate);
+    // What the frames so far would have taken had none of them been late.
+    double FlownSeconds() const;
+
+    const std::string& LogFile() const { return options.logFile; }
+
 private:
     void meetReloadRequest();
     void freeze(double seconds);
@@ -72,6 +80,9 @@ private:
     Freezes freezes;
     FrameStatistics statistics;
     bool paused;
+    // When the rate changed last.
+    double secondsBeforeRate = 0.0;
+    std::int64_t framesBeforeRate = 0;
     std::vector<std::string> warnings;
 };
 

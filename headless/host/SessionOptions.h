@@ -11,6 +11,8 @@ namespace headless {
 // What a run of the headless simulator is asked to do. Empty file names mean none.
 struct SessionOptions {
     static constexpr double kDefaultFramesPerSecond = 60.0;
+    static constexpr double kFewestFramesPerSecond = 0.1;
+    static constexpr double kMostFramesPerSecond = 100'000.0;
 
     // Libraries or folders of plugins, in the order of loading.
     std::vector<std::string> plugins{};
@@ -34,6 +36,9 @@ struct SessionOptions {
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;
+    // Statements to carry out instead; - for standard input. What became of them goes there.
+    std::string scriptFile{};
+    std::string junitFile{};
 };
 
 } // namespace headless

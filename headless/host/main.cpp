@@ -1,5 +1,8 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -10,11 +13,13 @@
 #include <CLI/CLI.hpp>
 
 #include "headless/host/CrashReport.h"
+#include "headless/host/LineReader.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginFinder.h"
 #include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
+#include "headless/scenario/ScriptedFlight.h"
 #include "headless/world/TextLines.h"
 #include "headless/xplm/FunctionTable.h"
 
@@ -25,7 +30,6 @@ constexpr int kExitPlugin = 1;
 constexpr int kExitUsage = 2;
 constexpr int kExitContract = 4;
 
-constexpr double kMaxFramesPerSecond = 100'000.0;
 constexpr double kMaxDurationSeconds = 1e9;
 
 constexpr const char* kFooter =
@@ -57,7 +61,8 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
         ->check(CLI::Range(-500.0, 9000.0))
         ->capture_default_str();
     app.add_option("--hz", options.framesPerSecond, "Frames per second")
-        ->check(CLI::Range(0.1, kMaxFramesPerSecond))
+        ->check(CLI::Range(headless::SessionOptions::kFewestFramesPerSecond,
+                           headless::SessionOptions::kMostFramesPerSecond))
         ->capture_default_str();
     app.add_option("--duration", options.durationSeconds, "Simulated seconds to fly")
         ->check(CLI::Range(0.0, kMaxDurationSeconds));
@@ -72,7 +77,13 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_option("--freeze", options.freezes,
                    "No frames for so long at that time of the flight: 3s@10s")
         ->allow_extra_args(false);
-    app.add_flag("--console", options.console, "Take commands from standard input");
+    auto* const console =
+        app.add_flag("--console", options.console, "Take statements from standard input");
+    auto* const script = app.add_option("--script", options.scriptFile,
+                                        "Carry out the statements of a file; - for standard input")
+                             ->excludes(console);
+    app.add_option("--junit", options.junitFile, "Where to report what became of the script")
+        ->needs(script);
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
                  "Refuse functions which only answer 0, and breaches of the SDK's rules");
@@ -107,22 +118,28 @@ int judge(const headless::Notices& notices) {
 }
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
+    std::optional<headless::ScriptedFlight> script;
+    if (!options.scriptFile.empty()) {
+        script.emplace(options);
+    }
     const headless::CrashReport crashReport(session.Simulator());
     std::optional<headless::Watchdog> watchdog;
     if (options.watchdogSeconds.has_value()) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
-    headless::MainLoop loop(session, options);
+    headless::LineReader input(STDIN_FILENO);
+    headless::MainLoop loop(session, options, input);
     session.StartPlugins();
-    loop.Run();
+    const int status = script.has_value() ? script->Fly(loop) : loop.Run();
     const std::vector<std::string> staying = session.UnloadPlugins();
     std::cout << session.Statistics().Summary() << std::endl;
     for (const std::string& file : staying) {
         std::cerr << "headless-sim: warning: " << file
                   << ": the plugin is still in the process after it was unloaded\n";
     }
-    return options.strict ? judge(session.Simulator().Notices()) : kExitOk;
+    const int judged = options.strict ? judge(session.Simulator().Notices()) : kExitOk;
+    return status == kExitOk ? judged : status;
 }
 
 // A line a function: its name, header, kind, and what differs, separated by tabs.

@@ -8,6 +8,7 @@
 #include "headless/host/Console.h"
 
 using headless::Console;
+using headless::Flight;
 using headless::Session;
 using headless::SessionOptions;
 using ::testing::HasSubstr;
@@ -23,14 +24,21 @@ protected:
         options.paused = true;
         session = std::make_unique<Session>(options);
         session->StartPlugins();
-        console = std::make_unique<Console>(*session, [this] { return interrupted; });
+        flight = std::make_unique<Flight>(*session, [this] { return runFrame(); });
     }
 
-    std::string say(const std::string& line) { return console->Execute(line); }
+    bool runFrame() {
+        if (!interrupted) {
+            session->RunFrame();
+        }
+        return !interrupted;
+    }
+
+    std::string say(const std::string& line) { return Console(*flight).Execute(line); }
 
     TemporaryFolder folder;
     std::unique_ptr<Session> session;
-    std::unique_ptr<Console> console;
+    std::unique_ptr<Flight> flight;
     bool interrupted = false;
 };
 
@@ -53,16 +61,16 @@ TEST_F(ConsoleTest, GetsWhatThePluginPublishes) {
 TEST_F(ConsoleTest, UnknownNamesAndBadValuesAreErrors) {
     EXPECT_EQ(say("get sim/none"), "error: no such dataref: sim/none");
     EXPECT_EQ(say("set sim/none 1"), "error: no such dataref: sim/none");
-    EXPECT_EQ(say("set sim/time/paused x"), "error: \"x\" is no value of this dataref");
+    EXPECT_EQ(say("set sim/time/paused x"), "error: \"x\" is not a value of this dataref");
     EXPECT_EQ(say("events sim/none"), "error: no such command: sim/none");
     EXPECT_EQ(say("command once sim/none"), "error: no such command: sim/none");
     EXPECT_EQ(say("command twice fake/command"),
               "error: a command is run once, begun or ended, not \"twice\"");
 }
 
-TEST_F(ConsoleTest, UnknownCommandsAreErrors) {
-    EXPECT_EQ(say("fly"), "error: unknown command \"fly\"; try help");
-    EXPECT_EQ(say(""), "error: unknown command \"\"; try help");
+TEST_F(ConsoleTest, UnknownStatementsAreErrors) {
+    EXPECT_EQ(say("fly"), "error: unknown statement \"fly\"; see help");
+    EXPECT_EQ(say(""), "error: unknown statement \"\"; see help");
 }
 
 TEST_F(ConsoleTest, RunsCommandsAndCountsWhatTheSimulatorSaw) {
@@ -92,7 +100,7 @@ TEST_F(ConsoleTest, StepsOnlyWhilePaused) {
     EXPECT_EQ(say("pause"), "ok");
     EXPECT_TRUE(session->IsPaused());
     EXPECT_EQ(say("step -1"), "error: frames cannot be taken back");
-    EXPECT_EQ(say("step some"), "error: \"some\" is no number that fits here");
+    EXPECT_EQ(say("step some"), "error: \"some\" is not a number that fits here");
 }
 
 TEST_F(ConsoleTest, AnInterruptEndsALongStep) {
@@ -110,7 +118,7 @@ TEST_F(ConsoleTest, LoadsAndUnloadsAircraftAndSendsMessages) {
                 HasSubstr("message 102 0 from 0\nmessage 108 0 from 0\nmessage 106 0 from "
                           "0\nmessage 103 7 from 0\n"));
     EXPECT_EQ(say("aircraft crash"), "error: an aircraft is loaded or unloaded, not \"crash\"");
-    EXPECT_EQ(say("message 103"), "error: \"\" is no number that fits here");
+    EXPECT_EQ(say("message 103"), "error: the message's parameter is missing");
 }
 
 TEST_F(ConsoleTest, TakesThePluginThroughItsLife) {
@@ -150,15 +158,30 @@ TEST_F(ConsoleTest, CountsTheCommandHandlersOfThePlugin) {
     EXPECT_NE(say("handlers"), before);
 }
 
-TEST_F(ConsoleTest, HelpIsOneLineWithEveryCommand) {
+TEST_F(ConsoleTest, AnExpectationThatIsNotMetIsAnError) {
+    EXPECT_EQ(say("expect fake/counter == 0"), "ok");
+    EXPECT_EQ(say("expect fake/counter == 1"), "error: expected fake/counter == 1, got 0");
+}
+
+TEST_F(ConsoleTest, AnswersACommentAsWell) {
+    EXPECT_EQ(say("# a remark"), "ok");
+    EXPECT_EQ(say("step 2 # two"), "frame 2");
+}
+
+TEST_F(ConsoleTest, HelpIsOneLineWithEveryStatement) {
     const std::string help = say("help");
     EXPECT_THAT(help, StartsWith("ok: get NAME; set NAME VALUE"));
     EXPECT_THAT(help, HasSubstr("; quit"));
     EXPECT_EQ(help.find('\n'), std::string::npos);
+    EXPECT_EQ(say("help press"), "press COMMAND: Begins and ends a command.");
+    EXPECT_EQ(say("help fly"), "error: unknown statement \"fly\"; see help");
 }
 
-TEST_F(ConsoleTest, QuitIsAskedFor) {
-    EXPECT_FALSE(console->QuitRequested());
+TEST_F(ConsoleTest, QuitIsAskedForWithAStatus) {
+    EXPECT_EQ(flight->QuitStatus(), std::nullopt);
     EXPECT_EQ(say("quit"), "ok");
-    EXPECT_TRUE(console->QuitRequested());
+    EXPECT_EQ(flight->QuitStatus(), 0);
+    EXPECT_EQ(say("quit 7"), "ok");
+    EXPECT_EQ(flight->QuitStatus(), 7);
+    EXPECT_EQ(say("quit 256"), "error: an exit status is 0 to 255");
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "headless/scenario/Statement.h"
 #include "headless/xplm/FunctionTable.h"
 
 using headless::describe;
@@ -35,7 +36,28 @@ std::string tables() {
     return text.str();
 }
 
+// A bar would end the column.
+std::string inColumn(std::string text) {
+    for (std::size_t at = 0; (at = text.find('|', at)) != std::string::npos; at += 2) {
+        text.insert(at, "\\");
+    }
+    return text;
+}
+
+std::string tableOfStatements() {
+    std::string text = "| statement | what it does |\n|---|---|\n";
+    for (const headless::StatementKind& kind : headless::statementKinds()) {
+        text += "| `" + inColumn(kind.usage) + "` | " + kind.description + " |\n";
+    }
+    return text;
+}
+
 } // namespace
+
+TEST(HeadlessPageTest, HasTheTableOfStatements) {
+    EXPECT_NE(page().find("\n" + tableOfStatements() + "\n"), std::string::npos)
+        << tableOfStatements();
+}
 
 TEST(HeadlessPageTest, HasTheTableOfFunctions) {
     const std::string text = page();

@@ -50,15 +50,54 @@ TEST_F(HeadlessSimTest, TheConsoleAnswersEveryLineAndTheEndOfInputEndsTheRun) {
     EXPECT_EQ(run(FAKE_PLUGIN " --console --paused",
                   "frames\nstep 7\nget fake/counter\nnonsense\nframes"),
               0);
-    EXPECT_THAT(output,
-                StartsWith("frames 0\nframe 7\nfake/counter = 7\n"
-                           "error: unknown command \"nonsense\"; try help\nframes 7\nframes 7, "));
+    EXPECT_THAT(
+        output,
+        StartsWith("frames 0\nframe 7\nfake/counter = 7\n"
+                   "error: unknown statement \"nonsense\"; see help\nframes 7\nframes 7, "));
     EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));
 }
 
 TEST_F(HeadlessSimTest, QuitEndsTheRunAndLeavesLaterLinesUnread) {
     EXPECT_EQ(run(FAKE_PLUGIN " --console", "quit\nframes\n"), 0);
     EXPECT_THAT(output, StartsWith("ok\nframes 0, "));
+}
+
+TEST_F(HeadlessSimTest, CarriesOutAScript) {
+    folder.Write("a.scenario", "frames 7\nget fake/counter\nexpect fake/counter == 7\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --paused --script a.scenario"), 0);
+    EXPECT_THAT(output, StartsWith("fake/counter = 7\nframes 7, "));
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(
+        run(FAKE_PLUGIN " --script -", "rate 1000\nwait 50ms\nexpect fake/counter > 5\nquit 9"), 9);
+    EXPECT_EQ(errors, "");
+}
+
+TEST_F(HeadlessSimTest, AnExpectationThatIsNotMetIsOneLineAndStatus3) {
+    folder.Write("a.scenario", "# Not so.\nexpect fake/counter == 1\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --script a.scenario --junit report.xml"), 3);
+    EXPECT_EQ(errors, "headless-sim: a.scenario:2: expected fake/counter == 1, got 0\n");
+    EXPECT_THAT(folder.Read("report.xml"), HasSubstr("tests=\"1\" failures=\"1\" errors=\"0\""));
+    EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));
+}
+
+TEST_F(HeadlessSimTest, AMalformedScriptIsOneLineAndStatus2BeforeAnythingFlies) {
+    folder.Write("a.scenario", "pause\nfly\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --script a.scenario"), 2);
+    EXPECT_EQ(errors, "headless-sim: a.scenario:2: unknown statement \"fly\"; see help\n");
+    EXPECT_EQ(folder.Read("Log.txt"), "");
+    EXPECT_EQ(run(FAKE_PLUGIN " --script none"), 2);
+    EXPECT_EQ(errors, "headless-sim: none: cannot be opened: No such file or directory\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --script - --junit none/report.xml", "pause"), 2);
+    EXPECT_EQ(errors,
+              "headless-sim: none/report.xml: cannot write the report: No such file or "
+              "directory\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --script a.scenario --console"), 2);
+    EXPECT_EQ(run(FAKE_PLUGIN " --junit report.xml"), 2);
+}
+
+TEST_F(HeadlessSimTest, AScriptThatTheDurationCutsShortHasNotPassed) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0.1 --script -", "wait 10s"), 3);
+    EXPECT_EQ(errors, "headless-sim: standard input:1: the run ended before the scenario did\n");
 }
 
 TEST_F(HeadlessSimTest, ASignalEndsTheRunInOrder) {

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "headless/scenario/Flight.h"
+#include "headless/scenario/Scenario.h"
+
+namespace headless {
+
+// What became of a line of a scenario.
+struct ScenarioOutcome {
+    enum class Kind { Met, Failed, Error };
+
+    const ScenarioLine* line = nullptr;
+    Kind kind = Kind::Met;
+    // What went wrong; empty for what was met.
+    std::string message;
+    // How long it took.
+    double seconds = 0.0;
+};
+
+// Carries out a scenario, from its first line to its last or to "quit".
+//
+// It goes on after an expectation that is not met, and ends after a statement that cannot be
+// carried out, or when the run is to end. Borrows the scenario.
+class ScenarioRun final {
+public:
+    static constexpr int kFailedStatus = 3;
+
+    // Replies that tell something go to `replies`, what went wrong to `complaints`: a line each,
+    // "headless-sim: FILE:LINE: ...".
+    ScenarioRun(const Scenario& playedScenario, std::ostream& replies, std::ostream& complaints);
+
+    void Play(Flight& flight);
+
+    // kFailedStatus when anything went wrong, else what "quit" said, else 0.
+    int Status() const { return status; }
+
+    // Of the lines that check something, and of the one that could not be carried out.
+    const std::vector<ScenarioOutcome>& Outcomes() const { return outcomes; }
+    const headless::Scenario& Scenario() const { return scenario; }
+
+private:
+    // False when the scenario ends with it.
+    bool play(const ScenarioLine& line, Flight& flight);
+    void complain(ScenarioOutcome& outcome, ScenarioOutcome::Kind kind, const std::string& message);
+
+    const headless::Scenario& scenario;
+    std::ostream& told;
+    std::ostream& complained;
+    std::vector<ScenarioOutcome> outcomes;
+    int status = 0;
+};
+
+} // namespace headless

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+
+#include "headless/host/MainLoop.h"
+#include "headless/host/SessionOptions.h"
+#include "headless/scenario/JunitReport.h"
+#include "headless/scenario/Scenario.h"
+
+namespace headless {
+
+// A flight by a script, and the report on it if one is asked for.
+class ScriptedFlight final {
+public:
+    // Reads the script and opens the report, before anything flies. Throws TextFileError or
+    // std::runtime_error, one line each.
+    explicit ScriptedFlight(const SessionOptions& options);
+
+    // Returns the exit status. Replies go to standard output, what went wrong to standard error.
+    int Fly(MainLoop& loop);
+
+private:
+    Scenario scenario;
+    std::optional<JunitReport> report;
+};
+
+} // namespace headless

@@ -1,0 +1,136 @@
+#include "headless/scenario/Statement.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include "headless/scenario/Statements.h"
+
+namespace headless {
+
+namespace {
+
+constexpr const char* kAircraftUsage = "aircraft load TEXT, aircraft unload";
+constexpr const char* kCommandUsage = "command once|begin|end NAME";
+
+constexpr StatementKind kKinds[] = {
+    {"get", "get NAME", "Tells the value of a dataref.", NamedThing::Dataref, &readGet},
+    {"set", "set NAME VALUE[,VALUE...]",
+     "Sets a dataref as the simulator itself would, also where plugins may not.",
+     NamedThing::Dataref, &readSet},
+    {"expect", "expect NAME == VALUE [within E] [for 2s]",
+     "Fails unless it is so, in every frame of the time if there is one; also != < <= > >=.",
+     NamedThing::Dataref, &readExpect},
+    {"press", "press COMMAND", "Begins and ends a command.", NamedThing::Command, &readPress},
+    {"begin", "begin COMMAND", "Begins a command, which is then held.", NamedThing::Command,
+     &readBegin},
+    {"end", "end COMMAND", "Ends a command that was begun.", NamedThing::Command, &readEnd},
+    {"command", kCommandUsage, "The same as press, begin and end.", NamedThing::None, &readCommand},
+    {"events", "events COMMAND",
+     "Tells how often each phase of a command came by, and how often it was pressed.",
+     NamedThing::Command, &readEvents},
+    {"handlers", "handlers", "Tells how many command handlers there are.", NamedThing::None,
+     &readHandlers},
+    {"click", "click MENU > ITEM", "Chooses an item of the plugins menu.", NamedThing::None,
+     &readClick},
+    {"aircraft", kAircraftUsage, "Loads an aircraft of that description, or takes it away.",
+     NamedThing::None, &readAircraft},
+    {"message", "message NUMBER PARAMETER", "Sends a message of the simulator to all plugins.",
+     NamedThing::None, &readMessage},
+    {"wait", "wait 2s, wait up to 10s until NAME == VALUE [within E]",
+     "Lets simulated time pass; the second form until it is so, and fails when it is not by then.",
+     NamedThing::None, &readWait},
+    {"frames", "frames [N]", "Runs so many frames, or tells how many there were.", NamedThing::None,
+     &readFrames},
+    {"step", "step N", "Runs so many frames, while paused.", NamedThing::None, &readStep},
+    {"pause", "pause", "No frames run but those that statements ask for.", NamedThing::None,
+     &readPause},
+    {"resume", "resume", "Frames run by themselves again.", NamedThing::None, &readResume},
+    {"run", "run", "The same as resume.", NamedThing::None, &readResume},
+    {"rate", "rate N", "Frames per second from now on.", NamedThing::None, &readRate},
+    {"plugins", "plugins", "Tells which plugins there are, and which of them are enabled.",
+     NamedThing::None, &readPlugins},
+    {"reload", "reload [PLUGIN]", "Unloads a plugin and loads it again.", NamedThing::None,
+     &readReload},
+    {"disable", "disable [PLUGIN]", "Disables a plugin.", NamedThing::None, &readDisable},
+    {"enable", "enable [PLUGIN]", "Enables a plugin.", NamedThing::None, &readEnable},
+    {"stop", "stop [PLUGIN]", "Disables and stops a plugin.", NamedThing::None, &readStop},
+    {"start", "start [PLUGIN]", "Starts and enables a plugin that was stopped.", NamedThing::None,
+     &readStart},
+    {"log", "log expect TEXT", "Fails unless a line of the log has the text.", NamedThing::None,
+     &readLog},
+    {"worst", "worst", "Tells the longest time that plugins took in a frame, in microseconds.",
+     NamedThing::None, &readWorst},
+    {"rss", "rss", "Tells the resident memory in kilobytes.", NamedThing::None,
+     &readResidentMemory},
+    {"fds", "fds", "Tells how many files and sockets are open.", NamedThing::None,
+     &readFileDescriptors},
+    {"help", "help [STATEMENT]", "Lists the statements, or tells what one does.",
+     NamedThing::Statement, &readHelp},
+    {"quit", "quit [STATUS]", "Ends the run with an exit status, 0 if none is given.",
+     NamedThing::None, &readQuit},
+};
+
+} // namespace
+
+std::span<const StatementKind> statementKinds() {
+    return kKinds;
+}
+
+const StatementKind& statementKind(const std::string& word) {
+    const auto* const found =
+        std::find_if(std::begin(kKinds), std::end(kKinds),
+                     [&](const StatementKind& kind) { return word == kind.word; });
+    if (found == std::end(kKinds)) {
+        throw std::invalid_argument("unknown statement \"" + word + "\"; see help");
+    }
+    return *found;
+}
+
+Statement readStatement(const std::string& line) {
+    const std::string text = withoutComment(line);
+    const std::size_t wordEnd = std::min(text.find_first_of(" \t"), text.size());
+    const StatementKind& kind = statementKind(text.substr(0, wordEnd));
+    Arguments arguments(std::string_view(text).substr(wordEnd));
+    return kind.read(arguments);
+}
+
+std::string withoutComment(const std::string& line) {
+    bool isQuoted = false;
+    std::size_t end = 0;
+    for (; end < line.size(); ++end) {
+        const bool isAfterBlank = end == 0 || line[end - 1] == ' ' || line[end - 1] == '\t';
+        if (line[end] == '#' && isAfterBlank && !isQuoted) {
+            break;
+        }
+        if (line[end] == '"' && (isQuoted || isAfterBlank)) {
+            isQuoted = !isQuoted;
+        } else if (line[end] == '\\' && isQuoted) {
+            ++end;
+        }
+    }
+    return std::string(trimmed(std::string_view(line).substr(0, end)));
+}
+
+Statement acting(Arguments& arguments, std::function<void(Flight&)> act) {
+    arguments.RequireEnd();
+    return {[act = std::move(act)](Flight& flight) {
+                act(flight);
+                return std::string(kOk);
+            },
+            Statement::Purpose::Act};
+}
+
+Statement telling(Arguments& arguments, std::function<std::string(Flight&)> tell) {
+    arguments.RequireEnd();
+    return {std::move(tell), Statement::Purpose::Tell};
+}
+
+Statement checking(Arguments& arguments, std::function<void(Flight&)> check) {
+    Statement statement = acting(arguments, std::move(check));
+    statement.purpose = Statement::Purpose::Check;
+    return statement;
+}
+
+} // namespace headless
