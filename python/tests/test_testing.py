@@ -9,7 +9,7 @@ from pathlib import Path
 import pytest
 from programs import environment
 
-from orvane.testing import Phases, Simulator, SimulatorError
+from orvane.testing import ExpectationFailed, Phases, Simulator, SimulatorError
 from orvane.velmar import Client
 
 GEAR = "sim/cockpit2/controls/gear_handle_down"
@@ -31,6 +31,8 @@ def test_has_datarefs_and_commands_of_the_tests_own(simulator: Simulator) -> Non
     assert simulator.get("my/ints") == [1, 2, 3]
     simulator.set("my/text", "hello")
     assert simulator.get("my/text") == "hello"
+    simulator.set("my/text", ' # "quoted" \\')
+    assert simulator.get("my/text") == ' # "quoted" \\'
     simulator.press("my/go")
     simulator.begin("my/go")
     assert simulator.phases("my/go") == Phases(2, 1)
@@ -38,16 +40,25 @@ def test_has_datarefs_and_commands_of_the_tests_own(simulator: Simulator) -> Non
     assert simulator.phases("my/go") == Phases(2, 2)
 
 
-def test_plays_statements_of_the_console(simulator: Simulator) -> None:
+def test_plays_the_statements_of_a_scenario(simulator: Simulator) -> None:
     simulator.play(
         f"""
         # the gear goes up
-        set {GEAR} 0
-        command once sim/flight_controls/flaps_down
+        set {GEAR} 0  # at once
+        press sim/flight_controls/flaps_down
+        expect {GEAR} == 0 for 100ms
+        expect sim/cockpit2/controls/flap_ratio == 0.25
         """
     )
     assert simulator.get(GEAR) == 0
     assert simulator.get("sim/cockpit2/controls/flap_ratio") == 0.25
+
+
+def test_a_scenario_that_expects_something_else_fails_the_test(simulator: Simulator) -> None:
+    with pytest.raises(ExpectationFailed, match=f"^expected {GEAR} == 0, got 1$"):
+        simulator.play(f"expect {GEAR} == 0\nset {GEAR} 0")
+    assert simulator.get(GEAR) == 1
+    assert issubclass(ExpectationFailed, AssertionError)
 
 
 def test_waits_for_a_condition_flying_or_step_by_step(simulator: Simulator) -> None:

@@ -11,8 +11,8 @@ For pytest there is a fixture `simulator`, see `orvane.testing.pytest_plugin`. L
 `headless-sim` is.
 """
 
-from orvane.testing.console import SimulatorError
+from orvane.testing.console import ExpectationFailed, SimulatorError
 from orvane.testing.network import enter_private_network
 from orvane.testing.simulator import Phases, Simulator
 
-__all__ = ["Phases", "Simulator", "SimulatorError", "enter_private_network"]
+__all__ = ["ExpectationFailed", "Phases", "Simulator", "SimulatorError", "enter_private_network"]

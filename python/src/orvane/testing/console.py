@@ -1,4 +1,4 @@
-"""The process of the headless simulator and its console: a command a line, a reply a line."""
+"""The process of the headless simulator and its console: a statement a line, a reply a line."""
 
 import os
 import selectors
@@ -13,6 +13,10 @@ _PATIENCE = 60.0
 
 class SimulatorError(Exception):
     """The simulator could not be started, refused a statement, or has ended."""
+
+
+class ExpectationFailed(SimulatorError, AssertionError):
+    """An `expect` or another statement that checks something found it otherwise."""
 
 
 class Console:
@@ -44,7 +48,11 @@ class Console:
         return self._process.poll() is not None
 
     def ask(self, line: str) -> str:
-        """One command and its reply. SimulatorError: it is refused, or the simulator has ended."""
+        """One statement and its reply.
+
+        ExpectationFailed: it is one that checks, and it is not so.
+        SimulatorError: it is refused, or the simulator has ended.
+        """
         assert self._process.stdin is not None
         try:
             self._process.stdin.write(line.encode() + b"\n")
@@ -52,6 +60,8 @@ class Console:
         except OSError:
             raise self._ended() from None
         reply = self._read_line()
+        if reply.startswith("error: expected "):
+            raise ExpectationFailed(reply[7:])
         if reply.startswith("error: "):
             raise SimulatorError(f"{line}: {reply[7:]}")
         return reply

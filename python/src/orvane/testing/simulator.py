@@ -143,17 +143,17 @@ class Simulator:
         if isinstance(value, (int, float)):
             text = _text(value)
         else:
-            text = value if isinstance(value, str) else ",".join(map(_text, value))
+            text = _quoted(value) if isinstance(value, str) else ",".join(map(_text, value))
         self.ask(f"set {dataref} {text}")
 
     def press(self, command: str) -> None:
-        self.ask(f"command once {command}")
+        self.ask(f"press {command}")
 
     def begin(self, command: str) -> None:
-        self.ask(f"command begin {command}")
+        self.ask(f"begin {command}")
 
     def end(self, command: str) -> None:
-        self.ask(f"command end {command}")
+        self.ask(f"end {command}")
 
     def phases(self, command: str) -> Phases:
         words = self.ask(f"events {command}").split()
@@ -161,7 +161,7 @@ class Simulator:
         return Phases(counts["begin"], counts["end"])
 
     def load_aircraft(self, description: str) -> None:
-        self.ask(f"aircraft load {description}")
+        self.ask(f"aircraft load {_quoted(description)}")
 
     def unload_aircraft(self) -> None:
         self.ask("aircraft unload")
@@ -172,14 +172,19 @@ class Simulator:
         return (self.folder / "Log.txt").read_text(errors="replace").splitlines()
 
     def play(self, statements: str) -> None:
-        """Statements of the simulator's console, one a line. `#` begins a remark."""
+        """The statements of a scenario, one a line. `#` begins a comment.
+
+        ExpectationFailed: something is not as the scenario expects it, which ends it.
+        SimulatorError: a statement is refused, or the simulator has ended.
+        """
         for line in statements.splitlines():
-            if line.strip() and not line.lstrip().startswith("#"):
+            if line.strip():
                 self.ask(line.strip())
 
     def ask(self, statement: str) -> str:
         """One statement of the simulator's console, and its reply.
 
+        ExpectationFailed: it is one that checks, and it is not so.
         SimulatorError: it is refused, or the simulator has ended.
         """
         return self._running.ask(statement)
@@ -207,6 +212,11 @@ def _find(given: Union[str, "os.PathLike[str]", None], variable: str, what: str)
     if not os.path.isfile(path):
         raise SimulatorError(f"{path}: there is no such file")
     return os.path.abspath(path)
+
+
+def _quoted(text: str) -> str:
+    escaped = text.replace("\\", "\\\\").replace('"', '\\"')
+    return f'"{escaped}"'
 
 
 def _text(number: float) -> str:
