@@ -62,6 +62,15 @@ void DatarefPlace::Parse(std::string_view text) const {
     }
 }
 
+void DatarefPlace::Write(std::span<const double> numbers) const {
+    if (dataref->IsLive()) {
+        const auto most = elements.count == Elements::kAll
+                              ? numbers.size()
+                              : static_cast<std::size_t>(elements.count);
+        writeNumbers(*dataref, numbers.first(std::min(numbers.size(), most)), elements);
+    }
+}
+
 bool DatarefPlace::IsText() const {
     constexpr XPLMDataTypeID kNumbers =
         xplmType_Double | xplmType_Float | xplmType_Int | xplmType_FloatArray | xplmType_IntArray;

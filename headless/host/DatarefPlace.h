@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,8 @@ public:
     std::string Format() const;
     // Throws std::invalid_argument for text of another shape.
     void Parse(std::string_view text) const;
+    // Elements that are too many are dropped.
+    void Write(std::span<const double> numbers) const;
 
     bool IsText() const;
     // Floats, not doubles.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <vector>
 
@@ -99,6 +101,13 @@ void parseBytes(IDatarefValue& value, std::string_view text) {
     value.SetBytes(bytes.data(), 0, static_cast<int>(bytes.size()));
 }
 
+int nearestInt(double number) {
+    constexpr double kLowest = std::numeric_limits<int>::min();
+    constexpr double kHighest = std::numeric_limits<int>::max();
+    return std::isnan(number) ? 0
+                              : static_cast<int>(std::clamp(std::round(number), kLowest, kHighest));
+}
+
 } // namespace
 
 std::string formatDataref(const Dataref& dataref, const Elements& elements) {
@@ -137,6 +146,29 @@ void parseDataref(const Dataref& dataref, std::string_view text, const Elements&
         value.SetInts(ints.data(), elements.first, static_cast<int>(ints.size()));
     } else {
         parseBytes(value, text);
+    }
+}
+
+void writeNumbers(const Dataref& dataref, std::span<const double> numbers,
+                  const Elements& elements) {
+    IDatarefValue& value = dataref.Value();
+    const auto count = static_cast<int>(numbers.size());
+    if (numbers.empty()) {
+        return;
+    }
+    if (dataref.Offers(xplmType_Double)) {
+        value.SetDouble(numbers.front());
+    } else if (dataref.Offers(xplmType_Float)) {
+        value.SetFloat(static_cast<float>(numbers.front()));
+    } else if (dataref.Offers(xplmType_Int)) {
+        value.SetInt(nearestInt(numbers.front()));
+    } else if (dataref.Offers(xplmType_FloatArray)) {
+        std::vector<float> floats(numbers.begin(), numbers.end());
+        value.SetFloats(floats.data(), elements.first, count);
+    } else if (dataref.Offers(xplmType_IntArray)) {
+        std::vector<int> ints(numbers.size());
+        std::transform(numbers.begin(), numbers.end(), ints.begin(), &nearestInt);
+        value.SetInts(ints.data(), elements.first, count);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,10 @@ std::string formatDataref(const Dataref& dataref, const Elements& elements = {})
 // Writes what formatDataref() would print; fewer elements than the dataref has set the first ones,
 // a shorter text is followed by zeros. Throws std::invalid_argument for text of another shape.
 void parseDataref(const Dataref& dataref, std::string_view text, const Elements& elements = {});
+
+// Writes numbers; a whole-number dataref gets the nearest. Nothing is written to text.
+void writeNumbers(const Dataref& dataref, std::span<const double> numbers,
+                  const Elements& elements = {});
 
 // How many elements an array has; none for a scalar or text.
 std::optional<int> arraySize(const Dataref& dataref);

@@ -74,7 +74,7 @@ bool MainLoop::runFrame() {
 bool MainLoop::mustEnd() const {
     const bool arrived =
         options.durationSeconds.has_value() && session.FlownSeconds() >= *options.durationSeconds;
-    return stopSignal.Received() || arrived;
+    return stopSignal.Received() || arrived || isDone();
 }
 
 bool MainLoop::isOver() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "headless/host/Console.h"
 #include "headless/host/FramePacer.h"
@@ -26,6 +27,8 @@ public:
 
     // Returns the exit status: 0, unless the console says something else.
     int Run();
+    // The run ends when that is so, too.
+    void EndWhen(std::function<bool()> condition) { isDone = std::move(condition); }
     // Does this with the flight instead. Frames run when it asks for them.
     void Play(const std::function<void(Flight&)>& play);
 
@@ -46,6 +49,7 @@ private:
     Console console;
     ILineSource& input;
     FramePacer pacer;
+    std::function<bool()> isDone = [] { return false; };
 };
 
 } // namespace headless

@@ -75,11 +75,17 @@ void Session::UnloadAircraft() {
 void Session::RunFrame(double seconds) {
     // After a frame that took long the aircraft flies on slower, as the simulator's does.
     flightModel->Advance(std::min(seconds, std::max(kLongestStep, 1.0 / options.framesPerSecond)));
+    for (IFrameListener* listener : listeners) {
+        listener->BeforeFrame(seconds);
+    }
     DatarefNumber(simulator.Datarefs().Lookup("sim/time/total_running_time_sec"))
         .Set(simulator.Clock().Now() + seconds);
     const auto before = std::chrono::steady_clock::now();
     simulator.RunFrame(seconds);
     statistics.Add(std::chrono::steady_clock::now() - before);
+    for (IFrameListener* listener : listeners) {
+        listener->AfterFrame();
+    }
     if (simulator.Plugins().TakeReloadRequest()) {
         meetReloadRequest();
     }

@@ -8,6 +8,7 @@
 #include "headless/host/Failures.h"
 #include "headless/host/FrameStatistics.h"
 #include "headless/host/Freezes.h"
+#include "headless/host/IFrameListener.h"
 #include "headless/host/LoadedPlugins.h"
 #include "headless/host/SessionOptions.h"
 #include "headless/world/CommandEffects.h"
@@ -64,6 +65,11 @@ public:
     // What the frames so far would have taken had none of them been late.
     double FlownSeconds() const;
 
+    // What moves the aircraft.
+    FlightModel& Model() { return *flightModel; }
+    // Is told of all frames from now on; the listener outlives the session's frames.
+    void AddListener(IFrameListener& listener) { listeners.push_back(&listener); }
+
     const std::string& LogFile() const { return options.logFile; }
 
 private:
@@ -78,6 +84,7 @@ private:
     std::string aircraft = kDefaultAircraft;
     std::unique_ptr<Failures> failures;
     Freezes freezes;
+    std::vector<IFrameListener*> listeners;
     FrameStatistics statistics;
     bool paused;
     // When the rate changed last.

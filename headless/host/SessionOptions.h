@@ -39,6 +39,11 @@ struct SessionOptions {
     // Statements to carry out instead; - for standard input. What became of them goes there.
     std::string scriptFile{};
     std::string junitFile{};
+    // Flight data to play, and how many times as fast.
+    std::string replayFile{};
+    double replaySpeed = 1.0;
+    // The file to record to, and the datarefs.
+    std::vector<std::string> record{};
 };
 
 } // namespace headless

@@ -19,6 +19,7 @@
 #include "headless/host/PluginFinder.h"
 #include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
+#include "headless/recording/Recordings.h"
 #include "headless/scenario/ScriptedFlight.h"
 #include "headless/world/TextLines.h"
 #include "headless/xplm/FunctionTable.h"
@@ -31,6 +32,7 @@ constexpr int kExitUsage = 2;
 constexpr int kExitContract = 4;
 
 constexpr double kMaxDurationSeconds = 1e9;
+constexpr int kMostRecorded = 100'000;
 
 constexpr const char* kFooter =
     "Examples:\n"
@@ -84,6 +86,15 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
                              ->excludes(console);
     app.add_option("--junit", options.junitFile, "Where to report what became of the script")
         ->needs(script);
+    auto* const replay =
+        app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv");
+    app.add_option("--speed", options.replaySpeed, "How many times as fast to play it")
+        ->check(CLI::Range(headless::Replay::kSlowest, headless::Replay::kFastest))
+        ->needs(replay);
+    app.add_option("--record", options.record,
+                   "Where to record, FILE.csv, and the datarefs to record; -- ends them")
+        ->expected(2, kMostRecorded)
+        ->type_name("FILE NAME...");
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
                  "Refuse functions which only answer 0, and breaches of the SDK's rules");
@@ -118,6 +129,7 @@ int judge(const headless::Notices& notices) {
 }
 
 int fly(headless::Session& session, const headless::SessionOptions& options) {
+    headless::Recordings recordings(options);
     std::optional<headless::ScriptedFlight> script;
     if (!options.scriptFile.empty()) {
         script.emplace(options);
@@ -131,6 +143,10 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     headless::LineReader input(STDIN_FILENO);
     headless::MainLoop loop(session, options, input);
     session.StartPlugins();
+    recordings.Begin(session);
+    if (!options.console && !script.has_value()) {
+        loop.EndWhen([&] { return recordings.IsReplayOver(); });
+    }
     const int status = script.has_value() ? script->Fly(loop) : loop.Run();
     const std::vector<std::string> staying = session.UnloadPlugins();
     std::cout << session.Statistics().Summary() << std::endl;

@@ -91,12 +91,20 @@ FlightModel::FlightModel(Simulator& simulator)
       paused(find(simulator, "sim/time/paused")) {}
 
 void FlightModel::Advance(double seconds) const {
-    if (paused.Get() != 0.0) {
+    if (isResting || paused.Get() != 0.0) {
         return;
     }
     turn(seconds);
     accelerate(seconds);
     travel(seconds);
+    showInstruments();
+}
+
+void FlightModel::Follow() const {
+    const LocalPosition local = frame.ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    east.Set(local.x);
+    up.Set(local.y);
+    south.Set(local.z);
     showInstruments();
 }
 

@@ -16,6 +16,11 @@ public:
 
     void Advance(double seconds) const;
 
+    // While somebody else moves the aircraft, Advance() does nothing.
+    void SetResting(bool rests) { isResting = rests; }
+    // Lets the local coordinates and the instruments follow from position, attitude and speed.
+    void Follow() const;
+
 private:
     void turn(double seconds) const;
     void accelerate(double seconds) const;
@@ -65,6 +70,8 @@ private:
     DatarefNumber pitchMoment;
     DatarefNumber yawMoment;
     DatarefNumber paused;
+
+    bool isResting = false;
 };
 
 } // namespace headless

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -25,12 +24,11 @@ protected:
 };
 
 TEST_F(ScenarioTest, TheExamplesPass) {
-    int count = 0;
-    for (const auto& file : std::filesystem::directory_iterator(EXAMPLE_SCENARIOS)) {
-        EXPECT_NO_THROW(play("--paused --script " + file.path().string())) << file.path();
-        ++count;
+    for (const char* const name : {"gear", "lifecycle"}) {
+        EXPECT_NO_THROW(
+            play("--paused --script " EXAMPLE_SCENARIOS "/" + std::string(name) + ".scenario"))
+            << name;
     }
-    EXPECT_GE(count, 2);
 }
 
 TEST_F(ScenarioTest, AnExamplePassesInRealTime) {
@@ -38,9 +36,17 @@ TEST_F(ScenarioTest, AnExamplePassesInRealTime) {
                 HasSubstr("frames "));
 }
 
-TEST_F(ScenarioTest, ThePageShowsTheExample) {
-    EXPECT_THAT(contentOf(HEADLESS_PAGE),
-                HasSubstr("```text\n" + contentOf(EXAMPLE_SCENARIOS "/gear.scenario") + "```\n"));
+TEST_F(ScenarioTest, TheExampleOfAReplayPasses) {
+    EXPECT_NO_THROW(play("--paused --replay " EXAMPLE_SCENARIOS
+                         "/approach.fdr --script " EXAMPLE_SCENARIOS "/approach.scenario"));
+}
+
+TEST_F(ScenarioTest, ThePageShowsTheExamples) {
+    for (const char* const name : {"gear.scenario", "approach.fdr"}) {
+        EXPECT_THAT(contentOf(HEADLESS_PAGE),
+                    HasSubstr("```text\n" + contentOf(EXAMPLE_SCENARIOS "/" + std::string(name)) +
+                              "```\n"));
+    }
 }
 
 } // namespace

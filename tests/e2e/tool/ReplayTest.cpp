@@ -3,6 +3,7 @@
 
 #include "e2e/tool/ToolTest.h"
 #include "support/Deadline.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -47,6 +48,42 @@ TEST_F(ReplayTest, GivesBackWhatWasRecorded) {
     EXPECT_EQ(runTool({"replay", "r.csv"}).exitCode, 0);
     EXPECT_EQ(simulator->Get("test/floats"), before);
     EXPECT_EQ(simulator->Get("test/int"), "77");
+}
+
+// The simulator alone, without a client, in which `statements` are carried out.
+std::string play(const std::string& options, const std::string& statements) {
+    return outputOf("printf '" + statements +
+                    "' | " HEADLESS_SIM " " PLUGIN " --datarefs DataRefs.txt --paused --script - " +
+                    options);
+}
+
+TEST_F(ReplayTest, WritesBackWhatTheSimulatorRecorded) {
+    simulator.reset();
+    play("--record r.csv test/int test/float 'test/ints[1]' test/floats",
+         "set test/int 7\\nset test/float 0.1\\nset test/ints 1,2\\nset test/floats 0.5,-1e-9\\n"
+         "frames 1\\nset test/float 0.2\\nframes 1\\n");
+    fly();
+    const ToolResult result = runTool({"replay", "r.csv"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err, "r.csv: 2 rows written\n");
+    EXPECT_EQ(simulator->Get("test/int"), "7");
+    EXPECT_EQ(simulator->Get("test/float"), "0.2");
+    EXPECT_EQ(simulator->Get("test/ints"), "0,2,0,0,0,0,0,0");
+    EXPECT_EQ(simulator->Get("test/floats"), "0.5,-1e-09,0,0,0,0,0,0");
+}
+
+TEST_F(ReplayTest, TheSimulatorReplaysWhatTheToolRecords) {
+    simulator->Ask("set test/float 0.1");
+    simulator->Ask("set test/ints 1,2,3");
+    ASSERT_EQ(runTool({"record", "test/float:float", "test/ints[1:3]", "test/ints[0]:int", "-n",
+                       "1", "-o", "r.csv"})
+                  .exitCode,
+              0);
+    simulator.reset();
+    EXPECT_EQ(play("--replay r.csv",
+                   "frames 1\\nexpect test/float == 0.1\\nexpect test/ints == 1,2,3,0,0,0,0,0\\n")
+                  .substr(0, 9),
+              "frames 1,");
 }
 
 TEST_F(ReplayTest, WritesElementsAndLeavesTheOthersAsTheyAre) {

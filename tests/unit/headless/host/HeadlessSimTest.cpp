@@ -100,6 +100,42 @@ TEST_F(HeadlessSimTest, AScriptThatTheDurationCutsShortHasNotPassed) {
     EXPECT_EQ(errors, "headless-sim: standard input:1: the run ended before the scenario did\n");
 }
 
+TEST_F(HeadlessSimTest, ReplaysAndRecords) {
+    folder.Write("in.csv", "time,sim/cockpit2/controls/flap_ratio,my/none\n0,0.25,1\n0.1,0.5,1\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --replay in.csv --speed 10 --hz 100 "
+                              "--record out.csv fake/counter sim/cockpit2/controls/flap_ratio"),
+              0);
+    EXPECT_EQ(errors, "headless-sim: warning: in.csv: no such dataref: my/none\n");
+    EXPECT_THAT(folder.Read("out.csv"),
+                MatchesRegex("time,fake/counter:int,sim/cockpit2/controls/flap_ratio:float\n"
+                             "0.000000,1,0.25\n(.*\n)*0.0[0-9]*,[0-9]+,0.5\n"));
+}
+
+TEST_F(HeadlessSimTest, WhatCannotBeReplayedOrRecordedIsOneLineAndStatus2) {
+    folder.Write("bad.fdr", "A\n3\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --replay bad.fdr"), 2);
+    EXPECT_EQ(errors, "headless-sim: bad.fdr:2: only version 4 of the format is read\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --replay none.csv"), 2);
+    EXPECT_EQ(errors, "headless-sim: none.csv: cannot be opened: No such file or directory\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --replay words.txt"), 2);
+    EXPECT_EQ(errors, "headless-sim: words.txt: a replay is a .fdr or a .csv file\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --record out.csv no/such"), 2);
+    EXPECT_EQ(errors, "headless-sim: no such dataref: no/such\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --record out.csv"), 2);
+    EXPECT_EQ(run(FAKE_PLUGIN " --speed 2"), 2);
+}
+
+TEST_F(HeadlessSimTest, AScriptFliesOnAfterAReplay) {
+    folder.Write("in.csv", "sim/cockpit2/controls/flap_ratio\n0.25\n0.5\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --paused --replay in.csv --script -",
+                  "frames 1\nexpect sim/cockpit2/controls/flap_ratio == 0.25\nframes 1\n"
+                  "expect sim/cockpit2/controls/flap_ratio == 0.5\n"
+                  "set sim/cockpit2/controls/flap_ratio 1\nframes 5\n"
+                  "expect sim/cockpit2/controls/flap_ratio == 1"),
+              0);
+    EXPECT_EQ(errors, "");
+}
+
 TEST_F(HeadlessSimTest, ASignalEndsTheRunInOrder) {
     EXPECT_EQ(runAndSignal(FAKE_PLUGIN, "TERM"), 0);
     EXPECT_THAT(folder.Read("Log.txt"), EndsWith("disable\nstop\n"));

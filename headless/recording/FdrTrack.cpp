@@ -1,0 +1,222 @@
+#include "headless/recording/FdrTrack.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "headless/recording/FdrTime.h"
+#include "headless/recording/TrackText.h"
+
+namespace headless {
+
+namespace {
+
+constexpr double kMetresPerFoot = 0.3048;
+constexpr std::string_view kSeparators = ", \t";
+constexpr const char* kZuluTime = "sim/time/zulu_time_sec";
+
+// What every row has, after its time.
+const std::array<TrackColumn, 6> kPose{{{"sim/flightmodel/position/longitude"},
+                                        {"sim/flightmodel/position/latitude"},
+                                        {"sim/flightmodel/position/elevation", kMetresPerFoot},
+                                        {"sim/flightmodel/position/psi"},
+                                        {"sim/flightmodel/position/theta"},
+                                        {"sim/flightmodel/position/phi"}}};
+
+// A number of the weather, as a dataref that a world may have.
+struct WeatherField {
+    std::string_view keyword;
+    std::size_t field;
+    const char* dataref;
+    double factor;
+    double offset;
+};
+
+// Inches of mercury; degrees Fahrenheit; degrees Celsius beyond those of standard air; degrees and
+// knots.
+constexpr WeatherField kWeather[] = {
+    {"PRES", 0, "sim/weather/barometer_sealevel_inhg", 1.0, 0.0},
+    {"TEMP", 0, "sim/weather/temperature_sealevel_c", 1.0 / 1.8, -32.0 / 1.8},
+    {"DISA", 0, "sim/weather/temperature_sealevel_c", 1.0, 15.0},
+    {"WIND", 0, "sim/weather/wind_direction_degt", 1.0, 0.0},
+    {"WIND", 1, "sim/weather/wind_speed_kt", 1.0, 0.0},
+};
+
+std::vector<std::string> fieldsOf(std::string_view text) {
+    std::vector<std::string> fields;
+    while (true) {
+        text.remove_prefix(std::min(text.find_first_not_of(kSeparators), text.size()));
+        if (text.empty()) {
+            return fields;
+        }
+        fields.emplace_back(text.substr(0, text.find_first_of(kSeparators)));
+        text.remove_prefix(fields.back().size());
+    }
+}
+
+std::string_view trimmedField(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(kSeparators), text.size()));
+    return text.substr(0, text.find_last_not_of(kSeparators) + 1);
+}
+
+std::string numberText(double number) {
+    std::ostringstream text;
+    text.precision(10);
+    text << number;
+    return text.str();
+}
+
+// The file's name of an aircraft is all that is known of it.
+std::string aircraftIn(std::string_view path) {
+    path.remove_prefix(path.find_last_of("/\\:") + 1);
+    return std::string(path.substr(0, path.rfind('.')));
+}
+
+// Reads one file, line by line.
+class Reader final {
+public:
+    Track Read(const std::string& text, const std::string& name) {
+        track.columns.assign(kPose.begin(), kPose.end());
+        track.columns.push_back({kZuluTime});
+        parseTrack(track, text, name,
+                   [&](const std::string& line, int number) { readLine(line, number, name); });
+        spreadRows(track.rows, hasSeconds ? 1.0 : 60.0);
+        beginAtZero();
+        return std::move(track);
+    }
+
+private:
+    void readLine(const std::string& text, int number, const std::string& name) {
+        const std::string_view content = trimmedField(text);
+        require(number == 1 ? content == "A" || content == "I" : linesRead > 0,
+                name + ":1: the first line is not A or I");
+        const int line = linesRead++;
+        if (line == 1) {
+            const std::vector<std::string> fields = fieldsOf(content);
+            require(!fields.empty() && fields.front() == "4",
+                    name + ":" + std::to_string(number) + ": only version 4 of the format is read");
+        } else if (line > 1 && !content.empty()) {
+            readContent(content);
+        }
+    }
+
+    static void require(bool holds, const std::string& complaint) {
+        if (!holds) {
+            throw TextFileError(complaint);
+        }
+    }
+
+    void readContent(std::string_view content) {
+        if (content.front() >= '0' && content.front() <= '9') {
+            readRow(fieldsOf(content));
+            return;
+        }
+        const std::string keyword(content.substr(0, content.find_first_of(kSeparators)));
+        const std::string_view rest = trimmedField(content.substr(keyword.size()));
+        if (keyword == "DREF") {
+            readColumn(rest);
+        } else if (keyword == "ACFT") {
+            track.aircraft = aircraftIn(rest);
+        } else if (keyword == "TAIL") {
+            track.settings.push_back({"sim/aircraft/view/acf_tailnum", std::string(rest)});
+        } else if (keyword == "TIME") {
+            track.settings.push_back(
+                {kZuluTime, numberText(timeOfDayIn(std::string(rest)).seconds)});
+        } else if (kRemarks.contains(keyword)) {
+            readRemark(keyword, rest);
+        } else if (!readWeather(keyword, rest)) {
+            requireKnown(keyword);
+        }
+    }
+
+    // What cannot be read still has its column in the rows.
+    void readColumn(std::string_view rest) {
+        const std::vector<std::string> fields = fieldsOf(rest.substr(0, rest.find("//")));
+        track.columns.emplace_back();
+        if (fields.empty()) {
+            throw std::invalid_argument("DREF has no dataref");
+        }
+        track.columns.back().factor = fields.size() > 1 ? numberIn(fields[1]) : 1.0;
+        track.columns.back().name = fields[0];
+    }
+
+    void readRemark(const std::string& keyword, std::string_view rest) {
+        const std::vector<std::string> fields = fieldsOf(rest);
+        const double seconds = fields.empty() ? 0.0 : numberIn(fields[0]);
+        track.remarks.push_back({seconds, keyword + ", " + std::string(rest)});
+    }
+
+    bool readWeather(const std::string& keyword, std::string_view rest) {
+        const std::vector<std::string> fields = fieldsOf(rest);
+        bool isWeather = false;
+        for (const WeatherField& weather : kWeather) {
+            if (weather.keyword == keyword) {
+                isWeather = true;
+                if (fields.size() <= weather.field) {
+                    throw std::invalid_argument(keyword + " has too few numbers");
+                }
+                const double number = numberIn(fields[weather.field]);
+                track.settings.push_back(
+                    {weather.dataref, numberText(number * weather.factor + weather.offset)});
+            }
+        }
+        return isWeather;
+    }
+
+    void requireKnown(const std::string& keyword) {
+        const std::set<std::string_view> without{"COMM", "DATE", "CALI"};
+        if (!without.contains(keyword) && told.insert(keyword).second) {
+            throw std::invalid_argument("unknown keyword \"" + keyword +
+                                        "\"; such lines are skipped");
+        }
+    }
+
+    void readRow(const std::vector<std::string>& fields) {
+        const TimeOfDay time = timeOfDayIn(fields[0]);
+        // The time is a column of its own at the end of the pose.
+        const std::size_t wanted = track.columns.size();
+        if (fields.size() != wanted) {
+            throw std::invalid_argument(std::to_string(fields.size()) + " fields, but " +
+                                        std::to_string(wanted) + " columns");
+        }
+        TrackRow row{secondsAfter(track.rows, time.seconds), {}};
+        for (std::size_t i = 0; i < wanted; ++i) {
+            const std::size_t field = i < kPose.size() ? i + 1 : i;
+            const bool isTime = i == kPose.size();
+            row.numbers.push_back(isTime ? time.seconds
+                                         : numberIn(fields[field]) * track.columns[i].factor);
+        }
+        track.rows.push_back(std::move(row));
+        hasSeconds = hasSeconds || time.hasSeconds;
+    }
+
+    void beginAtZero() {
+        const double first = track.rows.front().seconds;
+        for (TrackRow& row : track.rows) {
+            row.seconds -= first;
+        }
+        std::stable_sort(track.remarks.begin(), track.remarks.end(),
+                         [](const TrackRemark& one, const TrackRemark& other) {
+                             return one.seconds < other.seconds;
+                         });
+    }
+
+    static inline const std::set<std::string_view> kRemarks{"TEXT", "WARN", "MARK", "EVNT"};
+
+    Track track;
+    int linesRead = 0;
+    bool hasSeconds = false;
+    std::set<std::string> told;
+};
+
+} // namespace
+
+Track parseFdr(const std::string& text, const std::string& name) {
+    return Reader().Read(text, name);
+}
+
+} // namespace headless

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+
+#include "headless/host/Session.h"
+#include "headless/host/SessionOptions.h"
+#include "headless/recording/Recorder.h"
+#include "headless/recording/Replay.h"
+#include "headless/recording/ReplayProgress.h"
+
+namespace headless {
+
+// What a run replays and records, if anything.
+class Recordings final {
+public:
+    // Reads the replay, before anything flies. Throws TextFileError, one line, when it cannot be
+    // read. What is left out of it is told on standard error.
+    explicit Recordings(const SessionOptions& recordingOptions);
+
+    // Takes part in the session's frames from now on; the plugins have started. Throws
+    // std::exception, one line, when something cannot be recorded.
+    void Begin(Session& session);
+
+    // There was a replay, and it is over.
+    bool IsReplayOver() const { return replay.has_value() && replay->IsOver(); }
+
+private:
+    const SessionOptions& options;
+    std::optional<Track> track;
+    std::optional<Replay> replay;
+    std::optional<ReplayProgress> progress;
+    std::optional<Recorder> recorder;
+};
+
+} // namespace headless

@@ -1,0 +1,35 @@
+#include "headless/recording/Track.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "headless/recording/CsvTrack.h"
+#include "headless/recording/FdrTrack.h"
+#include "headless/recording/TrackText.h"
+
+namespace headless {
+
+namespace {
+
+std::string extensionOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
+        return static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    });
+    return extension;
+}
+
+} // namespace
+
+Track readTrack(const std::string& path, double rowSeconds) {
+    if (extensionOf(path) == ".fdr") {
+        return parseFdr(wholeFile(path), path);
+    }
+    if (extensionOf(path) == ".csv") {
+        return parseCsv(wholeFile(path), path, rowSeconds);
+    }
+    throw TextFileError(path + ": a replay is a .fdr or a .csv file");
+}
+
+} // namespace headless
