@@ -20,6 +20,9 @@ public:
     // The end was read and every line was taken.
     virtual bool AtEnd() const = 0;
 
+    // No more lines are wanted: gives back what it took, such as a terminal.
+    virtual void Close() {}
+
     // Readable when there is something to take.
     virtual int Descriptor() const = 0;
 };

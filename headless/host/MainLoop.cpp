@@ -19,6 +19,7 @@ MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions,
 int MainLoop::Run() {
     begin();
     flyUntilOver();
+    input.Close();
     return flight.QuitStatus().value_or(0);
 }
 

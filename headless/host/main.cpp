@@ -1,7 +1,5 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <exception>
 #include <iostream>
@@ -13,12 +11,12 @@
 #include <CLI/CLI.hpp>
 
 #include "headless/host/CrashReport.h"
-#include "headless/host/LineReader.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginFinder.h"
 #include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
+#include "headless/prompt/ConsoleInput.h"
 #include "headless/recording/Recordings.h"
 #include "headless/scenario/ScriptedFlight.h"
 #include "headless/world/TextLines.h"
@@ -140,8 +138,8 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
-    headless::LineReader input(STDIN_FILENO);
-    headless::MainLoop loop(session, options, input);
+    const auto input = headless::makeConsoleInput(session.Simulator(), options.console);
+    headless::MainLoop loop(session, options, *input);
     session.StartPlugins();
     recordings.Begin(session);
     if (!options.console && !script.has_value()) {

@@ -21,7 +21,7 @@ struct Statement {
 };
 
 // What a statement names first, for a prompt that completes it.
-enum class NamedThing { None, Dataref, Command, Statement };
+enum class NamedThing { None, Dataref, Command, Plugin, Statement };
 
 struct StatementKind {
     const char* word;

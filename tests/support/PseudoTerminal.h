@@ -14,6 +14,8 @@ public:
     void Resize(std::size_t columns, std::size_t rows) const;
     // What a program has as its standard output.
     int FileDescriptor() const { return theirs; }
+    // The screen to read and the keyboard to write to.
+    int UserDescriptor() const { return ours; }
 
 private:
     int ours = -1;

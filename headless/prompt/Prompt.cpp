@@ -1,0 +1,155 @@
+#include "headless/prompt/Prompt.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+// After stdio.h, which it needs.
+#include <readline/history.h>
+#include <readline/readline.h>
+
+#include "headless/scenario/Completion.h"
+
+namespace headless {
+
+namespace {
+
+constexpr const char* kPrompt = "headless-sim> ";
+constexpr const char* kHistory = "/.headless-sim_history";
+constexpr int kMostHistory = 1000;
+constexpr const char* kBlanks = " \t";
+
+// The one that the library's callbacks reach.
+Prompt* current = nullptr;
+
+bool isReadable(int descriptor) {
+    pollfd waited{descriptor, POLLIN, 0};
+    return ::poll(&waited, 1, 0) > 0;
+}
+
+std::string homeFile(const char* name) {
+    const char* const home = std::getenv("HOME");
+    return home == nullptr ? std::string() : std::string(home) + name;
+}
+
+// A name that may go on is not followed by a blank.
+void endWordUnlessItGoesOn(const std::vector<std::string>& completions) {
+    const bool goesOn = completions.size() == 1 && completions.front().ends_with('/');
+    rl_completion_append_character = goesOn ? '\0' : ' ';
+}
+
+// What the library asks for, one after the other.
+std::vector<std::string> offered;
+
+// In memory that the library frees.
+char* nextOffered(const char* /*word*/, int state) {
+    const auto place = static_cast<std::size_t>(state);
+    return place < offered.size() ? ::strdup(offered[place].c_str()) : nullptr;
+}
+
+} // namespace
+
+bool Prompt::IsPossible() {
+    return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
+}
+
+Prompt::Prompt(Simulator& promptSimulator)
+    : simulator(promptSimulator), historyFile(homeFile(kHistory)) {
+    current = this;
+    // Signals are the run's.
+    rl_catch_signals = 0;
+    rl_catch_sigwinch = 0;
+    rl_change_environment = 0;
+    rl_readline_name = "headless-sim";
+    rl_basic_word_break_characters = kBlanks;
+    rl_attempted_completion_function = &Prompt::complete;
+    using_history();
+    stifle_history(kMostHistory);
+    if (!historyFile.empty()) {
+        read_history(historyFile.c_str());
+    }
+}
+
+Prompt::~Prompt() {
+    Close();
+    current = nullptr;
+}
+
+void Prompt::Close() {
+    if (isShown) {
+        hide();
+        // What comes next begins a line.
+        std::fputc('\n', stdout);
+        std::fflush(stdout);
+    }
+    if (!historyFile.empty()) {
+        write_history(historyFile.c_str());
+    }
+}
+
+void Prompt::Fill() {
+    while (isShown && isReadable(STDIN_FILENO)) {
+        rl_callback_read_char();
+    }
+}
+
+std::optional<std::string> Prompt::Next() {
+    if (lines.empty()) {
+        show();
+        return std::nullopt;
+    }
+    std::string line = std::move(lines.front());
+    lines.pop_front();
+    return line;
+}
+
+int Prompt::Descriptor() const {
+    return STDIN_FILENO;
+}
+
+void Prompt::show() {
+    if (!isShown && !ended) {
+        rl_callback_handler_install(kPrompt, &Prompt::onLine);
+        isShown = true;
+    }
+}
+
+void Prompt::hide() {
+    rl_callback_handler_remove();
+    isShown = false;
+}
+
+// The prompt comes back after the reply.
+void Prompt::take(const char* line) {
+    hide();
+    if (line == nullptr) {
+        ended = true;
+        std::fputc('\n', stdout);
+        std::fflush(stdout);
+    } else if (line[std::strspn(line, kBlanks)] != '\0') {
+        add_history(line);
+        lines.emplace_back(line);
+    }
+}
+
+void Prompt::onLine(char* line) {
+    const std::unique_ptr<char, decltype(&std::free)> owned(line, &std::free);
+    current->take(line);
+}
+
+char** Prompt::complete(const char* word, int begin, int /*end*/) {
+    const std::string before(rl_line_buffer, static_cast<std::size_t>(begin));
+    offered = completionsOf(current->simulator, before, word);
+    endWordUnlessItGoesOn(offered);
+    // Not the names of files, if there is none.
+    rl_attempted_completion_over = 1;
+    return rl_completion_matches(word, &nextOffered);
+}
+
+} // namespace headless
