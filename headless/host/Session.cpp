@@ -7,11 +7,7 @@
 #include <cstdint>
 
 #include "headless/host/StopSignal.h"
-#include "headless/world/CommandsFile.h"
-#include "headless/world/DatarefsFile.h"
-#include "headless/world/DefaultWorld.h"
 #include "headless/xplm/planes/Aircraft.h"
-#include "headless/xplm/scenery/Terrain.h"
 
 namespace headless {
 
@@ -32,15 +28,15 @@ std::vector<PluginPlace> placesOf(const std::vector<std::string>& paths) {
 
 Session::Session(const SessionOptions& sessionOptions)
     : options(sessionOptions),
+      world(simulator, {sessionOptions.datarefsFile, sessionOptions.commandsFile,
+                        sessionOptions.world, sessionOptions.groundMetres}),
       plugins(simulator, placesOf(sessionOptions.plugins), sessionOptions.strict),
       freezes(sessionOptions.freezes),
       paused(sessionOptions.paused) {
-    buildWorld();
     simulator.Log().OpenFile(options.logFile);
     // The file has it all; a long run must not grow by its log.
     simulator.Log().KeepInMemory(false);
     failures = std::make_unique<Failures>(simulator, plugins, options.failures);
-    flightModel = std::make_unique<FlightModel>(simulator);
 }
 
 void Session::StartPlugins() {
@@ -61,11 +57,7 @@ void Session::ReloadPlugin(const std::string& name) {
 
 void Session::LoadAircraft(const std::string& description) {
     aircraft = description;
-    const Dataref* dataref = simulator.Datarefs().Lookup(kAircraftDescription);
-    if (dataref->Offers(xplmType_Data)) {
-        simulator.Datarefs().SetBytes(kAircraftDescription, description);
-    }
-    simulator.Aircraft().TellLoaded();
+    world.LoadAircraft(description);
 }
 
 void Session::UnloadAircraft() {
@@ -74,12 +66,11 @@ void Session::UnloadAircraft() {
 
 void Session::RunFrame(double seconds) {
     // After a frame that took long the aircraft flies on slower, as the simulator's does.
-    flightModel->Advance(std::min(seconds, std::max(kLongestStep, 1.0 / options.framesPerSecond)));
+    world.Advance(seconds,
+                  std::min(seconds, std::max(kLongestStep, 1.0 / options.framesPerSecond)));
     for (IFrameListener* listener : listeners) {
         listener->BeforeFrame(seconds);
     }
-    DatarefNumber(simulator.Datarefs().Lookup("sim/time/total_running_time_sec"))
-        .Set(simulator.Clock().Now() + seconds);
     const auto before = std::chrono::steady_clock::now();
     simulator.RunFrame(seconds);
     statistics.Add(std::chrono::steady_clock::now() - before);
@@ -124,27 +115,6 @@ void Session::meetReloadRequest() {
                                  "keep their values");
     }
     StartPlugins();
-}
-
-void Session::buildWorld() {
-    if (!options.datarefsFile.empty()) {
-        const DatarefsFile file = DatarefsFile::Read(options.datarefsFile);
-        warnings = file.warnings;
-        for (const DatarefDefinition& definition : file.definitions) {
-            // The simulator's own list names some datarefs twice; the first one counts.
-            if (simulator.Datarefs().Lookup(definition.name) == nullptr) {
-                simulator.Datarefs().Define(definition);
-            }
-        }
-    }
-    if (!options.commandsFile.empty()) {
-        for (const CommandDefinition& definition : readCommandsFile(options.commandsFile)) {
-            simulator.Commands().Define(definition.name, definition.description);
-        }
-    }
-    installDefaultWorld(simulator, worldVersion(options.world));
-    simulator.Terrain().SetElevation(options.groundMetres);
-    installCommandEffects(simulator);
 }
 
 } // namespace headless

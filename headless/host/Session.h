@@ -11,8 +11,7 @@
 #include "headless/host/IFrameListener.h"
 #include "headless/host/LoadedPlugins.h"
 #include "headless/host/SessionOptions.h"
-#include "headless/world/CommandEffects.h"
-#include "headless/world/FlightModel.h"
+#include "headless/world/World.h"
 #include "headless/xplm/Simulator.h"
 
 namespace headless {
@@ -36,7 +35,7 @@ public:
     const FrameStatistics& Statistics() const { return statistics; }
 
     // What was wrong with the files, one line each.
-    const std::vector<std::string>& Warnings() const { return warnings; }
+    const std::vector<std::string>& Warnings() const { return world.Warnings(); }
 
     // Loads, starts and enables the plugins and tells them of the aircraft, airport and scenery.
     void StartPlugins();
@@ -66,7 +65,7 @@ public:
     double FlownSeconds() const;
 
     // What moves the aircraft.
-    FlightModel& Model() { return *flightModel; }
+    FlightModel& Model() { return world.Model(); }
     // Is told of all frames from now on; the listener outlives the session's frames.
     void AddListener(IFrameListener& listener) { listeners.push_back(&listener); }
 
@@ -75,11 +74,10 @@ public:
 private:
     void meetReloadRequest();
     void freeze(double seconds);
-    void buildWorld();
 
     SessionOptions options;
     headless::Simulator simulator;
-    std::unique_ptr<FlightModel> flightModel;
+    World world;
     LoadedPlugins plugins;
     std::string aircraft = kDefaultAircraft;
     std::unique_ptr<Failures> failures;
@@ -90,7 +88,6 @@ private:
     // When the rate changed last.
     double secondsBeforeRate = 0.0;
     std::int64_t framesBeforeRate = 0;
-    std::vector<std::string> warnings;
 };
 
 } // namespace headless
