@@ -187,6 +187,12 @@ void Simulator::NotSimulated() {
                  (known == nullptr ? "" : ": " + std::string(known->difference)));
 }
 
+void Simulator::Observe(IPluginObserver* pluginObserver) {
+    observer = pluginObserver;
+    threads.Observe(pluginObserver);
+    context.Observe(pluginObserver);
+}
+
 void Simulator::DebugString(const char* text) {
     if (text == nullptr) {
         recorder.Refuse(Refusal::NullText, "XPLMDebugString", "text");
@@ -194,6 +200,9 @@ void Simulator::DebugString(const char* text) {
     }
     recorder.Record("XPLMDebugString", nullptr, text);
     log.Write(text);
+    if (observer != nullptr && threads.IsOnSimulatorThread()) {
+        observer->Logged(text);
+    }
 }
 
 void Simulator::ReloadScenery() {

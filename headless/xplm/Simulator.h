@@ -6,6 +6,7 @@
 #include "headless/xplm/CallRecorder.h"
 #include "headless/xplm/Clock.h"
 #include "headless/xplm/Contract.h"
+#include "headless/xplm/IPluginObserver.h"
 #include "headless/xplm/Notices.h"
 #include "headless/xplm/ThreadGuard.h"
 #include "headless/xplm/data/DatarefAccess.h"
@@ -105,6 +106,9 @@ public:
     // The function that was entered does nothing here; says so once.
     void NotSimulated();
 
+    // Somebody who sees what plugins do from now on; null for nobody. Borrowed.
+    void Observe(IPluginObserver* pluginObserver);
+
     // The plugin's side of the log; null is recorded and ignored.
     void DebugString(const char* text);
     // The function that was entered draws, which no plugin is asked to.
@@ -146,6 +150,7 @@ private:
     Contract contract;
     std::unique_ptr<Rooms> rooms;
     int version = kUsualVersion;
+    IPluginObserver* observer = nullptr;
     int textures = 0;
     int datarefsTold = 0;
     std::string spoken;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 namespace headless {
 
@@ -30,10 +31,28 @@ std::string callersFile() {
 
 } // namespace
 
+ThreadGuard::Watch ThreadGuard::SetWatch(Watch callWatch) {
+    Watch former = std::exchange(watch, std::move(callWatch));
+    chooseFastThread();
+    return former;
+}
+
+void ThreadGuard::Observe(IPluginObserver* pluginObserver) {
+    observer = pluginObserver;
+    chooseFastThread();
+}
+
+void ThreadGuard::chooseFastThread() {
+    fastThread = watch || observer != nullptr ? nullptr : simulatorThread;
+}
+
 bool ThreadGuard::examine(const char* function) {
-    if (simulatorThread != &threadMark) {
+    if (!IsOnSimulatorThread()) {
         report(function);
         return false;
+    }
+    if (observer != nullptr) {
+        observer->Called(function);
     }
     if (watch) {
         watch(function);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "XPLMDefs.h"
+#include "headless/xplm/IPluginObserver.h"
 
 namespace headless {
 
@@ -24,10 +25,12 @@ public:
             ++context.calls;
             context.plugin = called;
             context.callback = callbackName;
+            context.tellObserver();
         }
         ~Call() {
             context.plugin = plugin;
             context.callback = callback;
+            context.tellObserver();
         }
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
@@ -69,10 +72,20 @@ public:
         inactive[index] = !active;
     }
 
+    // Is told whose code runs, whenever that changes; null for nobody. Borrowed.
+    void Observe(IPluginObserver* pluginObserver) { observer = pluginObserver; }
+
 private:
+    void tellObserver() const {
+        if (observer != nullptr) {
+            observer->Switched(plugin);
+        }
+    }
+
     XPLMPluginID plugin = XPLM_PLUGIN_XPLANE;
     const char* callback = "none";
     std::uint64_t calls = 0;
+    IPluginObserver* observer = nullptr;
     // By plugin id; those beyond the end are active.
     std::vector<bool> inactive;
 };
