@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <memory>
+#include <utility>
 
 #include "headless/host/NoOpLibrary.h"
 #include "headless/host/OpenGl.h"
@@ -64,6 +65,10 @@ PluginHost::PluginHost(Simulator& hostingSimulator, const std::string& path, boo
     load();
 }
 
+PluginHost::PluginHost(Simulator& hostingSimulator, std::string name,
+                       const PluginEntryPoints& linked)
+    : simulator(hostingSimulator), file(std::move(name)), entryPoints(linked) {}
+
 PluginHost::~PluginHost() {
     Unload();
 }
@@ -111,14 +116,15 @@ void PluginHost::SendMessage(int message, void* parameter) {
 }
 
 bool PluginHost::Unload() {
-    if (library == nullptr) {
-        return true;
-    }
     leave();
-    withCallsRefused("destructors", [this] { ::dlclose(library); });
-    library = nullptr;
+    const bool wasMapped = library != nullptr;
+    if (wasMapped) {
+        withCallsRefused("destructors", [this] { ::dlclose(library); });
+        library = nullptr;
+    }
+    entryPoints = {};
     dismiss();
-    const bool gone = !isMapped(file);
+    const bool gone = !wasMapped || !isMapped(file);
     if (!gone) {
         simulator.Notices().Warn(file + ": stays in the process after it was unloaded");
     }
@@ -243,7 +249,7 @@ void PluginHost::resolveEntryPoints() {
 }
 
 void PluginHost::requireLoaded() const {
-    if (library == nullptr) {
+    if (entryPoints.start == nullptr) {
         throw PluginError(file + ": the plugin is not loaded");
     }
 }

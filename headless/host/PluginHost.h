@@ -10,6 +10,15 @@
 
 namespace headless {
 
+// What the simulator calls a plugin by.
+struct PluginEntryPoints {
+    int (*start)(char*, char*, char*) = nullptr;
+    void (*stop)() = nullptr;
+    int (*enable)() = nullptr;
+    void (*disable)() = nullptr;
+    void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
+};
+
 // Loads one plugin and takes it through its life, as the simulator does.
 //
 // While a plugin is not enabled the simulator does not call it.
@@ -22,6 +31,8 @@ public:
     // Throws PluginError when the file needs names that nobody has, cannot be loaded or lacks an
     // entry point. `strict`: also when it uses functions that only answer 0.
     PluginHost(Simulator& hostingSimulator, const std::string& path, bool strict = false);
+    // A plugin that is in the process already and stays there; the name stands for its file.
+    PluginHost(Simulator& hostingSimulator, std::string name, const PluginEntryPoints& linked);
     ~PluginHost();
     PluginHost(const PluginHost&) = delete;
     PluginHost& operator=(const PluginHost&) = delete;
@@ -54,14 +65,6 @@ public:
     const PluginTexts& Texts() const { return texts; }
 
 private:
-    struct EntryPoints {
-        int (*start)(char*, char*, char*) = nullptr;
-        void (*stop)() = nullptr;
-        int (*enable)() = nullptr;
-        void (*disable)() = nullptr;
-        void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
-    };
-
     // Gives the plugin an id, and takes it and all that was registered under it.
     void enroll();
     void dismiss();
@@ -81,8 +84,9 @@ private:
 
     Simulator& simulator;
     std::string file;
+    // Null for a plugin that was linked, and after unloading.
     void* library = nullptr;
-    EntryPoints entryPoints;
+    PluginEntryPoints entryPoints;
     bool started = false;
     bool enabled = false;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;

@@ -65,6 +65,31 @@ TEST_F(PluginHostTest, KnowsThePluginsTextsAndSignature) {
     EXPECT_EQ(XPLMFindPluginBySignature("headless.tests.fake"), XPLM_NO_PLUGIN_ID);
 }
 
+TEST_F(PluginHostTest, APluginInTheProcessHasTheSameLife) {
+    PluginHost host(sim, "linked",
+                    {.start =
+                         [](char* name, char* /*signature*/, char* /*description*/) {
+                             XPLMDebugString("start\n");
+                             name[0] = 'L';
+                             return 1;
+                         },
+                     .stop = [] { XPLMDebugString("stop\n"); },
+                     .enable = [] { return 1; },
+                     .disable = [] { XPLMDebugString("disable\n"); },
+                     .receiveMessage =
+                         [](XPLMPluginID /*from*/, int message, void* /*parameter*/) {
+                             XPLMDebugString((std::to_string(message) + "\n").c_str());
+                         }});
+    host.Start();
+    host.Enable();
+    EXPECT_EQ(host.Texts().name, "L");
+    EXPECT_EQ(host.Texts().path, "linked");
+    host.SendMessage(XPLM_MSG_PLANE_LOADED, nullptr);
+    EXPECT_TRUE(host.Unload());
+    EXPECT_THAT(sim.Log().Lines(), testing::ElementsAre("start", "102", "disable", "stop"));
+    EXPECT_EQ(pluginErrorOf([&] { host.Start(); }), "linked: the plugin is not loaded");
+}
+
 TEST_F(PluginHostTest, WhatThePluginRegisteredWorksUntilItIsStopped) {
     PluginHost host(sim, FAKE_PLUGIN);
     host.Start();
