@@ -49,8 +49,8 @@ struct RefusedCall {
 // What plugins asked of the simulator.
 //
 // The ordered list of all calls is kept only while recording is enabled, so that long runs do not
-// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept; plugins
-// may be refused on threads of their own.
+// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept. Plugins
+// may call, and be refused, on threads of their own.
 class CallRecorder final {
 public:
     static constexpr std::size_t kRecentRefusals = 64;
@@ -65,6 +65,7 @@ public:
     template <class... Arguments>
     void Record(const char* called, const void* handle, const Arguments&... arguments) {
         if (enabled) {
+            const std::lock_guard<std::mutex> lock(mutex);
             calls.push_back({called, describe(arguments...), handle});
         }
     }

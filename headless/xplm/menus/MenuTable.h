@@ -20,6 +20,8 @@ public:
 
     // Host side.
     const Menu& PluginsMenu() const { return *pluginsMenu; }
+    // The menu that opens from an item; null for none.
+    const Menu* Below(const MenuItem& item) const { return menus.Find(item.submenu); }
     // Chooses an item of the plugins menu by the texts of the items that lead to it, "A > B".
     // Throws std::invalid_argument when there is no such item or it is not enabled.
     void Click(const std::string& path);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <utility>
+
+#include "headless/host/PluginHost.h"
+#include "orvane/headless/Plugin.h"
+
+namespace orvane::headless {
+
+// What the host throws, as what the library promises.
+template <class Action>
+void withPublicErrors(Action&& action) {
+    try {
+        action();
+    } catch (const ::headless::PluginError& error) {
+        throw PluginError(error.what());
+    }
+}
+
+struct Plugin::State {
+    template <class... Arguments>
+    explicit State(Arguments&&... arguments) : host(std::forward<Arguments>(arguments)...) {}
+
+    ::headless::PluginHost host;
+};
+
+} // namespace orvane::headless
