@@ -4,24 +4,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-function(run)
-    execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
-
-function(output_of variable)
-    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
-    set(${variable} "${text}" PARENT_SCOPE)
-endfunction()
-
-function(configure source folder)
-    run("${CMAKE_COMMAND}" -S "${source}" -B "${folder}" -G Ninja
-        "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_FLAGS=-O0 -Wall -Wextra -Werror" ${ARGN})
-endfunction()
-
-function(build source folder)
-    configure("${source}" "${folder}" ${ARGN})
-    run("${CMAKE_COMMAND}" --build "${folder}")
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/Consumer.cmake")
 
 # A program on the page is a block of C++ with a main; they are numbered from 1.
 function(extract_programs folder)
@@ -85,23 +68,6 @@ function(check_shared_library prefix)
     if(symbols MATCHES "orvane::detail::|::wire::|::Session::|inputRecordOf" OR
        NOT symbols MATCHES "orvane::tarnel::Client::exchange")
         message(FATAL_ERROR "exports other things than its public headers declare:\n${symbols}")
-    endif()
-endfunction()
-
-function(check_refusal prefix arguments expected)
-    set(source "${CONSUMER_FOLDER}/refused-source")
-    file(WRITE "${source}/CMakeLists.txt" "
-cmake_minimum_required(VERSION 3.16)
-project(Refused LANGUAGES NONE)
-find_package(Orvane ${arguments})
-")
-    execute_process(
-        COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${CONSUMER_FOLDER}/refused" --fresh
-            "-DCMAKE_PREFIX_PATH=${prefix}"
-        RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE text)
-    string(REGEX REPLACE "[ \n]+" " " text "${text}")
-    if(result EQUAL 0 OR NOT text MATCHES "${expected}")
-        message(FATAL_ERROR "find_package(Orvane ${arguments}) says:\n${text}")
     endif()
 endfunction()
 

@@ -1,0 +1,95 @@
+# Installs the headless simulator from BUILD_FOLDER, moves it elsewhere, and does with it, below
+# CONSUMER_FOLDER, what the author of a plugin does: builds and runs examples/plugin_test and the test
+# on the page docs/headless.md, and flies the plugin. Looks at what they find there.
+
+cmake_minimum_required(VERSION 3.25)
+
+include("${CMAKE_CURRENT_LIST_DIR}/Consumer.cmake")
+
+# The page's only block of the language.
+function(extract_block language file)
+    file(READ "${SOURCE_FOLDER}/docs/headless.md" page)
+    string(FIND "${page}" "```${language}\n" begin)
+    if(begin EQUAL -1)
+        message(FATAL_ERROR "docs/headless.md has no block of ${language}")
+    endif()
+    string(LENGTH "```${language}\n" length)
+    math(EXPR begin "${begin} + ${length}")
+    string(SUBSTRING "${page}" ${begin} -1 page)
+    string(FIND "${page}" "```" length)
+    string(SUBSTRING "${page}" 0 ${length} block)
+    file(WRITE "${file}" "${block}")
+endfunction()
+
+function(build_and_test source folder expected)
+    build("${source}" "${folder}" "-DCMAKE_PREFIX_PATH=${prefix}")
+    output_of(text "${CMAKE_CTEST_COMMAND}" --test-dir "${folder}" --output-on-failure)
+    if(NOT text MATCHES "100% tests passed, 0 tests failed out of ${expected}")
+        message(FATAL_ERROR "not the tests that are there:\n${text}")
+    endif()
+endfunction()
+
+function(check_exports)
+    file(GLOB_RECURSE library "${prefix}/liborvane-headless.so.7")
+    output_of(dynamic readelf --dynamic "${library}")
+    if(NOT dynamic MATCHES "soname: \\[liborvane-headless\\.so\\.7\\]" OR
+       NOT dynamic MATCHES "RUNPATH[^\n]*\\[\\$ORIGIN\\]")
+        message(FATAL_ERROR "not the soname or the run path that it should have:\n${dynamic}")
+    endif()
+    output_of(symbols nm --dynamic --defined-only --demangle "${library}")
+    # Parts of the standard library that it was compiled with aside.
+    string(REGEX REPLACE "[^\n]* [WVu] [^\n]*std::[^\n]*\n" "" symbols "${symbols}")
+    string(REGEX REPLACE "[^\n]* orvane::headless::[^\n]*\n" "" symbols "${symbols}")
+    if(NOT symbols STREQUAL "")
+        message(FATAL_ERROR "exports other things than its public headers declare:\n${symbols}")
+    endif()
+endfunction()
+
+function(check_files)
+    foreach(file IN ITEMS share/man/man1/headless-sim.1
+            share/bash-completion/completions/headless-sim include/orvane/sdk/XPLMDefs.h
+            include/orvane/headless/Simulator.h)
+        if(NOT EXISTS "${prefix}/${file}")
+            message(FATAL_ERROR "${file} is not installed")
+        endif()
+    endforeach()
+    file(READ "${prefix}/share/man/man1/headless-sim.1" manual)
+    if(NOT manual MATCHES "headless-sim .- The headless simulator" OR
+       NOT manual MATCHES ".-.-duration")
+        message(FATAL_ERROR "the manual does not say what the program does:\n${manual}")
+    endif()
+    output_of(words bash -c "source '${prefix}/share/bash-completion/completions/headless-sim'
+        COMP_WORDS=('${prefix}/bin/headless-sim' --dur)
+        COMP_CWORD=1
+        _headless_sim
+        echo \"\${COMPREPLY[@]}\"")
+    if(NOT words STREQUAL "--duration\n")
+        message(FATAL_ERROR "--dur is completed to: ${words}")
+    endif()
+endfunction()
+
+function(fly plugin)
+    output_of(text "${prefix}/bin/headless-sim" "${plugin}" --duration 1 --hz 100
+        --log "${CONSUMER_FOLDER}/Log.txt")
+    if(NOT text MATCHES "frames 100,")
+        message(FATAL_ERROR "the installed program does not fly the plugin:\n${text}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE "${CONSUMER_FOLDER}")
+set(prefix "${CONSUMER_FOLDER}/moved")
+run("${CMAKE_COMMAND}" --install "${BUILD_FOLDER}" --component headless
+    --prefix "${CONSUMER_FOLDER}/installed")
+file(RENAME "${CONSUMER_FOLDER}/installed" "${prefix}")
+check_files()
+check_exports()
+check_refusal("${prefix}" "7 REQUIRED COMPONENTS headless client" "not installed: client")
+
+build_and_test("${SOURCE_FOLDER}/examples/plugin_test" "${CONSUMER_FOLDER}/example" 5)
+fly("${CONSUMER_FOLDER}/example/stopwatch.xpl")
+
+set(page "${CONSUMER_FOLDER}/page-source")
+extract_block(cmake "${page}/CMakeLists.txt")
+extract_block(cpp "${page}/StopwatchTest.cpp")
+file(COPY "${SOURCE_FOLDER}/examples/plugin_test/Stopwatch.cpp" DESTINATION "${page}")
+build_and_test("${page}" "${CONSUMER_FOLDER}/page" 1)
