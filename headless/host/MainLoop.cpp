@@ -8,13 +8,14 @@
 namespace headless {
 
 MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions,
-                   ILineSource& consoleInput)
+                   ILineSource& consoleInput, StatsReporter* statsReporter)
     : session(runSession),
       options(sessionOptions),
       flight(runSession, [this] { return runFrame(); }),
       console(flight),
       input(consoleInput),
-      pacer(sessionOptions.framesPerSecond) {}
+      pacer(sessionOptions.framesPerSecond),
+      stats(statsReporter) {}
 
 int MainLoop::Run() {
     begin();
@@ -30,6 +31,7 @@ void MainLoop::Play(const std::function<void(Flight&)>& play) {
 
 void MainLoop::flyUntilOver() {
     while (!isOver()) {
+        reportIfAsked();
         if (options.console) {
             answerConsole();
         }
@@ -50,7 +52,14 @@ void MainLoop::begin() {
     pacer.Restart();
 }
 
+void MainLoop::reportIfAsked() {
+    if (stats != nullptr) {
+        stats->ReportIfAsked();
+    }
+}
+
 bool MainLoop::runFrame() {
+    reportIfAsked();
     if (mustEnd()) {
         return false;
     }
@@ -96,9 +105,11 @@ void MainLoop::answerConsole() {
 }
 
 void MainLoop::waitForInput() const {
-    std::array<pollfd, 2> waited{{{stopSignal.Descriptor(), POLLIN, 0}, {-1, POLLIN, 0}}};
+    std::array<pollfd, 3> waited{
+        {{stopSignal.Descriptor(), POLLIN, 0}, {-1, POLLIN, 0}, {-1, POLLIN, 0}}};
     // Without a console nothing but a signal can end the pause.
     waited[1].fd = options.console ? input.Descriptor() : -1;
+    waited[2].fd = stats != nullptr ? stats->Descriptor() : -1;
     ::poll(waited.data(), waited.size(), -1);
 }
 

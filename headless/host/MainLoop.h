@@ -7,6 +7,7 @@
 #include "headless/host/FramePacer.h"
 #include "headless/host/ILineSource.h"
 #include "headless/host/Session.h"
+#include "headless/host/StatsReporter.h"
 #include "headless/host/StopSignal.h"
 #include "headless/scenario/Flight.h"
 
@@ -22,8 +23,9 @@ namespace headless {
 // has simulated time alone, in which all frames are equal.
 class MainLoop final {
 public:
-    // Signals are handled from here on. Borrows all of them.
-    MainLoop(Session& runSession, const SessionOptions& sessionOptions, ILineSource& consoleInput);
+    // Signals are handled from here on. Borrows all of them; the statistics may be null.
+    MainLoop(Session& runSession, const SessionOptions& sessionOptions, ILineSource& consoleInput,
+             StatsReporter* statsReporter = nullptr);
 
     // Returns the exit status: 0, unless the console says something else.
     int Run();
@@ -35,6 +37,7 @@ public:
 private:
     void begin();
     void flyUntilOver();
+    void reportIfAsked();
     bool runFrame();
     bool mustEnd() const;
     bool isOver() const;
@@ -49,6 +52,7 @@ private:
     Console console;
     ILineSource& input;
     FramePacer pacer;
+    StatsReporter* stats;
     std::function<bool()> isDone = [] { return false; };
 };
 

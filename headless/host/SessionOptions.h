@@ -33,6 +33,11 @@ struct SessionOptions {
     // Functions that fail on purpose (Failures), and times without frames (Freezes).
     std::vector<std::string> failures{};
     std::vector<std::string> freezes{};
+    // Measure what plugins take, and report it, for programs.
+    bool stats = false;
+    bool json = false;
+    // Warn of a plugin's frame that takes more time of the processor.
+    std::optional<double> budgetMicroseconds{};
     // Take commands from standard input, and stand still at first.
     bool console = false;
     bool paused = false;

@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "headless/host/CountingProcess.h"
 #include "headless/host/CrashReport.h"
 #include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
@@ -93,6 +94,12 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
                    "Where to record, FILE.csv, and the datarefs to record; -- ends them")
         ->expected(2, kMostRecorded)
         ->type_name("FILE NAME...");
+    app.add_flag("--stats", options.stats, "At the end and at SIGUSR1, tell what each plugin took");
+    app.add_flag("--json", options.json, "Statistics as JSON, and no other summary")
+        ->needs("--stats");
+    app.add_option("--budget-us", options.budgetMicroseconds,
+                   "Warn of each frame in which a plugin takes more CPU time, in microseconds")
+        ->check(CLI::Range(0.0, kMaxDurationSeconds));
     app.add_flag("--paused", options.paused, "Stand still at first");
     app.add_flag("--strict", options.strict,
                  "Refuse functions which only answer 0, and breaches of the SDK's rules");
@@ -138,16 +145,25 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
     // Before the plugin starts, so that no signal can end the process with the plugin in it.
+    std::optional<headless::StatsReporter> stats;
+    if (options.stats || options.budgetMicroseconds.has_value()) {
+        stats.emplace(session.Simulator(), options);
+    }
     const auto input = headless::makeConsoleInput(session.Simulator(), options.console);
-    headless::MainLoop loop(session, options, *input);
+    headless::MainLoop loop(session, options, *input, stats.has_value() ? &*stats : nullptr);
     session.StartPlugins();
     recordings.Begin(session);
     if (!options.console && !script.has_value()) {
         loop.EndWhen([&] { return recordings.IsReplayOver(); });
     }
     const int status = script.has_value() ? script->Fly(loop) : loop.Run();
+    if (stats.has_value()) {
+        stats->Report();
+    }
     const std::vector<std::string> staying = session.UnloadPlugins();
-    std::cout << session.Statistics().Summary() << std::endl;
+    if (!options.json) {
+        std::cout << session.Statistics().Summary() << std::endl;
+    }
     for (const std::string& file : staying) {
         std::cerr << "headless-sim: warning: " << file
                   << ": the plugin is still in the process after it was unloaded\n";
@@ -206,6 +222,9 @@ int parseAndRun(int argc, char** argv) {
         return app.exit(request);
     }
     requireNoUnknownOption(app);
+    if (options.stats) {
+        headless::countAllocations(argv);
+    }
     if (what.listFunctions) {
         return listFunctions();
     }

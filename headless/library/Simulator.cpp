@@ -66,6 +66,8 @@ struct Simulator::State final : ::headless::IPluginObserver {
         filled.LoadAircraft(::headless::Session::kDefaultAircraft);
     }
 
+    void FrameBegan() override {}
+    void FrameEnded(double /*seconds*/) override {}
     void Called(const char* function) override { counts.Add(function); }
     void Switched(int /*plugin*/) override {}
     void Logged(const char* /*text*/) override {}

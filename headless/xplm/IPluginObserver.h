@@ -10,6 +10,9 @@ class IPluginObserver {
 public:
     virtual ~IPluginObserver() = default;
 
+    // Around all that plugins do in a frame of so many seconds.
+    virtual void FrameBegan() = 0;
+    virtual void FrameEnded(double seconds) = 0;
     // A function of the SDK was called. The text lives with the process; each function has one of
     // its own.
     virtual void Called(const char* function) = 0;

@@ -229,6 +229,9 @@ void Simulator::PlaceUser(const WorldPosition& position, double heading, double 
 }
 
 void Simulator::RunFrame(double seconds) {
+    if (observer != nullptr) {
+        observer->FrameBegan();
+    }
     flightLoops.Run(xplm_FlightLoop_Phase_AfterFlightModel, seconds);
     rooms->objects.FinishLoads();
     rooms->sounds.Advance();
@@ -237,6 +240,9 @@ void Simulator::RunFrame(double seconds) {
     clock.Advance(seconds);
     commands.ContinueHeld();
     flightLoops.Run(xplm_FlightLoop_Phase_BeforeFlightModel, seconds);
+    if (observer != nullptr) {
+        observer->FrameEnded(seconds);
+    }
 }
 
 void Simulator::DropRegistrations(XPLMPluginID plugin) {

@@ -6,7 +6,7 @@ cmake_minimum_required(VERSION 3.25)
 
 include("${CMAKE_CURRENT_LIST_DIR}/Consumer.cmake")
 
-# The page's only block of the language.
+# The page's first block of the language.
 function(extract_block language file)
     file(READ "${SOURCE_FOLDER}/docs/headless.md" page)
     string(FIND "${page}" "```${language}\n" begin)
@@ -68,11 +68,22 @@ function(check_files)
     endif()
 endfunction()
 
-function(fly plugin)
-    output_of(text "${prefix}/bin/headless-sim" "${plugin}" --duration 1 --hz 100
-        --log "${CONSUMER_FOLDER}/Log.txt")
-    if(NOT text MATCHES "frames 100,")
-        message(FATAL_ERROR "the installed program does not fly the plugin:\n${text}")
+# The page's call prints what the page says, whatever the numbers are.
+function(measure folder)
+    extract_block(text "${CONSUMER_FOLDER}/measured")
+    file(READ "${CONSUMER_FOLDER}/measured" expected)
+    string(REGEX MATCH "^\\\$ headless-sim ([^\n]*)\n" call "${expected}")
+    separate_arguments(arguments UNIX_COMMAND "${CMAKE_MATCH_1}")
+    string(REPLACE "${call}" "" expected "${expected}")
+    execute_process(COMMAND "${prefix}/bin/headless-sim" ${arguments}
+        WORKING_DIRECTORY "${folder}" OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+    string(REPLACE "${folder}/" "" text "${text}")
+    foreach(printed IN ITEMS expected text)
+        string(REGEX REPLACE "[0-9.]+ (us|KB)" "N \\1" ${printed} "${${printed}}")
+        string(REGEX REPLACE "us, [0-9]+ calls" "us, N calls" ${printed} "${${printed}}")
+    endforeach()
+    if(NOT text STREQUAL expected)
+        message(FATAL_ERROR "the page says:\n${expected}\nbut it prints:\n${text}")
     endif()
 endfunction()
 
@@ -86,7 +97,7 @@ check_exports()
 check_refusal("${prefix}" "7 REQUIRED COMPONENTS headless client" "not installed: client")
 
 build_and_test("${SOURCE_FOLDER}/examples/plugin_test" "${CONSUMER_FOLDER}/example" 5)
-fly("${CONSUMER_FOLDER}/example/stopwatch.xpl")
+measure("${CONSUMER_FOLDER}/example")
 
 set(page "${CONSUMER_FOLDER}/page-source")
 extract_block(cmake "${page}/CMakeLists.txt")

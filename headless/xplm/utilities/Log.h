@@ -14,7 +14,7 @@ namespace headless {
 // last line. Long runs with a file can do without the copy in memory.
 class Log final {
 public:
-    Log() = default;
+    Log() { tail.reserve(4 * kTail); }
     ~Log();
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;

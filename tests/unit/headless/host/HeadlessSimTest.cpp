@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "HeadlessSimRun.h"
 
@@ -313,6 +314,61 @@ TEST_F(HeadlessSimTest, FliesInTheWorldOfAVersionOverAGivenGround) {
     EXPECT_THAT(output, StartsWith("sim/version/xplane_internal_version = 115501\nframe 1\n"
                                    "sim/flightmodel/position/y_agl = 900\n"));
     EXPECT_EQ(run(FAKE_PLUGIN " --world 9"), 2);
+}
+
+TEST_F(HeadlessSimTest, TellsAtTheEndWhatThePluginTook) {
+    EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.2 --hz 100 --stats"), 0);
+    EXPECT_EQ(errors, "");
+    EXPECT_THAT(output, StartsWith(BUSY_PLUGIN ": 20 frames\n"));
+    EXPECT_THAT(output,
+                HasSubstr("\n    XPLMGetElapsedTime                      2.00 per frame, 40\n"));
+    EXPECT_THAT(output, HasSubstr("\nthe process: "));
+    EXPECT_THAT(output, HasSubstr("\nframes 20, plugin time per frame: "));
+}
+
+#ifdef COUNTS_ALLOCATIONS
+TEST_F(HeadlessSimTest, CountsWhatThePluginAllocates) {
+    EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.2 --hz 100 --stats"), 0);
+    EXPECT_THAT(output, HasSubstr("\n  allocations           3.00 per frame, worst 3\n"));
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0.2 --hz 100 --stats"), 0);
+    EXPECT_THAT(output, HasSubstr("\n  allocations           0.00 per frame, worst 0\n"));
+}
+#endif
+
+TEST_F(HeadlessSimTest, StatisticsForProgramsAreAllThereIsOnStandardOutput) {
+    EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.1 --hz 100 --stats --json"), 0);
+    const auto report = nlohmann::json::parse(output);
+    EXPECT_EQ(report["plugins"][0]["calls"]["XPLMGetElapsedTime"], 20);
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(run(BUSY_PLUGIN " --json"), 2);
+    EXPECT_EQ(errors, "headless-sim: --json requires --stats\n");
+}
+
+TEST_F(HeadlessSimTest, ASignalAsksForStatisticsInFlightAndWhilePaused) {
+    for (const std::string options : {"", " --paused"}) {
+        folder.Write("Log.txt", "");
+        EXPECT_EQ(run(FAKE_PLUGIN " --stats" + options +
+                      " & pid=$!; until=$(($(date +%s) + 10)); "
+                      "late() { [ $(date +%s) -gt $until ]; }; "
+                      "until grep -qs 'message 104' Log.txt || late; do :; done; kill -USR1 $pid; "
+                      "until grep -qs process: output || late; do :; done; cp output asked; "
+                      "kill -TERM $pid; wait $pid"),
+                  0);
+        EXPECT_THAT(folder.Read("asked"), StartsWith(FAKE_PLUGIN ": ")) << options;
+        EXPECT_THAT(folder.Read("asked"), HasSubstr("\nthe process: ")) << options;
+    }
+}
+
+TEST_F(HeadlessSimTest, WarnsOfFramesOverTheBudget) {
+    EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.2 --hz 100 --budget-us 2000"), 0);
+    EXPECT_THAT(errors, MatchesRegex("(headless-sim: warning: " BUSY_PLUGIN
+                                     " took [0-9.]+ us of CPU time in frame [0-9]+, 2000 us are "
+                                     "allowed: XPLMGetElapsedTime 2, XPLMDebugString 1\n)+"));
+    EXPECT_THAT(errors, HasSubstr("in frame 10, "));
+    EXPECT_THAT(errors, HasSubstr("in frame 20, "));
+    EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.2 --hz 100 --budget-us 1e9"), 0);
+    EXPECT_EQ(errors, "");
+    EXPECT_THAT(output, StartsWith("frames 20, "));
 }
 
 TEST_F(HeadlessSimTest, ListsTheSdksFunctions) {

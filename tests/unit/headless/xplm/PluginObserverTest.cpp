@@ -18,6 +18,10 @@ using Events = std::vector<std::string>;
 
 class RecordingObserver final : public headless::IPluginObserver {
 public:
+    void FrameBegan() override { events.emplace_back("frame"); }
+    void FrameEnded(double seconds) override {
+        events.push_back("frame of " + std::to_string(seconds));
+    }
     void Called(const char* function) override { events.emplace_back(function); }
     void Switched(XPLMPluginID plugin) override {
         events.push_back("plugin " + std::to_string(plugin));
@@ -56,7 +60,8 @@ TEST_F(PluginObserverTest, SeesEachCallAndWhoseCodeRuns) {
     }
     EXPECT_EQ(observer.Take(), (Events{"plugin 3", "XPLMRegisterFlightLoopCallback", "plugin 0"}));
     sim.RunFrame(0.1);
-    EXPECT_EQ(observer.Take(), (Events{"plugin 3", "XPLMDebugString", "log here", "plugin 0"}));
+    EXPECT_EQ(observer.Take(), (Events{"frame", "plugin 3", "XPLMDebugString", "log here",
+                                       "plugin 0", "frame of 0.100000"}));
 }
 
 TEST_F(PluginObserverTest, APluginThatAsksAnotherGivesWay) {
