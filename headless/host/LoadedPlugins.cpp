@@ -99,7 +99,7 @@ std::string LoadedPlugins::Describe() const {
 
 bool LoadedPlugins::Entry::IsCalled(const std::string& name) const {
     return name.empty() || place.name == name || place.file == name ||
-           (host != nullptr && host->Texts().signature == name);
+           (host != nullptr && (host->Texts().signature == name || host->Texts().name == name));
 }
 
 std::size_t LoadedPlugins::indexOf(const std::string& name) const {

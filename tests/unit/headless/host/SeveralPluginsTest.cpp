@@ -10,6 +10,7 @@
 #include "headless/host/Console.h"
 
 using headless::Console;
+using headless::Flight;
 using headless::PluginError;
 using headless::Session;
 using headless::SessionOptions;
@@ -25,10 +26,13 @@ protected:
         options.paused = true;
         session = std::make_unique<Session>(options);
         session->StartPlugins();
-        console = std::make_unique<Console>(*session, [] { return false; });
+        flight = std::make_unique<Flight>(*session, [this] {
+            session->RunFrame();
+            return true;
+        });
     }
 
-    std::string say(const std::string& line) { return console->Execute(line); }
+    std::string say(const std::string& line) { return Console(*flight).Execute(line); }
     // Without what the simulator says about it.
     std::string log() const {
         std::istringstream lines(folder.Read("Log.txt"));
@@ -48,7 +52,7 @@ protected:
 
     TemporaryFolder folder;
     std::unique_ptr<Session> session;
-    std::unique_ptr<Console> console;
+    std::unique_ptr<Flight> flight;
     std::size_t seen = 0;
 };
 

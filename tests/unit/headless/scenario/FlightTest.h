@@ -36,7 +36,7 @@ protected:
     std::string errorOf(const std::string& line) {
         try {
             return "no error, but: " + say(line);
-        } catch (const std::invalid_argument& error) {
+        } catch (const std::exception& error) {
             return error.what();
         }
     }

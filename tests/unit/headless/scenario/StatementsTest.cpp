@@ -140,6 +140,6 @@ TEST_F(StatementsTest, NamesThePlugin) {
     EXPECT_EQ(say("disable Fake"), "ok");
     EXPECT_EQ(say("enable headless.tests.fake"), "ok");
     EXPECT_EQ(say("reload \"Fake\""), "ok");
-    EXPECT_EQ(errorOf("reload Other"), "no such plugin: Other");
-    EXPECT_EQ(errorOf("disable Other"), "no such plugin: Other");
+    EXPECT_EQ(errorOf("reload Other"), "no plugin is called \"Other\"");
+    EXPECT_EQ(errorOf("disable Other"), "no plugin is called \"Other\"");
 }
