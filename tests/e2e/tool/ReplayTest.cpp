@@ -117,14 +117,14 @@ TEST_F(ReplayTest, BeginsAnewUntilTheInterrupt) {
 }
 
 TEST_F(ReplayTest, SaysThatThePaceCouldNotBeKept) {
-    // Two frames per row, which is 0.4 s.
-    fly("5");
+    // Two frames per row, which is 0.2 s.
+    fly("10");
     directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.010,2\n0.020,3\n0.030,4\n0.040,5\n");
     const ToolResult result = runTool({"replay", "r.csv", "--timeout", "20"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(std::regex_match(
         result.err,
-        std::regex("orvane: the pace could not be kept: rows were up to [1-9]\\.\\d s late\n"
+        std::regex("orvane: the pace could not be kept: rows were up to \\d+\\.\\d s late\n"
                    "r\\.csv: 5 rows written\n")))
         << result.err;
     EXPECT_EQ(simulator->Get("test/int"), "5");

@@ -8,5 +8,5 @@ class ToolTest : public EndToEndTest {
 protected:
     ToolTest() { fly(); }
 
-    void fly(const std::string& framesPerSecond = "60");
+    void fly(const std::string& framesPerSecond = "200");
 };
