@@ -1,0 +1,100 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "network/TcpConnection.h"
+#include "support/Bytes.h"
+#include "support/Deadline.h"
+#include "support/FakeProtocol.h"
+#include "support/FakeUtilities.h"
+#include "support/LoopbackListener.h"
+#include "support/RecordingLogger.h"
+#include "support/SocketFaults.h"
+#include "support/TarnelMessages.h"
+#include "support/TcpPeer.h"
+#include "support/VelmarMessages.h"
+
+inline Bytes text(const std::string& characters) {
+    return {characters.begin(), characters.end()};
+}
+
+inline const Bytes kTarnel = tarnelRequest({});
+inline const Bytes kVelmar = velmarRequest({});
+
+// A connection over loopback whose protocols are fakes: by default they take whatever there is and
+// answer nothing.
+class TcpConnectionTest : public testing::Test {
+protected:
+    TcpConnectionTest() {
+        factory.make = [this] { return makeProtocols(); };
+        connection = std::make_unique<TcpConnection>(accepted, &logger, &utilities, &factory);
+    }
+
+    std::map<unsigned int, IProtocol*> makeProtocols() {
+        tarnel = new FakeProtocol(0x44332211);
+        velmar = new FakeProtocol(0x88776655);
+        tarnel->feed = takeAllAndAnswer("");
+        velmar->feed = takeAllAndAnswer("");
+        return {{0x44332211, tarnel}, {0x88776655, velmar}};
+    }
+
+    // Takes all that is buffered and notes it.
+    std::function<int(IRingBuffer&, IRingBuffer&)> takeAllAndAnswer(const std::string& answer) {
+        return [this, answer](IRingBuffer& in, IRingBuffer& out) {
+            fed.push_back(toHex(drain(in)));
+            Bytes bytes = text(answer);
+            out.WriteByteArray(bytes.data(), bytes.size());
+            return 0;
+        };
+    }
+
+    void tick() { connection->ProcessEvents(); }
+
+    // One receiving tick with `bytes`, none of it before they have arrived.
+    void receive(const Bytes& bytes) {
+        peer.Send(bytes);
+        ASSERT_TRUE(waitReadable(accepted));
+        tick();
+    }
+
+    // Everything the peer gets until `size` bytes have come.
+    Bytes answer(std::size_t size) {
+        Bytes got;
+        driveUntil(
+            [&] {
+                got = join({got, peer.Receive(size - got.size())});
+            },
+            [&] { return got.size() >= size; });
+        return got;
+    }
+
+    bool peerSeesTheEnd() {
+        return driveUntil([&] { peer.Receive(); }, [&] { return peer.SawEnd(); });
+    }
+
+    // Received and handled; the answer waits to be sent.
+    void prepareAnswer(const std::string& payload) {
+        tarnel->feed = takeAllAndAnswer(payload);
+        receive(kTarnel);
+        logger.messages.clear();
+    }
+
+    RecordingLogger logger;
+    FakeUtilities utilities;
+    FakeProtocolFactory factory;
+    FakeProtocol* tarnel = nullptr;
+    FakeProtocol* velmar = nullptr;
+    std::vector<std::string> fed;
+    LoopbackListener listener;
+    TcpPeer peer{listener.Port()};
+    int accepted = listener.Accept();
+    std::unique_ptr<TcpConnection> connection;
+    SocketFaults faults;
+};
