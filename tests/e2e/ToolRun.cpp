@@ -3,51 +3,26 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
+
+#include "support/Deadline.h"
+#include "support/Sockets.h"
 
 extern char** environ;
 
 namespace {
-
-using std::chrono::steady_clock;
-constexpr std::chrono::seconds kDeadline(30);
-
-void check(int error, const char* what) {
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), what);
-    }
-}
-
-// The end that the test reads, and the one that the tool writes to.
-struct Channel {
-    int ours = -1;
-    int theirs = -1;
-};
-
-Channel makePipe() {
-    std::array<int, 2> ends{};
-    check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "pipe2");
-    return {ends[0], ends[1]};
-}
 
 Channel makeTerminal() {
     Channel channel;
     winsize size{};
     size.ws_row = 24;
     size.ws_col = 100;
-    check(::openpty(&channel.ours, &channel.theirs, nullptr, nullptr, &size) == 0 ? 0 : errno,
-          "openpty");
+    checked(::openpty(&channel.ours, &channel.theirs, nullptr, nullptr, &size), "openpty");
     ::fcntl(channel.ours, F_SETFD, FD_CLOEXEC);
     ::fcntl(channel.theirs, F_SETFD, FD_CLOEXEC);
     return channel;
@@ -55,13 +30,13 @@ Channel makeTerminal() {
 
 // Small enough for a pipe's buffer, so that nobody has to wait.
 int inputOf(const std::string& text) {
-    const Channel channel = makePipe();
-    const ssize_t written = ::write(channel.theirs, text.data(), text.size());
-    ::close(channel.theirs);
+    const Channel channel = pipeToChild();
+    const ssize_t written = ::write(channel.ours, text.data(), text.size());
+    ::close(channel.ours);
     if (written != static_cast<ssize_t>(text.size())) {
         throw std::runtime_error("the input is too long");
     }
-    return channel.ours;
+    return channel.theirs;
 }
 
 std::vector<std::string> environmentOf(const ToolSetting& setting) {
@@ -78,61 +53,34 @@ std::vector<std::string> environmentOf(const ToolSetting& setting) {
     return environment;
 }
 
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 } // namespace
 
-ToolRun::ToolRun(std::vector<std::string> arguments, ToolSetting setting) {
-    spawn(std::move(arguments), setting);
-}
-
-ToolRun::~ToolRun() {
-    if (pid != -1) {
-        ::kill(pid, SIGKILL);
-        ::waitpid(pid, nullptr, 0);
-    }
-    CloseOut();
-    ::close(errEnd);
-}
-
-void ToolRun::spawn(std::vector<std::string> arguments, const ToolSetting& setting) {
-    const std::string program = setting.program.empty() ? ORVANE_TOOL : setting.program;
-    arguments.insert(arguments.begin(), program);
-    std::vector<std::string> environment = environmentOf(setting);
-    const Channel outChannel = setting.hasTerminal ? makeTerminal() : makePipe();
-    const Channel errChannel = setting.hasErrTerminal ? makeTerminal() : makePipe();
+ToolRun::ToolRun(std::vector<std::string> arguments, const ToolSetting& setting) {
+    arguments.insert(arguments.begin(), setting.program.empty() ? ORVANE_TOOL : setting.program);
+    Channel outChannel = setting.hasTerminal ? makeTerminal() : pipeFromChild();
+    const Channel errChannel = setting.hasErrTerminal ? makeTerminal() : pipeFromChild();
     const int input = inputOf(setting.input);
+    if (setting.hasFullDisk) {
+        ::close(outChannel.theirs);
+        outChannel.theirs = checked(::open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full");
+    }
     outEnd = outChannel.ours;
     errEnd = errChannel.ours;
-    posix_spawn_file_actions_t actions;
-    check(posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
-    check(posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO), "stdin");
-    check(posix_spawn_file_actions_adddup2(&actions, outChannel.theirs, STDOUT_FILENO), "stdout");
-    check(posix_spawn_file_actions_adddup2(&actions, errChannel.theirs, STDERR_FILENO), "stderr");
-    if (setting.hasFullDisk) {
-        check(posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/full", O_WRONLY, 0),
-              "/dev/full");
-    }
-    posix_spawnattr_t attributes;
-    check(posix_spawnattr_init(&attributes), "posix_spawnattr_init");
-    if (setting.hasTerminal) {
-        check(posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP), "process group");
-    }
-    const int error = posix_spawn(&pid, program.c_str(), &actions, &attributes,
-                                  pointersTo(arguments).data(), pointersTo(environment).data());
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
+    process = std::make_unique<ChildProcess>(
+        std::move(arguments), ChildProcess::Setting{.input = input,
+                                                    .output = outChannel.theirs,
+                                                    .errors = errChannel.theirs,
+                                                    .environment = environmentOf(setting),
+                                                    .hasOwnGroup = setting.hasTerminal});
     ::close(input);
     ::close(outChannel.theirs);
     ::close(errChannel.theirs);
-    check(error, program.c_str());
+}
+
+ToolRun::~ToolRun() {
+    process.reset();
+    CloseOut();
+    ::close(errEnd);
 }
 
 void ToolRun::WaitForOut(const std::string& text, const std::function<void()>& step) {
@@ -148,21 +96,13 @@ void ToolRun::WaitForErr(const std::string& text, const std::function<void()>& s
 }
 
 ToolResult ToolRun::Wait(const std::function<void()>& step) {
-    waitUntil([&] { return hasEnded(); }, step, "ends");
+    waitUntil([&] { return process->HasEnded(); }, step, "ends");
     receive(0);
-    return {exitCode, out, err};
-}
-
-void ToolRun::Signal(int signal) const {
-    // Without a process, the system would take it for everybody's.
-    if (pid == -1) {
-        throw std::runtime_error("orvane has ended already");
-    }
-    ::kill(pid, signal);
+    return {process->ExitCode(), out, err};
 }
 
 void ToolRun::WaitUntilStopped() {
-    waitUntil([&] { return hasStopped(); }, {}, "stops");
+    waitUntil([&] { return process->HasStopped(); }, {}, "stops");
     receive(0);
 }
 
@@ -174,7 +114,7 @@ void ToolRun::Type(const std::string& keys) const {
 
 bool ToolRun::HasEcho() const {
     termios settings{};
-    check(::tcgetattr(outEnd, &settings) == 0 ? 0 : errno, "tcgetattr");
+    checked(::tcgetattr(outEnd, &settings), "tcgetattr");
     return (settings.c_lflag & ECHO) != 0;
 }
 
@@ -188,16 +128,15 @@ void ToolRun::CloseOut() {
 void ToolRun::waitUntil(const std::function<bool()>& condition, const std::function<void()>& step,
                         const std::string& what) {
     constexpr int kWaitMs = 5;
-    const auto deadline = steady_clock::now() + kDeadline;
-    while (!condition()) {
-        if (steady_clock::now() > deadline) {
-            throw std::runtime_error("orvane never " + what + "\nprinted: " + out +
-                                     "\ncomplained: " + err);
-        }
+    const auto wait = [&] {
         if (step) {
             step();
         }
         receive(kWaitMs);
+    };
+    if (!driveUntil(wait, condition)) {
+        throw std::runtime_error("orvane never " + what + "\nprinted: " + out +
+                                 "\ncomplained: " + err);
     }
 }
 
@@ -220,27 +159,6 @@ void ToolRun::receive(int timeoutMs) {
     }
 }
 
-bool ToolRun::hasEnded() {
-    int status = 0;
-    if (pid != -1 && ::waitpid(pid, &status, WNOHANG) == pid) {
-        pid = -1;
-        exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
-    return pid == -1;
-}
-
-bool ToolRun::hasStopped() {
-    int status = 0;
-    if (::waitpid(pid, &status, WNOHANG | WUNTRACED) != pid) {
-        return false;
-    }
-    if (!WIFSTOPPED(status)) {
-        pid = -1;
-        throw std::runtime_error("orvane ended instead of stopping");
-    }
-    return true;
-}
-
-ToolResult runTool(std::vector<std::string> arguments, ToolSetting setting) {
-    return ToolRun(std::move(arguments), std::move(setting)).Wait();
+ToolResult runTool(std::vector<std::string> arguments, const ToolSetting& setting) {
+    return ToolRun(std::move(arguments), setting).Wait();
 }

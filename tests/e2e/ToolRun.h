@@ -1,12 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "support/ChildProcess.h"
 
 // What a tool's user sees of it.
 struct ToolResult {
@@ -24,10 +24,10 @@ struct ToolSetting {
     // Standard output is a file on a disk that is full.
     bool hasFullDisk = false;
     // What stands ready on standard input, which then ends.
-    std::string input;
+    std::string input{};
     // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed
     // on.
-    std::vector<std::string> environment;
+    std::vector<std::string> environment{};
     // Instead of `orvane`.
     std::string program{};
 };
@@ -38,7 +38,7 @@ struct ToolSetting {
 // after the destructor.
 class ToolRun final {
 public:
-    explicit ToolRun(std::vector<std::string> arguments, ToolSetting setting = {});
+    explicit ToolRun(std::vector<std::string> arguments, const ToolSetting& setting = {});
     ~ToolRun();
     ToolRun(const ToolRun&) = delete;
     ToolRun& operator=(const ToolRun&) = delete;
@@ -51,7 +51,7 @@ public:
     // Waits for its end.
     ToolResult Wait(const std::function<void()>& step = {});
 
-    void Signal(int signal) const;
+    void Signal(int signal) const { process->Signal(signal); }
     // Waits until a signal has stopped it.
     void WaitUntilStopped();
     // Keys that somebody types at the terminal of standard output.
@@ -66,20 +66,16 @@ public:
     const std::string& Err() const { return err; }
 
 private:
-    void spawn(std::vector<std::string> arguments, const ToolSetting& setting);
     void waitUntil(const std::function<bool()>& condition, const std::function<void()>& step,
                    const std::string& what);
     void receive(int timeoutMs);
-    bool hasEnded();
-    bool hasStopped();
 
-    pid_t pid = -1;
+    std::unique_ptr<ChildProcess> process;
     int outEnd = -1;
     int errEnd = -1;
     std::string out;
     std::string err;
-    int exitCode = -1;
 };
 
 // A whole run.
-ToolResult runTool(std::vector<std::string> arguments, ToolSetting setting = {});
+ToolResult runTool(std::vector<std::string> arguments, const ToolSetting& setting = {});

@@ -114,6 +114,17 @@ bool ChildProcess::HasEnded() {
     return ended;
 }
 
+bool ChildProcess::HasStopped() {
+    if (::waitpid(pid, &status, WNOHANG | WUNTRACED) != pid) {
+        return false;
+    }
+    ended = !WIFSTOPPED(status);
+    if (ended) {
+        throw std::runtime_error("the process ended instead of stopping");
+    }
+    return true;
+}
+
 int ChildProcess::WaitForEnd() {
     if (!driveUntil([] { std::this_thread::yield(); }, [this] { return HasEnded(); })) {
         throw std::runtime_error("the process does not end");

@@ -37,6 +37,8 @@ public:
     void Signal(int signal) const;
 
     bool HasEnded();
+    // Whether a signal has stopped it. Throws when it has ended.
+    bool HasStopped();
     // Waits, with a deadline, and returns the wait status.
     int WaitForEnd();
     // As the shell tells it: 128 more than the signal that ended it.

@@ -1,20 +1,16 @@
-#include <poll.h>
-
-#include <array>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "e2e/ToolRun.h"
 #include "e2e/dissector/LiveCaptureTest.h"
 #include "e2e/dissector/Tshark.h"
-#include "support/Deadline.h"
+#include "support/Text.h"
 
 // The commands that the page of the tool gives for captures, to the letter.
 
@@ -25,55 +21,10 @@ using testing::HasSubstr;
 
 // The commands of the page, one a block.
 std::vector<std::string> documentedCommands() {
-    std::ifstream page(TOOL_PAGE);
-    std::vector<std::string> commands;
-    for (std::string line; std::getline(page, line);) {
-        if (line.starts_with("tshark ")) {
-            commands.push_back(line);
-        }
-    }
-    return commands;
+    std::vector<std::string> lines = linesOf(contentOf(TOOL_PAGE));
+    std::erase_if(lines, [](const std::string& line) { return !line.starts_with("tshark "); });
+    return lines;
 }
-
-// A command that goes on until Ctrl-C.
-class LiveCommand final {
-public:
-    explicit LiveCommand(const std::string& command)
-        : pipe(::popen(("echo $$; exec " + command + " 2>&1").c_str(), "r")) {
-        WaitFor("\n", [] {});
-        pid = std::stoi(output);
-    }
-    ~LiveCommand() {
-        ::kill(pid, SIGINT);
-        ::pclose(pipe);
-    }
-    LiveCommand(const LiveCommand&) = delete;
-    LiveCommand& operator=(const LiveCommand&) = delete;
-
-    bool WaitFor(const std::string& text, const std::function<void()>& step) {
-        return driveUntil(
-            [&] {
-                step();
-                receive();
-            },
-            [&] { return output.find(text) != std::string::npos; });
-    }
-    const std::string& Output() const { return output; }
-
-private:
-    void receive() {
-        pollfd waited{::fileno(pipe), POLLIN, 0};
-        std::array<char, 4096> bytes{};
-        if (::poll(&waited, 1, 20) > 0) {
-            const ssize_t count = ::read(waited.fd, bytes.data(), bytes.size());
-            output.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        }
-    }
-
-    FILE* const pipe;
-    pid_t pid = -1;
-    std::string output;
-};
 
 class LookAtACaptureTest : public LiveCaptureTest {
 protected:
@@ -117,8 +68,10 @@ TEST_F(LookAtACaptureTest, ShowsLinesAndFieldsOfAFile) {
 
 TEST_F(LookAtACaptureTest, ShowsLinesWhileTheMessagesTravel) {
     ASSERT_EQ(commands.size(), 3U);
-    LiveCommand live(commands[2]);
-    EXPECT_TRUE(live.WaitFor("Tarnel DATA: test/int = -5", [this] { fly(); })) << live.Output();
+    ToolRun live({"-c", "exec " + commands[2]}, {.program = "/bin/sh"});
+    live.WaitForOut("Tarnel DATA: test/int = -5", [this] { fly(); });
+    live.Signal(SIGINT);
+    EXPECT_EQ(live.Wait().exitCode, 0);
 }
 
 } // namespace

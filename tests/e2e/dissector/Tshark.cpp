@@ -1,9 +1,8 @@
 #include "e2e/dissector/Tshark.h"
 
-#include <cstdio>
-#include <memory>
-#include <sstream>
 #include <stdexcept>
+
+#include "support/Text.h"
 
 namespace {
 
@@ -16,34 +15,6 @@ bool isWarningOfRoot(const std::string& line) {
     return line.starts_with("Running as user \"root\"");
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        if (!isWarningOfRoot(line)) {
-            lines.push_back(line);
-        }
-    }
-    return lines;
-}
-
-std::string outputOf(const std::string& command) {
-    FILE* const pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) {
-        throw std::runtime_error("popen");
-    }
-    std::string output;
-    char buffer[65536];
-    for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof(buffer), pipe)) > 0;) {
-        output.append(buffer, count);
-    }
-    if (::pclose(pipe) != 0 || output.find("Lua: Error") != std::string::npos ||
-        output.find("Lua Error") != std::string::npos) {
-        throw std::runtime_error(command + ": " + output);
-    }
-    return output;
-}
-
 // The name of the severity before a text of the form "(Note/Protocol): text".
 std::string severityOf(const std::string& line) {
     const std::size_t begin = line.find('(') + 1;
@@ -53,7 +24,14 @@ std::string severityOf(const std::string& line) {
 } // namespace
 
 std::vector<std::string> runCommand(const std::string& command) {
-    return linesOf(outputOf(command));
+    const std::string output = outputOf(command);
+    if (output.find("Lua: Error") != std::string::npos ||
+        output.find("Lua Error") != std::string::npos) {
+        throw std::runtime_error(command + ": " + output);
+    }
+    std::vector<std::string> lines = linesOf(output);
+    std::erase_if(lines, isWarningOfRoot);
+    return lines;
 }
 
 std::vector<std::string> runTshark(const std::filesystem::path& capture,

@@ -67,7 +67,7 @@ TEST_F(CommandTest, HoldsCommandsForATime) {
 
 TEST_F(CommandTest, ShowsOnATerminalWhatItHolds) {
     ToolRun run({"command", "hold", "-T", "100", "test/hold", "test/once"},
-                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+                {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr("holding test/hold, test/once for 100 s; Ctrl-C releases");
     waitForEvents("test/once", " begin=1 ");
     simulator->Ask("reload");

@@ -1,13 +1,6 @@
 // What the tool says of itself: its help, its man page, its completions and docs/orvane.md.
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
-#include <fstream>
 #include <set>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,26 +8,11 @@
 
 #include "e2e/ToolRun.h"
 #include "support/TemporaryDirectory.h"
+#include "support/Text.h"
 
 namespace {
 
 using Words = std::vector<std::string>;
-
-std::string contentOf(const std::string& path) {
-    const std::ifstream file(path);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
-Words linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    Words lines;
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 // What stands before the tab, or all of it.
 Words firstFields(const std::string& text) {
@@ -78,23 +56,6 @@ std::string text(const Words& words) {
     return line;
 }
 
-// The standard output of a shell; throws when it fails.
-std::string outputOfBash(const std::string& script) {
-    const std::string command = "bash -c '" + script + "' 2>&1";
-    FILE* const pipe = ::popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 4096> block{};
-    std::size_t count = 0;
-    while ((count = std::fread(block.data(), 1, block.size(), pipe)) > 0) {
-        output.append(block.data(), count);
-    }
-    const int status = ::pclose(pipe);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw std::runtime_error("bash failed: " + output);
-    }
-    return output;
-}
-
 // What bash offers for the last of these words.
 std::set<std::string> offeredByBash(const Words& words) {
     std::string line;
@@ -105,7 +66,7 @@ std::set<std::string> offeredByBash(const Words& words) {
                                "COMP_WORDS=(" + ORVANE_TOOL + line +
                                "); COMP_CWORD=" + std::to_string(words.size()) +
                                "; _orvane; printf \"%s\\n\" \"${COMPREPLY[@]}\"";
-    const Words found = linesOf(outputOfBash(script));
+    const Words found = linesOf(outputOf("bash -c '" + script + "' 2>&1"));
     std::set<std::string> offered(found.begin(), found.end());
     offered.erase("");
     return offered;
@@ -181,8 +142,8 @@ TEST(DescriptionsTest, BashOffersFilesAndWaveformsWhereTheyBelong) {
 
 TEST(DescriptionsTest, AreInstalledWithTheTool) {
     const TemporaryDirectory directory;
-    outputOfBash(std::string(CMAKE) + " --install " + BUILD_FOLDER + " --component tool --prefix " +
-                 directory.Path().string());
+    outputOf(std::string(CMAKE) + " --install " + BUILD_FOLDER + " --component tool --prefix " +
+             directory.Path().string());
     for (const char* const file :
          {"bin/orvane", "share/bash-completion/completions/orvane",
           "share/zsh/site-functions/_orvane", "share/fish/vendor_completions.d/orvane.fish"}) {

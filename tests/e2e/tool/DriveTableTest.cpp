@@ -9,9 +9,7 @@ namespace {
 class DriveTableTest : public DriveTest {
 protected:
     static ToolSetting terminal() {
-        return {.hasTerminal = true,
-                .input = {},
-                .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C"}};
+        return {.hasTerminal = true, .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C"}};
     }
 
     static bool hasRow(const std::string& text, const std::string& pattern) {

@@ -180,7 +180,7 @@ TEST_F(DriveTest, GoesOnWhenTheSimulatorIsBack) {
 
 TEST_F(DriveTest, EndsTheStatusOfAFileBeforeAMessage) {
     ToolRun run({"drive", "p.toml", "-o", "out.csv", "--reconnect"},
-                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+                {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr("1 row, ");
     simulator->Quit();
     run.WaitForErr("orvane: 127.0.0.1:48000: ");

@@ -44,8 +44,7 @@ protected:
 
     static ToolResult drive(std::vector<std::string> arguments, const std::string& input = {}) {
         arguments.insert(arguments.begin(), {"drive", "p.toml"});
-        return runTool(std::move(arguments),
-                       {.hasTerminal = false, .input = input, .environment = {}});
+        return runTool(std::move(arguments), {.input = input});
     }
 
     bool hasEvents(const std::string& counts) {

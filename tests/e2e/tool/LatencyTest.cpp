@@ -69,7 +69,7 @@ TEST_F(LatencyTest, DrawsAHistogram) {
 
 TEST_F(LatencyTest, ShowsOnATerminalThatItIsAtWorkAndTellsWhatItHasAtAnInterrupt) {
     ToolRun run({"latency", "--seconds", "1000", "--csv"},
-                {.hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+                {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr(" of 1000.0 s, ");
     run.Signal(SIGINT);
     const ToolResult result = run.Wait();

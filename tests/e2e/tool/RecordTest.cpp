@@ -173,9 +173,8 @@ TEST_F(RecordTest, RefusesUnknownTypes) {
 }
 
 TEST_F(RecordTest, ShowsHowItGoesOnATerminal) {
-    ToolRun run(
-        {"record", "test/float:float", "-o", "r.csv"},
-        {.hasTerminal = false, .hasErrTerminal = true, .input = {}, .environment = {"TERM=xterm"}});
+    ToolRun run({"record", "test/float:float", "-o", "r.csv"},
+                {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr(" rows/s, ");
     EXPECT_EQ(run.Err().find("\r\x1b[K0."), 0U) << run.Err();
     run.Signal(SIGINT);

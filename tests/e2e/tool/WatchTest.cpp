@@ -13,9 +13,7 @@ namespace {
 class WatchTest : public ToolTest {
 protected:
     static ToolSetting terminal() {
-        return {.hasTerminal = true,
-                .input = {},
-                .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C.UTF-8"}};
+        return {.hasTerminal = true, .environment = {"TERM=xterm", "NO_COLOR=1", "LANG=C.UTF-8"}};
     }
 
     static std::size_t count(const std::string& text, const std::string& part) {
@@ -219,9 +217,8 @@ TEST_F(WatchTest, DrawsTheLastOfManyReadingsToo) {
 TEST_F(WatchTest, PrintsLinesOnATerminalWhoseCursorCannotBeMoved) {
     for (const std::vector<std::string>& environment :
          {std::vector<std::string>{"TERM=dumb"}, std::vector<std::string>{}}) {
-        const ToolResult result =
-            runTool({"watch", "-n", "2", "-i", "0", "test/int:int"},
-                    {.hasTerminal = true, .input = {}, .environment = environment});
+        const ToolResult result = runTool({"watch", "-n", "2", "-i", "0", "test/int:int"},
+                                          {.hasTerminal = true, .environment = environment});
         expectMatch(result.out, "(\\d+\\.\\d{3} test/int:int=0\r\n){2}");
     }
 }
