@@ -41,7 +41,7 @@ protected:
     }
 
     void expectServed(TestClient& client) {
-        EXPECT_EQ(toHex(client.Exchange(*simulator, tarnel(versionMessage()))),
+        EXPECT_EQ(toHex(client.Exchange(*simulator, tarnelRequest(versionMessage()))),
                   "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
     }
 };
@@ -68,7 +68,7 @@ TEST_F(AddressSpaceTest, RefusesAClientForWhichThereIsNoRoomAndHarmsNobodyElse) 
 }
 
 TEST_F(AddressSpaceTest, HoldsLessThanTwoMebibytesForEachOfTwentyConnections) {
-    const Bytes poll = tarnel(dataMessage({}));
+    const Bytes poll = tarnelRequest(dataMessage({}));
     const std::size_t answerSize = 8 + 4000 + 12;
     const long alone = simulator->AskNumber("rss");
     std::vector<std::unique_ptr<TestClient>> clients;
@@ -76,7 +76,7 @@ TEST_F(AddressSpaceTest, HoldsLessThanTwoMebibytesForEachOfTwentyConnections) {
         clients.push_back(std::make_unique<TestClient>());
         clients.back()->Exchange(
             *simulator,
-            tarnel(definitionsMessage(
+            tarnelRequest(definitionsMessage(
                 {}, {{.id = 1, .name = "test/many_floats", .type = kFloatArray, .count = 1000}})));
     }
     const auto exchange = [&](int times) {
@@ -116,7 +116,7 @@ TEST_F(ScarceMemoryTest, IgnoresALineOfTheConfigurationFileThatAsksForMoreThanTh
     EXPECT_EQ(simulator->Get("kyr/next"), "0,0,0");
     EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "0,0,0,0");
     TestClient client;
-    EXPECT_EQ(toHex(client.Exchange(*simulator, tarnel(versionMessage()))),
+    EXPECT_EQ(toHex(client.Exchange(*simulator, tarnelRequest(versionMessage()))),
               "B1 6B 00 B5 01 00 07 0A 06 00 00 00");
     EXPECT_EQ(simulator->LogText(), "");
 }

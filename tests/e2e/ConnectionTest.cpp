@@ -55,7 +55,7 @@ TEST_F(ConnectionTest, SkipsAnUnknownIdentificationSilentlyFourBytesAReceive) {
     TestClient client;
     client.Send(fromHex("DE AD C0 DE 00 00 00 00"));
     simulator->Step(5);
-    client.Send(fromHex("11 22 33 44"));
+    client.Send(kTarnel);
     simulator->Step(5);
     EXPECT_EQ(toHex(client.Received()), "");
     client.Send(fromHex("B1 6B 00 B5"));

@@ -31,9 +31,8 @@ class DocumentedConfigurationTest : public EndToEndTest {
 protected:
     void write(std::uint32_t elements, const Bytes& value) {
         TestClient client;
-        client.Exchange(*simulator,
-                        join({fromHex("55 66 77 88"), registerDataref(1, 4, elements, "kyr/lamps"),
-                              writeDataref(1, value)}));
+        client.Exchange(*simulator, velmarRequest({registerDataref(1, 4, elements, "kyr/lamps"),
+                                                   writeDataref(1, value)}));
     }
 
     const std::vector<std::string> blocks = readBlocks();

@@ -35,10 +35,6 @@ void EndToEndTest::loadAircraft(const std::string& description) {
     ASSERT_TRUE(reply.starts_with("ok")) << reply;
 }
 
-Bytes EndToEndTest::tarnel(const Bytes& message) {
-    return join({fromHex("11 22 33 44"), message});
-}
-
 Bytes trailer(const char* aircraftId) {
     return join({fromHex("FF FF 00 00 04 00 00 00"), fromHex(aircraftId)});
 }

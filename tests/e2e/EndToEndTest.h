@@ -19,9 +19,6 @@ protected:
     void startSimulator();
     void loadAircraft(const std::string& description);
 
-    // The request for a Tarnel message: the protocol's identification before it.
-    static Bytes tarnel(const Bytes& message);
-
     TemporaryDirectory directory;
     std::unique_ptr<SimulatorProcess> simulator;
 };

@@ -98,7 +98,7 @@ TEST_F(LifecycleTest, ARequestWaitsWhileThePluginIsDisabled) {
     TestClient client;
     EXPECT_EQ(exchange(client), versionAnswer);
     simulator->Ask("disable");
-    client.Send(tarnel(versionMessage()));
+    client.Send(tarnelRequest(versionMessage()));
     simulator->Step(10);
     EXPECT_TRUE(client.Received().empty());
     simulator->Ask("enable");

@@ -37,7 +37,7 @@ protected:
 
     void receiveTheFirstPartOfAnAnswer() {
         const int client = machine->Connect();
-        const Bytes request = tarnel(definitionsMessage(
+        const Bytes request = tarnelRequest(definitionsMessage(
             {}, {{.id = 1, .name = "test/floats", .type = kFloatArray, .count = 4'000'000}}));
         ASSERT_EQ(::send(client, request.data(), request.size(), 0),
                   static_cast<ssize_t>(request.size()));
@@ -55,7 +55,7 @@ protected:
         EXPECT_EQ(simulator->LogText(), "");
     }
 
-    const Bytes version = tarnel(versionMessage());
+    const Bytes version = tarnelRequest(versionMessage());
     const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
     std::unique_ptr<OtherMachine> machine;
     std::unique_ptr<TestClient> bystander;

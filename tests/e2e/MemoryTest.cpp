@@ -29,9 +29,9 @@ TEST_F(MemoryTest, StaysWhereItWasHoweverLongAConnectionLives) {
     startSimulator();
     TestClient client;
     client.Exchange(*simulator,
-                    tarnel(definitionsMessage(
+                    tarnelRequest(definitionsMessage(
                         {}, {{.id = 1, .name = "test/many_floats", .type = 4, .count = 1000}})));
-    const Bytes poll = tarnel(dataMessage({}));
+    const Bytes poll = tarnelRequest(dataMessage({}));
     const auto exchange = [&](int times) {
         for (int i = 0; i < times; ++i) {
             client.Send(poll);
@@ -52,11 +52,11 @@ TEST_F(MemoryTest, TouchesNoNewPagesHoweverLongAConnectionLives) {
     const long beforeTheClient = minorFaults();
     TestClient client;
     client.Exchange(*simulator,
-                    tarnel(definitionsMessage(
+                    tarnelRequest(definitionsMessage(
                         {{.action = 1, .targetType = 1, .target = "test/int"}},
                         {{.id = 1, .name = "test/many_floats", .type = 4, .count = 1000}})));
     EXPECT_GT(minorFaults(), beforeTheClient);
-    const Bytes request = tarnel(dataMessage({{1, 1}}));
+    const Bytes request = tarnelRequest(dataMessage({{1, 1}}));
     const auto faultsOf = [&](int times) {
         const long before = minorFaults();
         for (int i = 0; i < times; ++i) {

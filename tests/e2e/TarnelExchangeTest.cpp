@@ -33,7 +33,7 @@ TEST_F(TarnelExchangeTest, ShakesHandsByteByByte) {
 
 TEST_F(TarnelExchangeTest, AnswersABareIdentificationWithTheAircraft) {
     TestClient client;
-    client.Send(fromHex("11 22 33 44"));
+    client.Send(kTarnel);
     EXPECT_EQ(toHex(client.AnswerFrame(*simulator)),
               "0C 00 00 00 FF FF 00 00 04 00 00 00 B1 2E 85 B9");
 }

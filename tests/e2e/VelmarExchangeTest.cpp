@@ -12,7 +12,7 @@ protected:
 
     // The request for these packets, and its answer in hex.
     std::string exchange(TestClient& client, const Bytes& packets) {
-        client.Send(velmarRequest(packets));
+        client.Send(velmarRequest({packets}));
         return toHex(client.Answer(*simulator));
     }
 
@@ -51,9 +51,8 @@ TEST_F(VelmarExchangeTest, RefusesWhatTheSimulatorDoesNotKnow) {
 
 TEST_F(VelmarExchangeTest, AnswersSeveralPacketsOfOneRequestInOneFrame) {
     TestClient client;
-    client.Send(
-        join({fromHex("55 66 77 88"), registerDataref(1, VelmarValueType::Int, 1, "test/int"),
-              writeDataref(1, u32(42)), readDataref(1), pollCommandStates()}));
+    client.Send(velmarRequest({registerDataref(1, VelmarValueType::Int, 1, "test/int"),
+                               writeDataref(1, u32(42)), readDataref(1), pollCommandStates()}));
     EXPECT_EQ(toHex(client.AnswerFrame(*simulator)),
               "30 00 00 00 "
               "01 00 00 00 01 00 00 00 01 00 00 00 "

@@ -35,7 +35,7 @@ constexpr std::array<std::int32_t, 7> kActions = {0, 1, 2, 7, 1001, 1002, 1005};
 } // namespace
 
 Bytes MessageMaker::Request() {
-    return oneIn(2) ? tarnelRequest(Tarnel()) : velmarRequest(Velmar());
+    return oneIn(2) ? tarnelRequest(Tarnel()) : velmarRequest({Velmar()});
 }
 
 Bytes MessageMaker::Tarnel() {

@@ -16,8 +16,6 @@
 namespace {
 
 // The identifications alone.
-const Bytes kTarnel = tarnelRequest({});
-const Bytes kVelmar = velmarRequest({});
 
 using Messages = std::vector<Bytes>;
 
@@ -154,10 +152,10 @@ void writeFaults(const std::filesystem::path& folder) {
     constexpr std::uint8_t kKindsOfFault = 64;
     for (std::uint8_t argument = 0; argument < kKindsOfFault; ++argument) {
         Script script = {{Step::Kind::Send, 0, {}}, tick(), {Step::Kind::Fault, argument, {}}};
-        script.push_back({Step::Kind::Send, 0, join({kTarnel, versionMessage()})});
+        script.push_back({Step::Kind::Send, 0, tarnelRequest(versionMessage())});
         script.insert(script.end(), 3, tick());
         script.push_back({Step::Kind::Leave, 3, {}});
-        script.push_back({Step::Kind::Send, 1, join({kTarnel, {}})});
+        script.push_back({Step::Kind::Send, 1, kTarnel});
         script.insert(script.end(), 3, tick());
         write(folder, "fault-" + std::to_string(argument), toBytes(script));
     }
@@ -166,7 +164,7 @@ void writeFaults(const std::filesystem::path& folder) {
 // Clients that vanish in their different ways with a request under way.
 void writeLeavers(const std::filesystem::path& folder) {
     for (std::uint8_t manner = 0; manner < 4; ++manner) {
-        Script script = {{Step::Kind::Send, 0, join({kTarnel, versionMessage()})}, tick()};
+        Script script = {{Step::Kind::Send, 0, tarnelRequest(versionMessage())}, tick()};
         script.push_back({Step::Kind::Leave, manner, {}});
         script.insert(script.end(), 3, tick());
         write(folder, "leave-" + std::to_string(manner), toBytes(script));

@@ -72,9 +72,9 @@ void SoakClients::fly() {
 void SoakClients::registerAnew() {
     const Bytes answer = panel.Exchange(
         simulator,
-        velmarRequest(join({registerDataref(7, 2, 0, "sim/time/zulu_time_sec"), readDataref(7),
-                            registerCommand(9, "sim/flight_controls/flaps_down"), runCommand(9, 1),
-                            pollCommandStates(), unregisterCommand(9), unregisterDataref(7)})));
+        velmarRequest({registerDataref(7, 2, 0, "sim/time/zulu_time_sec"), readDataref(7),
+                       registerCommand(9, "sim/flight_controls/flaps_down"), runCommand(9, 1),
+                       pollCommandStates(), unregisterCommand(9), unregisterDataref(7)}));
     // Two registrations, a float, a poll that lists the command, two farewells.
     expectSize(answer, 12 + 20 + 12 + 9 + 12 + 12);
 }
@@ -91,7 +91,7 @@ void SoakClients::visitAndClose() {
 
 void SoakClients::visitAndHalfClose() {
     TestClient client;
-    client.Send(velmarRequest(registerCommand(1, "sim/flight_controls/flaps_down")));
+    client.Send(velmarRequest({registerCommand(1, "sim/flight_controls/flaps_down")}));
     client.HalfClose();
     expectSize(client.Answer(simulator), 12);
     if (!client.IsClosedByServer(simulator)) {

@@ -97,5 +97,5 @@ Bytes dataMessage(const std::vector<std::pair<std::uint32_t, std::int32_t>>& ite
 }
 
 Bytes tarnelRequest(const Bytes& message) {
-    return join({{0x11, 0x22, 0x33, 0x44}, message});
+    return join({kTarnel, message});
 }

@@ -10,6 +10,9 @@
 // What a Tarnel client sends, written to the wire at literal offsets and without a look at the
 // plugin's own records. Every field is zero or empty unless a test sets it.
 
+// The identification of the protocol, which begins a request.
+inline const Bytes kTarnel{0x11, 0x22, 0x33, 0x44};
+
 // Of inputs and outputs.
 struct RecordType {
     enum : std::int32_t { Int = 1, Float = 2, IntArray = 3, FloatArray = 4, Command = 6 };
@@ -65,5 +68,5 @@ Bytes definitionsMessage(const std::vector<InputRecord>& inputs,
                          const std::vector<OutputRecord>& outputs);
 // Items of action identifier and value.
 Bytes dataMessage(const std::vector<std::pair<std::uint32_t, std::int32_t>>& items);
-// The request for a message: the identification of the protocol, and the message.
+// The identification, and the message.
 Bytes tarnelRequest(const Bytes& message);

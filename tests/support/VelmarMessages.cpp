@@ -42,6 +42,6 @@ Bytes pollCommandStates() {
     return u32(8);
 }
 
-Bytes velmarRequest(const Bytes& packets) {
-    return join({{0x55, 0x66, 0x77, 0x88}, packets});
+Bytes velmarRequest(std::initializer_list<Bytes> packets) {
+    return join({kVelmar, join(packets)});
 }

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 
 #include "support/Bytes.h"
+
+// The identification of the protocol, which begins a request.
+inline const Bytes kVelmar{0x55, 0x66, 0x77, 0x88};
 
 struct VelmarValueType {
     enum : std::uint32_t { Int = 1, Float = 2, Byte = 3, IntArray = 4, FloatArray = 5 };
@@ -25,5 +29,5 @@ Bytes readDataref(std::uint32_t id);
 Bytes writeDataref(std::uint32_t id, const Bytes& value);
 Bytes runCommand(std::uint32_t id, std::uint8_t action);
 Bytes pollCommandStates();
-// The request for packets: the identification of the protocol, and the packets.
-Bytes velmarRequest(const Bytes& packets);
+// The identification, and the packets.
+Bytes velmarRequest(std::initializer_list<Bytes> packets);

@@ -1,26 +1,16 @@
 #include "e2e/dissector/DrawnCaptureTest.h"
 
-#include "support/VelmarMessages.h"
-
-Bytes DrawnCaptureTest::tarnel(const Bytes& message) {
-    return join({kTarnel, message});
-}
-
-Bytes DrawnCaptureTest::velmar(std::initializer_list<Bytes> packets) {
-    return join({kVelmar, join(packets)});
-}
-
 Bytes DrawnCaptureTest::definitions() {
-    return tarnel(definitionsMessage({{.action = 7, .targetType = 1, .target = "test/int"}},
-                                     {{.id = 1, .name = "test/int", .type = 1}}));
+    return tarnelRequest(definitionsMessage({{.action = 7, .targetType = 1, .target = "test/int"}},
+                                            {{.id = 1, .name = "test/int", .type = 1}}));
 }
 
 Bytes DrawnCaptureTest::data(std::int32_t value) {
-    return tarnel(dataMessage({{7, value}}));
+    return tarnelRequest(dataMessage({{7, value}}));
 }
 
 Bytes DrawnCaptureTest::query() {
-    return tarnel(dataMessage({}));
+    return tarnelRequest(dataMessage({}));
 }
 
 Bytes DrawnCaptureTest::outputs(const char* value) {
@@ -29,7 +19,7 @@ Bytes DrawnCaptureTest::outputs(const char* value) {
 }
 
 Bytes DrawnCaptureTest::registration() {
-    return velmar({registerDataref(7, 2, 0, "test/float")});
+    return velmarRequest({registerDataref(7, 2, 0, "test/float")});
 }
 
 Bytes DrawnCaptureTest::registrationAnswer() {

@@ -1,20 +1,16 @@
 #pragma once
 
-#include <initializer_list>
-
 #include <gtest/gtest.h>
 
 #include "e2e/dissector/DrawnCapture.h"
 #include "support/Bytes.h"
 #include "support/TarnelMessages.h"
 #include "support/TemporaryDirectory.h"
+#include "support/VelmarMessages.h"
 
 // A capture that a test draws, and the requests and answers that most of them begin with.
 class DrawnCaptureTest : public testing::Test {
 protected:
-    static Bytes tarnel(const Bytes& message);
-    static Bytes velmar(std::initializer_list<Bytes> packets);
-
     // One int output, 1, "test/int", and an input, 7, for it; 628 bytes.
     static Bytes definitions();
     static Bytes data(std::int32_t value);
@@ -31,7 +27,5 @@ protected:
     DrawnCapture capture{"drawn.pcap"};
 };
 
-inline const Bytes kTarnel = fromHex("11 22 33 44");
-inline const Bytes kVelmar = fromHex("55 66 77 88");
 // The answer of a connection that has declared nothing.
 inline const Bytes kEmptyOutputs = fromHex("0C 00 00 00 FF FF 00 00 04 00 00 00 01 02 03 04");

@@ -25,7 +25,7 @@ TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
     capture.FromClient(data(5));
     capture.FromServer(outputs("01 00 00 00"));
     capture.FromClient(
-        velmar({writeDataref(7, fromHex("01 02 03 04")), readDataref(7), runCommand(3, 1)}));
+        velmarRequest({writeDataref(7, fromHex("01 02 03 04")), readDataref(7), runCommand(3, 1)}));
     capture.FromServer(
         fromHex("20 00 00 00 06 00 00 00 07 00 00 00 01 00 00 00 "
                 "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00 01 02 03 04"));
@@ -59,15 +59,15 @@ TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
 TEST_F(GapsTest, TellsOfRequestsThatTheEndOfTheConnectionLeftWithoutAnAnswer) {
     const std::string line = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4";
     capture.Connect();
-    capture.FromClient(tarnel(versionMessage()));
+    capture.FromClient(tarnelRequest(versionMessage()));
     capture.ResetFromServer();
     // The simulator had only a part when it looked; what came later was not read.
     capture.Connect();
-    capture.FromClientInPieces(velmar({readDataref(1)}), 10);
+    capture.FromClientInPieces(velmarRequest({readDataref(1)}), 10);
     capture.ResetFromServer();
     // This one may still be answered.
     capture.Connect();
-    capture.FromClient(tarnel(versionMessage()));
+    capture.FromClient(tarnelRequest(versionMessage()));
     const auto file = capture.Finish();
     EXPECT_THAT(
         expertsOf(file, "orvane", {"-2"}),
@@ -119,7 +119,7 @@ TEST_F(GapsTest, GoesOnAfterPacketsThatWereCapturedInPart) {
     capture.PartOfFromServer(outputs("01 00 00 00"), 12);
     capture.FromClient(data(5));
     capture.FromServer(outputs("02 00 00 00"));
-    capture.PartOfFromClient(velmar({registerDataref(7, 2, 0, "test/float")}), 10);
+    capture.PartOfFromClient(velmarRequest({registerDataref(7, 2, 0, "test/float")}), 10);
     capture.PartOfFromServer(registrationAnswer(), 2);
     const auto file = capture.Finish();
     EXPECT_THAT(infosOf(file), ElementsAre("Tarnel DEFINITIONS 1 input, 1 output",

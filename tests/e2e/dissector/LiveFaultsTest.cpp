@@ -24,7 +24,7 @@ TEST_F(LiveFaultsTest, TellsWhatThePluginSkips) {
     client.Send(fromHex("01 02 03 04"));
     ASSERT_TRUE(client.IsDelivered());
     simulator->Step(2);
-    client.Exchange(*simulator, velmar({runCommand(1, 1), u32(99), fromHex("55 66 77 88")}));
+    client.Exchange(*simulator, velmarRequest({runCommand(1, 1), u32(99), kVelmar}));
     client.Exchange(*simulator, smallDefinitions());
     EXPECT_THAT(
         expertsOf(capture.Finish()),
@@ -36,9 +36,9 @@ TEST_F(LiveFaultsTest, TellsWhatThePluginSkips) {
 }
 
 TEST_F(LiveFaultsTest, TellsThatADefinitionsMessageWasTorn) {
-    const Bytes request =
-        tarnel(definitionsMessage({{.action = 7, .targetType = kInt, .target = "test/int"}},
-                                  {{.id = 1, .name = "test/int", .type = kInt}}));
+    const Bytes request = tarnelRequest(
+        definitionsMessage({{.action = 7, .targetType = RecordType::Int, .target = "test/int"}},
+                           {{.id = 1, .name = "test/int", .type = RecordType::Int}}));
     TestClient client;
     client.Send(Bytes(request.begin(), request.begin() + 500));
     client.Answer(*simulator);
@@ -62,7 +62,7 @@ TEST_F(LiveFaultsTest, TellsThatADefinitionsMessageWasTorn) {
 TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
-    client.Exchange(*simulator, tarnel(dataMessage({{7, 1}, {99, 1}, {8, 1}})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{7, 1}, {99, 1}, {8, 1}})));
     const std::string line = simulator->LastLogMessage();
     EXPECT_EQ(line, "WARNING@TarnelProtocol::tryParseData : unknown action id(99)");
     EXPECT_THAT(expertsOf(capture.Finish(), "orvane.tarnel.item"),
@@ -73,8 +73,8 @@ TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
 
 TEST_F(LiveFaultsTest, TellsThatANegativeCountMayCloseTheConnection) {
     const auto define = [](std::int32_t count) {
-        return tarnel(definitionsMessage(
-            {}, {{.id = 1, .name = "kyr/negative", .type = kIntArray, .count = count}}));
+        return tarnelRequest(definitionsMessage(
+            {}, {{.id = 1, .name = "kyr/negative", .type = RecordType::IntArray, .count = count}}));
     };
     TestClient client;
     client.Send(define(-1));
@@ -99,16 +99,16 @@ TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
         fromHex("11 22 33 44 C0 FF EE DD E8 01 00 00 00 00 00 20 74 00 00 00 00 00 00 00"),
         fromHex("11 22 33 44 DE AD BE EF 00 00 00 00 01 00 00 00"),
         // A command's descriptor that is whole, but short.
-        velmar({registerCommand(1, "sim/a")}),
+        velmarRequest({registerCommand(1, "sim/a")}),
         // Packets that are not whole.
         fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
         join({fromHex("55 66 77 88 03 00 00 00 01 00 00 00 42"), zeros(8)}),
         fromHex("55 66 77 88 05 00 00 00 01 00 00"), fromHex("55 66 77 88 06 00 00 00"),
-        join({velmar({registerDataref(1, 1, 0, "test/int")}),
+        join({velmarRequest({registerDataref(1, 1, 0, "test/int")}),
               fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
-        join({velmar({registerDataref(1, 2, 0, "test/float")}),
+        join({velmarRequest({registerDataref(1, 2, 0, "test/float")}),
               fromHex("06 00 00 00 01 00 00 00 04 00 00 00 00")}),
-        join({velmar({registerDataref(1, 3, 0, "test/int")}),
+        join({velmarRequest({registerDataref(1, 3, 0, "test/int")}),
               fromHex("06 00 00 00 01 00 00 00 01 00 00 00")}),
         fromHex("55 66 77 88 07 00 00 00 01"), fromHex("55 66 77 88 07 00 00 00 01 00 00 00")};
     std::vector<testing::Matcher<std::string>> expected;
@@ -137,10 +137,10 @@ TEST_F(LiveFaultsTest, FollowsThePluginUntilItFindsItsPlaceAgain) {
     client.Send(fromHex("00 00"));
     ASSERT_TRUE(client.IsDelivered());
     simulator->Step(2);
-    client.Send(velmar({pollCommandStates()}));
+    client.Send(velmarRequest({pollCommandStates()}));
     ASSERT_TRUE(client.IsDelivered());
     simulator->Step(2);
-    EXPECT_EQ(client.Exchange(*simulator, velmar({pollCommandStates()})), zeros(8));
+    EXPECT_EQ(client.Exchange(*simulator, velmarRequest({pollCommandStates()})), zeros(8));
     const auto file = capture.Finish();
     EXPECT_THAT(fieldsOf(file, {"frame.number", "_ws.col.Info", "orvane.request_in"},
                          "orvane and frame.number > 4"),
@@ -158,10 +158,10 @@ TEST_F(LiveFaultsTest, FollowsThePluginUntilItFindsItsPlaceAgain) {
 
 TEST_F(LiveFaultsTest, FindsARequestInWhatThePluginHadNotRead) {
     TestClient client;
-    client.Exchange(*simulator, tarnel(dataMessage({{99, 1}})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{99, 1}})));
     // The message of 20 bytes is dropped word by word; then a request is found, the first of six.
     for (int i = 0; i < 6; ++i) {
-        client.Send(tarnel(versionMessage()));
+        client.Send(tarnelRequest(versionMessage()));
         ASSERT_TRUE(client.IsDelivered());
         simulator->Step(2);
     }
@@ -180,9 +180,10 @@ TEST_F(LiveFaultsTest, ShowsBothStreamsOfDefinitionsThatSeemToHaveNoSize) {
     // 0xFFFFFFEC, the size, and 20 of the header add up to 0.
     TestClient client;
     const Bytes answer = client.Exchange(
-        *simulator, tarnel(join({fromHex("C0 FF EE DD 00 00 00 00 00 00 00 00 EC FF FF FF 01 00 00 "
-                                         "00"),
-                                 toBytes(OutputRecord{.id = 1, .name = "test/int", .type = 1})})));
+        *simulator,
+        tarnelRequest(join({fromHex("C0 FF EE DD 00 00 00 00 00 00 00 00 EC FF FF FF 01 00 00 "
+                                    "00"),
+                            toBytes(OutputRecord{.id = 1, .name = "test/int", .type = 1})})));
     ASSERT_EQ(answer.size(), 48U);
     const auto file = capture.Finish();
     EXPECT_THAT(fieldsOf(file, {"orvane.tarnel.entry.int", "orvane.tarnel.aircraft.id"},
@@ -195,8 +196,8 @@ TEST_F(LiveFaultsTest, ShowsBothStreamsOfDefinitionsThatSeemToHaveNoSize) {
 TEST_F(LiveFaultsTest, TellsThatTheLastValueWasCut) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
-    client.Exchange(*simulator, tarnel(fromHex("DE AD BE EF 00 00 00 00 02 00 00 00 "
-                                               "07 00 00 00 01 01 01 01 07 00 00 00 05")));
+    client.Exchange(*simulator, tarnelRequest(fromHex("DE AD BE EF 00 00 00 00 02 00 00 00 "
+                                                      "07 00 00 00 01 01 01 01 07 00 00 00 05")));
     EXPECT_EQ(simulator->Get("test/int"), "5");
     EXPECT_THAT(
         expertsOf(capture.Finish(), "orvane.tarnel.item"),

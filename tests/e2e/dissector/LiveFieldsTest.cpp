@@ -18,34 +18,36 @@ using LiveFieldsTest = LiveCaptureTest;
 
 TEST_F(LiveFieldsTest, ShowsEveryFieldOfATarnelMessage) {
     TestClient client;
-    client.Exchange(
-        *simulator,
-        tarnel(definitionsMessage(
-            {{.action = 1,
-              .targetIndex = 2,
-              .fixedInt = 3,
-              .repeatInterval = 4,
-              .intMinimum = -5,
-              .intMaximum = 6,
-              .targetType = kFloatArray,
-              .scaling = 3,
-              .rangeType = kFloat,
-              .rangeIndex = 7,
-              .condition = 4,
-              .fixedFloat = 0.5F,
-              .floatMinimum = -1.5F,
-              .floatMaximum = 2.5F,
-              .useFixed = 8,
-              .hold = 9,
-              .held = 10,
-              .rangeMinimumName = "test/minimum",
-              .rangeMaximumName = "test/maximum",
-              .target = "test/floats",
-              .conditionName = "test/ints",
-              .conditionType = kIntArray,
-              .conditionIndex = 1}},
-            {{.id = 0xFFFFFFFF, .name = "kyr/a", .type = kFloatArray, .first = 2, .count = 3}})));
-    client.Exchange(*simulator, tarnel(dataMessage({{1, 77}})));
+    client.Exchange(*simulator,
+                    tarnelRequest(definitionsMessage({{.action = 1,
+                                                       .targetIndex = 2,
+                                                       .fixedInt = 3,
+                                                       .repeatInterval = 4,
+                                                       .intMinimum = -5,
+                                                       .intMaximum = 6,
+                                                       .targetType = RecordType::FloatArray,
+                                                       .scaling = 3,
+                                                       .rangeType = RecordType::Float,
+                                                       .rangeIndex = 7,
+                                                       .condition = 4,
+                                                       .fixedFloat = 0.5F,
+                                                       .floatMinimum = -1.5F,
+                                                       .floatMaximum = 2.5F,
+                                                       .useFixed = 8,
+                                                       .hold = 9,
+                                                       .held = 10,
+                                                       .rangeMinimumName = "test/minimum",
+                                                       .rangeMaximumName = "test/maximum",
+                                                       .target = "test/floats",
+                                                       .conditionName = "test/ints",
+                                                       .conditionType = RecordType::IntArray,
+                                                       .conditionIndex = 1}},
+                                                     {{.id = 0xFFFFFFFF,
+                                                       .name = "kyr/a",
+                                                       .type = RecordType::FloatArray,
+                                                       .first = 2,
+                                                       .count = 3}})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{1, 77}})));
     std::vector<std::string> lines =
         runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
     std::erase_if(lines, [](const std::string& line) {
@@ -97,18 +99,18 @@ TEST_F(LiveFieldsTest, ShowsValuesOfEveryTypeOfTarnel) {
     simulator->Ask("set test/ints 1,2,3,4,5,6,7,8");
     simulator->Ask("set test/floats nan,0.5,0,0,0,0,0,0");
     const std::vector<std::vector<OutputRecord>> definitions{
-        {{.id = 1, .name = "test/int", .type = kInt},
-         {.id = 2, .name = "test/float", .type = kFloat},
-         {.id = 3, .name = "test/ints", .type = kIntArray, .first = 2, .count = 3}},
-        {{.id = 4, .name = "test/floats", .type = kFloatArray, .count = 2},
-         {.id = 5, .name = "kyr/button", .type = kCommand},
-         {.id = 6, .name = "test/once", .type = kCommand}},
+        {{.id = 1, .name = "test/int", .type = RecordType::Int},
+         {.id = 2, .name = "test/float", .type = RecordType::Float},
+         {.id = 3, .name = "test/ints", .type = RecordType::IntArray, .first = 2, .count = 3}},
+        {{.id = 4, .name = "test/floats", .type = RecordType::FloatArray, .count = 2},
+         {.id = 5, .name = "kyr/button", .type = RecordType::Command},
+         {.id = 6, .name = "test/once", .type = RecordType::Command}},
         {{.id = 7, .name = "test/int", .type = 5},
-         {.id = 8, .name = "", .type = kInt},
-         {.id = 9, .name = "test/ints", .type = kIntArray}}};
+         {.id = 8, .name = "", .type = RecordType::Int},
+         {.id = 9, .name = "test/ints", .type = RecordType::IntArray}}};
     TestClient client;
     for (const std::vector<OutputRecord>& outputs : definitions) {
-        client.Exchange(*simulator, tarnel(definitionsMessage({}, outputs)));
+        client.Exchange(*simulator, tarnelRequest(definitionsMessage({}, outputs)));
     }
     EXPECT_THAT(
         fieldsOf(capture.Finish(),
@@ -125,15 +127,17 @@ TEST_F(LiveFieldsTest, ShowsValuesOfEveryTypeOfVelmar) {
     TestClient client;
     client.Exchange(
         *simulator,
-        velmar({registerDataref(1, 1, 0, "test/int"), registerDataref(2, 2, 0, "test/float"),
-                registerDataref(3, 3, 0, "test/int"), registerDataref(4, 4, 2, "test/ints"),
-                registerDataref(5, 5, 2, "test/floats"), registerDataref(6, 0, 0, "test/int")}));
+        velmarRequest({registerDataref(1, 1, 0, "test/int"), registerDataref(2, 2, 0, "test/float"),
+                       registerDataref(3, 3, 0, "test/int"), registerDataref(4, 4, 2, "test/ints"),
+                       registerDataref(5, 5, 2, "test/floats"),
+                       registerDataref(6, 0, 0, "test/int")}));
+    client.Exchange(*simulator, velmarRequest({writeDataref(1, i32(-5)), writeDataref(2, f32(0.1F)),
+                                               readDataref(1)}));
     client.Exchange(*simulator,
-                    velmar({writeDataref(1, i32(-5)), writeDataref(2, f32(0.1F)), readDataref(1)}));
-    client.Exchange(*simulator, velmar({writeDataref(3, {200}), readDataref(2), readDataref(3)}));
-    client.Exchange(*simulator, velmar({writeDataref(4, fromHex("01 00 00 00 02 00 00 00")),
-                                        writeDataref(5, join({f32(0.5F), f32(-2.0F)}))}));
-    client.Exchange(*simulator, velmar({readDataref(4), readDataref(5), readDataref(6)}));
+                    velmarRequest({writeDataref(3, {200}), readDataref(2), readDataref(3)}));
+    client.Exchange(*simulator, velmarRequest({writeDataref(4, fromHex("01 00 00 00 02 00 00 00")),
+                                               writeDataref(5, join({f32(0.5F), f32(-2.0F)}))}));
+    client.Exchange(*simulator, velmarRequest({readDataref(4), readDataref(5), readDataref(6)}));
     EXPECT_THAT(
         fieldsOf(capture.Finish(),
                  {"_ws.col.Info", "orvane.velmar.int", "orvane.velmar.float", "orvane.velmar.byte"},
@@ -155,17 +159,17 @@ TEST_F(LiveFieldsTest, ShowsValuesOfEveryTypeOfVelmar) {
 TEST_F(LiveFieldsTest, NamesWhatValuesOutsideOfTheListsDo) {
     TestClient client;
     client.Exchange(*simulator,
-                    tarnel(definitionsMessage({{.action = 1, .targetType = 2},
-                                               {.action = 2,
-                                                .targetType = -1,
-                                                .scaling = 4,
-                                                .rangeType = 3,
-                                                .condition = 5,
-                                                .conditionType = 6}},
-                                              {{.id = 1, .name = "test/int", .type = 5}})));
-    client.Exchange(*simulator,
-                    velmar({registerDataref(1, 6, 0, "test/int"), registerCommand(9, "test/hold"),
-                            runCommand(9, 2), runCommand(9, 0), runCommand(9, 255), u32(77)}));
+                    tarnelRequest(definitionsMessage({{.action = 1, .targetType = 2},
+                                                      {.action = 2,
+                                                       .targetType = -1,
+                                                       .scaling = 4,
+                                                       .rangeType = 3,
+                                                       .condition = 5,
+                                                       .conditionType = 6}},
+                                                     {{.id = 1, .name = "test/int", .type = 5}})));
+    client.Exchange(*simulator, velmarRequest({registerDataref(1, 6, 0, "test/int"),
+                                               registerCommand(9, "test/hold"), runCommand(9, 2),
+                                               runCommand(9, 0), runCommand(9, 255), u32(77)}));
     std::vector<std::string> lines =
         runTshark(capture.Finish(), {"-Y", "orvane", "-V", "-O", "orvane"});
     std::erase_if(lines, [](const std::string& line) {

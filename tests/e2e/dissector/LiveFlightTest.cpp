@@ -21,12 +21,12 @@ TEST_F(LiveFlightTest, ShowsATarnelFlightMessageByMessage) {
     TestClient client;
     client.Exchange(*simulator, fromHex("11 22 33 44 B1 6B 00 B5"));
     client.Exchange(*simulator, smallDefinitions());
-    client.Exchange(*simulator, tarnel(dataMessage({{7, -5}, {8, 65535}})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{7, -5}, {8, 65535}})));
     simulator->Ask("command begin kyr/button");
     simulator->Ask("set test/floats 0,0.5,-2,0,0,0,0,0");
-    client.Exchange(*simulator, fromHex("11 22 33 44"));
+    client.Exchange(*simulator, kTarnel);
     simulator->Ask("aircraft unload");
-    client.Exchange(*simulator, tarnel(dataMessage({})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({})));
     const auto file = capture.Finish();
 
     EXPECT_THAT(
@@ -52,17 +52,18 @@ TEST_F(LiveFlightTest, ShowsATarnelFlightMessageByMessage) {
 
 TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
     TestClient client;
-    client.Exchange(*simulator, velmar({registerDataref(7, kFloat, 0, "test/float"),
-                                        registerCommand(9, "test/once_and_again"),
-                                        registerDataref(8, 4, 3, "test/ints"),
-                                        registerCommand(9, "test/once"), zeros(8)}));
-    client.Exchange(*simulator, velmar({writeDataref(7, f32(43200.0F)), readDataref(7)}));
+    client.Exchange(*simulator,
+                    velmarRequest({registerDataref(7, VelmarValueType::Float, 0, "test/float"),
+                                   registerCommand(9, "test/once_and_again"),
+                                   registerDataref(8, 4, 3, "test/ints"),
+                                   registerCommand(9, "test/once"), zeros(8)}));
+    client.Exchange(*simulator, velmarRequest({writeDataref(7, f32(43200.0F)), readDataref(7)}));
     simulator->Ask("set test/ints 1,-2,3,4,5,6,7,8");
-    client.Exchange(*simulator, velmar({readDataref(8)}));
-    client.Exchange(*simulator, velmar({runCommand(9, 1)}));
-    client.Exchange(*simulator, velmar({pollCommandStates(), runCommand(9, 2)}));
-    client.Exchange(*simulator, velmar({unregisterDataref(7), unregisterCommand(9),
-                                        unregisterCommand(9), readDataref(7)}));
+    client.Exchange(*simulator, velmarRequest({readDataref(8)}));
+    client.Exchange(*simulator, velmarRequest({runCommand(9, 1)}));
+    client.Exchange(*simulator, velmarRequest({pollCommandStates(), runCommand(9, 2)}));
+    client.Exchange(*simulator, velmarRequest({unregisterDataref(7), unregisterCommand(9),
+                                               unregisterCommand(9), readDataref(7)}));
     const auto file = capture.Finish();
 
     EXPECT_THAT(
@@ -90,9 +91,9 @@ TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
 
 TEST_F(LiveFlightTest, TakesTwoZerosAfterAShortCommandNameForPadding) {
     TestClient client;
-    client.Exchange(*simulator, velmar({registerCommand(9, "s/short"), zeros(8)}));
-    client.Exchange(*simulator, velmar({registerCommand(9, "s/s"), zeros(12)}));
-    client.Exchange(*simulator, velmar({registerCommand(9, "s/longer"), zeros(4)}));
+    client.Exchange(*simulator, velmarRequest({registerCommand(9, "s/short"), zeros(8)}));
+    client.Exchange(*simulator, velmarRequest({registerCommand(9, "s/s"), zeros(12)}));
+    client.Exchange(*simulator, velmarRequest({registerCommand(9, "s/longer"), zeros(4)}));
     const auto file = capture.Finish();
     EXPECT_THAT(
         infosOf(file),
@@ -109,11 +110,11 @@ TEST_F(LiveFlightTest, TakesTwoZerosAfterAShortCommandNameForPadding) {
 TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
     TestClient first;
     TestClient second;
-    first.Send(velmar({pollCommandStates()}));
-    second.Send(tarnel(versionMessage()));
+    first.Send(velmarRequest({pollCommandStates()}));
+    second.Send(tarnelRequest(versionMessage()));
     first.Answer(*simulator);
     second.Answer(*simulator);
-    first.Exchange(*simulator, tarnel(dataMessage({})));
+    first.Exchange(*simulator, tarnelRequest(dataMessage({})));
     const auto file = capture.Finish();
 
     const std::vector<std::string> requests = fieldsOf(file, {"frame.number", "orvane.response_in"},
@@ -129,15 +130,15 @@ TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
 TEST_F(LiveFlightTest, PutsALargeRequestAndItsAnswerTogether) {
     // 400 input records of 488 bytes are more than three segments of the loopback device, 500000
     // floats many more.
-    const std::vector<InputRecord> inputs(400,
-                                          {.action = 1, .targetType = kInt, .target = "test/int"});
+    const std::vector<InputRecord> inputs(
+        400, {.action = 1, .targetType = RecordType::Int, .target = "test/int"});
     TestClient client;
-    client.Exchange(
-        *simulator,
-        tarnel(definitionsMessage(
-            inputs,
-            {{.id = 1, .name = "test/many_floats", .type = kFloatArray, .count = 500000}})));
-    client.Exchange(*simulator, tarnel(dataMessage({{1, 1}})));
+    client.Exchange(*simulator,
+                    tarnelRequest(definitionsMessage(inputs, {{.id = 1,
+                                                               .name = "test/many_floats",
+                                                               .type = RecordType::FloatArray,
+                                                               .count = 500000}})));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{1, 1}})));
     const auto file = capture.Finish();
     EXPECT_THAT(
         fieldsOf(file, {"_ws.col.Info", "orvane.length"}, "orvane and not orvane.expert.cut"),
@@ -150,9 +151,10 @@ TEST_F(LiveFlightTest, PutsALargeRequestAndItsAnswerTogether) {
 TEST_F(LiveFlightTest, FollowsAConnectionThatSwitchesBetweenTheProtocols) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
-    client.Exchange(*simulator, velmar({registerDataref(1, kInt, 0, "test/int")}));
-    client.Exchange(*simulator, tarnel(dataMessage({{7, 258}})));
-    client.Exchange(*simulator, velmar({readDataref(1)}));
+    client.Exchange(*simulator,
+                    velmarRequest({registerDataref(1, VelmarValueType::Int, 0, "test/int")}));
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{7, 258}})));
+    client.Exchange(*simulator, velmarRequest({readDataref(1)}));
     const auto file = capture.Finish();
     EXPECT_THAT(
         infosOf(file),

@@ -37,7 +37,7 @@ protected:
     void fly() {
         TestClient client;
         client.Exchange(*simulator, smallDefinitions());
-        client.Exchange(*simulator, tarnel(dataMessage({{7, -5}})));
+        client.Exchange(*simulator, tarnelRequest(dataMessage({{7, -5}})));
     }
 
     const std::vector<std::string> commands = documentedCommands();

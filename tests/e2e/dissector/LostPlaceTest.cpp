@@ -31,15 +31,15 @@ TEST_F(LostPlaceTest, LosesItsPlaceAsThePluginDoes) {
         capture.Connect();
         capture.FromClient(request);
     };
-    expectLost(tarnel(fromHex("01 02 03 04 05 06 07 08")));
+    expectLost(tarnelRequest(fromHex("01 02 03 04 05 06 07 08")));
     expectLost(join({kTarnel, fromHex("C0 FF EE DD E8 01 00 00 01 00 00 00 "
                                       "74 00 00 00 00 00 00 02")}));
     expectLost(
         join({kTarnel, fromHex("C0 FF EE DD 04 00 00 00 00 00 00 00 78 00 00 00 01 00 00 00"),
               zeros(120)}));
     expectLost(join({registration(), writeDataref(7, zeros(8)), pollCommandStates()}));
-    expectLost(velmar({registerDataref(1, 9, 0, "test/int"), writeDataref(1, zeros(4))}));
-    expectLost(velmar({writeDataref(2, fromHex("04 00 00 00"))}));
+    expectLost(velmarRequest({registerDataref(1, 9, 0, "test/int"), writeDataref(1, zeros(4))}));
+    expectLost(velmarRequest({writeDataref(2, fromHex("04 00 00 00"))}));
     EXPECT_THAT(
         expertsOf(capture.Finish(), "orvane.expert.lost_place"),
         ElementsAre(
@@ -62,11 +62,11 @@ TEST_F(LostPlaceTest, NoticesAnswersThatAreNotWhatWasDeclared) {
     capture.FromClient(data(1));
     capture.FromServer(kEmptyOutputs);
     capture.FromServer(kEmptyOutputs);
-    capture.FromClient(join({kTarnel, versionMessage()}));
+    capture.FromClient(tarnelRequest(versionMessage()));
     capture.FromServer(outputs("01 00 00 00"));
-    capture.FromClient(velmar({readDataref(1), pollCommandStates()}));
+    capture.FromClient(velmarRequest({readDataref(1), pollCommandStates()}));
     capture.FromServer(fromHex("0C 00 00 00 05 00 00 00 02 00 00 00 01 00 00 00"));
-    capture.FromClient(velmar({pollCommandStates()}));
+    capture.FromClient(velmarRequest({pollCommandStates()}));
     capture.FromServer(fromHex("05 00 00 00 00 00 00 00 99"));
     capture.FromServer(fromHex("FF FF FF FF 00"));
     EXPECT_THAT(expertsOf(capture.Finish()),
@@ -99,11 +99,11 @@ TEST_F(LostPlaceTest, KeepsTheFormerDatarefWhenARegistrationFails) {
     capture.Connect();
     capture.FromClient(registration());
     capture.FromServer(registrationAnswer());
-    capture.FromClient(velmar({registerDataref(7, 1, 0, "no/such"), readDataref(7)}));
+    capture.FromClient(velmarRequest({registerDataref(7, 1, 0, "no/such"), readDataref(7)}));
     capture.FromServer(join({fromHex("24 00 00 00 01 00 00 00 07 00 00 00 02 00 00 00 01 00 00 00 "
                                      "05 00 00 00 07 00 00 00 01 00 00 00 04 00 00 00"),
                              f32(0.25F)}));
-    capture.FromClient(velmar({readDataref(7)}));
+    capture.FromClient(velmarRequest({readDataref(7)}));
     EXPECT_THAT(
         fieldsOf(capture.Finish(), {"_ws.col.Info", "orvane.velmar.float"}, "frame.number > 6"),
         ElementsAre("Velmar answer: register no/such: failed, read no/such = 0.25|0.25",
@@ -115,7 +115,7 @@ TEST_F(LostPlaceTest, LooksForAnIdentificationInARestThatSharesItsSegment) {
     capture.FromClient(fromHex("55 66 77 88 02 00 00 00 07 00"));
     capture.FromServer(fromHex("00 00 00 00"));
     capture.FromClient(join({fromHex("00 00"), kVelmar, pollCommandStates()}));
-    capture.FromClient(tarnel(versionMessage()));
+    capture.FromClient(tarnelRequest(versionMessage()));
     const auto file = capture.Finish();
     EXPECT_THAT(infosOf(file),
                 ElementsAre("Velmar; Velmar packet, cut", "Velmar answer: empty",

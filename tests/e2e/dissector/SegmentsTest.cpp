@@ -63,8 +63,8 @@ TEST_F(SegmentsTest, TakesPacketsOfALaterSegmentForTheSameVelmarRequest) {
 
 TEST_F(SegmentsTest, TakesAnAnswerToTwoVelmarRequestsForOne) {
     capture.Connect();
-    capture.FromClient(velmar({pollCommandStates()}));
-    capture.FromClient(velmar({readDataref(3)}));
+    capture.FromClient(velmarRequest({pollCommandStates()}));
+    capture.FromClient(velmarRequest({readDataref(3)}));
     capture.FromServer(
         fromHex("14 00 00 00 00 00 00 00 05 00 00 00 03 00 00 00 02 00 00 00 01 00 00 00"));
     EXPECT_THAT(expertsOf(capture.Finish()),
@@ -85,7 +85,7 @@ TEST_F(SegmentsTest, TakesAMessageThatFollowsItsIdentificationForOneRequest) {
 
 TEST_F(SegmentsTest, PutsWhatOvertookInOrderWhereWiresharkIsToldTo) {
     capture.Connect();
-    capture.FromClientOvertaking(tarnel(versionMessage()), 4);
+    capture.FromClientOvertaking(tarnelRequest(versionMessage()), 4);
     capture.FromServerOvertaking(fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00"), 4);
     capture.FromClientOvertaking(definitions(), 300);
     capture.FromServer(outputs("05 00 00 00"));

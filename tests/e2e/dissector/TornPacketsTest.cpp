@@ -37,10 +37,10 @@ protected:
         for (std::size_t size = torn.fewest; size <= torn.most; ++size) {
             capture.Connect();
             capture.FromClient(
-                velmar({registerDataref(1, 1, 0, "a"), registerDataref(2, 2, 0, "b"),
-                        registerDataref(3, 3, 0, "c"), registerDataref(4, 4, 2, "d"),
-                        Bytes(torn.packet.begin(),
-                              torn.packet.begin() + static_cast<std::ptrdiff_t>(size))}));
+                velmarRequest({registerDataref(1, 1, 0, "a"), registerDataref(2, 2, 0, "b"),
+                               registerDataref(3, 3, 0, "c"), registerDataref(4, 4, 2, "d"),
+                               Bytes(torn.packet.begin(),
+                                     torn.packet.begin() + static_cast<std::ptrdiff_t>(size))}));
             expected.push_back(torn.line.empty()
                                    ? "the plugin does not wait for the rest: it answers what has "
                                      "arrived"

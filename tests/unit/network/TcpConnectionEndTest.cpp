@@ -50,8 +50,8 @@ TEST_F(TcpConnectionTest, ClosesQuietlyAfterAResetSeenWhileSending) {
 // Sent into a connection that the client has closed and reset, an answer raises SIGPIPE.
 TEST_F(TcpConnectionTest, OutlivesAClientThatSendsTwoRequestsAndVanishes) {
     tarnel->feed = takeAllAndAnswer("abc");
-    receive(join({kTarnel, fromHex("01")}));
-    peer.Send(join({kTarnel, fromHex("02")}));
+    receive(tarnelRequest(fromHex("01")));
+    peer.Send(tarnelRequest(fromHex("02")));
     peer.Close();
     tick(); // The first answer provokes the reset.
     ASSERT_TRUE(waitBroken(accepted));

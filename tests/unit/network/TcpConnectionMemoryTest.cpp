@@ -37,7 +37,7 @@ protected:
             return std::map<unsigned int, IProtocol*>{{0x44332211, protocol}};
         };
         connection = std::make_unique<TcpConnection>(accepted, &logger, &utilities, &factory);
-        request = join({kTarnel, zeros(kMessage)});
+        request = tarnelRequest(zeros(kMessage));
     }
 
     int echo(IRingBuffer& in, IRingBuffer& out) {

@@ -80,7 +80,7 @@ TEST_F(TcpConnectionTest, CountsEveryPartialSendFromTheStartOfThePayload) {
     EXPECT_EQ(answer(3), text("KLM"));
     tick();
     EXPECT_EQ(answer(23), text("DEFGHIJKLMNOPQRSTUVWXYZ"));
-    receive(join({kTarnel, fromHex("01")}));
+    receive(tarnelRequest(fromHex("01")));
     EXPECT_EQ(fed.back(), "01");
 }
 

@@ -108,20 +108,20 @@ TEST_F(TcpConnectionTest, TriesOneReceivePerTick) {
 }
 
 TEST_F(TcpConnectionTest, HandsTheBytesBehindTheIdentificationToItsProtocol) {
-    receive(join({kTarnel, fromHex("01 02 03")}));
+    receive(tarnelRequest(fromHex("01 02 03")));
     EXPECT_THAT(fed, ElementsAre("01 02 03"));
 }
 
 TEST_F(TcpConnectionTest, AnswersEachProtocolsRequestByThatProtocol) {
     tarnel->feed = takeAllAndAnswer("t");
     velmar->feed = takeAllAndAnswer("v");
-    receive(join({kTarnel, fromHex("01")}));
+    receive(tarnelRequest(fromHex("01")));
     tick();
     EXPECT_EQ(toHex(answer(5)), "01 00 00 00 74");
-    receive(join({kVelmar, fromHex("02")}));
+    receive(velmarRequest({fromHex("02")}));
     tick();
     EXPECT_EQ(toHex(answer(5)), "01 00 00 00 76");
-    receive(join({kTarnel, fromHex("03")}));
+    receive(tarnelRequest(fromHex("03")));
     tick();
     EXPECT_EQ(toHex(answer(5)), "01 00 00 00 74");
     EXPECT_THAT(fed, ElementsAre("01", "02", "03"));
@@ -176,7 +176,7 @@ TEST_F(TcpConnectionTest, KeepsTheProtocolSelectedWhileItsMessageIsNotComplete) 
     for (const int result : {-1, -1000}) {
         fed.clear();
         tarnel->feed = [result](IRingBuffer&, IRingBuffer&) { return result; };
-        receive(join({kTarnel, fromHex("01")}));
+        receive(tarnelRequest(fromHex("01")));
         tarnel->feed = takeAllAndAnswer("");
         receive(kVelmar); // Four bytes of the message, though they look like an identification.
         EXPECT_THAT(fed, ElementsAre("01 55 66 77 88")) << result;
@@ -206,7 +206,7 @@ TEST_F(TcpConnectionTest, DropsAnUnknownIdentificationWithoutAnswerOrWarning) {
                 ElementsAre(testing::Pair(LogLevelVerbose,
                                           StartsWith("Verbose@TcpConnection::ProcessEvents : "
                                                      "recv() received num bytes 4  readposptr "))));
-    receive(join({kTarnel, fromHex("01")}));
+    receive(tarnelRequest(fromHex("01")));
     EXPECT_THAT(fed, ElementsAre("01"));
 }
 
@@ -239,11 +239,11 @@ TEST_F(TcpConnectionTest, HandlesTheSecondRequestOfASegmentOnlyWhenFurtherBytesA
 }
 
 TEST_F(TcpConnectionTest, AsksForAnIdentificationAgainAfterEveryAnswer) {
-    receive(join({kTarnel, fromHex("01")}));
+    receive(tarnelRequest(fromHex("01")));
     tick();
     receive(fromHex("02 03 04 05"));
     EXPECT_THAT(fed, ElementsAre("01"));
-    receive(join({kTarnel, fromHex("06")}));
+    receive(tarnelRequest(fromHex("06")));
     EXPECT_THAT(fed, ElementsAre("01", "06"));
 }
 
@@ -252,7 +252,7 @@ TEST_F(TcpConnectionTest, ReceivesNothingUntilTheAnswerIsSent) {
     const std::size_t receives = faults.Count(SocketCall::Receive);
     faults.Fail(SocketCall::Send, EAGAIN);
     faults.Fail(SocketCall::Send, EAGAIN);
-    peer.Send(join({kTarnel, fromHex("02")}));
+    peer.Send(tarnelRequest(fromHex("02")));
     ASSERT_TRUE(waitReadable(accepted));
     tick();
     tick();
@@ -285,7 +285,7 @@ TEST_F(TcpConnectionTest, TracesTheNumberOfBytesAndTheReadPosition) {
         drain(in);
         return 0;
     };
-    receive(join({kTarnel, fromHex("01 02 03")}));
+    receive(tarnelRequest(fromHex("01 02 03")));
     const auto beforeTheIdentification = reinterpret_cast<std::uintptr_t>(position) - 4;
     EXPECT_THAT(logger.At(LogLevelVerbose),
                 ElementsAre("Verbose@TcpConnection::ProcessEvents : recv() received num bytes 7  "

@@ -25,9 +25,6 @@ inline Bytes text(const std::string& characters) {
     return {characters.begin(), characters.end()};
 }
 
-inline const Bytes kTarnel = tarnelRequest({});
-inline const Bytes kVelmar = velmarRequest({});
-
 // A connection over loopback whose protocols are fakes: by default they take whatever there is and
 // answer nothing.
 class TcpConnectionTest : public testing::Test {
