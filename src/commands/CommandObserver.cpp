@@ -51,8 +51,8 @@ void CommandObserver::UnregisterProtocolForCommandCallback(IProtocol* protocol, 
     if (found == listenersByCommand.end() || found->second.erase(protocol) == 0) {
         return;
     }
-    // Asked of all commands, whose entries are never removed: a name once registered stays known,
-    // and a later registration does not call the simulator again.
+    // This asks about all commands, and entries are never removed: a registered name stays known,
+    // and registering it again does not call the simulator.
     if (listenersByCommand.empty()) {
         XPLMUnregisterCommandHandler(command, callback, kBeforeSimulator, nullptr);
         commandsByName.erase(known);

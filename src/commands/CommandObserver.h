@@ -8,8 +8,8 @@
 
 // The one subscriber to simulator commands, on behalf of all protocol instances.
 //
-// A command's handler is registered with the simulator at its first subscription and stays
-// registered, also when the last listener has left and when the observer is deleted: the simulator
+// A command's handler is registered with the simulator at the first subscription and stays
+// registered, even after the last listener has left and the observer is deleted: the simulator
 // drops it with the plugin. Protocols are borrowed. Main thread only.
 class CommandObserver final : public ICommandObserver {
 public:
@@ -25,7 +25,7 @@ public:
     void UnregisterProtocolForCommandCallback(IProtocol* protocol, std::string name) override;
     void UnregisterAllForProtocol(IProtocol* protocol) override;
 
-    // Calls every listener in ascending order of its address. Returns 1 if all of them did.
+    // Calls every listener in ascending order of its address. Returns 1 if all of them return 1.
     int HandleCommand(void* command, int phase, void* refcon) override;
 
 private:

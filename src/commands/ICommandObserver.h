@@ -17,6 +17,6 @@ public:
     virtual void UnregisterProtocolForCommandCallback(IProtocol* protocol, std::string name) = 0;
     virtual void UnregisterAllForProtocol(IProtocol* protocol) = 0;
 
-    // Called for the simulator. Returns 1 to let the command go on, 0 to swallow it.
+    // Called by the simulator. Returns 1 to let the command go on, 0 to swallow it.
     virtual int HandleCommand(void* command, int phase, void* refcon) = 0;
 };

@@ -17,6 +17,6 @@ public:
     virtual void SetLogLevel(LogLevel level) = 0;
     virtual void Log(LogLevel level, std::string message) = 0;
 
-    // Whether Log would write a message of this level. Who builds messages often asks first.
+    // Whether Log would write a message of this level. Callers that build messages often ask first.
     virtual bool IsEnabled(LogLevel /*level*/) const { return true; }
 };

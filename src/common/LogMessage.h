@@ -9,11 +9,11 @@
 
 #include "common/ILoggingService.h"
 
-// A piece of a log message: text as it stands, or a whole number in plain decimal. Lives no longer
-// than the call that it is made for.
+// A piece of a log message: text, or an integer in plain decimal. Valid only during the call that
+// it is made for.
 class LogMessagePart final {
 public:
-    LogMessagePart(const char* piece) : text(piece) {}
+    LogMessagePart(const char* text) : text(text) {}
     template <std::integral Number>
     LogMessagePart(Number number) {
         const char* const end =
@@ -31,11 +31,11 @@ private:
     std::string_view text;
 };
 
-// The pieces in a row.
+// Joins the pieces.
 std::string logMessage(std::initializer_list<LogMessagePart> parts);
 
-// Logs the pieces in a row. A message that would be dropped is not built at all: there are several
-// in every exchange, for a log that is usually off.
+// Joins and logs the pieces. A message that would be dropped is not built at all: every exchange
+// has several, and the verbose log is usually off.
 template <typename... Pieces>
 void logIfEnabled(ILoggingService* logger, LogLevel level, Pieces... pieces) {
     if (logger->IsEnabled(level)) {

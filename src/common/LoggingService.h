@@ -18,7 +18,7 @@ public:
     void Log(LogLevel level, std::string message) override;
     bool IsEnabled(LogLevel level) const override;
 
-    // Passes `text` to the simulator as it stands.
+    // Passes `text` to the simulator unchanged.
     void writeToXPlaneLog(const char* text);
 
 private:

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// What the protocols need to know about the simulator: whether an aircraft is loaded, and an
-// identifier of it by which a client notices that the user switched aircraft.
+// What the protocols need to know about the simulator: whether an aircraft is loaded, and its id,
+// from which clients see that the user has switched aircraft.
 class SimStateInformation final {
 public:
     void SetPlaneLoaded(bool loaded);

@@ -13,7 +13,7 @@ constexpr char kComment = '#';
 constexpr char kFieldSeparator = ' ';
 constexpr const char* kArrayEnding = "_array";
 
-// 0 for what is not a number of elements.
+// 0 if `text` is not a number of elements.
 std::size_t sizeFrom(const std::string& text) {
     try {
         return static_cast<std::size_t>(std::max(std::stoi(text), 0));
@@ -61,7 +61,7 @@ void DatarefProvider::parseConfigLine(std::string line) {
     }
 }
 
-// The name is noted before the registration, which therefore does not declare it once more.
+// Notes the name before the registration, which would otherwise declare it once more.
 void DatarefProvider::registerScalar(const std::string& name, const std::string& type) {
     configNames.insert(name);
     if (type == "int") {
@@ -89,7 +89,7 @@ void DatarefProvider::registerArray(const std::string& name, const std::string& 
             RegisterByteArray(size, name);
         }
     } catch (const std::bad_alloc&) {
-        // More than there is memory for: a line like any other that is ignored.
+        // Not enough memory: the line is ignored, like a malformed one.
         if (isNew) {
             configNames.erase(name);
         }
@@ -122,7 +122,7 @@ void DatarefProvider::ensureDatarefInConfig(const std::string& name, const std::
     file << '\n' << std::flush;
     file << name << ' ' << type;
     if (hasEnding(type, kArrayEnding)) {
-        // As text, since a stream would group the digits of a number under another locale.
+        // As text: under another locale a stream would group the digits.
         file << ' ' << std::to_string(size);
     }
     configNames.insert(name);

@@ -140,9 +140,9 @@ XPLMDataRef DatarefProvider::registerDataref(const std::string& name, const Acce
     if (registeredDatarefs.contains(name)) {
         return nullptr;
     }
-    // A number and never an address: NOLINTNEXTLINE(performance-no-int-to-ptr)
+    // A number, never an address: NOLINTNEXTLINE(performance-no-int-to-ptr)
     void* const refcon = reinterpret_cast<void*>(nextRefcon);
-    // First of all, since what cannot be stored must leave no trace anywhere.
+    // Comes first: a dataref that cannot be stored must leave no trace.
     Values<Value> newValue;
     newValue.emplace(refcon, zeroValue<Value>(size));
     std::map<std::string, XPLMDataRef> newDataref{{name, nullptr}};

@@ -26,7 +26,7 @@ bool hasEnding(const std::string& text, const std::string& ending);
 class DatarefProvider final : public IDatarefProvider {
 public:
     // The plain accessor functions that the simulator is given; they forward to this object.
-    // Nothing here logs: a dataref that cannot be had is the caller's to notice.
+    // Nothing here logs: callers check whether a registration succeeded.
     DatarefProvider(ILoggingService* loggingService, int (*readInt)(void*),
                     void (*writeInt)(void*, int), float (*readFloat)(void*),
                     void (*writeFloat)(void*, float), double (*readDouble)(void*),
@@ -74,8 +74,8 @@ public:
     void notifyDataRefEditor(std::string name);
 
 private:
-    // What the simulator is told of a dataref besides its name and refcon: the type, and the pair
-    // of accessors of that type; the other accessors stay null.
+    // What the simulator gets besides a dataref's name and refcon: its type and that type's pair of
+    // accessors. The other accessors stay null.
     struct Accessors {
         XPLMDataTypeID type = xplmType_Unknown;
         XPLMGetDatai_f readInt = nullptr;

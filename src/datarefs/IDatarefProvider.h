@@ -5,10 +5,10 @@
 
 #include "XPLMDataAccess.h"
 
-// The plugin's own datarefs: registration, and the values behind them.
+// The plugin's own datarefs: registration and values.
 //
-// A registration returns null when nothing was registered: the name is registered already, of
-// whatever type, or the simulator refuses it. Initial values are zero. `refcon` is what the
+// A registration returns null when nothing was registered: the name is already registered,
+// with any type, or the simulator refuses it. Initial values are zero. `refcon` is what the
 // simulator hands back to the accessors; an unknown one reads as zero and is not written.
 class IDatarefProvider {
 public:
@@ -37,7 +37,7 @@ public:
     virtual void SetFloatArray(void* refcon, float* values, int offset, int count) = 0;
     virtual int GetFloatArray(void* refcon, float* values, int offset, int max) = 0;
     virtual double GetDouble(void* refcon) = 0;
-    // Doubles and byte arrays are published but drop every write and read as zero and as empty.
+    // Doubles and byte arrays are published, but writes are dropped and reads give zero or nothing.
     virtual void SetDouble(void* refcon, double value) = 0;
     virtual int GetBytes(void* refcon, void* values, int offset, int max) = 0;
     virtual void SetBytes(void* refcon, void* values, int offset, int count) = 0;

@@ -7,11 +7,11 @@
 #include <new>
 #include <stdexcept>
 
-// Numbers that are zero at first, and of which none is touched before it is used: the system
-// provides a page of memory when it is first written to. A std::vector would write them all.
+// An array of zeros that takes memory only when it is used: the system provides a page when it is
+// first written to. A std::vector would write to all of them.
 //
-// The memory counts as promised, unlike reserved address space. What the machine does not have is
-// refused at once, and not found missing when somebody writes to it in the middle of a flight.
+// Unlike reserved address space, the memory is committed. If the machine does not have it, this
+// fails at once, and not when somebody writes to it in the middle of a flight.
 template <typename Number>
 class ZeroedArray final {
 public:

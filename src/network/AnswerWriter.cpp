@@ -9,8 +9,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "values travel as they are stored");
 
-// A block write that ends where the storage ends leaves the position there, unlike that of a value.
-// The last byte therefore goes as a value. There is room for all.
+// A block write that ends at the end of the storage leaves the position there; writing a value
+// wraps it. The last byte is therefore written as a value. The caller has checked the room.
 void writeWithRoom(IRingBuffer* ringBuffer, unsigned char* bytes, std::size_t count) {
     if (count > 1) {
         ringBuffer->WriteByteArray(bytes, count - 1);
@@ -22,7 +22,7 @@ void writeWithRoom(IRingBuffer* ringBuffer, unsigned char* bytes, std::size_t co
 
 } // namespace
 
-// The block is left as it is: only what was gathered in it is ever read.
+// The block is not initialised: only what was gathered in it is ever read.
 AnswerWriter::AnswerWriter(IRingBuffer* ringBuffer) : ringBuffer(ringBuffer) {
     startBlock();
 }

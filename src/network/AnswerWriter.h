@@ -7,12 +7,12 @@
 
 class IRingBuffer;
 
-// Gathers the values of an answer and hands them to the ring buffer in blocks, which costs a
-// fraction of handing over each of them.
+// Gathers the values of an answer and hands them to the ring buffer in blocks, which is much
+// cheaper than one call per value.
 //
-// The ring buffer ends up exactly as if every value had been written to it on its own: the same
-// bytes and positions, and for lack of room the same report at the same value. Values are gathered
-// only as far as there is room for them; nobody else uses the ring buffer meanwhile.
+// The ring buffer ends up exactly as if every value had been written separately: the same bytes and
+// positions, and if it is full, the same report at the same value. Only values that fit are
+// gathered. Nothing else may use the ring buffer meanwhile.
 class AnswerWriter final {
 public:
     explicit AnswerWriter(IRingBuffer* ringBuffer);
@@ -48,7 +48,7 @@ private:
     template <typename Value>
     void putAll(const Value* values, std::size_t count);
 
-    // For a full block, and where the ring buffer has hardly any room.
+    // For a full block, or if the ring buffer has hardly any room.
     void putDirectly(float value);
     void putDirectly(std::int32_t value);
     void putDirectly(std::uint32_t value);
@@ -61,6 +61,6 @@ private:
     IRingBuffer* ringBuffer;
     std::array<unsigned char, 4096> block;
     unsigned char* position = nullptr;
-    // Of the block, or of the room in the ring buffer.
+    // The end of the block, or of the room in the ring buffer.
     unsigned char* end = nullptr;
 };

@@ -2,8 +2,8 @@
 
 class IRingBuffer;
 
-// A wire protocol handler. Each connection has an instance of its own of every protocol, so
-// protocol state never leaks between clients.
+// A wire protocol handler. Each connection has its own instance of every protocol, so protocol
+// state never leaks between clients.
 class IProtocol {
 public:
     virtual ~IProtocol() = default;
@@ -11,10 +11,10 @@ public:
     // The 32-bit value that begins every request for this protocol; a constant per class.
     virtual unsigned int GetProtocolIdentification() = 0;
 
-    // Consumes one message from `in`, behind its identification, and writes the whole answer to
-    // `out`. A negative result means that the message is not complete: `in` is left so that it can
-    // be read again, and Feed is called again when more bytes have arrived. Zero or more means
-    // handled: whatever is in `out`, which may be nothing, is sent as one answer.
+    // Consumes one message from `in`, after its identification, and writes the whole answer to
+    // `out`. A negative result means that the message is not complete: `in` can be read again, and
+    // Feed is called again when more bytes have arrived. Zero or more means handled: the content of
+    // `out`, which may be empty, is sent as one answer.
     virtual int Feed(IRingBuffer* in, IRingBuffer* out) = 0;
 
     // A simulator command that this instance subscribed to as `commandId` changed its phase

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-// A byte queue with typed access, through which all network traffic passes.
+// A byte queue with typed access. All network traffic passes through it.
 //
 // Values travel little-endian, without padding or alignment; a float as its IEEE 754
-// single-precision bit pattern. Callers compare the counts with what they are about to read or
-// write: a shortage is a broken invariant that ends the process.
+// single-precision bit pattern. Callers check the counts before they read or write: a shortage is a
+// broken invariant that ends the process.
 class IRingBuffer {
 public:
     virtual ~IRingBuffer() = default;

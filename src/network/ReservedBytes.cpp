@@ -6,7 +6,7 @@
 
 namespace {
 
-// Smaller ones are left to the heap, whose checks then cover them.
+// Smaller arrays come from the heap, whose checks then cover them.
 constexpr std::size_t kSmallestMapping = 0x100000;
 
 unsigned char* map(std::size_t size) {
@@ -22,8 +22,8 @@ unsigned char* map(std::size_t size) {
 
 } // namespace
 
-ReservedBytes::ReservedBytes(std::size_t requestedSize)
-    : size(requestedSize), bytes(size < kSmallestMapping ? new unsigned char[size] : map(size)) {}
+ReservedBytes::ReservedBytes(std::size_t size)
+    : size(size), bytes(size < kSmallestMapping ? new unsigned char[size] : map(size)) {}
 
 ReservedBytes::~ReservedBytes() {
     if (size < kSmallestMapping) {

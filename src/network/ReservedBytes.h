@@ -2,16 +2,15 @@
 
 #include <cstddef>
 
-// An array of bytes, neither zeroed nor touched, of which only what is used costs memory.
+// An array of bytes, neither zeroed nor touched: only the pages that are used cost memory.
 //
-// A large one is kept apart from the heap, so that the system neither counts it as memory promised,
-// which could make it refuse a fork of the simulator's process, nor backs it with huge pages, which
-// would cost megabytes for a few bytes. Where the system promises no more than it has, all of it
-// counts nevertheless.
+// A large array is kept apart from the heap. The system then does not count it as committed, which
+// could make it refuse a fork of the simulator's process, and does not back it with huge pages,
+// which would cost megabytes for a few bytes. Without overcommit the system counts all of it.
 class ReservedBytes final {
 public:
     // Throws std::bad_alloc.
-    explicit ReservedBytes(std::size_t requestedSize);
+    explicit ReservedBytes(std::size_t size);
     ~ReservedBytes();
     ReservedBytes(const ReservedBytes&) = delete;
     ReservedBytes& operator=(const ReservedBytes&) = delete;

@@ -18,8 +18,8 @@ using ByteArray = std::array<unsigned char, sizeof(Value)>;
 template <typename Value>
 constexpr std::ptrdiff_t kSizeOf = sizeof(Value);
 
-// True when `position` is one of the `count` addresses from `first` on. One comparison, since a
-// position before `first` is far away as an unsigned number.
+// True when `position` is one of the `count` addresses from `first` on. One comparison is enough:
+// as an unsigned number, a position before `first` is far away.
 bool liesWithin(const unsigned char* first, std::size_t count, const unsigned char* position) {
     return static_cast<std::size_t>(position - first) < count;
 }

@@ -12,7 +12,7 @@ class ILoggingService;
 //
 // Storage is allocated once and neither zeroed nor touched before use, so a large buffer costs
 // address space but no memory. Flight-loop thread only. A shortage is reported at LogLevelError,
-// which ends the process; with a logger that returns, the operation goes on all the same.
+// which ends the process; with a logger that returns, the operation goes on anyway.
 class RingBuffer final : public IRingBuffer {
 public:
     // A size below 1 is taken as 1. The logger is borrowed.
@@ -52,8 +52,8 @@ public:
     void write(unsigned char byte);
 
 private:
-    // A value in one piece, and before the last byte of the storage, is copied at once; any other
-    // goes byte by byte. `shortage` is reported for one that is not there or has no room.
+    // A value that lies in one piece, before the last byte of the storage, is copied at once; any
+    // other goes byte by byte. `shortage` is reported if a value is missing or does not fit.
     template <typename Value>
     Value readValue(const char* shortage);
     template <typename Value>

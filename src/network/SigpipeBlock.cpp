@@ -20,12 +20,12 @@ bool isSigpipePending() {
 
 } // namespace
 
-// The mask of sigprocmask is the calling thread's, too. pthread_sigmask is the name to use, but
-// binds to a symbol that older systems do not have.
+// sigprocmask, too, changes the calling thread's mask. pthread_sigmask would be the portable name,
+// but binds to a symbol that older systems do not have.
 SigpipeBlock::SigpipeBlock() {
     const sigset_t sigpipe = sigpipeAlone();
     ::sigprocmask(SIG_BLOCK, &sigpipe, &formerMask);
-    // Unless it was blocked before, it has been delivered long since.
+    // If it was not blocked before, it cannot be pending.
     wasPending = ::sigismember(&formerMask, SIGPIPE) == 1 && isSigpipePending();
 }
 

@@ -2,10 +2,10 @@
 
 #include <csignal>
 
-// Blocks SIGPIPE for the calling thread for as long as an object lives.
+// Blocks SIGPIPE for the calling thread during the object's lifetime.
 //
-// A send to a client that has gone then fails with EPIPE and raises nothing. What the process does
-// with the signal otherwise is not touched: that belongs to the simulator. errno stays as it is.
+// A send to a client that is gone then fails with EPIPE and raises no signal. The process's
+// handling of the signal belongs to the simulator and is not touched. errno is preserved.
 class SigpipeBlock final {
 public:
     SigpipeBlock();
@@ -14,8 +14,8 @@ public:
     SigpipeBlock(const SigpipeBlock&) = delete;
     SigpipeBlock& operator=(const SigpipeBlock&) = delete;
 
-    // Takes the signal of a send that has failed with EPIPE meanwhile. One that was pending before
-    // stays pending.
+    // Discards the signal of a send that has just failed with EPIPE. A signal that was pending
+    // before stays pending.
     void TakeSignal() const;
 
 private:

@@ -51,7 +51,7 @@ TcpConnection::TcpConnection(ILoggingService* loggingService, IUtilities* utilit
                              IProtocolFactory* protocolFactory)
     : loggingService(loggingService), utilities(utilities), protocolFactory(protocolFactory) {}
 
-// Delegating first: should a buffer not be had, the destructor still frees the protocols.
+// Delegates first: if a buffer cannot be had, the destructor still frees the protocols.
 TcpConnection::TcpConnection(int acceptedSocket, ILoggingService* loggingService,
                              IUtilities* utilities, IProtocolFactory* protocolFactory)
     : TcpConnection(loggingService, utilities, protocolFactory) {
@@ -123,7 +123,7 @@ void TcpConnection::handleReceiveError(int error) {
 }
 
 void TcpConnection::handleReceivedBytes(unsigned long count) {
-    // Starting over while empty keeps a connection on the pages that it has touched already.
+    // Starting over while empty reuses the pages that the connection has already touched.
     if (inBuffer->GetNumReadBytesAvailable() == 0) {
         inBuffer->ResetBuffer();
     }
@@ -207,7 +207,7 @@ void TcpConnection::handleSendError(int error) {
     case ECONNRESET:
     case ENOTCONN:
     case ECONNREFUSED:
-    // What a client, or the network between, can bring about at any time.
+    // A client or the network can cause these at any time.
     case EPIPE:
     case ETIMEDOUT:
     case EHOSTUNREACH:
@@ -228,8 +228,8 @@ void TcpConnection::handleSendError(int error) {
     }
 }
 
-// A connection that the network has ended bears the error of the last message about it, which is
-// anybody's to send.
+// When the network has ended a connection, the error comes from the last message about it, which
+// anybody can send.
 bool TcpConnection::hasEnded() const {
     tcp_info info{};
     socklen_t length = sizeof(info);
@@ -245,8 +245,8 @@ void TcpConnection::handleSentBytes(std::uint64_t sent) {
             outBuffer->ResetBuffer();
         }
     } else if (sent < numBytesToWrite) {
-        // Clients rely on this remainder as it is: `sent` counts the frame header too, and the
-        // rest carries no header of its own.
+        // Clients rely on this remainder: `sent` counts the frame header too, and the rest has no
+        // header.
         outBuffer->RestoreReadPos();
         outBuffer->MoveReadPosForward(sent);
         numBytesToWrite = outBuffer->ReadByteArray(sendBuffer->Get(), kBufferSize);

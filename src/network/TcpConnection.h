@@ -16,11 +16,11 @@ class ReservedBytes;
 //
 // A request is a 4-byte protocol identification and one message of that protocol; the answer is
 // framed by its payload length as a little-endian uint32. While an answer is being sent nothing is
-// received. Errors of the socket, and exceptions out of a protocol, close this connection only.
+// received. Socket errors and exceptions from a protocol close this connection only.
 //
 // Owns its buffers and the protocol instances that the factory makes for it; services are borrowed.
-// Every connection reserves about 1 GiB of address space, so that no message and no answer ever has
-// to be split here, and touches of it only what its largest message needs.
+// Every connection reserves about 1 GiB of address space, so that no message or answer ever has to
+// be split here. It touches only what its largest message needs.
 class TcpConnection final {
 public:
     // Takes over the socket, which is connected and non-blocking. Throws std::bad_alloc when the

@@ -20,7 +20,7 @@ namespace {
 constexpr int kInvalidSocket = -1;
 constexpr std::uint16_t kPort = 48000;
 constexpr int kBacklog = 2;
-// Accepted sockets inherit it; the system grants less where it is set up so.
+// Accepted sockets inherit it. The system may grant less.
 constexpr int kReceiveBufferSize = 4 * 1024 * 1024;
 
 sockaddr_in listeningAddress() {
@@ -97,7 +97,7 @@ bool TcpServer::startListening() {
     if (!SetSocketDontLinger(serverSocket) || !SetSocketNonBlocking(serverSocket)) {
         return false;
     }
-    // A request that does not fit in whole would be read in parts, and answered too early.
+    // A request that does not fit would be read in parts and answered too early.
     ::setsockopt(serverSocket, SOL_SOCKET, SO_RCVBUF, &kReceiveBufferSize,
                  sizeof(kReceiveBufferSize));
     if (::listen(serverSocket, kBacklog) != 0) {
@@ -111,7 +111,7 @@ bool TcpServer::startListening() {
 
 void TcpServer::Cleanup() {
     if (!isInit) {
-        // Users search for this line as it is; the names in it are not a slip to mend.
+        // Users search for this line: do not correct the names in it.
         loggingService->Log(LogLevelWarning,
                             "Warning@Cleanup::Init : isInit == false. Skipping cleanup.");
         return;
@@ -154,7 +154,7 @@ void TcpServer::acceptClient() {
     addConnection(newSocket);
 }
 
-// A client for which there is no memory is turned away; the flight goes on.
+// If there is no memory for a client, it is turned away and the flight goes on.
 void TcpServer::addConnection(int socket) {
     try {
         auto& connection = connections.emplace_back();

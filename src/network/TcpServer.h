@@ -11,8 +11,8 @@ class TcpConnection;
 // Listens for clients on port 48000 of every local IPv4 address, and drives their connections.
 //
 // Never waits: each tick tries every system call once. Flight-loop thread only. Failures to set up
-// the listening socket are reported at LogLevelError, which ends the process; a port on which
-// another program listens is such a failure.
+// the listening socket are reported at LogLevelError, which ends the process. A port that another
+// program listens on is such a failure.
 class TcpServer final {
 public:
     // The services are borrowed.

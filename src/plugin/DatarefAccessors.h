@@ -1,6 +1,6 @@
 #pragma once
 
-// The accessors of the plugin's own datarefs, as the simulator's SDK wants them. Each forwards to
+// The accessors of the plugin's own datarefs, with the SDK's signatures. Each forwards to
 // the dataref provider of the plugin object; without one, getters return 0 and setters do nothing.
 
 int GetInt(void* refcon);

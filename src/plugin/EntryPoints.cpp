@@ -30,7 +30,7 @@ constexpr int kRefused = 0;
 constexpr const char* kVerboseMarkerFile = "XPLANEORVANE_VERBOSE";
 
 bool fileExists(const char* path) {
-    // Not stat(): that name is bound to a symbol which older systems do not have.
+    // Not stat(): that name binds to a symbol that older systems do not have.
     return ::access(path, F_OK) == 0;
 }
 
@@ -53,7 +53,7 @@ void buildObjects() {
                          datarefProvider, simStateInformation, loggingService);
 }
 
-// Null before its object goes: the simulator may still call an accessor or a command handler.
+// Clears the pointer first: the simulator may still call an accessor or a command handler.
 template <typename Object>
 void release(Object*& pointer) {
     delete std::exchange(pointer, nullptr);
@@ -76,7 +76,7 @@ void deleteObjects() {
 PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
     return withExceptionBarrier(kRefused, [&] {
         if (globalPlugin == nullptr) {
-            // What a start that ran out of memory may have left.
+            // A start that ran out of memory may have left some.
             deleteObjects();
             buildObjects();
         }

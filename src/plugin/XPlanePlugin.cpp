@@ -34,7 +34,7 @@ constexpr std::size_t kMenuTextSize = 100;
 constexpr float kFirstFlightLoop = -2.0F;
 constexpr float kNextFlightLoop = -1.0F;
 
-// Elements of the active flags and of the values. Both arrays are ints, the values too.
+// Elements of the active flags and of the values. Both are int arrays.
 constexpr std::size_t kForceScaleFactors = 4;
 
 } // namespace
@@ -76,7 +76,7 @@ int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescr
     return 1;
 }
 
-// The simulator unloads a plugin that refuses to start, and calls nothing of it any more.
+// The simulator unloads a plugin that refuses to start and never calls it again.
 void XPlanePlugin::takeBackStart() {
     datarefProvider->UnregisterAll();
     autopilotExternalControl = nullptr;
@@ -128,8 +128,8 @@ void XPlanePlugin::registerOwnDatarefs() {
 }
 
 void XPlanePlugin::XPluginStop() {
-    // Only a handle that was never had is unregistered, which releases nothing: the simulator
-    // itself drops the others with the plugin.
+    // Only missing handles are unregistered, which releases nothing: the simulator drops the others
+    // with the plugin.
     for (const XPLMDataRef handle : {autopilotExternalControl, autopilotTriggerDisable,
                                      forceScaleFactorActive, forceScaleFactorValue}) {
         if (handle == nullptr) {

@@ -9,7 +9,7 @@ class NetworkResources;
 class SimStateInformation;
 class TcpServer;
 
-// What the plugin does towards the simulator at start, at stop, on messages and in every frame.
+// What the plugin does at start, at stop, on messages and in every frame.
 //
 // All collaborators are borrowed and outlive the object. Main thread only. The server keeps running
 // while the plugin is disabled.
@@ -27,8 +27,8 @@ public:
     XPlanePlugin(const XPlanePlugin&) = delete;
     XPlanePlugin& operator=(const XPlanePlugin&) = delete;
 
-    // Fills in the simulator's buffers of 256 bytes each, and starts serving. Returns 1, or 0 when
-    // the network or memory is not to be had; nothing is registered with the simulator then.
+    // Fills in the simulator's buffers of 256 bytes each and starts serving. Returns 1, or 0 if the
+    // network or memory is not available; nothing is registered with the simulator then.
     int XPluginStart(char* outName, char* outSignature, char* outDescription);
     void XPluginStop();
     // Always 1.
@@ -60,8 +60,8 @@ private:
     TcpServer* tcpServer;
     IDatarefProvider* datarefProvider;
     ILoggingService* loggingService;
-    // Nothing here reads or writes the values of these: clients, aircraft and other plugins share
-    // them through the simulator.
+    // Nothing here reads or writes their values: clients, aircraft and other plugins share them
+    // through the simulator.
     XPLMDataRef autopilotExternalControl = nullptr;
     XPLMDataRef autopilotTriggerDisable = nullptr;
     XPLMDataRef forceScaleFactorActive = nullptr;

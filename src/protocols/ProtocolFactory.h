@@ -11,8 +11,8 @@ class IUtilities;
 class SimStateInformation;
 
 // Makes one instance of each protocol that the plugin speaks, wired to the plugin's services.
-// The services are borrowed and outlive every instance. The only code beside the protocols
-// themselves that knows their classes: a new protocol is added here.
+// The services are borrowed and outlive every instance. No other code
+// outside the protocols knows their classes: a new protocol is added here.
 class ProtocolFactory final : public IProtocolFactory {
 public:
     ProtocolFactory(SimStateInformation* simState, ICommandObserver* commandObserver,

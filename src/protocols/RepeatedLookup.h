@@ -7,7 +7,7 @@
 #include <vector>
 
 // Finds what the items of a message refer to, and remembers it by the item's position: clients send
-// the same items again and again, and a look-up takes the longer, the more targets there are.
+// the same items again and again, and a look-up gets slower as targets grow.
 //
 // Remembers at most as many items as there are targets.
 template <typename Identifier, typename Target>

@@ -2,7 +2,7 @@
 
 #include "protocols/tarnel/InputDefinition.h"
 
-InputAction::InputAction(int id) : actionIdentifier(id) {}
+InputAction::InputAction(int actionIdentifier) : actionIdentifier(actionIdentifier) {}
 
 InputAction::~InputAction() = default;
 

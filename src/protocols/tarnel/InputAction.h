@@ -11,7 +11,7 @@ class InputDefinition;
 // order in which they were added. Owns the definitions.
 class InputAction final {
 public:
-    explicit InputAction(int id);
+    explicit InputAction(int actionIdentifier);
     ~InputAction();
     InputAction(const InputAction&) = delete;
     InputAction& operator=(const InputAction&) = delete;

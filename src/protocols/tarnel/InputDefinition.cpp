@@ -16,7 +16,7 @@ float scale(float raw, float minimum, float maximum) {
 }
 
 float scaleToIntRange(float raw, std::int32_t minimum, std::int32_t maximum) {
-    // The difference is an int's, wrapping where the range is wider than that.
+    // The difference is an int, which wraps if the range is wider.
     const auto difference = static_cast<std::int32_t>(static_cast<std::uint32_t>(maximum) -
                                                       static_cast<std::uint32_t>(minimum));
     return (static_cast<float>(difference) / kFullScale) * raw + static_cast<float>(minimum);

@@ -9,8 +9,8 @@
 // One target of an action: decides whether a received value is applied, scales it, and sets a
 // dataref or runs a command.
 //
-// Names are resolved once, at construction; one that the simulator does not know stays null and is
-// passed to the simulator as it is. Nothing is reported. A command still held when the definition
+// Names are resolved once, at construction; one that the simulator does not know is passed
+// to it as null. Nothing is reported. A command still held when the definition
 // is deleted is not ended.
 class InputDefinition final {
 public:
@@ -18,7 +18,7 @@ public:
     InputDefinition(const InputDefinition&) = delete;
     InputDefinition& operator=(const InputDefinition&) = delete;
 
-    // `value` points to 4 bytes that hold an int32, raw axes running from 0 to 65535.
+    // `value` points to 4 bytes that hold an int32. Raw axes run from 0 to 65535.
     void ExecuteAction(void* value, unsigned long nowMs);
 
 private:

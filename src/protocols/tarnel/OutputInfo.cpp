@@ -93,7 +93,7 @@ void OutputInfo::GetData(AnswerWriter& out) {
     case TarnelType::kFloatArray:
         writeFloatArray(out);
         break;
-    // Clients know that an output of another type is its identifier and nothing more.
+    // Clients know that the entry of any other type is only its identifier.
     default:
         break;
     }
@@ -135,7 +135,7 @@ void OutputInfo::GetDummyData(IRingBuffer* out) {
 void OutputInfo::GetDummyData(AnswerWriter& out) const {
     out.WriteUInt32(record.outputIdentifier);
     if (isCommand) {
-        // The identifier stands twice in this entry, unlike in the real one; clients expect it.
+        // Unlike the real entry, this one has the identifier twice; clients expect it.
         out.WriteUInt32(record.outputIdentifier);
         out.WriteUInt32(kCommandStateLength);
         out.WriteUInt8(0);
@@ -171,15 +171,14 @@ void OutputInfo::writeDummyValue(AnswerWriter& out) const {
     }
 }
 
-// One element more than fits ends the process as well as two billion would, and is had without
-// taking gigabytes from the machine first.
+// One element too many already triggers the fatal report; do not allocate more.
 std::int32_t OutputInfo::elementsFor(const AnswerWriter& out) const {
     const auto wanted = static_cast<unsigned long>(record.elementCount);
     const unsigned long enough = out.Room() / sizeof(std::int32_t) + 1;
     return static_cast<std::int32_t>(std::min(wanted, enough));
 }
 
-// A negative count wraps, as the field always has.
+// A negative count wraps.
 std::uint32_t OutputInfo::arrayLength() const {
     return static_cast<std::uint32_t>(record.elementCount) * 4;
 }

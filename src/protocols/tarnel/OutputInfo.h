@@ -12,12 +12,12 @@ class IDatarefProvider;
 class IProtocol;
 class IRingBuffer;
 
-// One value reported to a Tarnel client: a simulator dataref, a dataref of the plugin's own, or
-// whether a command of the plugin's own is pressed.
+// One value reported to a Tarnel client: a dataref of the simulator or of the plugin, or whether
+// one of the plugin's own commands is pressed.
 //
 // The name is resolved once, at construction; "kyr/" marks the plugin's own names. An unresolved
-// dataref silently reports zeros. An array for which an answer has no room ends the process when it
-// is written; one of the plugin's own that is too large to be stored throws std::bad_alloc or
+// dataref silently reports zeros. An array that does not fit in an answer ends the process when it
+// is written. An array of the plugin's own that is too large to store throws std::bad_alloc or
 // std::length_error at construction.
 class OutputInfo final {
 public:

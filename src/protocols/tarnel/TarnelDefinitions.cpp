@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t kDefinitionHeaderSize = sizeof(DefinitionHeaderStruct);
 
-// In 32-bit arithmetic, which wraps for counts and sizes that no honest client sends.
+// In 32-bit arithmetic, which wraps for absurd counts and sizes.
 std::uint32_t messageSize(const DefinitionHeaderStruct& header) {
     return header.inputStructSize * header.inputStructCount +
            header.outputStructSize * header.outputStructCount + kDefinitionHeaderSize;
@@ -68,7 +68,7 @@ bool TarnelProtocol::readDefinitionHeader(IRingBuffer* in, DefinitionHeaderStruc
     header->outputStructCount = in->ReadUInt32();
     const std::uint32_t packetSize = messageSize(*header);
     if (numBytes < packetSize) {
-        // A warning in spite of its first word: the rest of the message may yet arrive.
+        // A warning despite its first word: the rest of the message may still arrive.
         logIfEnabled(logger, LogLevelWarning, "Error@TarnelProtocol::tryParseConfig : numBytes (",
                      numBytes, ") < packetSize(", packetSize, ")");
         return false;

@@ -121,8 +121,8 @@ std::int32_t TarnelProtocol::tryParseData(IRingBuffer* in, IRingBuffer* out) {
     return executeItems(in, header.structCount) ? static_cast<std::int32_t>(packetSize) : 0;
 }
 
-// Stops at an item whose action was never declared. The whole message then stays in the buffer, and
-// fed again it is executed up to that item again: clients declare first.
+// Stops at an item whose action was never declared. The whole message then stays in the buffer and
+// is executed up to that item again when it is next fed: clients declare first.
 bool TarnelProtocol::executeItems(IRingBuffer* in, std::uint32_t count) {
     const auto nowMs = static_cast<unsigned long>(utilities->GetTimeStampMs());
     for (std::uint32_t i = 0; i < count; ++i) {

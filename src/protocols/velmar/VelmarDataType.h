@@ -8,7 +8,7 @@ enum class VelmarDataType : std::uint32_t {
     None = 0,
     Int = 1,
     Float = 2,
-    // An int dataref, of which one byte travels.
+    // The low byte of an int dataref.
     Byte = 3,
     // Arrays travel as raw 32-bit elements from element 0 on.
     IntArray = 4,

@@ -70,7 +70,7 @@ VelmarProtocol::~VelmarProtocol() {
     for (const auto& [identifier, command] : commands) {
         commandObserver->UnregisterProtocolForCommandCallback(this, command->GetName());
     }
-    // A command whose number was given to another is no longer among them, but still listened to.
+    // A command whose number was reused is no longer in the map, but is still observed.
     commandObserver->UnregisterAllForProtocol(this);
 }
 
@@ -223,8 +223,8 @@ bool VelmarProtocol::writeDataref(IRingBuffer* in, AnswerWriter& out) {
     const std::uint32_t identifier = in->ReadUInt32();
     XPlaneDataRef* const dataref = findDataref(identifier);
     if (dataref == nullptr) {
-        // The value stays in the buffer and is read as the next packet: its size is known only to
-        // the descriptor that is missing. Clients register before they write.
+        // The value stays in the buffer and is read as the next packet: only the missing descriptor
+        // knows its size. Clients register before they write.
         return true;
     }
     if (!dataref->WriteData(in)) {

@@ -19,11 +19,11 @@ class SimStateInformation;
 class XPlaneCommand;
 class XPlaneDataRef;
 
-// The protocol of clients that address datarefs and commands by numbers of their own: small packets
+// The protocol of clients that address datarefs and commands by their own numbers: small packets
 // that register, read, write, run and poll.
 //
 // One request may hold several packets; their replies make up one answer. A packet that has not
-// arrived whole waits in the buffer where its size can be told, and ends the process elsewhere.
+// arrived whole waits in the buffer if its size is known, and otherwise ends the process.
 // Owns the descriptors of its client; services are borrowed.
 class VelmarProtocol final : public IProtocol {
 public:
@@ -48,8 +48,8 @@ public:
 
 private:
     int parsePacket(IRingBuffer* in, AnswerWriter& out);
-    // Each handles the packet behind its type; `available` counts from the type on. False when the
-    // packet waits.
+    // Each handles the packet after its type; `available` includes the type. False when the packet
+    // waits.
     bool handlePacket(IRingBuffer* in, AnswerWriter& out, unsigned long available);
     bool registerDataref(IRingBuffer* in, AnswerWriter& out);
     bool unregisterDataref(IRingBuffer* in, AnswerWriter& out, unsigned long available);
@@ -66,7 +66,7 @@ private:
     ILoggingService* loggingService;
     std::map<std::uint32_t, std::unique_ptr<XPlaneDataRef>> datarefs;
     RepeatedLookup<std::uint32_t, XPlaneDataRef> datarefLookup;
-    // Of the request that is being handled.
+    // In the current request.
     std::size_t lookupsOfDatarefs = 0;
     std::map<std::uint32_t, std::unique_ptr<XPlaneCommand>> commands;
     std::map<std::uint32_t, XPlaneObservedCommandState> observedStates;

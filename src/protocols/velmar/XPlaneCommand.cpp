@@ -9,8 +9,8 @@
 
 namespace {
 
-// As many as a dataref's descriptor wants, though a command's is shorter: clients know that a short
-// command name must not be the last thing in a request.
+// As many as a dataref's descriptor needs, although a command's is shorter: clients know that a
+// request must not end with a short command name.
 constexpr unsigned long kSmallestDescriptor = 13;
 
 // The class name in the log lines of commands; users search for it.
@@ -18,8 +18,8 @@ constexpr const char* kReportedClass = "VelmarDataRef";
 
 } // namespace
 
-XPlaneCommand::XPlaneCommand(unsigned int id, std::string name)
-    : identifier(id), name(std::move(name)) {}
+XPlaneCommand::XPlaneCommand(unsigned int identifier, std::string name)
+    : identifier(identifier), name(std::move(name)) {}
 
 XPlaneCommand* XPlaneCommand::FromStream(IRingBuffer* in, ILoggingService* log) {
     if (in->GetNumReadBytesAvailable() < kSmallestDescriptor) {

@@ -7,11 +7,11 @@
 class ILoggingService;
 class IRingBuffer;
 
-// A client's binding of a simulator command to a number of its own. FindReference must have
+// A client's number for a simulator command. FindReference must have
 // succeeded before the command is run.
 class XPlaneCommand final {
 public:
-    XPlaneCommand(unsigned int id, std::string name);
+    XPlaneCommand(unsigned int identifier, std::string name);
     XPlaneCommand(const XPlaneCommand&) = delete;
     XPlaneCommand& operator=(const XPlaneCommand&) = delete;
 

@@ -29,8 +29,7 @@ void readArray(int (*getter)(XPLMDataRef, Element*, int, int), XPLMDataRef datar
     if (size == 0) {
         return;
     }
-    // One element more than fits ends the process as well as four billion would, and is had without
-    // taking gigabytes from the machine first.
+    // One element too many already triggers the fatal report; do not allocate more.
     const auto count = std::min<std::uint64_t>(size, out.Room() / sizeof(Element) + 1);
     // Zeros for the elements that the dataref does not have.
     elements.assign(count, Element{});
@@ -51,9 +50,9 @@ void writeArray(void (*setter)(XPLMDataRef, Element*, int, int), XPLMDataRef dat
 
 } // namespace
 
-XPlaneDataRef::XPlaneDataRef(unsigned int id, VelmarDataType type, unsigned int arraySize,
-                             std::string name)
-    : identifier(id), dataType(type), arraySize(arraySize), name(std::move(name)) {}
+XPlaneDataRef::XPlaneDataRef(unsigned int identifier, VelmarDataType dataType,
+                             unsigned int arraySize, std::string name)
+    : identifier(identifier), dataType(dataType), arraySize(arraySize), name(std::move(name)) {}
 
 XPlaneDataRef* XPlaneDataRef::FromStream(IRingBuffer* in, ILoggingService* log) {
     if (in->GetNumReadBytesAvailable() < kSmallestDescriptor) {

@@ -11,17 +11,18 @@ class AnswerWriter;
 class ILoggingService;
 class IRingBuffer;
 
-// A client's binding of a simulator dataref to a number of its own, with the type in which the
-// value travels. FindReference must have succeeded before a value is read or written.
+// A client's number for a simulator dataref, with the type in which the value travels.
+// FindReference must have succeeded before a value is read or written.
 class XPlaneDataRef final {
 public:
     // `arraySize` counts elements and matters to the array types only.
-    XPlaneDataRef(unsigned int id, VelmarDataType type, unsigned int arraySize, std::string name);
+    XPlaneDataRef(unsigned int identifier, VelmarDataType dataType, unsigned int arraySize,
+                  std::string name);
     XPlaneDataRef(const XPlaneDataRef&) = delete;
     XPlaneDataRef& operator=(const XPlaneDataRef&) = delete;
 
-    // Reads a descriptor. Null, with nothing consumed, when not even the fixed part and one byte
-    // of it are there; a name that has not arrived whole ends the process. The caller owns it.
+    // Reads a descriptor. Null, with nothing consumed, if there are fewer than 13 bytes; a name
+    // that has not arrived whole ends the process. The caller owns the result.
     static XPlaneDataRef* FromStream(IRingBuffer* in, ILoggingService* log);
 
     // Resolves the name; false when the simulator does not know it.
