@@ -6,7 +6,7 @@
 
 namespace orvane::detail {
 
-// Takes values from an answer, little-endian. Reading beyond its end throws UnexpectedAnswer.
+// Takes values from an answer, little-endian. Reading past its end throws UnexpectedAnswer.
 class ByteReader final {
 public:
     // The bytes must outlive the reader.
@@ -17,7 +17,7 @@ public:
     std::int32_t readInt32();
     float readFloat();
 
-    // Reads a uint32 that can have one value only; UnexpectedAnswer says what it is otherwise.
+    // Reads a uint32; throws UnexpectedAnswer unless it has this value.
     void expectUInt32(std::uint32_t value, const char* what);
     void expectEnd() const;
     std::size_t left() const { return bytes.size() - position; }

@@ -62,10 +62,10 @@ std::string errorPrefix(const Options& options, const std::string& doing) {
     return options.host + ":" + std::to_string(options.port) + ": " + doing + ": ";
 }
 
-Connection::Connection(const Options& givenOptions, std::string doing)
-    : options(&givenOptions), connecting(std::move(doing)) {
+Connection::Connection(const Options& options, std::string doing)
+    : options(&options), connecting(std::move(doing)) {
     try {
-        connectToAny(Clock::now() + options->timeout);
+        connectToAny(Clock::now() + options.timeout);
     } catch (...) {
         closeSocket();
         throw;
@@ -101,8 +101,7 @@ void Connection::connectToAny(Clock::time_point deadline) {
         std::memcpy(&address, next->ai_addr, sizeof address);
         error = connectTo(address, deadline);
         if (error == 0) {
-            // A request is one write that waits for its answer; nothing is gained by holding it
-            // back.
+            // Requests are single writes that wait for an answer: delaying them gains nothing.
             const int one = 1;
             ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
             return;
@@ -130,7 +129,7 @@ int Connection::connectTo(const sockaddr_in& address, Clock::time_point deadline
     return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
-// Tells a connection that ended, or is out of step, before anything is sent on it.
+// Detects a connection that has ended or is out of step, before anything is sent on it.
 void Connection::checkThatNothingWaits(const std::string& doing) const {
     std::uint8_t byte = 0;
     ssize_t waiting = 0;
@@ -138,17 +137,17 @@ void Connection::checkThatNothingWaits(const std::string& doing) const {
         waiting = ::recv(socket, &byte, 1, MSG_PEEK);
     } while (waiting < 0 && errno == EINTR);
     if (waiting > 0) {
-        throw UnexpectedAnswer("silence before the request", "bytes");
+        throw UnexpectedAnswer("no bytes before the request", "some");
     }
     if (waiting == 0) {
-        failLost(*options, doing, "an open connection", "its end");
+        failLost(*options, doing, "an open connection", "a closed one");
     }
     if (errno != EAGAIN) {
         failLost(*options, doing, "an open connection", errorText(errno));
     }
 }
 
-// The first call hands over everything; what a full socket does not take follows as it can.
+// Usually the first call sends everything; a full socket takes the rest later.
 void Connection::send(std::span<const std::uint8_t> request, const std::string& doing,
                       Clock::time_point deadline) const {
     const std::string expected = "room for a request of " + countOfBytes(request.size());

@@ -15,23 +15,23 @@ namespace orvane::detail {
 
 // One TCP connection to the server: request, answer, request, answer.
 //
-// Closed with the object. After an exception of any kind it is of no further use.
+// The destructor closes it. After any exception it can no longer be used.
 class Connection final {
 public:
-    // Connects, within Options::timeout; looking up a name is not part of that time. ConnectError
-    // (UnknownHost), TimeoutError, CancelledError, whose texts begin with `doing`. The options must
+    // Connects within Options::timeout, which does not include looking up a name. ConnectError
+    // (UnknownHost), TimeoutError, CancelledError; their texts mention `doing`. The options must
     // outlive the connection.
     explicit Connection(const Options& options, std::string doing = "connecting");
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // From now on, exchanges take as long and are cancelled as these say.
+    // Sets the timeout and the cancellation of later exchanges.
     void use(const Options& others) { options = &others; }
 
-    // Sends one request and returns the payload of its answer. `doing` goes into the text of what
-    // is thrown: TimeoutError, ClosedError, CancelledError; UnexpectedAnswer when more than `most`
-    // bytes are announced, or something arrived that nobody had asked for.
+    // Sends one request and returns the payload of its answer. Error texts mention `doing`:
+    // TimeoutError, ClosedError, CancelledError; UnexpectedAnswer if more than `most` bytes are
+    // announced, or bytes arrived before the request.
     Bytes exchange(std::span<const std::uint8_t> request, const std::string& doing,
                    std::size_t most);
 
@@ -42,12 +42,12 @@ private:
     void checkThatNothingWaits(const std::string& doing) const;
     void send(std::span<const std::uint8_t> request, const std::string& doing,
               Clock::time_point deadline) const;
-    // Until the first byte of an answer is there.
+    // Waits for the first byte of an answer.
     void awaitAnswer(const std::string& doing, Clock::time_point deadline) const;
-    // `expected` is a text: what `target` will hold.
+    // `expected` describes what `target` will hold.
     void receive(std::span<std::uint8_t> target, const std::string& doing,
                  const std::string& expected, Clock::time_point deadline) const;
-    // Throws unless the wait ended in readiness.
+    // Throws unless `waited` is Ready.
     void check(Waited waited, const std::string& doing, const std::string& expected,
                const std::string& got) const;
     std::string timeoutText() const;
@@ -58,7 +58,7 @@ private:
     int socket = -1;
 };
 
-// "host:port: doing: ", with which the text of every error begins.
+// "host:port: doing: ", the beginning of every error text.
 std::string errorPrefix(const Options& options, const std::string& doing);
 
 } // namespace orvane::detail

@@ -6,18 +6,18 @@
 
 namespace orvane::detail {
 
-// An account of commands that were begun and not ended. Begins nest in the simulator: each needs an
-// end of its own.
+// Counts commands that were begun and not ended. Begins nest in the simulator: each needs its own
+// end.
 class HeldCommands final {
 public:
     struct Times {
         int begun = 0;
-        int perhaps = 0; // it is not known whether the server began or ended them
+        int perhaps = 0; // the server may have begun or ended these
     };
 
     void begin(const std::string& name) { ++commands[name].begun; }
     void beginPerhaps(const std::string& name) { ++commands[name].perhaps; }
-    // One of those that were begun, if there is one.
+    // Counts one end, if any was begun.
     void end(const std::string& name);
     void forget(const std::string& name) { commands.erase(name); }
 

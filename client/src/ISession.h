@@ -7,8 +7,7 @@
 
 namespace orvane::detail {
 
-// What a link asks of the session that it keeps a connection for. All but `held` may throw what
-// `Connection::exchange` does.
+// What a link needs from its session. All but `held` may throw what `Connection::exchange` does.
 class ISession {
 public:
     virtual ~ISession() = default;
@@ -18,9 +17,9 @@ public:
 
     // The commands that were begun and may still be down, each once.
     virtual std::vector<std::string> held() const = 0;
-    // Ends them on the connection that they were begun on, by the means of the session's protocol.
+    // Ends them on the connection that they were begun on, in the session's own protocol.
     virtual void release(Connection& on, const std::string& doing) = 0;
-    // Ends them by their names on a new connection, before anything is declared on it.
+    // Ends them by name on a new connection, before anything is declared on it.
     virtual void releaseByName(Connection& on, const std::string& doing) = 0;
 };
 

@@ -11,17 +11,20 @@ namespace orvane::detail {
 namespace {
 
 constexpr const char* kDeclaring = "repeating the declarations";
-// They can be torn like any other request.
+// Declarations can be torn like any other request.
 constexpr int kTriesToDeclare = 2;
 
 } // namespace
 
-Link::Link(Options givenOptions, ISession& linkedSession)
-    : options(std::move(givenOptions)), session(linkedSession) {
+Link::Link(Options options, ISession& session) : options(std::move(options)), session(session) {
+    connectFirst();
+}
+
+void Link::connectFirst() {
     try {
         connection = std::make_unique<Connection>(options);
     } catch (const UnknownHost&) {
-        throw; // most likely a slip of the pen
+        throw; // probably mistyped
     } catch (const Error&) {
         if (options.onStart == OnStart::Throw) {
             throw;
@@ -86,7 +89,7 @@ void Link::reconnect() {
         try {
             releaseHere(Clock::now() + options.releaseWithin);
         } catch (const Error&) {
-            // On the new connection, then.
+            // The new connection releases instead.
         }
         backOffUntilConnected();
     });
@@ -149,7 +152,7 @@ void Link::ensureConnected(const std::string& doing) {
         return;
     }
     if (options.onLoss == OnLoss::Throw) {
-        throw ClosedError(place(doing) + "expected a connection, got none: it was closed before");
+        throw ClosedError(place(doing) + "not connected: the connection was closed before");
     }
     backOffUntilConnected();
 }

@@ -1,4 +1,4 @@
-// What a link does so that no command stays down without anybody to end it.
+// The part of Link that sees to it that no command stays down.
 
 #include <algorithm>
 
@@ -21,7 +21,7 @@ void Link::close() noexcept {
     try {
         release();
     } catch (...) {
-        // The callback has been told; nobody else can be.
+        // The callback knows; nobody else can be told.
     }
     connection.reset();
 }
@@ -43,13 +43,13 @@ void Link::releaseHere() {
     }
 }
 
-// A connection that does not answer may be out of step, where a new one is answered.
+// A connection that does not answer may be out of step; a new one may still be answered.
 void Link::release() {
     const auto begin = Clock::now();
     try {
         releaseHere(begin + options.releaseWithin / 2);
     } catch (const Error&) {
-        // On another connection, then.
+        // Another connection may work.
     }
     if (session.held().empty()) {
         return;

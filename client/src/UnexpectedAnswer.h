@@ -5,8 +5,8 @@
 
 namespace orvane::detail {
 
-// An answer that its request cannot have, which is what a request that arrives in pieces leads to.
-// Never leaves the library: the link repeats the request, or throws a ProtocolError.
+// An answer that does not fit its request: usually the request arrived in pieces. Never leaves the
+// library: the link repeats the request or throws a ProtocolError.
 class UnexpectedAnswer final : public std::runtime_error {
 public:
     UnexpectedAnswer(const std::string& expected, const std::string& got)

@@ -4,7 +4,7 @@
 
 namespace orvane::detail {
 
-// There is no host of this name, and waiting will not make one.
+// There is no host of this name; waiting does not help.
 class UnknownHost final : public ConnectError {
 public:
     using ConnectError::ConnectError;

@@ -13,7 +13,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kBetweenQuestions(100);
 constexpr milliseconds kLongestPoll(3'600'000);
-// The system's poll looks at no descriptor below 0.
+// poll ignores negative descriptors.
 constexpr int kNoSocket = -1;
 
 } // namespace

@@ -9,8 +9,8 @@ using Clock = std::chrono::steady_clock;
 
 enum class Waited { Ready, Late, Cancelled };
 
-// Waits until the socket has one of the poll events, the deadline is over, or `cancelled`, if there
-// is one, says true. An error of the socket counts as ready: the next call on it tells.
+// Waits until the socket has one of the poll events, the deadline is over, or `cancelled`, if set,
+// returns true. A socket error counts as ready: the next call on the socket reports it.
 Waited waitFor(int socket, short events, Clock::time_point deadline,
                const std::function<bool()>& cancelled);
 

@@ -17,7 +17,7 @@ LONG = "x" * 99
         ({"to_int": ""}, "a name is empty"),
         ({"to_int": LONG + "x"}, f"the name {LONG}x has 100 bytes; at most 99 are allowed"),
         ({"to_int": "é" * 50}, f"the name {'é' * 50} has 100 bytes; at most 99 are allowed"),
-        ({"to_int": "a\0b"}, "the name a has a zero byte in it"),
+        ({"to_int": "a\0b"}, "the name a contains a zero byte"),
         ({"to_int": "a", "element": 1}, "the input of a is not an array and has no elements"),
         ({"to_int_element": "a", "element": -1}, "a has no element -1"),
         (
@@ -85,7 +85,7 @@ def test_actions_are_32_bit_ints(action: Any) -> None:
     [
         (1, {}, "the output 1 has 0 names, not one"),
         (1, {"of_int": LONG + "x"}, f"the name {LONG}x has 100 bytes; at most 99 are allowed"),
-        (65535, {"of_int": "a"}, "the output a has the number of the aircraft, 65535"),
+        (65535, {"of_int": "a"}, "the output a has the aircraft's number, 65535"),
         (-1, {"of_int": "a"}, "the output a has the identifier -1"),
         (2**32, {"of_int": "a"}, "the output a has the identifier 4294967296"),
         (1, {"of_int": "a", "count": 2}, "the output a is not an array and has no elements"),

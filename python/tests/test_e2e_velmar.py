@@ -162,7 +162,7 @@ def test_comes_back_with_its_names(connect: Make, simulator: Simulator) -> None:
         client.run("test/once")
         assert len(client.poll()) == 1
         simulator.kill()
-        with pytest.raises(ClosedError, match="it was not repeated there"):
+        with pytest.raises(ClosedError, match="this was not repeated"):
             client.write("test/int", 9)
         assert client.read("test/int") == 0
 

@@ -152,7 +152,7 @@ def test_notices_an_end_before_it_sends() -> None:
     client.define()
     server.waiting = b""
     assert client.exchange({7: 9})[1] == 3
-    assert client.happened[0].endswith("expected an open connection, got its end")
+    assert client.happened[0].endswith("expected an open connection, got a closed one")
 
 
 def test_notices_bytes_that_nobody_asked_for() -> None:
@@ -161,7 +161,7 @@ def test_notices_bytes_that_nobody_asked_for() -> None:
     client.define()
     server.waiting = b"\0"
     assert client.exchange()[1] == 5
-    assert client.happened[0].endswith("expected silence before the request, got bytes")
+    assert client.happened[0].endswith("expected no bytes before the request, got some")
 
 
 def test_raises_at_once_when_told_so() -> None:
@@ -170,7 +170,7 @@ def test_raises_at_once_when_told_so() -> None:
     client.define()
     with pytest.raises(ClosedError, match="got 0 bytes and Connection reset by peer$"):
         client.exchange()
-    with pytest.raises(ClosedError, match="expected a connection, got none: it was closed before$"):
+    with pytest.raises(ClosedError, match="not connected: the connection was closed before$"):
         client.exchange()
 
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What programs may use of the library. ORVANE_CLIENT_STATIC comes with the static library.
+// Marks what the library exports. ORVANE_CLIENT_STATIC comes with the static library.
 #ifdef ORVANE_CLIENT_STATIC
 #define ORVANE_API
 #else

@@ -9,7 +9,7 @@ namespace orvane::tarnel {
 
 const Value& Answer::at(OutputId id) const {
     const auto position = definitions ? definitions->positionOf(id) : std::nullopt;
-    // Unless the program took outputs out, or sorted them.
+    // The program may have removed or sorted outputs.
     if (position && *position < outputs.size() && outputs[*position].id == id) {
         return outputs[*position].value;
     }

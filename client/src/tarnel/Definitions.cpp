@@ -10,7 +10,7 @@ namespace orvane::tarnel {
 
 namespace {
 
-// The server has buffers of 0x0FFFFFFF bytes, and ends the simulator's process when one is full.
+// The server's buffers have 0x0FFFFFFF bytes; it ends the simulator's process when one is full.
 constexpr std::size_t kLargestMessage = 0x0FFFFFFB;
 
 [[noreturn]] void refuse(const std::string& why) {
@@ -46,7 +46,7 @@ Definitions& Definitions::add(Output output) {
     return *this;
 }
 
-// A connection can have neither an identifier nor an observed command twice.
+// Identifiers and observed commands are unique on a connection.
 void Definitions::checkIsNew(const Output& output) const {
     if (const auto position = positionOf(output.id())) {
         refuse("the outputs " + outputRecords[*position].name() + " and " + output.name() +
@@ -56,9 +56,9 @@ void Definitions::checkIsNew(const Output& output) const {
         return;
     }
     if (const auto former = commands.find(output.name()); former != commands.end()) {
-        refuse("the command " + output.name() + " is reported under " +
-               std::to_string(former->second) + " and cannot be under " +
-               std::to_string(output.id()) + " too");
+        refuse("the command " + output.name() + " is already reported as " +
+               std::to_string(former->second) + " and cannot also be reported as " +
+               std::to_string(output.id()));
     }
 }
 

@@ -11,20 +11,20 @@
 
 namespace orvane::tarnel {
 
-// Which held commands of the definitions are down, as far as the values that were sent tell: an
-// input that a dataref can make the server skip may be up or down after its first press.
+// Which held commands of the definitions are down, judging by the values sent. An input with a
+// dataref condition may be up or down after its first press, since the server may skip values.
 class HeldInputs final {
 public:
-    // With new definitions, all are up.
+    // For new definitions; all are up.
     void follow(const Definitions& definitions);
 
-    // Before values are sent: they may arrive, even if no answer comes.
+    // Called before values are sent: they may arrive even if no answer comes.
     void sending(std::span<const Item> items);
-    // When they were answered.
+    // Called when they were answered.
     void sent(std::span<const Item> items);
 
-    // Values that are sure to end those which are sure to be down. The others can be ended by their
-    // names only.
+    // Values that certainly end the commands that are certainly down. The others can only be ended
+    // by name.
     std::vector<Item> releases() const;
     // Adds those that are not up.
     void addTo(detail::HeldCommands& held) const;
@@ -40,7 +40,7 @@ private:
     };
 
     static Effect effectOf(const Input& input, std::int32_t value);
-    // Whether the server looks at a dataref to decide if it skips a value.
+    // Whether the server reads a dataref to decide if it skips a value.
     static bool isConditional(const Input& input);
     template <typename Step>
     void forEach(std::span<const Item> items, Step step);

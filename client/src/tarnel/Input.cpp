@@ -75,7 +75,7 @@ const InputRecord& inputRecordOf(const Input& input) {
 
 Input::Input(InputRecord record) : record(std::make_shared<const InputRecord>(std::move(record))) {}
 
-// A change that throws leaves the input as it was.
+// A change that throws leaves the input unchanged.
 template <typename Change>
 Input& Input::refine(Change change) {
     InputRecord refined = *record;

@@ -7,8 +7,8 @@
 
 namespace orvane::tarnel {
 
-// The fields of an input as they travel; those that no input sets are left out. docs/tarnel.md has
-// their meaning.
+// The fields of an input on the wire, without those that no input sets. docs/tarnel.md explains
+// them.
 struct InputRecord {
     enum Target : std::int32_t {
         TargetInt = 1,

@@ -20,7 +20,7 @@ std::string checkedName(std::string name) {
     }
     if (name.find('\0') != std::string::npos) {
         throw std::invalid_argument("the name " + std::string(name.c_str()) +
-                                    " has a zero byte in it");
+                                    " contains a zero byte");
     }
     return name;
 }

@@ -24,7 +24,7 @@ Output::Output(OutputId id, OutputType type, std::string name, std::int32_t firs
       elements(count) {
     if (id == kAircraft) {
         throw std::invalid_argument("the output " + outputName +
-                                    " has the number of the aircraft, 65535");
+                                    " has the aircraft's number, 65535");
     }
     if (count < 1) {
         throw std::invalid_argument("the output " + outputName + " has " + std::to_string(count) +

@@ -17,16 +17,16 @@ using detail::Link;
 using detail::Repeat;
 
 constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
-// Items that arrived in pieces were not executed; after a loss they may be minutes old.
+// Items that arrived in pieces were not executed; after a lost connection they may be minutes old.
 constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
 
-// What the server's buffer holds, with room for the head of the message.
+// As many as the server's buffer holds after the head of the message.
 constexpr std::size_t kMostItems = 30'000'000;
 
 } // namespace
 
 Client::Session::Session(Options options)
-    : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
+    : tracksHeld(options.releaseHeld), link(std::move(options), *this) {}
 
 Client::Session::~Session() {
     link.closeForGood();
@@ -56,7 +56,7 @@ Answer Client::Session::define(Definitions newDefinitions) {
     }
     const std::string doing = "defining";
     link.carryOut(doing, kAlways, [&](Connection& on) {
-        // A connection that was made on the way began with the definitions.
+        // A new connection has already sent the definitions.
         if (!isDefined) {
             sendDefinitions(on, doing);
         }
@@ -69,7 +69,7 @@ void Client::Session::replaceDefinitions(Definitions newDefinitions) {
     definitions = std::make_shared<const Definitions>(std::move(newDefinitions));
     isDefined = false;
     leaveOver();
-    if (keepsAccount) {
+    if (tracksHeld) {
         heldInputs.follow(*definitions);
     }
 }

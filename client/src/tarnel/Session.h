@@ -18,7 +18,7 @@
 
 namespace orvane::tarnel {
 
-// What a Client knows: the definitions, what is held, and what the server will not forget on this
+// What a Client knows: the definitions, the held commands, and what the server remembers on this
 // connection.
 class __attribute__((visibility("hidden"))) Client::Session final : public detail::ISession {
 public:
@@ -43,11 +43,11 @@ public:
 private:
     void replaceDefinitions(Definitions newDefinitions);
     void sendDefinitions(detail::Connection& on, const std::string& doing);
-    // Whether the server would report a command of these definitions under a former identifier, or
-    // a former command under an identifier of theirs.
+    // Whether the server would report a command of these definitions under an earlier identifier,
+    // or an earlier command under one of their identifiers.
     bool needsNewConnection(const Definitions& wanted) const;
     void checkItems(std::span<const Item> items) const;
-    // What the definitions hold is left over when they go.
+    // Moves what the definitions hold to `leftOver`.
     void leaveOver();
     void noteAircraft(std::uint32_t id);
 
@@ -55,17 +55,15 @@ private:
                          std::span<const Item> items) const;
     Answer readAnswer(std::span<const std::uint8_t> payload) const;
 
-    const bool keepsAccount;
+    const bool tracksHeld;
     HeldInputs heldInputs;
-    // What can be ended by its name only: it was held on another connection, or by definitions that
-    // are replaced.
+    // Can only be ended by name: held on another connection, or by replaced definitions.
     detail::HeldCommands leftOver;
     std::shared_ptr<const Definitions> definitions;
-    // Whether the server has them, and its answer when it last got them.
+    // Whether the server has the definitions, and its last answer to them.
     bool isDefined = false;
     Answer declared;
-    // Commands that were ever observed on this connection, with the identifier they had first; and
-    // the reverse.
+    // All commands ever observed on this connection with their first identifier, and the reverse.
     std::unordered_map<std::string, OutputId> observed;
     std::unordered_map<OutputId, std::string> observedAs;
     std::optional<std::uint32_t> aircraft;

@@ -135,7 +135,7 @@ Value readEntry(ByteReader& reader, const Output& output, bool isAircraftLoaded)
     return readValue(reader, output);
 }
 
-// Only commands make a difference: the entry of each has its identifier twice without an aircraft.
+// Only commands differ: without an aircraft, their entries have the identifier twice.
 bool tellsOfAnAircraft(std::size_t size, std::span<const Output> outputs) {
     const std::size_t shortest = shortestAnswer(outputs);
     const std::size_t longest = longestAnswer(outputs);

@@ -25,10 +25,10 @@ detail::Bytes versionRequest();
 detail::Bytes definitionsRequest(const Definitions& definitions);
 detail::Bytes dataRequest(std::span<const Item> items);
 
-// An output in an answer, with an aircraft loaded; and without one, if that is longer.
+// Bytes of an output in an answer, with an aircraft loaded; or without one, if that is longer.
 std::size_t entrySize(const Output& output);
 std::size_t longestEntry(const Output& output);
-// Of the payload of an answer without an aircraft, which is the longer one.
+// Bytes of the payload without an aircraft, which is the longer one.
 std::size_t longestAnswer(std::span<const Output> outputs);
 
 // Decode the payload of an answer. detail::UnexpectedAnswer.

@@ -8,14 +8,14 @@
 
 namespace orvane::velmar {
 
-// Tells what changed from reading to reading.
+// Finds what changed from one reading to the next.
 class ChangeFilter final {
 public:
-    // A number has changed when it is more than `deadband` away from what was last reported, or
-    // when one of the two is not a number; an array, when one of its elements has.
+    // A number has changed if it is more than `deadband` away from what was last reported, or if
+    // one of the two is not a number; an array, if one of its elements has.
     explicit ChangeFilter(double deadband) : deadband(deadband) {}
 
-    // Values in the order of the names, always of the same names. The first time, all are new.
+    // The values are in the order of the names, which never change. The first time, all are new.
     Changes take(std::span<const std::string> names, std::vector<Value> values);
 
 private:

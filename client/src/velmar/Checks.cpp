@@ -9,8 +9,8 @@ namespace orvane::velmar {
 namespace {
 
 constexpr std::size_t kLongestName = 255;
-// The server ends the simulator's process when an answer does not fit into its buffer of
-// 0x0FFFFFFF bytes.
+// The server ends the simulator's process if an answer does not fit into its buffer of 0x0FFFFFFF
+// bytes.
 constexpr std::uint32_t kMostElements = 60'000'000;
 
 [[noreturn]] void refuse(const std::string& why) {
@@ -59,7 +59,7 @@ void checkName(std::string_view name) {
     }
     if (name.find('\0') != std::string_view::npos) {
         refuse("the name " + std::string(name.substr(0, name.find('\0'))) +
-               " has a zero byte in it");
+               " contains a zero byte");
     }
 }
 
@@ -95,13 +95,13 @@ void checkAction(Action action) {
 }
 
 void checkChanges(double rate, double deadband) {
-    // The slowest that a clock of nanoseconds can count.
+    // The slowest that a nanosecond clock can count.
     constexpr double kSlowestRate = 1e-9;
     if (!(rate >= kSlowestRate)) {
         refuse("a rate of " + std::to_string(rate) + " readings per second is not above 0");
     }
     if (!(deadband >= 0)) {
-        refuse("a deadband of " + std::to_string(deadband) + " is not 0 or above");
+        refuse("a deadband must be at least 0, not " + std::to_string(deadband));
     }
 }
 

@@ -7,11 +7,11 @@
 
 namespace orvane::velmar {
 
-// Each throws std::invalid_argument for what the server would read as something else, or would end
-// the simulator for.
+// Each throws std::invalid_argument for anything that the server would misread, or that would end
+// the simulator.
 void checkName(std::string_view name);
 void checkDataref(const Dataref& dataref);
-// Whether a write of the value is one of this dataref.
+// Whether the dataref can take the value.
 void checkValue(const Value& value, const Dataref& dataref);
 void checkAction(Action action);
 // The rate is in readings per second.

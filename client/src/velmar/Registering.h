@@ -26,7 +26,7 @@ inline const std::string& nameOf(const std::string& command) {
     return command;
 }
 
-// Cut lists into parts that fit into one request each.
+// Split lists into parts that each fit into one request.
 std::vector<Batch> batchesOf(std::span<const Dataref> datarefs);
 std::vector<Batch> batchesOf(std::span<const std::string> commands);
 

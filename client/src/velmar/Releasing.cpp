@@ -47,7 +47,7 @@ void write(ByteWriter& request, const ReleaseStep& step) {
 void takeReply(ByteReader& reader, const ReleaseStep& step, HeldCommands& held) {
     switch (step.kind) {
     case Kind::Register:
-        // What the simulator does not have is not down.
+        // A command that the simulator does not have is not down.
         if (!wire::readRegisterCommandReply(reader, step.number)) {
             held.forget(step.command);
         }
@@ -63,7 +63,7 @@ void takeReply(ByteReader& reader, const ReleaseStep& step, HeldCommands& held) 
 
 using Doubtful = std::map<wire::Number, std::string>;
 
-// The simulator runs a command that is down in every frame, so that a poll in a later one than its
+// The simulator runs a command that is down in every frame, so a poll in a later frame than its
 // registration sees it.
 std::vector<wire::Number> thoseDown(Connection& on, const std::string& doing,
                                     const Doubtful& doubtful) {

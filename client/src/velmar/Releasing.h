@@ -10,7 +10,7 @@
 
 namespace orvane::velmar {
 
-// A packet that has a part in ending a command.
+// A packet that helps to end a command.
 struct ReleaseStep {
     enum class Kind { Register, End, Unregister };
 
@@ -19,14 +19,14 @@ struct ReleaseStep {
     std::string command;
 };
 
-// Takes the steps, in as few requests as their size permits, and what they end out of the account.
+// Takes the steps in as few requests as possible, and removes what they end from `held`.
 void takeSteps(detail::Connection& on, const std::string& doing, std::span<const ReleaseStep> steps,
                detail::HeldCommands& held);
 
-// Ends all commands of the account by their names, which works on any connection, also on one that
-// speaks Tarnel otherwise, and takes them out. What may have been ended already is ended only if it
-// is down. The numbers from `firstNumber` on must be free, and are so again unless there are
-// commands of that kind.
+// Ends all commands in `held` by name and removes them. This works on any connection, even one that
+// otherwise speaks Tarnel. A command that may have been ended already is ended only if it is down.
+// The numbers from `firstNumber` on must be free; only commands of that kind still use theirs
+// afterwards.
 void endByName(detail::Connection& on, const std::string& doing, detail::HeldCommands& held,
                wire::Number firstNumber);
 

@@ -28,7 +28,7 @@ constexpr const char* kRegistering = "registering";
 } // namespace
 
 Client::Session::Session(Options options)
-    : keepsAccount(options.releaseHeld), link(std::move(options), *this) {}
+    : tracksHeld(options.releaseHeld), link(std::move(options), *this) {}
 
 Client::Session::~Session() {
     link.closeForGood();
@@ -198,7 +198,7 @@ void Client::Session::throwIfRefused(const std::string& doing, const Names& refu
 
 void Client::Session::failNotRepeated(const std::string& doing) const {
     throw ClosedError(link.place(doing) +
-                      "expected it done, got a new connection; it was not repeated there");
+                      "the connection was lost; reconnected, but this was not repeated");
 }
 
 } // namespace orvane::velmar

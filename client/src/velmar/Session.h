@@ -17,11 +17,10 @@
 
 namespace orvane::velmar {
 
-// What a Client knows: what is registered, and under which numbers on the present connection; and
-// what is held.
+// What a Client knows: what is registered, its numbers on the current connection, and what is held.
 //
-// A number is given to one name only for as long as a connection lives; the next connection begins
-// with 1 again. So every request is written anew for each attempt.
+// During a connection a number belongs to one name; the next connection starts at 1 again. Every
+// attempt therefore writes its request anew.
 class __attribute__((visibility("hidden"))) Client::Session final : public detail::ISession {
 public:
     explicit Session(Options options);
@@ -41,7 +40,7 @@ public:
     std::vector<CommandReport> poll();
     std::vector<CommandReport> pollPresses();
 
-    // All names get new numbers, since nothing is known on a new connection.
+    // Gives all names new numbers.
     void declare(detail::Connection& on) override;
     std::vector<std::string> held() const override { return begun.names(); }
     void release(detail::Connection& on, const std::string& doing) override;
@@ -63,7 +62,7 @@ private:
     void registerAll(std::span<const T> wanted);
     template <typename T>
     std::vector<Numbered<T>> withNumbers(std::span<const T> batch);
-    // The number is read anew for each attempt, since a new connection gives it another.
+    // By reference: a new connection changes the number between attempts.
     template <typename WriteRequest, typename ReadReply>
     void unregister(std::string_view name, const wire::Number& number, WriteRequest writeRequest,
                     ReadReply readReply);
@@ -71,22 +70,22 @@ private:
     void note(const std::string& command, wire::Number number);
     void readBatch(std::span<const DatarefEntry* const> batch, std::vector<Value>& values);
     void writeBatch(std::span<const std::pair<std::string, Value>> batch);
-    // The reports on the commands of a batch, whose states then begin afresh.
+    // Reports the commands of a batch and resets their states.
     void pollBatch(std::span<const std::string> batch, std::vector<CommandReport>& reports);
     std::vector<CommandReport> toReports(const std::vector<wire::PollEntry>& entries) const;
 
-    // Of what is registered; std::out_of_range.
+    // std::out_of_range if it is not registered.
     const DatarefEntry& find(std::string_view name) const;
     const Commands::value_type& findCommand(std::string_view name) const;
     // The number that a name has on this connection, or a new one.
     wire::Number numberFor(const Dataref& dataref);
     wire::Number numberFor(const std::string& command);
 
-    // Refused, if there are any.
+    // Throws Refused if there are any names.
     void throwIfRefused(const std::string& doing, const Names& refused) const;
     [[noreturn]] void failNotRepeated(const std::string& doing) const;
 
-    const bool keepsAccount;
+    const bool tracksHeld;
     detail::HeldCommands begun;
     Datarefs datarefs;
     Commands commands;

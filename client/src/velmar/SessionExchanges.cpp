@@ -1,4 +1,4 @@
-// Reading, writing, running and polling: what happens on a connection where all is registered.
+// The part of Session that reads, writes, runs and polls what is registered.
 
 #include <algorithm>
 #include <chrono>
@@ -26,8 +26,8 @@ using detail::Link;
 using detail::Repeat;
 using detail::UnexpectedAnswer;
 
-// Reading and polling change nothing in the simulator. A write may be done twice at once, but not
-// when the simulator is back after minutes; an action may not be done twice at all.
+// Reading and polling change nothing in the simulator. A write may be repeated at once, but not
+// when the simulator is back after minutes; an action must never be repeated.
 constexpr Repeat kReading{.whenTorn = true, .whenLost = true};
 constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
 constexpr Repeat kNever{};
@@ -118,15 +118,15 @@ void Client::Session::changes(std::span<const std::string> names, double rate, d
     }
 }
 
-// Alone in its request: an answer that is not empty cannot be blamed on anything else.
+// Alone in its request, so that its answer must be empty.
 void Client::Session::run(std::string_view name, Action action) {
     checkAction(action);
     const Commands::value_type& entry = findCommand(name);
     const bool endsWhatItBegan = action == Action::End && begun.all().contains(entry.first);
     const std::string doing = describe("running", name, 1);
     const Link::Outcome outcome = link.carryOut(doing, kNever, [&](Connection& on) {
-        // A begin may arrive, even if no answer comes.
-        if (keepsAccount && action == Action::Begin) {
+        // A begin may arrive even if no answer comes.
+        if (tracksHeld && action == Action::Begin) {
             begun.begin(entry.first);
         }
         ByteWriter request = wire::beginRequest();
@@ -136,13 +136,13 @@ void Client::Session::run(std::string_view name, Action action) {
             begun.end(entry.first);
         }
     });
-    // Each new connection begins with the end of what was held.
+    // Each new connection first ends what was held.
     if (outcome == Link::Outcome::NotRepeated && !endsWhatItBegan) {
         failNotRepeated(doing);
     }
 }
 
-// By their numbers, and by the names of those that were unregistered meanwhile.
+// By number, or by name if it has been unregistered since.
 void Client::Session::release(Connection& on, const std::string& doing) {
     std::vector<ReleaseStep> steps;
     for (const auto& [name, times] : begun.all()) {
@@ -193,8 +193,8 @@ std::vector<CommandReport> Client::Session::pollPresses() {
     return reports;
 }
 
-// A command that is registered again in the request of the poll starts afresh, and no press can
-// fall in between. Commands of other batches are reported with their own.
+// Registering a command again in the same request resets its state, and no press can get lost in
+// between. Commands of other batches are reported with their own batch.
 void Client::Session::pollBatch(std::span<const std::string> batch,
                                 std::vector<CommandReport>& reports) {
     const std::string doing = describe("polling", batch.front(), batch.size());

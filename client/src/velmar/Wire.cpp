@@ -32,8 +32,8 @@ constexpr std::uint32_t kIdentification = 0x88776655;
 constexpr std::uint32_t kSuccess = 1;
 constexpr std::uint32_t kFailure = 2;
 constexpr std::size_t kWord = 4;
-// The server ends its process if fewer bytes follow the type of a command's registration: the
-// number, the length and eight characters.
+// The server ends its process if fewer bytes than the number, the length and eight characters
+// follow the type of a command's registration.
 constexpr std::size_t kShortestSafeName = 8;
 constexpr std::size_t kPadding = 8;
 

@@ -16,13 +16,12 @@ namespace orvane::velmar::wire {
 // The number that a dataref or a command has on a connection.
 using Number = std::uint32_t;
 
-// The identification, with which every request begins.
+// Starts a request with the identification.
 detail::ByteWriter beginRequest();
 
 void writeRegisterDataref(detail::ByteWriter& writer, Number number, const Dataref& dataref);
 std::size_t registerDatarefSize(const Dataref& dataref);
-// Followed by zeros, which the server skips, if the name is so short that it would not take the
-// packet at the end of a request.
+// Adds zeros, which the server skips, if the name is too short for the end of a request.
 void writeRegisterCommand(detail::ByteWriter& writer, Number number, std::string_view name);
 std::size_t registerCommandSize(std::string_view name);
 void writeUnregisterDataref(detail::ByteWriter& writer, Number number);
@@ -37,7 +36,7 @@ inline constexpr std::size_t kRunSize = 9;
 void writePoll(detail::ByteWriter& writer);
 inline constexpr std::size_t kPollSize = 4;
 
-// A reply is at most this long, but those to reads and polls.
+// Bytes of the longest reply, except those to reads and polls.
 inline constexpr std::size_t kLongestReply = 16;
 
 // False: the simulator does not have the name.

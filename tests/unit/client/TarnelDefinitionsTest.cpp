@@ -30,7 +30,7 @@ TEST(InputBuilderTest, RefusesNamesThatTheirFieldCannotHold) {
     EXPECT_EQ(refusalOf([] { Input::toInt(1, kLongName); }),
               "the name " + kLongName + " has 100 bytes; at most 99 are allowed");
     EXPECT_EQ(refusalOf([] { Input::toInt(1, std::string("a\0b", 3)); }),
-              "the name a has a zero byte in it");
+              "the name a contains a zero byte");
     EXPECT_EQ(refusalOf([] { Input::toInt(1, kLongestName); }), "none");
     EXPECT_THROW(Input::toFloat(1, "a").scaledByDatarefs(kLongName, "b"), std::invalid_argument);
     EXPECT_THROW(Input::toFloat(1, "a").scaledByDatarefs("b", kLongName), std::invalid_argument);
@@ -101,7 +101,7 @@ TEST(OutputBuilderTest, RefusesWhatTheServerWouldMisread) {
     EXPECT_EQ(refusalOf([] { Output::ofFloat(1, ""); }), "a name is empty");
     EXPECT_THROW(Output::ofFloat(1, kLongName), std::invalid_argument);
     EXPECT_EQ(refusalOf([] { Output::ofInt(0xFFFF, "a"); }),
-              "the output a has the number of the aircraft, 65535");
+              "the output a has the aircraft's number, 65535");
     EXPECT_EQ(refusalOf([] { Output::ofIntArray(1, "a", 0); }),
               "the output a has 0 elements; at least 1 is needed");
     EXPECT_THROW(Output::ofFloatArray(1, "a", 1, -1), std::invalid_argument);
@@ -127,7 +127,7 @@ TEST(DefinitionsTest, HasAnIdentifierAndACommandOnlyOnce) {
     EXPECT_EQ(refusalOf([&] { definitions.add(Output::ofInt(1, "c")); }),
               "the outputs kyr/a and c both have the identifier 1");
     EXPECT_EQ(refusalOf([&] { definitions.add(Output::ofCommand(3, "kyr/a")); }),
-              "the command kyr/a is reported under 1 and cannot be under 3 too");
+              "the command kyr/a is already reported as 1 and cannot also be reported as 3");
     EXPECT_NO_THROW(definitions.add(Output::ofInt(3, "b")));
     EXPECT_EQ(definitions.outputs().size(), 3U);
 }

@@ -10,7 +10,7 @@
 
 namespace orvane::tarnel {
 
-// Of an int, a float, an int array, a float array and a command.
+// The value of an int, a float, an int array, a float array or a command.
 using Value =
     std::variant<std::int32_t, float, std::vector<std::int32_t>, std::vector<float>, bool>;
 
@@ -19,8 +19,8 @@ struct OutputValue {
     Value value;
 };
 
-// The values of all declared outputs, in the order of their declaration, as they were before the
-// request that it answers was carried out.
+// The values of all declared outputs, in the order of their declaration, from before the answered
+// request was carried out.
 struct ORVANE_API Answer {
     std::vector<OutputValue> outputs;
     // A hash of the aircraft's description, or 0 while none is loaded; all values are 0 then.
@@ -28,9 +28,8 @@ struct ORVANE_API Answer {
 
     bool isAircraftLoaded() const { return aircraftId != 0; }
 
-    // The value of an output; takes the same time however many there are. std::out_of_range: none
-    // has this identifier; std::bad_variant_access: it is of another type. The reference lives as
-    // long as the answer.
+    // The value of an output, in constant time. std::out_of_range: no output has this identifier;
+    // std::bad_variant_access: it has another type. The reference is valid as long as the answer.
     const Value& at(OutputId id) const;
     template <typename T>
     const T& get(OutputId id) const {
@@ -40,7 +39,7 @@ struct ORVANE_API Answer {
 private:
     friend class Client;
 
-    // Which tell where an output is; none in an answer that a program made by itself.
+    // To find an output; null in an answer that a program made itself.
     std::shared_ptr<const Definitions> definitions;
 };
 

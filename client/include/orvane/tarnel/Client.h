@@ -22,16 +22,15 @@ struct Item {
 };
 
 struct Version {
-    std::array<std::uint8_t, 4> parts{}; // 1, 0, 7, 10 of the servers known today
+    std::array<std::uint8_t, 4> parts{}; // 1, 0, 7, 10 for the servers known today
     std::uint32_t revision = 0;          // 6
 };
 
 // A connection that declares inputs and outputs once and then exchanges values.
 //
-// Every call sends one request and blocks until its answer is there. An answer whose shape does not
-// fit the declarations means that the request reached the server in pieces: the client then
-// connects anew, declares everything again and asks once more; only a second failure is thrown, as
-// ProtocolError.
+// Every call sends one request and blocks until the answer has arrived. An answer that does not fit
+// the declarations means that the request reached the server in pieces. The client then reconnects,
+// repeats the declarations and asks again; only a second failure is thrown, as ProtocolError.
 //
 // Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
 class ORVANE_API Client final {
@@ -43,34 +42,33 @@ public:
     Client& operator=(Client&& other) noexcept;
 
     void setCallbacks(Callbacks callbacks);
-    // Called like those: with the id of another aircraft than in the answer before, or 0 when it
-    // was unloaded; not for the first one that is seen.
+    // Called like the callbacks above, with the new id, when it differs from the answer before; 0
+    // means that the aircraft was unloaded. Not called for the first id.
     void onAircraftChanged(std::function<void(std::uint32_t)> callback);
 
-    // Also tells whether a server of this protocol is there at all.
+    // Also shows whether the server speaks this protocol at all.
     Version version();
 
-    // Replaces all that was declared before, also for later connections, and also if it throws. The
-    // server keeps the first identifier of a command output for as long as a connection lives: if
-    // one changes here, or becomes another command's, the client reconnects first.
+    // Replaces all earlier declarations, also for later connections, even if it throws. For as long
+    // as a connection lives, the server keeps the first identifier of a command output: if that
+    // changes, or is given to another command, the client reconnects first.
     Answer define(Definitions definitions);
 
-    // Sends values and reports the outputs; without items it only asks. The effect of the items is
-    // seen in the next answer. std::invalid_argument, and nothing is sent: an action that is not
+    // Sends values and returns the outputs; without items it only asks. The next answer shows the
+    // effect of the items. std::invalid_argument, and nothing is sent: an action that is not
     // declared, or no definitions at all.
     //
-    // With OnLoss::Reconnect, the items of a call that lost the connection underway are not sent
-    // again, since they may be minutes old when the simulator is back; the answer is the one to the
-    // repeated definitions. A call that begins without a connection makes one and then does its
-    // work.
+    // With OnLoss::Reconnect, a call that loses the connection does not send its items again, since
+    // they may be minutes old when the simulator is back; it returns the answer to the repeated
+    // definitions. A call that begins without a connection makes one first.
     Answer exchange(std::span<const Item> items = {});
     Answer exchange(std::initializer_list<Item> items);
 
     // Closes the connection if there is one, makes a new one with back-off and repeats the
     // declarations. ConnectError: Backoff::within is over.
     void reconnect();
-    // Ends what is held, see Options::releaseHeld, and closes the connection. The destructor does
-    // the same.
+    // Ends held commands, see Options::releaseHeld, and closes the connection. So does the
+    // destructor.
     void close() noexcept;
     bool isConnected() const noexcept;
 

@@ -9,11 +9,10 @@
 
 namespace orvane::tarnel {
 
-// The number under which values are sent. Several inputs may share one: each of them gets the
-// value.
+// The number under which values are sent. If several inputs share one, each gets the value.
 using ActionId = std::int32_t;
 
-// The dataref that a condition looks at.
+// The dataref that a condition reads.
 struct ConditionDataref {
     enum class Type : std::int32_t { Int = 1, Float = 2, IntElement = 3, FloatElement = 4 };
 
@@ -30,10 +29,10 @@ struct InputRecord;
 //
 //     Input::toFloat(7, "sim/cockpit2/controls/yoke_pitch_ratio").scaledByFloatRange(-1, 1)
 //
-// Each throws std::invalid_argument for what the server would silently read as something else: an
-// empty name or one of more than 99 bytes, a negative element, scaling of what is not a float,
-// holding what is not a command. A name that the simulator does not know cannot be noticed: the
-// server says nothing and the input has no effect.
+// Each throws std::invalid_argument for anything that the server would silently misread: an empty
+// name or one of more than 99 bytes, a negative element, scaling a target that is not a float,
+// holding one that is not a command. A name that the simulator does not know goes unnoticed: the
+// server reports nothing and the input has no effect.
 class ORVANE_API Input final {
 public:
     // Targets. Values are 32-bit integers; a float target gets value / 65535 unless scaled.
@@ -41,33 +40,33 @@ public:
     static Input toFloat(ActionId action, std::string dataref);
     static Input toIntElement(ActionId action, std::string dataref, std::int32_t element);
     static Input toFloatElement(ActionId action, std::string dataref, std::int32_t element);
-    // Pressed by the value 1, released by any other. Runs once per 1 unless held; without a repeat
-    // interval, the server runs the commands of the actions 1002 to 1005 twice per 1.
+    // The value 1 presses it, any other releases it. Runs once per 1 unless held; without a repeat
+    // interval, the server runs the commands of actions 1002 to 1005 twice per 1.
     static Input toCommand(ActionId action, std::string command);
 
-    // Scaling, for float targets: 0 to 65535 is spread over the range. The ends of an int range may
-    // be 2^31 - 1 apart.
+    // Scaling, for float targets: maps 0 to 65535 to the range. An int range may span at most
+    // 2^31 - 1.
     Input& scaledByIntRange(std::int32_t minimum, std::int32_t maximum);
     Input& scaledByFloatRange(float minimum, float maximum);
-    // The range is read from two float datarefs for each value. Where both have the same value
-    // other than 0, it goes from minus that value to plus that value.
+    // The range is read from two float datarefs for each value. If both have the same value v other
+    // than 0, it goes from -v to v.
     Input& scaledByDatarefs(std::string minimum, std::string maximum);
     Input& scaledByDatarefElements(std::string minimum, std::string maximum, std::int32_t element);
 
-    // Conditions, of which an input has at most one: the last that was given.
+    // Conditions. An input has at most one: the last one given.
     Input& skippedWhenOne();
     Input& skippedWhenZero();
     Input& skippedWhilePositive(ConditionDataref dataref);
     Input& skippedWhileZero(ConditionDataref dataref);
 
-    // The target gets this instead of what is sent. An element of an int array always gets 1 then,
-    // so that nothing else is accepted for it.
+    // The target gets this value instead of the one sent. For an element of an int array only 1 is
+    // accepted, since the server always writes 1.
     Input& fixed(std::int32_t value); // int targets and commands
     Input& fixed(float value);        // float targets
 
-    // Commands: begins with the first 1 and ends with the first other value. The server does not
-    // end a held command when its client goes, but the client does, see Options::releaseHeld. Where
-    // it can, it does so by the value 0, which all inputs of the action get.
+    // Commands: begins at the first 1 and ends at the first other value. The server does not end a
+    // held command when its client goes; the client does, see Options::releaseHeld. If it can, it
+    // sends the value 0, which all inputs of the action get.
     Input& held();
     // Commands that are not held: further 1s are ignored for this long, at least 1 ms.
     Input& repeatedEvery(std::chrono::milliseconds interval);
@@ -80,7 +79,7 @@ public:
 private:
     friend const InputRecord& inputRecordOf(const Input& input);
 
-    explicit Input(InputRecord made);
+    explicit Input(InputRecord record);
     template <typename Change>
     Input& refine(Change change);
 

@@ -7,8 +7,8 @@
 
 namespace orvane::tarnel {
 
-// The number of an output, of the client's choice and unique among its outputs. 0xFFFF is the
-// aircraft's.
+// The number of an output, chosen by the client and unique among its outputs. 0xFFFF is reserved
+// for the aircraft.
 using OutputId = std::uint32_t;
 
 enum class OutputType : std::int32_t {
@@ -21,12 +21,12 @@ enum class OutputType : std::int32_t {
 
 // A value that the server reports in every answer.
 //
-// A name that begins with "kyr/" is the plugin's own: its dataref is made if it does not exist. Any
-// other must be the simulator's; one that it does not know is reported as zero.
+// A name that begins with "kyr/" is the plugin's own: its dataref is created if it does not exist.
+// Any other must be the simulator's; an unknown one is reported as zero.
 //
-// Each function throws std::invalid_argument for what the server would silently read as something
-// else: an empty name or one of more than 99 bytes, a count below 1, a negative first element, a
-// command without the prefix "kyr/", the aircraft's number.
+// Each function throws std::invalid_argument for anything that the server would silently misread:
+// an empty name or one of more than 99 bytes, a count below 1, a negative first element, a command
+// without the prefix "kyr/", the aircraft's number.
 class ORVANE_API Output final {
 public:
     static Output ofInt(OutputId id, std::string dataref);
@@ -35,7 +35,7 @@ public:
                              std::int32_t firstElement = 0);
     static Output ofFloatArray(OutputId id, std::string dataref, std::int32_t count,
                                std::int32_t firstElement = 0);
-    // True while it is down, or when it was pressed since the answer before.
+    // True while it is down, or if it was pressed since the previous answer.
     static Output ofCommand(OutputId id, std::string command);
 
     OutputId id() const { return identifier; }

@@ -15,7 +15,7 @@ def check_name(name: str, longest: int) -> None:
     if size > longest:
         raise ValueError(f"the name {name} has {size} bytes; at most {longest} are allowed")
     if "\0" in name:
-        raise ValueError(f"the name {name[: name.index(chr(0))]} has a zero byte in it")
+        raise ValueError(f"the name {name[: name.index(chr(0))]} contains a zero byte")
 
 
 def check_int32(value: object, what: str) -> None:

@@ -86,9 +86,9 @@ class Connection:
     def _expect_silence(self, waiting: Optional[bytes], doing: str) -> None:
         """Tells a connection that ended, or is out of step, before anything is sent on it."""
         if waiting:
-            raise UnexpectedAnswer("silence before the request", "bytes")
+            raise UnexpectedAnswer("no bytes before the request", "some")
         if waiting is not None:
-            raise ClosedError(f"{self.place(doing)}expected an open connection, got its end")
+            raise ClosedError(f"{self.place(doing)}expected an open connection, got a closed one")
 
     def _lost(self, doing: str, frame: FrameReader, why: str) -> ClosedError:
         return ClosedError(

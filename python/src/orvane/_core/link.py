@@ -125,7 +125,7 @@ class Link:
     def _connect_for(self, doing: str) -> Plan[None]:
         if self.options.on_loss is OnLoss.THROW:
             raise ClosedError(
-                f"{self.place(doing)}expected a connection, got none: it was closed before"
+                f"{self.place(doing)}not connected: the connection was closed before"
             )
         yield from self.reconnect()
 

@@ -57,7 +57,7 @@ class Output:
         if not isinstance(self.id, int) or self.id not in UINT32:
             raise ValueError(f"the output {self.name} has the identifier {self.id!r}")
         if self.id == AIRCRAFT_ID:
-            raise ValueError(f"the output {self.name} has the number of the aircraft, 65535")
+            raise ValueError(f"the output {self.name} has the aircraft's number, 65535")
         if self.type is OutputType.COMMAND and not self.name.startswith(_OWN_PREFIX):
             raise ValueError(
                 f"the command {self.name} cannot be observed: only those under kyr/ can"

@@ -163,8 +163,8 @@ class Session:
 
     def _not_repeated(self, doing: str) -> ClosedError:
         return ClosedError(
-            f"{self.link.place(doing)}expected it done, got a new connection;"
-            " it was not repeated there"
+            f"{self.link.place(doing)}the connection was lost;"
+            " reconnected, but this was not repeated"
         )
 
     # What goes on --------------------------------------------------------------------------------

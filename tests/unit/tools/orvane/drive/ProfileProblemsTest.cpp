@@ -106,7 +106,7 @@ TEST(ProfileReaderTest, ReportsNamesThatTheServerWouldCut) {
               "p:4:11: the name " + longName + " has 100 bytes; at most 99 are allowed\n");
     EXPECT_EQ(inputProblems("command = \"\"\n"), "p:3:11: a name is empty\n");
     EXPECT_EQ(outputProblems("command = \"kyr/\\u0000\"\n"),
-              "p:3:11: the name kyr/ has a zero byte in it\n");
+              "p:3:11: the name kyr/ contains a zero byte\n");
 }
 
 TEST(ProfileReaderTest, ReportsKeysOfTheOtherKindOfTarget) {
