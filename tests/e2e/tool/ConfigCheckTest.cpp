@@ -53,7 +53,7 @@ TEST_F(ConfigCheckTest, SaysWhatBecomesOfEveryLine) {
         result.out,
         "odd.cfg:2: registers float odd/float\n"
         "odd.cfg:3: registers int_array[3] odd/ints\n"
-        "odd.cfg:4: ignored: a tab separates no fields; use spaces\n"
+        "odd.cfg:4: ignored: tabs do not separate fields; use spaces\n"
         "odd.cfg:5: ignored: the carriage return is part of the type \"float\\x0D\"\n"
         "odd.cfg:6: registers int_array[2] odd/array_return\n"
         "odd.cfg:7: ignored: the comment sign cuts the line after \"odd/cut\"\n"
@@ -61,13 +61,13 @@ TEST_F(ConfigCheckTest, SaysWhatBecomesOfEveryLine) {
         "odd.cfg:9: ignored: no number of elements after float_array\n"
         "odd.cfg:10: ignored: the number of elements \"0\" reads as 0, below 1\n"
         "odd.cfg:11: registers int_array[2] odd/half (the number of elements \"2.5\" reads as 2)\n"
-        "odd.cfg:12: ignored: the number of elements \"99999999999\" does not fit 32 bits\n"
-        "odd.cfg:13: ignored: line 2 declares odd/float already\n"
-        "odd.cfg:14: registers float_array[2] odd/spaces (\"extra\" and what follows is not looked "
-        "at)\n"
-        "odd.cfg:15: registers double odd/double (\"8\" and what follows is not looked at)\n"
+        "odd.cfg:12: ignored: the number of elements \"99999999999\" does not fit in 32 bits\n"
+        "odd.cfg:13: ignored: line 2 already declares odd/float\n"
+        "odd.cfg:14: registers float_array[2] odd/spaces (\"extra\" and everything after it is "
+        "ignored)\n"
+        "odd.cfg:15: registers double odd/double (\"8\" and everything after it is ignored)\n"
         "odd.cfg:16: registers int_array[4] odd/size_tab\n"
-        "odd.cfg:17: registers float kyr/autopilot_external_control (in place of the plugin's own "
+        "odd.cfg:17: registers float kyr/autopilot_external_control (replaces the plugin's own "
         "int)\n"
         "odd.cfg:18: registers int odd/last\n"
         "odd.cfg: appended by the plugin: int kyr/autopilot_trigger_disable\n"
@@ -123,7 +123,7 @@ TEST_F(ConfigCheckTest, ReadsStandardInputAndWritesRecords) {
     EXPECT_EQ(json.exitCode, 3);
     EXPECT_EQ(json.out.substr(0, json.out.find('\n')),
               R"({"file":"-","line":1,"verdict":"ignored","reason":"tab",)"
-              R"("text":"a tab separates no fields; use spaces"})");
+              R"("text":"tabs do not separate fields; use spaces"})");
     const ToolResult csv = runTool({"config", "check", "--csv", "-"}, withInput("a/b int\n"));
     EXPECT_EQ(csv.exitCode, 0);
     EXPECT_EQ(csv.out.substr(0, 79),

@@ -34,7 +34,7 @@ TEST_F(DriveTableTest, ShowsInputsAndOutputsOnATerminalAndGivesItBack) {
         << result.out;
     EXPECT_TRUE(hasRow(result.out, "axis +65535 ##########  +-1\\.\\.1, float range"))
         << result.out;
-    EXPECT_TRUE(hasRow(result.out, "switch +7  +as it is, int")) << result.out;
+    EXPECT_TRUE(hasRow(result.out, "switch +7  +unscaled, int")) << result.out;
     EXPECT_TRUE(hasRow(result.out, "brakes +1 held  +command, held")) << result.out;
     EXPECT_TRUE(hasRow(result.out, "position +0\\.000  -")) << result.out;
     EXPECT_TRUE(hasRow(result.out, "lamps\\[1\\] +4  -")) << result.out;

@@ -238,7 +238,7 @@ TEST_F(DriveTest, ReportsAllThatIsWrongWithAProfileInItsPlace) {
         EXPECT_EQ(result.err,
                   "p.toml:4:8: \"type\" is \"double\"; it can be float or int\n"
                   "p.toml:5:1: \"name\" is missing\n"
-                  "p.toml:6:1: there is no key \"nmae\" here\n"
+                  "p.toml:6:1: unknown key \"nmae\"\n"
                   "p.toml:7:11: the command test/once cannot be observed: only those under kyr/ "
                   "can\n");
     }

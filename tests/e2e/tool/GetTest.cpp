@@ -106,7 +106,7 @@ TEST_F(GetTest, RefusesATypeThatThereIsNot) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
-              "orvane: double: the protocol carries no doubles; the types are int, float, byte, "
+              "orvane: double: the protocol has no doubles; the types are int, float, byte, "
               "int[N] and float[N]\n");
 }
 

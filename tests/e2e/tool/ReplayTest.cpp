@@ -135,7 +135,7 @@ TEST_F(ReplayTest, LeavesOutALineThatWasCutOff) {
     const ToolResult result = runTool({"replay", "r.csv"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err,
-              "r.csv:3: the line was cut off, and is left out\n"
+              "r.csv:3: the line was cut off and is skipped\n"
               "r.csv: 1 row written\n");
     EXPECT_EQ(simulator->Get("test/int"), "12");
 }

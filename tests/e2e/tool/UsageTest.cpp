@@ -33,7 +33,7 @@ TEST(UsageTest, NamesTheCommandThatItDoesNotKnowAndTheNearestOne) {
     EXPECT_EQ(refusal({"help", "wach"}),
               "orvane: \"wach\" is not a command of orvane; did you mean watch?\n");
     EXPECT_EQ(refusal({"info", "now"}),
-              "orvane: \"now\" is one argument too many (see \"orvane info --help\")\n");
+              "orvane: unexpected argument \"now\" (see \"orvane info --help\")\n");
 }
 
 TEST(UsageTest, NamesTheOptionThatItDoesNotKnowAndTheNearestOne) {
@@ -57,7 +57,7 @@ TEST(UsageTest, SaysWhatIsWrongWithTheValueOfAnOption) {
     EXPECT_EQ(refusal({"info", "--port", "99999"}),
               "orvane: --port: 99999 is not between 1 and 65535 (see \"orvane info --help\")\n");
     EXPECT_EQ(refusal({"watch", "x", "-n"}),
-              "orvane: --count needs a value, and only one (see \"orvane watch --help\")\n");
+              "orvane: --count needs exactly one value (see \"orvane watch --help\")\n");
 }
 
 TEST(UsageTest, HelpsOnStandardOutputAndEndsWithExamples) {

@@ -30,7 +30,7 @@ std::vector<const CLI::Option*> allOptionsOf(const CLI::App& app) {
     std::vector<const CLI::Option*> all = optionsOf(app);
     if (const CLI::App* const parent = app.get_parent()) {
         for (const CLI::Option* const option : allOptionsOf(*parent)) {
-            // Each command has a --help of its own.
+            // Each command has its own --help.
             if (option->get_name() != "--help") {
                 all.push_back(option);
             }

@@ -10,19 +10,19 @@ class Option;
 
 namespace orvane::tool {
 
-// What the declared command line looks like, for whoever describes it: the help, the man page, the
-// completions and the messages about words that nobody knows.
+// The declared command line, as the help, the man page, the completions and the messages about
+// unknown words see it.
 
 // "orvane config check".
 std::string fullNameOf(const CLI::App& app);
 
 std::vector<const CLI::App*> subcommandsOf(const CLI::App& app);
-// Null if there is none of this name.
+// Null if there is no subcommand of this name.
 const CLI::App* findSubcommand(const CLI::App& app, const std::string& name);
 
-// Those with dashes in front.
+// The options with dashes.
 std::vector<const CLI::Option*> optionsOf(const CLI::App& app);
-// With those of the commands that it belongs to, which may be given to it as well.
+// With those of its parent commands, which it takes as well.
 std::vector<const CLI::Option*> allOptionsOf(const CLI::App& app);
 // {"-n", "--count"}.
 std::vector<std::string> namesOf(const CLI::Option& option);

@@ -21,15 +21,14 @@ struct GlobalOptions {
     std::string host = "127.0.0.1";
     std::uint16_t port = 48000;
     double timeoutSeconds = 2.0;
-    // Whether host and port stand on the command line.
+    // Whether host and port were given.
     bool hasHost = false;
     bool hasPort = false;
     bool json = false;
     bool csv = false;
 
     Format OutputFormat() const;
-    // For a client that throws when its connection is lost, and whose calls an interrupt ends with
-    // a CancelledError.
+    // Options of a client whose calls an interrupt ends with a CancelledError.
     Options ForClient(OnLoss onLoss = OnLoss::Throw) const;
 };
 

@@ -23,7 +23,7 @@ std::string namesOfGlobals(const CLI::App& root) {
     return fmt::format("{}", fmt::join(names, ", "));
 }
 
-// In lines that fit, after the column of names, a terminal of 80 columns.
+// Folds text to fit after the column of names on a terminal of 80 columns.
 std::string folded(const std::string& text) {
     constexpr std::size_t kColumns = 50;
     std::string result;

@@ -6,10 +6,10 @@
 
 namespace orvane::tool {
 
-// What an option does, and what it is when it is not given; for the help and for the man page.
+// What an option does, and its default; for the help and the man page.
 std::string sentenceOn(const CLI::Option& option);
 
-// "--port PORT", or the names alone for an option without a value.
+// "--port PORT", or only the names of an option without a value.
 std::string withValue(const std::string& names, const CLI::Option& option);
 
 // How the tool's help looks.

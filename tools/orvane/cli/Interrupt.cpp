@@ -12,7 +12,7 @@ namespace orvane::tool {
 
 namespace {
 
-// The handler writes to the pipe, so that an interrupt just before a sleep still ends it.
+// The handler writes to this pipe, so that an interrupt just before a sleep still ends the sleep.
 std::array<int, 2> wakePipe{-1, -1};
 volatile std::sig_atomic_t interrupted = 0;
 

@@ -4,8 +4,8 @@
 
 namespace orvane::tool {
 
-// Ctrl-C, SIGTERM and SIGHUP ask the tool to end in good order: what it holds is released, what it
-// writes is finished. From `catchInterrupts` on they only set a flag, and end what waits.
+// Ctrl-C, SIGTERM and SIGHUP ask the tool to end cleanly: held commands are released, files
+// finished. After `catchInterrupts` they only set a flag and end a wait.
 void catchInterrupts();
 bool isInterrupted();
 

@@ -10,16 +10,21 @@ namespace orvane::tool {
 namespace {
 
 constexpr std::int64_t kLargestCount = 1'000'000'000'000;
+constexpr const char* kSecondsOption = "-T,--seconds";
 constexpr double kSlowestRate = 0.001;
 constexpr double kFastestRate = 1000;
 
 } // namespace
 
+CLI::Option* declareSeconds(CLI::App& command, double& seconds, const std::string& description) {
+    return command.add_option(kSecondsOption, seconds, description)->type_name("SECONDS");
+}
+
 void declareEnds(CLI::App& command, Limits& limits, const std::string& counted) {
-    command.add_option("-n,--count", limits.count, fmt::format("End after so many {}", counted))
+    command.add_option("-n,--count", limits.count, fmt::format("Stop after this many {}", counted))
         ->check(wholeBetween(1, kLargestCount, "1 and a trillion"))
         ->type_name("COUNT");
-    command.add_option("-T,--seconds", limits.seconds, "End after so many seconds")
+    command.add_option(kSecondsOption, limits.seconds, "Stop after this many seconds")
         ->check(between(0.0, kSecondsPerYear, "0 and a year"))
         ->type_name("SECONDS");
 }
@@ -28,14 +33,14 @@ void declareLimits(CLI::App& command, Limits& limits, const std::string& counted
     declareEnds(command, limits, counted);
     command
         .add_option("-i,--interval", limits.interval,
-                    "Seconds from one question to the next; 0 asks as fast as answers come")
+                    "Seconds between requests; 0 sends each as soon as the last is answered")
         ->check(between(0.0, kSecondsPerDay, "0 and a day"))
         ->type_name("SECONDS")
         ->capture_default_str();
 }
 
-void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& paced) {
-    command.add_option("--rate", rate, paced)
+void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& description) {
+    command.add_option("--rate", rate, description)
         ->check(between(kSlowestRate, kFastestRate))
         ->type_name("RATE");
 }
@@ -43,6 +48,10 @@ void declareRate(CLI::App& command, std::optional<double>& rate, const std::stri
 std::chrono::steady_clock::duration secondsOf(double seconds) {
     return std::chrono::duration_cast<std::chrono::steady_clock::duration>(
         std::chrono::duration<double>(seconds));
+}
+
+double secondsSince(std::chrono::steady_clock::time_point begin) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
 std::chrono::steady_clock::time_point endOf(const Limits& limits) {

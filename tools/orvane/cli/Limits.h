@@ -8,11 +8,12 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace orvane::tool {
 
-// How long a command goes on that has no end of its own, and at what pace.
+// When an endless command stops, and its pace.
 struct Limits {
     std::optional<std::uint64_t> count;
     std::optional<double> seconds;
@@ -24,17 +25,21 @@ struct Limits {
     double MostSeconds() const { return seconds.value_or(std::numeric_limits<double>::infinity()); }
 };
 
+// -T; the caller adds its bounds.
+CLI::Option* declareSeconds(CLI::App& command, double& seconds, const std::string& description);
+
 // -n and -T. `counted` names what -n counts.
 void declareEnds(CLI::App& command, Limits& limits, const std::string& counted);
 // -n, -T and -i.
 void declareLimits(CLI::App& command, Limits& limits, const std::string& counted);
-// --rate. `paced` names what comes so often per second.
-void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& paced);
+// --rate. `description` says what happens this many times per second.
+void declareRate(CLI::App& command, std::optional<double>& rate, const std::string& description);
 
 // Seconds as the steady clock counts them.
 std::chrono::steady_clock::duration secondsOf(double seconds);
+double secondsSince(std::chrono::steady_clock::time_point begin);
 
-// The moment at which the limits end what begins now; far away without a limit.
+// When something that begins now reaches its limit; a year from now without one.
 std::chrono::steady_clock::time_point endOf(const Limits& limits);
 
 } // namespace orvane::tool

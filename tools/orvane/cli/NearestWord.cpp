@@ -9,7 +9,7 @@ namespace orvane::tool {
 
 namespace {
 
-// How many letters have to be added, left out, replaced, or exchanged with the next one.
+// How many letters must be added, removed, replaced, or swapped with the next one.
 std::size_t editsBetween(std::string_view one, std::string_view other) {
     std::vector<std::size_t> beforeLast;
     std::vector<std::size_t> last;
@@ -47,7 +47,7 @@ std::string nearestWord(std::string_view typed, const std::vector<std::string>& 
     std::string nearest;
     std::size_t fewest = 1 + typed.size() / kLettersPerEdit;
     for (const std::string& word : known) {
-        // What was cut off is no mistake.
+        // An abbreviation is not a mistake.
         const bool isBeginning = typed.size() > 1 && word.starts_with(typed);
         const std::size_t edits = isBeginning ? 0 : editsBetween(typed, word);
         if (edits < word.size() && (edits < fewest || (edits == fewest && nearest.empty()))) {

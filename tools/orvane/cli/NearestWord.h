@@ -6,11 +6,11 @@
 
 namespace orvane::tool {
 
-// The known word that somebody most likely meant who typed another; empty if none is close.
+// The known word that was most likely meant by `typed`; empty if none is close.
 std::string nearestWord(std::string_view typed, const std::vector<std::string>& known);
 
-// The same of options, which begin with one dash or two. A letter stands for the option that it
-// begins: -V for --version.
+// The same for options, with one dash or two. A single letter stands for the option that it begins:
+// -V for --version.
 std::string nearestOption(std::string_view typed, const std::vector<std::string>& known);
 
 } // namespace orvane::tool

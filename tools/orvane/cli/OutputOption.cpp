@@ -4,12 +4,12 @@
 
 namespace orvane::tool {
 
-CLI::Option* declareOutput(CLI::App& command, std::string& path, bool& mayOverwrite,
+CLI::Option* declareOutput(CLI::App& command, OutputOption& output,
                            const std::string& description) {
-    CLI::Option* const output =
-        command.add_option("-o,--output", path, description)->type_name("FILE");
-    command.add_flag("--force", mayOverwrite, "Overwrite that file if it exists");
-    return output;
+    CLI::Option* const option =
+        command.add_option("-o,--output", output.path, description)->type_name("FILE");
+    command.add_flag("--force", output.mayOverwrite, "Overwrite that file if it exists");
+    return option;
 }
 
 } // namespace orvane::tool

@@ -3,28 +3,27 @@
 #include <algorithm>
 
 #include "tools/orvane/cli/Interrupt.h"
+#include "tools/orvane/cli/Limits.h"
 
 namespace orvane::tool {
 
-namespace {
-
-using std::chrono::steady_clock;
-using Seconds = std::chrono::duration<double>;
-
-} // namespace
-
-Pace::Pace(double perSecond) : start(steady_clock::now()), interval(1 / perSecond) {}
+Pace::Pace(double interval) : start(std::chrono::steady_clock::now()), interval(interval) {}
 
 double Pace::Elapsed() const {
-    return Seconds(steady_clock::now() - start).count();
+    return secondsSince(start);
 }
 
 bool Pace::WaitUntil(double seconds) const {
-    return sleepUntil(start + std::chrono::duration_cast<steady_clock::duration>(Seconds(seconds)));
+    return sleepUntil(start + secondsOf(seconds));
 }
 
 void Pace::Advance() {
     due = std::max(due + interval, Elapsed());
+}
+
+bool Pace::WaitForNext(double limit) {
+    Advance();
+    return WaitUntil(std::min(due, limit));
 }
 
 } // namespace orvane::tool

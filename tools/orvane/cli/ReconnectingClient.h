@@ -9,22 +9,22 @@
 
 namespace orvane::tool {
 
-// A client for commands that go on until they are told to end: when the simulator goes away, it
-// waits and connects again.
+// A client for commands that run until they are stopped: when the simulator goes away, it waits and
+// reconnects.
 class ReconnectingClient final {
 public:
     using Tell = std::function<void(const std::string&)>;
 
-    // Connects. An interrupt and `end` end it without a failure. `tell` gets a line when the
-    // connection is lost, and an empty one when it is there again.
+    // Connects. An interrupt or `end` stops it without a failure. `tell` gets a line when the
+    // connection is lost, and an empty one when it is back.
     ReconnectingClient(const GlobalOptions& globals, std::chrono::steady_clock::time_point end,
                        Tell tell);
 
     velmar::Client& Client() { return client; }
     bool IsOver() const;
 
-    // Carries out `step`. False when it failed because the connection was lost or an answer did not
-    // come; the connection is there again then, or the end has come.
+    // Carries out `step`. False if the connection was lost or an answer did not come; by then it
+    // has reconnected, or is over.
     bool Try(const std::function<void()>& step);
 
 private:

@@ -17,23 +17,23 @@ namespace orvane::tool {
 // Failure or an orvane::Error, which main turns into a line and an exit status.
 using Work = std::function<ExitCode()>;
 
-// What a subcommand says of itself in its help and in the man page.
+// How the help and the man page describe a subcommand.
 struct Description {
     const char* name;
     const char* summary;
-    // Paragraphs of lines of at most 80 characters, those with two blanks in front as they are; the
-    // last one are examples.
+    // Paragraphs of lines of at most 80 characters. Lines that begin with two spaces are kept as
+    // they are; the last paragraph has examples.
     const char* details;
 };
 
-// Where the rooms of the tool add their subcommands. `globals` is complete when the work runs.
-// Borrows all three.
+// Where the tool's folders add their subcommands. `globals` is complete when the work runs. Borrows
+// all three.
 class Subcommands final {
 public:
     Subcommands(CLI::App& parent, const GlobalOptions& globals, Work& chosen)
         : parent(parent), globals(globals), chosen(chosen) {}
 
-    // Adds a subcommand. Its options are declared on what is returned, and are given to `run`.
+    // Adds a subcommand. Declare its options on the result; `run` gets them.
     template <typename Options>
     std::pair<CLI::App&, Options&> Add(
         const Description& description,
@@ -45,7 +45,7 @@ public:
         return {command, *options};
     }
 
-    // The subcommands of one that does nothing by itself.
+    // Adds a subcommand that only has subcommands.
     Subcommands AddGroup(const Description& description);
 
     CLI::App& Parent() const { return parent; }

@@ -37,7 +37,7 @@ std::string unknownWord(const CLI::App& app, const std::string& word) {
         return fmt::format("unknown option {}{}", name, suggestion(nearestOption(name, known)));
     }
     return needsSubcommand(app) ? unknownCommand(app, word)
-                                : fmt::format("\"{}\" is one argument too many", word);
+                                : fmt::format("unexpected argument \"{}\"", word);
 }
 
 } // namespace
@@ -65,7 +65,7 @@ std::string usageProblem(const CLI::App& app, const CLI::ParseError& error) {
     }
     const std::string text = error.what();
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        return text.substr(0, text.find(':')) + " needs a value, and only one" + advice;
+        return text.substr(0, text.find(':')) + " needs exactly one value" + advice;
     }
     return text + advice;
 }

@@ -9,11 +9,11 @@ class ParseError;
 
 namespace orvane::tool {
 
-// What is wrong with a command line that `app` could not parse, in one line: above all the word
-// that nobody knows, and the known one that it looks like. Ends with where to look.
+// One line on why `app` could not parse a command line: above all the unknown word, and the known
+// one that it resembles. Ends with a pointer to the help.
 std::string usageProblem(const CLI::App& app, const CLI::ParseError& error);
 
-// The same of a word that is not one of the subcommands of `app`.
+// The same for a word that is not a subcommand of `app`.
 std::string unknownCommand(const CLI::App& app, const std::string& word);
 
 } // namespace orvane::tool

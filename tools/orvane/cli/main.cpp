@@ -27,8 +27,8 @@ using namespace orvane::tool;
 
 constexpr const char* kDetails =
     R"(Data goes to standard output, and everything else to standard error. Ctrl-C,
-SIGTERM and SIGHUP end a command in good order: what it holds down in the
-simulator is released first.
+SIGTERM and SIGHUP end a command cleanly: what it holds down in the simulator is
+released first.
 
 Exit status:
 {}
@@ -81,7 +81,7 @@ ExitCode parseAndRun(int argc, char** argv) {
     GlobalOptions globals;
     Work work;
     declare(app, globals, work);
-    // For the scripts of the shells, and for the build.
+    // For the completion scripts and the build.
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (!words.empty() && words[0] == "__complete") {
         return print(completionsOf(app, {words.begin() + 1, words.end()}));

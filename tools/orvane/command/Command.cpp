@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <chrono>
 #include <set>
 #include <string>
@@ -11,8 +10,8 @@
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/ReconnectingClient.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/command/CommandEvents.h"
@@ -30,47 +29,50 @@ using Names = std::vector<std::string>;
 
 constexpr double kUsualInterval = 0.05;
 
-constexpr const char* kCommandFooter =
-    "Where the simulator lacks one of the commands, none is run, and the exit status is 3.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane command once sim/lights/landing_lights_toggle\n"
-    "  orvane command hold -T 2.5 sim/flight_controls/brakes_max\n"
-    "  orvane command observe sim/autopilot/servos_toggle sim/flight_controls/flaps_down";
+constexpr Description kCommand{
+    "command", "Run and observe commands",
+    R"(If the simulator lacks one of the commands, none is run and the exit status is 3.
 
-constexpr const char* kOnceFooter =
-    "Examples:\n"
-    "  orvane command once sim/lights/landing_lights_toggle\n"
-    "  orvane command once sim/flight_controls/flaps_down sim/flight_controls/landing_gear_down";
+Examples:
+  orvane command once sim/lights/landing_lights_toggle
+  orvane command hold -T 2.5 sim/flight_controls/brakes_max
+  orvane command observe sim/autopilot/servos_toggle sim/flight_controls/flaps_down)"};
 
-constexpr const char* kBeginFooter =
-    "A command that was begun stays down until it is ended, also when this tool is gone.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane command begin sim/flight_controls/brakes_max\n"
-    "  orvane command end sim/flight_controls/brakes_max";
+constexpr Description kOnce{"once", "Run commands, one after the other",
+                            R"(Examples:
+  orvane command once sim/lights/landing_lights_toggle
+  orvane command once sim/flight_controls/flaps_down sim/flight_controls/landing_gear_down)"};
 
-constexpr const char* kEndFooter =
-    "Examples:\n"
-    "  orvane command end sim/flight_controls/brakes_max";
+constexpr Description kBegin{
+    "begin", "Press commands and leave them down",
+    R"(A command that was begun stays down until it is ended, even after orvane exits.
 
-constexpr const char* kHoldFooter =
-    "Holds the commands down together, for a time or until Ctrl-C, and releases them in any case:\n"
-    "also when the connection is lost on the way, on a new one.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane command hold -T 2.5 sim/flight_controls/brakes_max\n"
-    "  orvane command hold sim/flight_controls/pitch_trim_up";
+Examples:
+  orvane command begin sim/flight_controls/brakes_max
+  orvane command end sim/flight_controls/brakes_max)"};
 
-constexpr const char* kObserveFooter =
-    "Prints a line for each press, whoever it comes from: the seconds since the start, and down\n"
-    "and up, or \"pressed\" for both where they fell between two questions. Several presses "
-    "between\n"
-    "two questions count as one.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane command observe sim/autopilot/servos_toggle\n"
-    "  orvane command observe --json -n 1 sim/operation/pause_toggle | jq -r .command";
+constexpr Description kEnd{"end", "Release commands",
+                           R"(Examples:
+  orvane command end sim/flight_controls/brakes_max)"};
+
+constexpr Description kHold{
+    "hold", "Hold commands down for a time",
+    R"(Holds the commands down together, for a time or until Ctrl-C, and always releases
+them: if the connection is lost, on a new one.
+
+Examples:
+  orvane command hold -T 2.5 sim/flight_controls/brakes_max
+  orvane command hold sim/flight_controls/pitch_trim_up)"};
+
+constexpr Description kObserve{
+    "observe", "Print when commands are pressed",
+    R"(Prints a line for each press, whatever caused it: the seconds since the start, and
+"down" and "up", or "pressed" if both fell between two polls. Several presses
+between two polls count as one.
+
+Examples:
+  orvane command observe sim/autopilot/servos_toggle
+  orvane command observe --json -n 1 sim/operation/pause_toggle | jq -r .command)"};
 
 struct HoldOptions {
     Names names;
@@ -148,9 +150,8 @@ void show(const CommandEvent& event, double seconds, RecordWriter& records) {
 ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
     const Limits& limits = options.limits;
     checkDistinct(options.names);
-    const auto begin = steady_clock::now();
-    const auto end = endOf(limits);
-    ReconnectingClient reconnecting(globals, end, [](const std::string& line) {
+    Pace pace(limits.interval);
+    ReconnectingClient reconnecting(globals, endOf(limits), [](const std::string& line) {
         tell(line.empty() ? "the simulator is back" : line);
     });
     registerOrRefuse(reconnecting.Client(), options.names);
@@ -158,15 +159,13 @@ ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
     CommandEvents events;
     std::uint64_t presses = 0;
     while (!reconnecting.IsOver() && presses < limits.MostTurns()) {
-        const auto next = steady_clock::now() + secondsOf(limits.interval);
         std::vector<velmar::CommandReport> reports;
         reconnecting.Try([&] { reports = reconnecting.Client().pollPresses(); });
-        const double seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
         for (const CommandEvent& event : events.Take(reports)) {
-            show(event, seconds, records);
+            show(event, pace.Elapsed(), records);
             presses += event.kind == CommandEvent::Kind::Down ? 0 : 1;
         }
-        sleepUntil(std::min(next, end));
+        pace.WaitForNext(limits.MostSeconds());
     }
     return ExitCode::Done;
 }
@@ -184,19 +183,14 @@ void addAction(Subcommands& commands, const Description& description, velmar::Ac
 }
 
 void addHold(Subcommands& commands) {
-    const auto [command, options] =
-        commands.Add<HoldOptions>({"hold", "Hold commands down for a time", kHoldFooter}, hold);
+    const auto [command, options] = commands.Add<HoldOptions>(kHold, hold);
     declareNames(command, options.names);
-    command
-        .add_option("-T,--seconds", options.seconds,
-                    "How long; without it until Ctrl-C, at most a day")
-        ->check(between(0.0, kSecondsPerDay, "0 and a day"))
-        ->type_name("SECONDS");
+    declareSeconds(command, options.seconds, "How long to hold; without it until Ctrl-C")
+        ->check(between(0.0, kSecondsPerDay, "0 and a day"));
 }
 
 void addObserve(Subcommands& commands) {
-    const auto [command, options] = commands.Add<ObserveOptions>(
-        {"observe", "Print when commands are pressed", kObserveFooter}, observe);
+    const auto [command, options] = commands.Add<ObserveOptions>(kObserve, observe);
     declareNames(command, options.names);
     declareLimits(command, options.limits, "presses");
 }
@@ -204,13 +198,10 @@ void addObserve(Subcommands& commands) {
 } // namespace
 
 void addCommand(Subcommands& subcommands) {
-    Subcommands commands =
-        subcommands.AddGroup({"command", "Run and observe commands", kCommandFooter});
-    addAction(commands, {"once", "Run commands, one after the other", kOnceFooter},
-              velmar::Action::Once);
-    addAction(commands, {"begin", "Press commands and leave them down", kBeginFooter},
-              velmar::Action::Begin);
-    addAction(commands, {"end", "Release commands", kEndFooter}, velmar::Action::End);
+    Subcommands commands = subcommands.AddGroup(kCommand);
+    addAction(commands, kOnce, velmar::Action::Once);
+    addAction(commands, kBegin, velmar::Action::Begin);
+    addAction(commands, kEnd, velmar::Action::End);
     addHold(commands);
     addObserve(commands);
 }

@@ -17,8 +17,8 @@ const char* nameOf(CommandEvent::Kind kind) {
     return "pressed";
 }
 
-// A command that is held is reported as down each time. It is up again when it is reported
-// otherwise or no more.
+// A held command is reported as down each time. It is up again when it is reported differently or
+// not at all.
 std::vector<CommandEvent> CommandEvents::Take(const std::vector<CommandReport>& reports) {
     std::vector<CommandEvent> events;
     std::set<std::string> nowDown;

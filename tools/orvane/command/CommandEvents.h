@@ -8,12 +8,12 @@
 
 namespace orvane::tool {
 
-// What happened to a command, as far as questions now and then can tell.
+// What happened to a command, judging by polls.
 struct CommandEvent {
     enum class Kind {
         Down,
         Up,
-        Pressed, // down and up between two questions, once or more often
+        Pressed, // down and up between two polls, at least once
     };
 
     std::string command;
@@ -24,7 +24,7 @@ struct CommandEvent {
 
 const char* nameOf(CommandEvent::Kind kind);
 
-// Makes events of what `velmar::Client::pollPresses` reports again and again.
+// Turns the reports of `velmar::Client::pollPresses` into events.
 class CommandEvents final {
 public:
     std::vector<CommandEvent> Take(const std::vector<velmar::CommandReport>& reports);

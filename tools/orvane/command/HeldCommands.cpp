@@ -18,15 +18,15 @@ namespace {
 using std::chrono::steady_clock;
 using Names = std::vector<std::string>;
 
-// How often it is looked whether the simulator is still there.
-constexpr std::chrono::milliseconds kBetweenLooks(500);
+// How often to check that the simulator is still there.
+constexpr std::chrono::milliseconds kBetweenChecks(500);
 
 void beginAndWait(velmar::Client& client, const Names& names, steady_clock::time_point end) {
     for (const std::string& name : names) {
         client.run(name, velmar::Action::Begin);
     }
     while (steady_clock::now() < end &&
-           sleepUntil(std::min(end, steady_clock::now() + kBetweenLooks))) {
+           sleepUntil(std::min(end, steady_clock::now() + kBetweenChecks))) {
         client.poll();
     }
 }
@@ -50,7 +50,7 @@ void holdCommands(const GlobalOptions& globals, const Names& names, steady_clock
     velmar::Client client(options);
     std::string notReleased;
     client.setCallbacks({.notReleased = [&](const Names& commands, const Error& error) {
-        notReleased = fmt::format("{} could not be released, unless the simulator has ended: {}",
+        notReleased = fmt::format("{} could not be released and may still be down: {}",
                                   fmt::join(commands, ", "), error.what());
     }});
     registerOrRefuse(client, names);
@@ -58,7 +58,7 @@ void holdCommands(const GlobalOptions& globals, const Names& names, steady_clock
     try {
         beginAndWait(client, names, end);
     } catch (const CancelledError&) {
-        // Released, and done.
+        // close() releases them.
     } catch (const Error&) {
         failure = std::current_exception();
     }

@@ -9,13 +9,13 @@
 
 namespace orvane::tool {
 
-// Holds commands down until `end` or an interrupt, and releases them in any case: after a failure,
-// which is thrown then, on a new connection if need be. Failure: a name that the simulator does not
-// have, where nothing is begun; or they could not be released.
+// Holds commands down until `end` or an interrupt, and always releases them: after a failure, which
+// is then thrown, if necessary on a new connection. Failure: the simulator lacks a name, and
+// nothing was begun; or they could not be released.
 void holdCommands(const GlobalOptions& globals, const std::vector<std::string>& names,
                   std::chrono::steady_clock::time_point end);
 
-// Registers commands. Failure, and a line for each: the simulator does not have them.
+// Registers commands. Failure, after a line for each missing one: the simulator lacks some.
 void registerOrRefuse(velmar::Client& client, const std::vector<std::string>& names);
 
 } // namespace orvane::tool

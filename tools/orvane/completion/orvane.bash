@@ -1,4 +1,4 @@
-# bash completion for orvane, which says itself what fits.
+# bash completion for orvane, which supplies the candidates.
 
 _orvane() {
     local line current=${COMP_WORDS[COMP_CWORD]} files=()

@@ -1,4 +1,4 @@
-# fish completion for orvane, which says itself what fits.
+# fish completion for orvane, which supplies the candidates.
 
 function __orvane_complete
     set -l words (commandline -opc) (commandline -ct)

@@ -21,7 +21,7 @@ constexpr std::array kTypes = {DatarefType::Int,        DatarefType::Float,
                                DatarefType::Double,     DatarefType::IntArray,
                                DatarefType::FloatArray, DatarefType::ByteArray};
 
-// What the plugin publishes in any case, after the lines of the file and in this order.
+// What the plugin always publishes, after the lines of the file and in this order.
 const std::array<Declaration, 4>& ownDatarefs() {
     static const std::array<Declaration, 4> kOwn = {{
         {"kyr/autopilot_external_control", DatarefType::Int, 0},
@@ -38,7 +38,7 @@ std::optional<DatarefType> findType(std::string_view word) {
     return found != kTypes.end() ? std::optional(*found) : std::nullopt;
 }
 
-// Runs of spaces separate; spaces at the end leave one empty field at the end.
+// Runs of spaces separate fields; trailing spaces leave one empty field at the end.
 Fields splitFields(std::string_view text) {
     Fields fields;
     while (true) {
@@ -67,7 +67,7 @@ std::string describe(const Declaration& declared) {
     return isArray(declared.type) ? fmt::format("{}[{}]", word, declared.size) : word;
 }
 
-// Judges one line after the other, as the earlier ones have an effect on the later.
+// Checks the lines in order, since earlier ones affect later ones.
 class Reader final {
 public:
     void Read(std::size_t number, std::string_view text) {
@@ -106,7 +106,7 @@ private:
             return;
         }
         if (declare()) {
-            noteWhatWasRead(fields);
+            addNotes(fields);
         }
     }
 
@@ -115,13 +115,13 @@ private:
         line.explanation = std::move(explanation);
     }
 
-    // Why the second field is not a type, by what most likely went wrong.
+    // Says why the second field is not a type: what most likely went wrong.
     void ignoreType(const Fields& fields, std::string_view word, bool isCut) {
         if (isCut) {
             ignore(Reason::CutByComment,
                    fmt::format("the comment sign cuts the line after {}", quoted(fields.back())));
         } else if (fields[0].find('\t') != std::string_view::npos && word.empty()) {
-            ignore(Reason::Tab, "a tab separates no fields; use spaces");
+            ignore(Reason::Tab, "tabs do not separate fields; use spaces");
         } else if (word.find('\t') != std::string_view::npos) {
             ignore(Reason::Tab, fmt::format("the tab is part of the type {}", quoted(word)));
         } else if (word.empty()) {
@@ -140,12 +140,12 @@ private:
         if (isBlank(text)) {
             ignore(isCut ? Reason::CutByComment : Reason::NoSize,
                    fmt::format("no number of elements after {}", fields[1]));
-        } else if (size.kind == SizeField::Kind::NoNumber) {
-            ignore(isCut ? Reason::CutByComment : Reason::SizeNoNumber,
+        } else if (size.kind == SizeField::Kind::NotANumber) {
+            ignore(isCut ? Reason::CutByComment : Reason::SizeNotANumber,
                    fmt::format("{} is not a number", quoted(text)));
         } else if (size.kind == SizeField::Kind::TooLarge) {
             ignore(Reason::SizeTooLarge,
-                   fmt::format("the number of elements {} does not fit 32 bits", quoted(text)));
+                   fmt::format("the number of elements {} does not fit in 32 bits", quoted(text)));
         } else if (size.value < 1) {
             ignore(Reason::SizeBelowOne,
                    fmt::format("the number of elements {} reads as {}, below 1", quoted(text),
@@ -155,7 +155,7 @@ private:
         return !line.IsIgnored();
     }
 
-    // The simulator takes the name up to a zero byte. Of one name the first declaration counts.
+    // The simulator reads a name up to a zero byte. The first declaration of a name counts.
     bool declare() {
         const std::string& name = line.declared.name;
         const std::size_t zero = name.find('\0');
@@ -166,12 +166,12 @@ private:
         const auto [first, isNew] = firstLines.emplace(seen, line.number);
         if (!isNew) {
             ignore(Reason::Duplicate,
-                   fmt::format("line {} declares {} already", first->second, seen));
+                   fmt::format("line {} already declares {}", first->second, seen));
         }
         return isNew;
     }
 
-    void noteWhatWasRead(const Fields& fields) {
+    void addNotes(const Fields& fields) {
         const bool hasSize = isArray(line.declared.type);
         if (line.declared.name.find('\t') != std::string::npos) {
             line.notes.emplace_back("the tab is part of the name");
@@ -183,11 +183,11 @@ private:
         const std::size_t used = hasSize ? 3 : 2;
         if (fields.size() > used && !isBlank(fields[used])) {
             line.notes.push_back(
-                fmt::format("{} and what follows is not looked at", quoted(fields[used])));
+                fmt::format("{} and everything after it is ignored", quoted(fields[used])));
         }
         for (const Declaration& own : ownDatarefs()) {
             if (own.name == line.declared.name && own != line.declared) {
-                line.notes.push_back(fmt::format("in place of the plugin's own {}", describe(own)));
+                line.notes.push_back(fmt::format("replaces the plugin's own {}", describe(own)));
             }
         }
     }

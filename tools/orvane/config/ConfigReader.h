@@ -6,11 +6,11 @@
 
 namespace orvane::tool::config {
 
-// Reads the content of a dataref configuration file as the plugin does when it starts, and says
-// what becomes of every line.
+// Reads the content of a dataref configuration file as the plugin does at startup, and says what
+// every line does.
 //
-// Written on its own and without the plugin's code. What only the simulator knows is not judged
-// here: a name that the simulator or another plugin publishes already is refused by the simulator.
+// Shares no code with the plugin. It cannot know what only the simulator knows: the simulator
+// refuses a name that it or another plugin already publishes.
 ConfigReport readConfig(std::string_view content);
 
 } // namespace orvane::tool::config

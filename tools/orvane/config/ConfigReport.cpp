@@ -43,7 +43,7 @@ const char* reasonWord(Reason reason) {
         return "unknown-type";
     case Reason::NoSize:
         return "no-size";
-    case Reason::SizeNoNumber:
+    case Reason::SizeNotANumber:
         return "size-no-number";
     case Reason::SizeBelowOne:
         return "size-below-one";

@@ -8,7 +8,7 @@ namespace orvane::tool::config {
 
 enum class DatarefType { Int, Float, Double, IntArray, FloatArray, ByteArray };
 
-// The word by which the file names the type.
+// The type's name in the file.
 const char* typeWord(DatarefType type);
 bool isArray(DatarefType type);
 
@@ -28,7 +28,7 @@ enum class Reason {
     NoType,
     UnknownType,
     NoSize,
-    SizeNoNumber,
+    SizeNotANumber,
     SizeBelowOne,
     SizeTooLarge,
     Duplicate,
@@ -37,19 +37,19 @@ enum class Reason {
 // One word for scripts: "tab", "carriage-return", ...
 const char* reasonWord(Reason reason);
 
-// What the plugin makes of one line that is neither empty nor a comment.
+// What the plugin does with a line that is neither empty nor a comment.
 struct ConfigLine {
     std::size_t number = 0; // from 1
     Reason reason = Reason::None;
     std::string explanation{}; // why the line is ignored
     Declaration declared{};    // what it registers, unless it is ignored
-    // What was read differently from what one may think, although the line registers.
+    // What may surprise in a line that does register.
     std::vector<std::string> notes{};
 
     bool IsIgnored() const { return reason != Reason::None; }
 };
 
-// A whole file. The plugin appends to the file those of its own datarefs that no line declares.
+// A whole file. The plugin appends its own datarefs that no line declares.
 struct ConfigReport {
     std::vector<ConfigLine> lines{};
     std::vector<Declaration> appended{};

@@ -25,8 +25,8 @@ constexpr Description kConfig{"config", "Check the plugin's configuration file",
 
 constexpr Description kCheck{
     "check", "Show what the plugin would register, line by line",
-    R"(Exit status 3 when a line would be ignored. A name that the simulator has already
-is refused by the simulator; that is not seen here.
+    R"(Exit status 3 if a line would be ignored. The simulator refuses a name that it
+already has; this check cannot see that.
 
 Examples:
   orvane config check build/run/Resources/plugins/xplaneorvane_datarefs.cfg

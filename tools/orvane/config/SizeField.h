@@ -4,12 +4,11 @@
 
 namespace orvane::tool::config {
 
-// A number of elements as the plugin reads it: white space, a sign, and digits; what comes after
-// them is not looked at.
+// A number of elements as the plugin reads it: white space, a sign and digits; the rest is ignored.
 struct SizeField {
-    enum class Kind { Number, NoNumber, TooLarge };
+    enum class Kind { Number, NotANumber, TooLarge };
 
-    Kind kind = Kind::NoNumber;
+    Kind kind = Kind::NotANumber;
     int value = 0;           // of a Number
     std::string_view rest{}; // after the digits
 };

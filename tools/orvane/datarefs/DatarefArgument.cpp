@@ -1,18 +1,17 @@
 #include "tools/orvane/datarefs/DatarefArgument.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <map>
 #include <set>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -28,11 +27,8 @@ constexpr std::size_t kLongestName = 255;
 }
 
 std::uint32_t parseSize(std::string_view text, std::string_view digits) {
-    std::uint32_t size = 0;
-    const auto [stopped, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), size);
-    const bool isNumber = stopped == digits.data() + digits.size() && !digits.empty();
-    if (!isNumber || error != std::errc{} || size < 1 || size > DatarefArgument::kMostElements) {
+    const std::uint32_t size = parsedNumber<std::uint32_t>(digits).value_or(0);
+    if (size < 1 || size > DatarefArgument::kMostElements) {
         refuse(text, fmt::format("an array has 1 to {} elements, as in {}[8]",
                                  DatarefArgument::kMostElements, text.substr(0, text.find('['))));
     }
@@ -45,7 +41,7 @@ TypeAndSize parseArrayType(std::string_view text, std::size_t bracket) {
     }
     const std::string_view element = text.substr(0, bracket);
     if (element != "int" && element != "float") {
-        refuse(text, fmt::format("there are no such arrays; {}", kTypes));
+        refuse(text, fmt::format("unknown array type; {}", kTypes));
     }
     const std::string_view digits = text.substr(bracket + 1, text.size() - bracket - 2);
     return {element == "int" ? Type::IntArray : Type::FloatArray, parseSize(text, digits)};
@@ -111,7 +107,7 @@ void checkDistinct(const std::vector<DatarefArgument>& arguments) {
     }
     for (const DatarefArgument& argument : arguments) {
         if (argument.elements && names.contains(argument.arrayName)) {
-            refuse(argument.arrayName, "named as a whole and by its elements");
+            refuse(argument.arrayName, "named both as a whole and by elements");
         }
     }
 }
@@ -167,9 +163,9 @@ TypeAndSize parseType(std::string_view text) {
         return {Type::Byte};
     }
     if (text == "double") {
-        refuse(text, fmt::format("the protocol carries no doubles; {}", kTypes));
+        refuse(text, fmt::format("the protocol has no doubles; {}", kTypes));
     }
-    refuse(text, fmt::format("no such type; {}", kTypes));
+    refuse(text, fmt::format("unknown type; {}", kTypes));
 }
 
 DatarefArgument parseDatarefArgument(std::string_view text) {
@@ -181,7 +177,7 @@ DatarefArgument parseDatarefArgument(std::string_view text) {
         rest = rest.substr(0, at);
     }
     if (rest.find('=') != std::string_view::npos) {
-        refuse(text, "a value has no place here; only \"set\" takes one");
+        refuse(text, "unexpected value; only \"set\" takes one");
     }
     readName(text, rest, argument);
     return argument;
@@ -228,7 +224,7 @@ void shareArrays(std::vector<DatarefArgument>& arguments) {
         Array& array = arrays[argument.arrayName];
         array.size = std::max(array.size, argument.arraySize);
         if (argument.type && array.type && isOfInts(*argument.type) != isOfInts(*array.type)) {
-            refuse(argument.arrayName, "named as ints and as floats");
+            refuse(argument.arrayName, "named both as ints and as floats");
         }
         array.type = argument.type ? argument.type : array.type;
     }

@@ -9,7 +9,10 @@
 #include <utility>
 #include <variant>
 
+#include <fmt/format.h>
+
 #include "orvane/Errors.h"
+#include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
 
@@ -18,13 +21,13 @@ namespace {
 using velmar::Type;
 using velmar::Value;
 
-// What a dataref may be that reads as 0 as a float.
+// What a dataref may be if it reads as 0 as a float.
 constexpr std::array<TypeAndSize, 3> kCandidates{
     {{Type::Int},
-     {Type::FloatArray, DatarefReader::kElementsLookedAt},
-     {Type::IntArray, DatarefReader::kElementsLookedAt}}};
+     {Type::FloatArray, DatarefReader::kProbedElements},
+     {Type::IntArray, DatarefReader::kProbedElements}}};
 
-// Up to the last element that is not 0; 0 for what is not an array.
+// The number of elements up to the last that is not 0; 0 for a scalar.
 std::uint32_t elementsInUse(const Value& value) {
     return std::visit(
         [](const auto& each) -> std::uint32_t {
@@ -70,6 +73,10 @@ std::vector<std::size_t> registerKnown(velmar::Client& client,
     return missing;
 }
 
+void reportUnknownDataref(const std::string& name) {
+    tell(fmt::format("{}: the simulator has no such dataref", name));
+}
+
 DatarefReader::DatarefReader(velmar::Client& client, std::vector<DatarefArgument> arguments)
     : client(client) {
     std::vector<velmar::Dataref> datarefs;
@@ -89,6 +96,10 @@ DatarefReader::DatarefReader(velmar::Client& client, std::vector<DatarefArgument
     wasOpen = isOpen;
 }
 
+void DatarefReader::ReportUnknown() const {
+    std::for_each(unknown.begin(), unknown.end(), reportUnknownDataref);
+}
+
 std::vector<Value> DatarefReader::Read() {
     std::vector<Value> values = readWhole();
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -97,7 +108,7 @@ std::vector<Value> DatarefReader::Read() {
     return values;
 }
 
-// Arrays in full where only some elements of them are named.
+// Whole arrays, even if only some of their elements are named.
 std::vector<Value> DatarefReader::readWhole() {
     return names.empty() ? std::vector<Value>() : client.read(names);
 }
@@ -119,7 +130,7 @@ void DatarefReader::look(std::size_t candidate) {
     const TypeAndSize& type = kCandidates[candidate];
     std::vector<std::size_t> places;
     for (const std::size_t place : openAndZero()) {
-        // Elements are those of an array.
+        // Elements can only belong to an array.
         if (!known[place].elements || type.size > 0) {
             places.push_back(place);
         }

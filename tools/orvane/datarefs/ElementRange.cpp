@@ -1,28 +1,21 @@
 #include "tools/orvane/datarefs/ElementRange.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
 #include <variant>
 #include <vector>
 
 #include <fmt/format.h>
+
+#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
 namespace {
 
 using velmar::Value;
-
-std::optional<std::uint32_t> wholeNumber(std::string_view text) {
-    std::uint32_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc{} && stopped == end ? std::optional(number) : std::nullopt;
-}
 
 template <typename Element>
 auto at(const std::vector<Element>& array, std::uint32_t place) {
@@ -67,19 +60,18 @@ void ElementRange::Put(const Value& value, Value& array) const {
 ElementRange parseElementRange(std::string_view text, std::uint32_t mostElements) {
     const std::size_t colon = text.find(':');
     const bool isSingle = colon == std::string_view::npos;
-    const std::optional<std::uint32_t> first = wholeNumber(text.substr(0, colon));
+    const std::optional<std::uint32_t> first = parsedNumber<std::uint32_t>(text.substr(0, colon));
     const std::optional<std::uint32_t> last =
-        isSingle ? first : wholeNumber(text.substr(colon + 1));
+        isSingle ? first : parsedNumber<std::uint32_t>(text.substr(colon + 1));
     if (!first || !last) {
-        throw std::invalid_argument(
-            "elements are [3] for one, and [2:5] for those from 2 up to, but without, 5");
+        throw std::invalid_argument("write [3] for one element, or [2:5] for elements 2 to 4");
     }
     if (!isSingle && *last <= *first) {
         throw std::invalid_argument(fmt::format("[{}] has no elements", text));
     }
     if (isSingle ? *first >= mostElements : *last > mostElements) {
         throw std::invalid_argument(
-            fmt::format("only the first {} elements can be had", mostElements));
+            fmt::format("only the first {} elements are available", mostElements));
     }
     return {*first, isSingle ? 1 : *last - *first, isSingle};
 }

@@ -10,8 +10,8 @@ namespace orvane::tool {
 
 // Some of an array's elements, as a user names them: NAME[3], or NAME[2:5] for 2, 3 and 4.
 //
-// The protocol carries arrays from their first element on. What is registered is therefore the
-// whole of them up to the last one that is wanted, of which a range takes its part.
+// The protocol transfers arrays from their first element on. The array is therefore registered up
+// to the last element of the range, and the range takes its part.
 struct ElementRange {
     std::uint32_t first = 0;
     std::uint32_t count = 1;
@@ -22,7 +22,7 @@ struct ElementRange {
     void Put(const velmar::Value& value, velmar::Value& array) const;
 };
 
-// The text between the brackets. std::invalid_argument, with the reason.
+// Parses the text between the brackets. std::invalid_argument, with the reason.
 ElementRange parseElementRange(std::string_view text, std::uint32_t mostElements);
 
 } // namespace orvane::tool

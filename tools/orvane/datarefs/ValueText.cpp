@@ -1,10 +1,8 @@
 #include "tools/orvane/datarefs/ValueText.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <system_error>
 #include <variant>
 #include <vector>
 
@@ -12,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -51,7 +50,7 @@ Json jsonOf(std::uint8_t number) {
     return number;
 }
 
-// By way of the text: a plain conversion to double would print digits that the float never had.
+// Via the text: a plain conversion to double would print digits that the float never had.
 Json jsonOf(float number) {
     return std::strtod(floatText(number).c_str(), nullptr);
 }
@@ -79,14 +78,12 @@ const char* description(float /*number*/) {
 
 template <typename Number>
 Number parseNumber(std::string_view text) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stopped != end) {
+    const std::optional<Number> number = parsedNumber<Number>(text);
+    if (!number) {
         throw Failure(ExitCode::WrongUsage,
-                      fmt::format("\"{}\" is not {}", text, description(number)));
+                      fmt::format("\"{}\" is not {}", text, description(Number{})));
     }
-    return number;
+    return *number;
 }
 
 template <typename Element>
@@ -98,7 +95,7 @@ Value parseElements(std::string_view text, std::uint32_t size) {
         begin = end + 1;
     }
     if (elements.size() != size) {
-        throw Failure(ExitCode::WrongUsage, fmt::format("{} elements wanted, {} given in \"{}\"",
+        throw Failure(ExitCode::WrongUsage, fmt::format("expected {} elements, got {} in \"{}\"",
                                                         size, elements.size(), text));
     }
     return elements;

@@ -10,14 +10,13 @@
 
 namespace orvane::tool {
 
-// The shortest text that reads back as the same float.
+// The shortest text that parses back to the same float.
 std::string floatText(float number);
 
 // "42", "0.5", or the elements of an array with commas between them.
 std::string valueText(const velmar::Value& value);
 
-// A number or an array of numbers. A float that is not a number or infinite stays so; it becomes
-// null where the record is written as JSON, which has none.
+// A number or an array of numbers. NaN and infinities are kept; JSON output writes them as null.
 nlohmann::ordered_json valueJson(const velmar::Value& value);
 
 // "int", "float[8]".

@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -27,67 +26,61 @@ namespace {
 
 constexpr double kShortestPeriod = 0.01;
 
-constexpr const char* kDriveFooter =
-    "A profile is a TOML file:\n"
-    "\n"
-    "  [connection]           # all of it may be left out; --host, --port and --rate go first\n"
-    "  host = \"127.0.0.1\"\n"
-    "  port = 48000\n"
-    "  rate = 50              # exchanges per second\n"
-    "\n"
-    "  [[input]]\n"
-    "  name = \"pitch\"         # a column of the table; several inputs may share one\n"
-    "  dataref = \"sim/cockpit2/controls/yoke_pitch_ratio\"\n"
-    "  type = \"float\"         # or \"int\"; element = 3 for that element of an array\n"
-    "  scaling = { float_range = [-1.0, 1.0] }  # or int_range, or datarefs = [\"MIN\", \"MAX\"]\n"
-    "\n"
-    "  [[input]]\n"
-    "  name = \"brakes\"\n"
-    "  command = \"sim/flight_controls/brakes_max\"\n"
-    "  hold = true            # or repeat_ms = 200\n"
-    "  skip = { while_positive = \"sim/time/paused\", type = \"int\" }\n"
-    "                         # or while_zero, or when_value = 0 or 1\n"
-    "\n"
-    "  [[output]]\n"
-    "  name = \"speed\"\n"
-    "  dataref = \"sim/flightmodel/position/indicated_airspeed\"\n"
-    "  type = \"float\"         # count = 4 and first = 0 for elements of an array;\n"
-    "                         # or command = \"kyr/...\"\n"
-    "  unit = \"kt\"            # only shown\n"
-    "\n"
-    "\"fixed\" sends a value of its own to a dataref or command, \"action\" gives the number that "
-    "a\n"
-    "name has on the wire. The page docs/orvane.md describes every key.\n"
-    "\n"
-    "A table is CSV with the names of inputs on its first line, and whole numbers as they are "
-    "sent:\n"
-    "0 to 65535 for an axis, 1 presses a command, 0 releases it. An empty field sends nothing. A\n"
-    "column \"time\" says when each row is due, in seconds; without one there is a row for each\n"
-    "exchange. A waveform moves all inputs that are floats, and no others. In a profile, \"wave\" "
-    "and\n"
-    "\"steps\" move inputs one by one.\n"
-    "\n"
-    "Names that the simulator does not have are told at the start; with --strict they end the\n"
-    "session with exit status 3.\n"
-    "\n"
-    "An answer shows the values from before its exchange. Where something was sent, one more\n"
-    "exchange at the end releases what is held and shows what the last row did. Ctrl-C and "
-    "failures\n"
-    "release held commands as well.\n"
-    "\n"
-    "On a terminal a table shows all inputs, with a bar for an axis and a mark for a command that "
-    "is\n"
-    "down, and all outputs with a curve of their last four seconds. Elsewhere, and with --plain, a "
-    "line\n"
-    "is printed for each exchange.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane drive examples/profiles/demo.toml\n"
-    "  orvane drive --check examples/profiles/yoke.toml\n"
-    "  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30\n"
-    "  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv\n"
-    "  printf 'pitch,roll\\n65535,32768\\n' | \\\n"
-    "      orvane drive examples/profiles/yoke.toml --input - -o outputs.csv";
+constexpr Description kDrive{"drive", "Play a session from a profile",
+                             R"(A profile is a TOML file:
+
+  [connection]           # optional; --host, --port and --rate override it
+  host = "127.0.0.1"
+  port = 48000
+  rate = 50              # exchanges per second
+
+  [[input]]
+  name = "pitch"         # a column of the table; several inputs may share one
+  dataref = "sim/cockpit2/controls/yoke_pitch_ratio"
+  type = "float"         # or "int"; element = 3 for that element of an array
+  scaling = { float_range = [-1.0, 1.0] }  # or int_range, or datarefs = ["MIN", "MAX"]
+
+  [[input]]
+  name = "brakes"
+  command = "sim/flight_controls/brakes_max"
+  hold = true            # or repeat_ms = 200
+  skip = { while_positive = "sim/time/paused", type = "int" }
+                         # or while_zero, or when_value = 0 or 1
+
+  [[output]]
+  name = "speed"
+  dataref = "sim/flightmodel/position/indicated_airspeed"
+  type = "float"         # count = 4 and first = 0 for elements of an array;
+                         # or command = "kyr/..."
+  unit = "kt"            # only shown
+
+"fixed" sends a fixed value to a dataref or command, "action" sets the number of a
+name on the wire. The page docs/orvane.md describes every key.
+
+A table is CSV with the names of inputs on its first line and the whole numbers to
+send: 0 to 65535 for an axis, 1 presses a command, 0 releases it. An empty field
+sends nothing. A column "time" says when each row is due, in seconds; without one
+there is a row for each exchange. A waveform moves all inputs that are floats, and
+no others. In a profile, "wave" and "steps" move single inputs.
+
+Names that the simulator does not have are reported at the start; with --strict
+they end the session with exit status 3.
+
+An answer shows the values from before its exchange. If something was sent, one
+more exchange at the end releases held commands and shows the effect of the last
+row. Ctrl-C and failures release held commands as well.
+
+On a terminal a table shows all inputs, with a bar for an axis and a mark for a
+command that is down, and all outputs with a curve of their last four seconds.
+Elsewhere, and with --plain, a line is printed for each exchange.
+
+Examples:
+  orvane drive examples/profiles/demo.toml
+  orvane drive --check examples/profiles/yoke.toml
+  orvane drive examples/profiles/yoke.toml --input sine --period 8 -T 30
+  orvane drive examples/profiles/yoke.toml --input examples/profiles/yoke.csv --csv
+  printf 'pitch,roll\n65535,32768\n' | \
+      orvane drive examples/profiles/yoke.toml --input - -o outputs.csv)"};
 
 struct DriveOptions {
     std::string profile;
@@ -96,18 +89,12 @@ struct DriveOptions {
     Wave waveform;
     std::optional<double> rate;
     Limits limits;
-    std::string file;
-    bool force = false;
+    OutputOption output;
     bool reconnect = false;
     bool strict = false;
     bool plain = false;
     bool summary = false;
 };
-
-ExitCode complainOf(const std::string& file, const Problems& problems) {
-    fmt::print(stderr, "{}", problemLines(file, problems));
-    return ExitCode::WrongUsage;
-}
 
 ExitCode reportChecked(const std::string& file, const Profile& profile) {
     const tarnel::Definitions& definitions = profile.definitions;
@@ -132,9 +119,8 @@ Options clientOptions(const DriveOptions& options, const GlobalOptions& globals,
 DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, const Options& client) {
     DriveView view;
     view.format = globals.OutputFormat();
-    view.file = options.file;
-    view.existing = options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep;
-    // Who types rows wants to see them, and not where a table is drawn.
+    view.output = options.output;
+    // Rows typed on a terminal must stay visible, which a table would prevent.
     view.isPlain = options.plain || (options.input == "-" && ::isatty(STDIN_FILENO) == 1);
     view.hasSummary = options.summary;
     view.place = fmt::format("{}:{}", printable(client.host), client.port);
@@ -154,11 +140,13 @@ ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
     Problems problems;
     const Profile profile = readProfile(readWholeFile(options.profile), problems);
     if (!problems.empty()) {
-        return complainOf(options.profile, problems);
+        printProblems(options.profile, problems);
+        return ExitCode::WrongUsage;
     }
     const auto source = openDriveInput(options.input, profile, options.waveform, problems);
     if (!problems.empty()) {
-        return complainOf(options.input, problems);
+        printProblems(options.input, problems);
+        return ExitCode::WrongUsage;
     }
     if (options.check) {
         return reportChecked(options.profile, profile);
@@ -175,7 +163,7 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
     command.add_option("PROFILE", options.profile, "The file that describes the session")
         ->type_name("FILE")
         ->required();
-    command.add_flag("--check", options.check, "Only say whether the profile is valid");
+    command.add_flag("--check", options.check, "Only check whether the profile is valid");
     command
         .add_option("--input", options.input,
                     "What to send: a table, - for one on standard input, or a waveform; without "
@@ -188,29 +176,29 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
         ->capture_default_str();
     command
         .add_option("--amplitude", options.waveform.amplitude,
-                    "Amplitude of a waveform, where 1 is from end to end")
+                    "Amplitude of a waveform; 1 is the full range")
         ->check(between(0.0, 1.0))
         ->type_name("RATIO")
         ->capture_default_str();
     declareRate(command, options.rate, "Exchanges per second; the profile's if not given");
     declareEnds(command, options.limits, "exchanges");
     declareOutput(
-        command, options.file, options.force,
+        command, options.output,
         "Write the outputs to this file, - for standard output: CSV, or JSON with --json");
     command.add_flag("--reconnect", options.reconnect,
                      "Wait for the simulator when it goes away, and go on");
     command.add_flag("--strict", options.strict,
                      "Send nothing if the simulator lacks a name of the profile");
-    command.add_flag("--plain", options.plain, "Print lines on a terminal, too, and no table");
+    command.add_flag("--plain", options.plain,
+                     "Print lines instead of a table, even on a terminal");
     command.add_flag("--summary", options.summary,
-                     "Say at the end how many exchanges there were, and how long they took");
+                     "Print the number of exchanges and their round trips at the end");
 }
 
 } // namespace
 
 void addDrive(Subcommands& subcommands) {
-    const auto [command, options] = subcommands.Add<DriveOptions>(
-        {"drive", "Play a session that a profile describes", kDriveFooter}, drive);
+    const auto [command, options] = subcommands.Add<DriveOptions>(kDrive, drive);
     declareOptions(command, options);
 }
 

@@ -25,7 +25,7 @@ std::unique_ptr<IInputSource> readTable(const std::string& file, const Profile& 
     return std::make_unique<PreparedRows>(std::move(rows));
 }
 
-// Ends with a Failure at the first row that is wrong: what follows may depend on it.
+// Fails at the first wrong row, since later ones may depend on it.
 class StandardInput final : public IInputSource {
 public:
     explicit StandardInput(const Profile& profile) : table(lines, profile, problems) { check(); }

@@ -5,16 +5,15 @@
 
 #include "tools/orvane/drive/IInputSource.h"
 #include "tools/orvane/drive/Motion.h"
-#include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
+#include "tools/orvane/files/Problems.h"
 
 namespace orvane::tool {
 
-// What a user gives as the input of a session: the name of a waveform, "-" for a table on standard
-// input, the file of a table, or nothing, when the profile moves its inputs itself or none is
-// moved.
+// Opens what a user gives as the input of a session: the name of a waveform, "-" for a table on
+// standard input, the file of a table, or nothing, if the profile moves its inputs itself.
 //
-// A file is read to its end at once, so that nothing is sent of one that is wrong in any row;
+// A file is read completely first, so that a wrong row anywhere means that nothing is sent;
 // standard input is read as it comes. Borrows the profile and the problems.
 std::unique_ptr<IInputSource> openDriveInput(const std::string& input, const Profile& profile,
                                              const Wave& settings, Problems& problems);

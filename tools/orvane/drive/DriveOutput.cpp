@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
 #include <iterator>
 #include <utility>
 #include <variant>
@@ -19,7 +18,7 @@ namespace orvane::tool {
 
 namespace {
 
-// Enough for two days at the usual rate; later ones are not counted.
+// Enough for two days at the default rate; later ones are not counted.
 constexpr std::size_t kMostRoundTrips = 10'000'000;
 
 Record jsonOf(bool isDown) {
@@ -46,32 +45,32 @@ std::string aircraftOrNone(std::uint32_t id) {
 
 } // namespace
 
-DriveOutput::DriveOutput(const Profile& drivenProfile, DriveView wantedView)
-    : profile(drivenProfile),
-      view(std::move(wantedView)),
-      // A file is for machines to read.
-      format(view.file.empty() || view.format == Format::Json ? view.format : Format::Csv),
+DriveOutput::DriveOutput(const Profile& profile, DriveView chosenView)
+    : profile(profile),
+      view(std::move(chosenView)),
+      // A file is for machines.
+      format(view.output.path.empty() || view.format == Format::Json ? view.format : Format::Csv),
       columns(columnsOf(profile)),
       terminal(STDOUT_FILENO),
       writer(format, columns) {
-    if (view.file.empty() && !writer.IsWanted() && !view.isPlain && terminal.IsTerminal()) {
+    if (view.output.path.empty() && !writer.IsWanted() && !view.isPlain && terminal.IsTerminal()) {
         screen.emplace(terminal);
         table.emplace(profile);
     }
 }
 
 void DriveOutput::Begin() {
-    if (view.file.empty()) {
+    if (view.output.path.empty()) {
         return;
     }
-    file.emplace(view.file, view.existing);
+    file.emplace(view.output.path, view.output.Existing());
     if (format == Format::Csv) {
         file->Append(csvHeader(columns));
     }
 }
 
 Record DriveOutput::recordOf(const Exchange& exchange) const {
-    // The names are unique; the record's own operators would compare each with all before it.
+    // The names are unique; operator[] would compare each with all before it.
     Record::object_t fields;
     fields.emplace_back("time", inThousandths(exchange.seconds));
     const tarnel::Answer& answer = exchange.answer;
@@ -135,7 +134,6 @@ void DriveOutput::showLive(const Exchange& exchange) {
 }
 
 void DriveOutput::Finish() {
-    status.Clear();
     if (file) {
         printError(
             fmt::format("{}: {}, {}", file->Name(), rowsText(shown), sizeText(file->Bytes())));
@@ -145,7 +143,7 @@ void DriveOutput::Finish() {
         screen.reset();
     }
     if (view.hasSummary && shown > 0) {
-        fmt::print(stderr, "{}", summary());
+        printErrorText(summary());
     }
 }
 

@@ -10,6 +10,7 @@
 #include "orvane/tarnel/Answer.h"
 #include "orvane/tarnel/Client.h"
 #include "tools/orvane/cli/GlobalOptions.h"
+#include "tools/orvane/cli/OutputOption.h"
 #include "tools/orvane/drive/DriveTable.h"
 #include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/files/LineFile.h"
@@ -20,12 +21,11 @@
 
 namespace orvane::tool {
 
-// How a session is to be shown.
+// How to show a session.
 struct DriveView {
     Format format = Format::Text;
-    std::string file; // empty: standard output
-    LineFile::Existing existing = LineFile::Existing::Keep;
-    bool isPlain = false; // lines on a terminal as well
+    OutputOption output;  // without a path: standard output
+    bool isPlain = false; // lines even on a terminal
     bool hasSummary = false;
     // For the title of the table: where the server is, and when the session ends.
     std::string place;
@@ -39,17 +39,17 @@ struct Exchange {
     const tarnel::Answer& answer;
 };
 
-// Where the outputs of a session go: to standard output, a line or a record for each exchange, or
-// to a file. On a terminal a table shows them, and the inputs. Borrows the profile.
+// Writes the outputs of a session to standard output or to a file, a line or record per exchange.
+// On a terminal it shows inputs and outputs in a table. Borrows the profile.
 class DriveOutput final {
 public:
     DriveOutput(const Profile& profile, DriveView view);
 
-    // Before the first exchange: makes the file.
+    // Called before the first exchange: creates the file.
     void Begin();
     void Show(const Exchange& exchange);
-    // After the last exchange: leaves the last values on a terminal, tells what is in a file and,
-    // if it is wanted, what the session was like.
+    // Called after the last exchange: leaves the last values on a terminal, reports the size of the
+    // file and, on request, prints a summary.
     void Finish();
 
 private:
@@ -67,7 +67,7 @@ private:
     RecordWriter writer;
     std::optional<LineFile> file;
     StatusLine status;
-    // Where there is a terminal to show it on.
+    // Only on a terminal.
     std::optional<LiveScreen> screen;
     std::optional<DriveTable> table;
     std::string title;

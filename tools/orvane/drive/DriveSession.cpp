@@ -16,12 +16,9 @@
 
 namespace orvane::tool {
 
-DriveSession::DriveSession(const Profile& drivenProfile, Options clientOptions,
-                           UnknownNames unknownNames, DriveOutput& sessionOutput)
-    : profile(drivenProfile),
-      options(std::move(clientOptions)),
-      unknownNames(unknownNames),
-      output(sessionOutput) {}
+DriveSession::DriveSession(const Profile& profile, Options options, UnknownNames unknownNames,
+                           DriveOutput& output)
+    : profile(profile), options(std::move(options)), unknownNames(unknownNames), output(output) {}
 
 void DriveSession::Run(IInputSource& source, const DriveLimits& limits) {
     try {
@@ -49,12 +46,12 @@ void DriveSession::connect() {
             [this] {
                 mayCancel = false;
                 mustDeclareAgain = profile.HasInputsOnOwnNames();
-                tellOfConnection("connected again");
+                tellIfReconnecting("connected again");
             },
         .disconnected =
             [this](const Error& error) {
                 mayCancel = true;
-                tellOfConnection(error.what());
+                tellIfReconnecting(error.what());
             },
         .notReleased =
             [](const std::vector<std::string>& commands, const Error& error) {
@@ -67,8 +64,8 @@ void DriveSession::connect() {
     mayCancel = false;
 }
 
-// The server binds the inputs of a message before its outputs have made their names known. Sent
-// once more, the inputs find them.
+// The server binds the inputs of a message before its outputs have created their names. Sent again,
+// the inputs find them.
 void DriveSession::declare() {
     client->define(profile.definitions);
     if (profile.HasInputsOnOwnNames()) {
@@ -81,7 +78,7 @@ void DriveSession::checkNames() const {
     std::vector<ExpectedName> unknown;
     try {
         if (!profile.expectedNames.empty()) {
-            velmar::Client other = askAlso();
+            velmar::Client other = connectVelmar();
             unknown = findUnknownNames(other, profile);
         }
     } catch (const CancelledError&) {
@@ -101,22 +98,22 @@ void DriveSession::checkNames() const {
     }
 }
 
-// On a connection of its own, for the other protocol.
-velmar::Client DriveSession::askAlso() const {
+// The other protocol needs its own connection.
+velmar::Client DriveSession::connectVelmar() const {
     Options once = options;
     once.onLoss = OnLoss::Throw;
     return velmar::Client(once);
 }
 
-// Where nothing is thrown, the user should know why the values stand still.
-void DriveSession::tellOfConnection(const char* news) const {
+// If nothing is thrown, the user should know why the values stand still.
+void DriveSession::tellIfReconnecting(const char* news) const {
     if (options.onLoss == OnLoss::Reconnect) {
         tell(news);
     }
 }
 
 void DriveSession::exchangeRows(IInputSource& source, const DriveLimits& limits) {
-    pace.emplace(limits.rate);
+    pace.emplace(1 / limits.rate);
     for (std::uint64_t count = 0; count < limits.exchanges; ++count) {
         const std::optional<InputRow> row = source.Next(pace->Due());
         if (!row) {
@@ -143,7 +140,7 @@ void DriveSession::exchange(const std::vector<tarnel::Item>& items) {
     output.Show({pace->Elapsed(), roundTrip.count(), items, answer});
 }
 
-// The last row's effect is seen in the answer to another request.
+// Only another answer shows the effect of the last row.
 void DriveSession::close() {
     if (hasSent) {
         exchange({});

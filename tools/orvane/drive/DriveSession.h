@@ -20,27 +20,26 @@ struct DriveLimits {
     std::uint64_t exchanges = std::numeric_limits<std::uint64_t>::max();
 };
 
-// What a session does about names that the simulator does not have.
+// What a session does if the simulator lacks a name.
 enum class UnknownNames { Warn, Refuse };
 
-// Connects, declares what a profile says, and exchanges values until the source, a limit or an
-// interrupt ends it. However it ends, the client leaves no command down, or standard error names
-// it.
+// Connects, declares a profile, and exchanges values until the source, a limit or an interrupt ends
+// it. However it ends, the client leaves no command down, or standard error names it.
 class DriveSession final {
 public:
     // Borrows all but the options.
     DriveSession(const Profile& profile, Options options, UnknownNames unknownNames,
                  DriveOutput& output);
 
-    // Failure: a name is unknown, and that is to be refused; nothing was sent then.
+    // Failure: a name is unknown and UnknownNames::Refuse was given; nothing was sent.
     void Run(IInputSource& source, const DriveLimits& limits);
 
 private:
     void connect();
     void declare();
     void checkNames() const;
-    velmar::Client askAlso() const;
-    void tellOfConnection(const char* news) const;
+    velmar::Client connectVelmar() const;
+    void tellIfReconnecting(const char* news) const;
     void exchangeRows(IInputSource& source, const DriveLimits& limits);
     void exchange(const std::vector<tarnel::Item>& items);
     void close();
@@ -54,7 +53,7 @@ private:
     std::optional<Pace> pace;
     bool hasSent = false;
     bool mustDeclareAgain = false;
-    // While there is no connection. With one, a row and its release are carried out to the end.
+    // True while there is no connection. With one, a row and its release are always completed.
     bool mayCancel = true;
 };
 

@@ -22,7 +22,7 @@ constexpr std::size_t kMostRows = 500;
 constexpr std::size_t kBarColumns = 10;
 constexpr double kHighestRaw = 65535;
 constexpr std::size_t kShortestCurve = 4;
-constexpr std::size_t kLongestWay = 32; // before the curve goes first
+constexpr std::size_t kLongestMapping = 32; // before the curve goes first
 constexpr std::size_t kNarrowestLabel = 8;
 constexpr std::size_t kGap = 2;
 
@@ -31,7 +31,7 @@ struct Number {
     std::string text;
 };
 
-// As many digits behind the point each time, since they move all the time.
+// A fixed number of decimals, since the numbers keep moving.
 Number numberOf(float number) {
     const double size = std::abs(number);
     if (size >= 1e6 || (size < 1e-3 && size > 0)) {
@@ -62,7 +62,7 @@ bool isArray(const tarnel::Output& output) {
     return output.type() == OutputType::IntArray || output.type() == OutputType::FloatArray;
 }
 
-// What shows how an input stands.
+// The mark that shows the state of an input.
 std::string markOf(const ProfileInput& input, std::int32_t sent, bool unicode) {
     if (input.isCommand) {
         const char* const isDown = input.isHeld ? "held" : "pressed";
@@ -85,13 +85,13 @@ struct DriveTable::Widths {
     std::size_t label = 4;
     std::size_t sent = 5;
     std::size_t back = 9;
-    std::size_t way = 3;
-    // What is left for the curve.
+    std::size_t mapping = 3;
+    // The rest is for the curve.
     std::size_t curve = 0;
     std::size_t columns = 0;
 };
 
-DriveTable::DriveTable(const Profile& shownProfile) : profile(shownProfile) {
+DriveTable::DriveTable(const Profile& profile) : profile(profile) {
     std::set<std::size_t> shared;
     for (const ProfileInput& input : profile.inputs) {
         const std::size_t firstRow = rows.size();
@@ -136,7 +136,7 @@ void DriveTable::addRowsOf(std::size_t output) {
     furtherRows += count - kept;
 }
 
-// Into the row of the element that it writes to, where there is one.
+// In the row of the element that it writes to, if there is one.
 void DriveTable::addInput(const ProfileInput& input, std::size_t firstRow) {
     if (firstRow == rows.size()) {
         add({printable(input.name)});
@@ -148,7 +148,7 @@ void DriveTable::addInput(const ProfileInput& input, std::size_t firstRow) {
     row = row == rows.end() ? first : row;
     if (row != rows.end()) {
         row->input = &input;
-        row->way = printable(input.way) + (row->way.empty() ? "" : ", ") + row->way;
+        row->mapping = printable(input.mapping) + (row->mapping.empty() ? "" : ", ") + row->mapping;
     }
 }
 
@@ -171,7 +171,7 @@ void DriveTable::See(std::span<const tarnel::Item> items, const tarnel::Answer& 
 
 std::vector<std::string> DriveTable::Lines(const std::string& title,
                                            const Terminal& terminal) const {
-    // One column stays free, as a full line makes some terminals begin a new one; so does one row.
+    // One column stays free, since some terminals wrap after a full line; so does one row.
     const Widths used = widths(terminal.Columns() - 1);
     const std::size_t room = std::max<std::size_t>(terminal.Rows(), 5) - 3;
     const std::size_t all = rows.size() + furtherRows;
@@ -188,7 +188,7 @@ std::vector<std::string> DriveTable::Lines(const std::string& title,
     return lines;
 }
 
-// The curve makes room for the rest, and that for the names.
+// The curve gives way to the other columns, and those to the names.
 DriveTable::Widths DriveTable::widths(std::size_t columns) const {
     Widths result;
     result.columns = columns;
@@ -197,14 +197,14 @@ DriveTable::Widths DriveTable::widths(std::size_t columns) const {
         const std::size_t digits = row.sent ? fmt::formatted_size("{}", *row.sent) : 0;
         result.sent = std::max(result.sent, digits);
         result.back = std::max(result.back, row.back.Text().size());
-        result.way = std::max(result.way, displayWidth(row.way));
+        result.mapping = std::max(result.mapping, displayWidth(row.mapping));
     }
     const std::size_t others = result.sent + 1 + kBarColumns + result.back + 2 * kGap;
     const std::size_t forLabel = columns > others ? columns - others : 0;
     result.label = std::min(result.label, std::max(forLabel, kNarrowestLabel));
     const std::size_t used = others + result.label;
     const std::size_t rest = columns > used ? columns - used : 0;
-    const std::size_t wanted = kGap + std::min(result.way, kLongestWay) + kGap;
+    const std::size_t wanted = kGap + std::min(result.mapping, kLongestMapping) + kGap;
     if (rest >= wanted + kShortestCurve) {
         result.curve = std::min(rest - wanted, WatchedNumber::kHistory);
     }
@@ -230,7 +230,7 @@ std::string DriveTable::line(const Row& row, const Widths& used, const Terminal&
     if (used.curve > 0) {
         plain += "  " + leftAligned(sparkline(row.back.History(), used.curve, unicode), used.curve);
     }
-    plain += (row.way.empty() ? "" : "  ") + row.way;
+    plain += (row.mapping.empty() ? "" : "  ") + row.mapping;
     std::string cut(beginningOf(plain, used.columns));
     cut.erase(cut.find_last_not_of(' ') + 1);
     if (isDown && cut.size() >= markBegin + mark.size()) {

@@ -16,10 +16,9 @@
 
 namespace orvane::tool {
 
-// A session at a glance. An input and an output of the same name share a row: what was sent, with a
-// bar for an axis and a mark for a command that is down; what came back, with the curve of the
-// latest values; and what becomes of the one on its way to the other. An array has a row for each
-// element. Borrows the profile.
+// A table of a session. An input and an output of the same name share a row: what was sent, with a
+// bar for an axis and a mark for a command that is down; what came back, with a curve of the latest
+// values; and how one maps to the other. An array has a row for each element. Borrows the profile.
 class DriveTable final {
 public:
     explicit DriveTable(const Profile& profile);
@@ -28,7 +27,7 @@ public:
     void See(std::span<const tarnel::Item> items, const tarnel::Answer& answer,
              WatchedNumber::TimePoint now);
 
-    // The lines, none wider or more than the terminal permits.
+    // The lines, cut to the size of the terminal.
     std::vector<std::string> Lines(const std::string& title, const Terminal& terminal) const;
 
 private:
@@ -39,10 +38,10 @@ private:
         std::string label;
         const ProfileInput* input = nullptr;
         const ProfileOutput* output = nullptr;
-        // Of an array: where it stands in the output, and in the simulator.
+        // For an element: its index in the output and in the simulator.
         std::size_t place = 0;
         std::int32_t element = 0;
-        std::string way{};
+        std::string mapping{};
         std::optional<std::int32_t> sent{};
         WatchedNumber back{kCurveInterval};
     };
@@ -57,7 +56,7 @@ private:
 
     const Profile& profile;
     std::vector<Row> rows;
-    std::size_t furtherRows = 0; // that no terminal has room for
+    std::size_t furtherRows = 0; // beyond the most that are kept
 };
 
 } // namespace orvane::tool

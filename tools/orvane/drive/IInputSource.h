@@ -9,7 +9,7 @@ namespace orvane::tool {
 
 // What one exchange sends.
 struct InputRow {
-    // Since the session began; empty: when the pace says so.
+    // Since the session began; empty: at the next turn of the pace.
     std::optional<double> seconds;
     std::vector<tarnel::Item> items;
 };
@@ -19,7 +19,7 @@ class IInputSource {
 public:
     virtual ~IInputSource() = default;
 
-    // The next row. `seconds` is when the pace would send it. Empty at the end.
+    // The next row, empty at the end. `seconds` is when the pace would send it.
     virtual std::optional<InputRow> Next(double seconds) = 0;
 };
 

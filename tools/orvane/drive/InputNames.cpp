@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int64_t kMostActions = std::numeric_limits<tarnel::ActionId>::max();
 constexpr tarnel::ActionId kFirstAction = 1;
-// The server runs the commands of these twice; who wants that says so.
+// The server runs the commands of these twice, so they are never assigned automatically.
 constexpr tarnel::ActionId kFirstDoubled = 1002;
 constexpr tarnel::ActionId kLastDoubled = 1005;
 
@@ -39,7 +39,7 @@ std::optional<std::string> readColumnName(ProfileTable& table) {
         return std::nullopt;
     }
     if (std::any_of(name->begin(), name->end(), isControl)) {
-        table.ComplainAt("name", "a name has no control characters");
+        table.ComplainAt("name", "a name cannot contain control characters");
         return std::nullopt;
     }
     return name;
@@ -70,12 +70,12 @@ void InputNames::giveAction(ProfileTable& table, std::size_t position, tarnel::A
     Entry& entry = entries[position];
     if (entry.action && entry.action != action) {
         table.ComplainAt("action",
-                         fmt::format("\"{}\" is action {} already", entry.name, *entry.action));
+                         fmt::format("\"{}\" already has action {}", entry.name, *entry.action));
         return;
     }
     const auto [found, isNew] = positionOfAction.emplace(action, position);
     if (!isNew && found->second != position) {
-        table.ComplainAt("action", fmt::format("action {} is \"{}\" already", action,
+        table.ComplainAt("action", fmt::format("action {} already belongs to \"{}\"", action,
                                                entries[found->second].name));
         return;
     }

@@ -11,13 +11,13 @@
 
 namespace orvane::tool {
 
-// The names of a profile's inputs and the numbers that stand for them on the wire: the number that
-// the profile gives, or the next one that is free.
+// The names of a profile's inputs and their numbers on the wire: the number that the profile gives,
+// or the next free one.
 class InputNames final {
 public:
-    // Reads "name" and "action". Call it for each input, in their order.
+    // Reads "name" and "action". Call it for each input, in order.
     void Read(ProfileTable& table);
-    // To be called once, after the last.
+    // Call once, after the last input.
     void NumberTheRest();
 
     struct Entry {
@@ -26,7 +26,7 @@ public:
     };
     // The names in the order of their first use.
     const std::vector<Entry>& Entries() const { return entries; }
-    // For each call of Read, the position of its name; empty where that is wrong.
+    // For each call of Read, the position of its name; empty if the name is invalid.
     const std::vector<std::optional<std::size_t>>& Positions() const { return positions; }
 
 private:
@@ -39,7 +39,7 @@ private:
     std::map<tarnel::ActionId, std::size_t> positionOfAction;
 };
 
-// The text of "name", which heads a column. Empty, and a problem, when it cannot.
+// Reads "name", which heads a column. Adds a problem and returns nothing if it is invalid.
 std::optional<std::string> readColumnName(ProfileTable& table);
 
 } // namespace orvane::tool

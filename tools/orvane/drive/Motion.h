@@ -17,7 +17,7 @@ struct Wave {
     double phase = 0; // in periods
 };
 
-// Values that follow one another, and begin anew after the last. There is at least one.
+// Values in a cycle. There is at least one.
 struct Steps {
     std::vector<std::int32_t> values;
     double seconds = 1; // each
@@ -26,7 +26,7 @@ struct Steps {
 // How an input moves by itself.
 using Motion = std::variant<Wave, Steps>;
 
-// What the input sends so many seconds after the start.
+// What the input sends at this time after the start.
 std::int32_t valueAt(const Motion& motion, double seconds);
 
 } // namespace orvane::tool

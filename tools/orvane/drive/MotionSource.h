@@ -9,12 +9,12 @@
 
 namespace orvane::tool {
 
-// Moves inputs by the clock, each in its own way. Never at its end.
+// Moves inputs by the clock. Never ends.
 class MotionSource final : public IInputSource {
 public:
     // The inputs that the profile moves.
     explicit MotionSource(const Profile& profile);
-    // All axes of the profile together. Switches and commands are left alone.
+    // All axes of the profile. Switches and commands do not move.
     MotionSource(const Profile& profile, const Wave& wave);
 
     std::optional<InputRow> Next(double seconds) override;

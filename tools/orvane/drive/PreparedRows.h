@@ -8,10 +8,10 @@
 
 namespace orvane::tool {
 
-// Rows that were read, and found to be right, beforehand. None at all: an end at once.
+// Rows that were read and checked beforehand.
 class PreparedRows final : public IInputSource {
 public:
-    explicit PreparedRows(std::vector<InputRow> preparedRows) : rows(std::move(preparedRows)) {}
+    explicit PreparedRows(std::vector<InputRow> rows) : rows(std::move(rows)) {}
 
     std::optional<InputRow> Next(double /*seconds*/) override {
         return next < rows.size() ? std::optional(rows[next++]) : std::nullopt;

@@ -10,18 +10,17 @@
 
 namespace orvane::tool {
 
-// A name under which a profile takes values: a column of a table, say. All inputs of this name get
-// them.
+// A name under which a profile takes values, such as a column of a table. All inputs of this name
+// get them.
 struct ProfileInput {
     std::string name;
     tarnel::ActionId action = 0;
-    // Nothing but float datarefs that follow the values: what a waveform may move.
+    // Only float datarefs that follow the values; a waveform may move these.
     bool isAxis = false;
     std::optional<Motion> motion{};
-    // What becomes of a value, in a few words: "-1..1, float". One after another where several
-    // inputs share the name.
-    std::string way{};
-    // Of an array that the first of them writes to.
+    // How values are mapped: "-1..1, float". Several inputs of the same name are joined.
+    std::string mapping{};
+    // The array element that the first of them writes to.
     std::optional<std::int32_t> element{};
     // Whether all of them are commands, and whether one is held down.
     bool isCommand = false;
@@ -41,11 +40,10 @@ struct ExpectedName {
     std::string user{}; // input "pitch"
 };
 
-// Whether the plugin makes what an output names.
+// Whether the plugin creates this name for an output.
 bool isOwnName(const std::string& name);
 
-// A session as a user describes it in a TOML file: where the server is, what goes in, what comes
-// out.
+// A session as a user describes it in a TOML file: the server, the inputs and the outputs.
 struct Profile {
     static constexpr double kUsualRate = 50;
 
@@ -55,12 +53,12 @@ struct Profile {
     std::vector<ProfileInput> inputs;
     std::vector<ProfileOutput> outputs;
     tarnel::Definitions definitions;
-    // All but those of outputs that the plugin makes.
+    // All names except those that the plugin creates for outputs.
     std::vector<ExpectedName> expectedNames;
 
-    // Whether inputs use names that outputs of the same session may have to make first.
+    // Whether inputs use names that outputs of the same session may have to create first.
     bool HasInputsOnOwnNames() const;
-    // Null when there is none of this name.
+    // Null if there is no input of this name.
     const ProfileInput* FindInput(const std::string& name) const;
 };
 

@@ -31,33 +31,33 @@ std::optional<std::string> readType(ProfileTable& table) {
     return table.Choice("type", {"float", "int"});
 }
 
-// What an input writes to. Where that is wrong there is a stand-in, so that the rest is checked.
+// What an input writes to. If that is invalid, a stand-in lets the rest be checked.
 struct Target {
     Input input;
     bool isFloat = false;
     bool isValid = false;
     std::vector<ExpectedName> names{};
     std::optional<std::int32_t> element{};
-    // What becomes of a value, as a person would say it.
+    // How values are mapped, as a person would say it.
     std::string range{};
     std::string scaling{};
     std::string kind{};
     std::string condition{};
 };
 
-// Names are told apart by their ends.
+// Names differ at their ends.
 std::string lastPart(const std::string& name) {
     return name.substr(name.rfind('/') + 1);
 }
 
-// "-1..1, float range": that scaling is for floats goes without saying.
-std::string wayOf(const Target& target) {
-    std::string way = target.range;
+// "-1..1, float range": scaling implies a float.
+std::string mappingOf(const Target& target) {
+    std::string mapping = target.range;
     for (const std::string& part : {target.scaling, target.kind}) {
         const bool isSaid = part.empty() || (part == "float" && !target.scaling.empty());
-        way += isSaid ? "" : (way.empty() ? "" : ", ") + part;
+        mapping += isSaid ? "" : (mapping.empty() ? "" : ", ") + part;
     }
-    return way + target.condition;
+    return mapping + target.condition;
 }
 
 Input datarefInput(tarnel::ActionId action, const std::string& name, bool isFloat,
@@ -75,7 +75,7 @@ Target readDatarefTarget(ProfileTable& table, tarnel::ActionId action) {
     const auto element = readElement(table);
     Target target{Input::toFloat(action, "unknown"), type != "int"};
     target.element = element;
-    target.range = target.isFloat ? "0..1" : "as it is";
+    target.range = target.isFloat ? "0..1" : "unscaled";
     target.kind =
         fmt::format("{}{}{}", isOwnName(name.value_or("")) ? "own " : "",
                     target.isFloat ? "float" : "int", element ? fmt::format("[{}]", *element) : "");
@@ -138,18 +138,18 @@ void readScaling(ProfileTable& table, Target& target, bool isFixed) {
     if (!scaling) {
         return;
     }
-    const std::string_view way = scaling->OneOf({"float_range", "int_range", "datarefs"});
-    if (way == "datarefs") {
+    const std::string_view kind = scaling->OneOf({"float_range", "int_range", "datarefs"});
+    if (kind == "datarefs") {
         scaleByDatarefs(*scaling, target);
-    } else if (way == "float_range") {
-        if (const auto range = scaling->FloatPair(way)) {
-            scaling->Try(way, [&] { input.scaledByFloatRange(range->first, range->second); });
+    } else if (kind == "float_range") {
+        if (const auto range = scaling->FloatPair(kind)) {
+            scaling->Try(kind, [&] { input.scaledByFloatRange(range->first, range->second); });
             target.range = fmt::format("{}..{}", range->first, range->second);
             target.scaling = "float range";
         }
-    } else if (way == "int_range") {
-        if (const auto range = scaling->Int32Pair(way)) {
-            scaling->Try(way, [&] { input.scaledByIntRange(range->first, range->second); });
+    } else if (kind == "int_range") {
+        if (const auto range = scaling->Int32Pair(kind)) {
+            scaling->Try(kind, [&] { input.scaledByIntRange(range->first, range->second); });
             target.range = fmt::format("{}..{}", range->first, range->second);
             target.scaling = "int range";
         }
@@ -258,8 +258,8 @@ std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::Action
     if (!target.isValid) {
         return std::nullopt;
     }
-    return ProfileRecord{target.input, isAxis,        isHeld,        motion,
-                         target.names, wayOf(target), target.element};
+    return ProfileRecord{target.input,      isAxis,        isHeld, motion, target.names,
+                         mappingOf(target), target.element};
 }
 
 } // namespace orvane::tool

@@ -11,19 +11,19 @@
 
 namespace orvane::tool {
 
-// One [[input]] of a profile, with the facts about it that a record does not show.
+// One [[input]] of a profile, and what its record does not show.
 struct ProfileRecord {
     tarnel::Input input;
     bool isAxis = false;
     bool isHeldCommand = false;
     std::optional<Motion> motion;
-    std::vector<ExpectedName> names; // whose user is left open
-    std::string way;
+    std::vector<ExpectedName> names; // without their user
+    std::string mapping;
     std::optional<std::int32_t> element;
 };
 
-// Reads all but "name" and "action", which are shared with other inputs. Empty when the target is
-// wrong; what else is wrong is only added to the problems.
+// Reads all but "name" and "action", which other inputs may share. Empty if the target is invalid;
+// all other errors are only added to the problems.
 std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::ActionId action);
 
 } // namespace orvane::tool

@@ -1,7 +1,6 @@
 #include "tools/orvane/drive/ProfileMotionTable.h"
 
 #include <string>
-#include <utility>
 
 namespace orvane::tool {
 
@@ -17,11 +16,11 @@ Wave readWave(ProfileTable& table) {
     }
     wave.periodSeconds = table.Number("period", kShortest, kLongest).value_or(wave.periodSeconds);
     wave.phase = table.Number("phase", 0, 1).value_or(wave.phase);
-    // From 0 to 1, where a wave counts from -1 to 1.
+    // In a profile from 0 to 1, in a wave from -1 to 1.
     if (const auto range = table.FloatPair("range")) {
         const auto [from, to] = *range;
         if (from < 0 || from > 1 || to < 0 || to > 1) {
-            table.ComplainAt("range", "\"range\" goes beyond 0 to 1, the ends of the axis");
+            table.ComplainAt("range", "\"range\" is not within 0 to 1");
         }
         wave.centre = static_cast<double>(from) + static_cast<double>(to) - 1;
         wave.amplitude = static_cast<double>(to) - static_cast<double>(from);

@@ -7,8 +7,8 @@
 
 namespace orvane::tool {
 
-// Reads "wave", which is for axes, or "steps" of an [[input]]. Empty when neither is there; what is
-// wrong is added to the problems.
+// Reads "wave" (axes only) or "steps" of an [[input]]. Empty if there is neither; errors are added
+// to the problems.
 std::optional<Motion> readProfileMotion(ProfileTable& table, bool isAxis);
 
 } // namespace orvane::tool

@@ -11,7 +11,7 @@ namespace {
 using tarnel::Output;
 
 constexpr std::int64_t kLastElement = std::numeric_limits<std::int32_t>::max();
-// The server ends the simulator when an answer exceeds 256 MiB, so that no array comes near.
+// The server ends the simulator if an answer exceeds 256 MiB; no array may come near that.
 constexpr std::int64_t kMostElements = 1'000'000;
 
 Output datarefOutput(tarnel::OutputId id, const std::string& name, bool isFloat,

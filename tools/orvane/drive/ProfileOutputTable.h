@@ -7,7 +7,7 @@
 
 namespace orvane::tool {
 
-// Reads one [[output]] of a profile, all but its name. Empty when something is wrong with it.
+// Reads one [[output]] of a profile except its name. Empty if it is invalid.
 std::optional<tarnel::Output> readProfileOutput(ProfileTable& table, tarnel::OutputId id);
 
 } // namespace orvane::tool

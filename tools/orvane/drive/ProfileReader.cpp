@@ -21,15 +21,15 @@ namespace {
 constexpr double kSlowestRate = 0.01;
 constexpr double kFastestRate = 1000;
 constexpr std::int64_t kHighestPort = 65535;
-// Of an answer, with what frames it. Larger ones are near to what the server can hold.
+// Of an answer, framing included. Larger ones come near to what the server can hold.
 constexpr std::size_t kLargestAnswer = std::size_t{64} << 20U;
 constexpr tarnel::OutputId kAircraft = 0xFFFF;
 
 // Reads the parts of one profile into it.
 class Reader final {
 public:
-    Reader(const toml::table& readRoot, Problems& foundProblems)
-        : root(readRoot, foundProblems), problems(foundProblems) {}
+    Reader(const toml::table& root, Problems& problems)
+        : root(root, problems), problems(problems) {}
 
     Profile Read() {
         readConnection();
@@ -55,7 +55,7 @@ private:
     ProfileTable root;
     Problems& problems;
     Profile profile;
-    // What each action writes to, and the names of outputs, to notice what comes twice.
+    // What each action writes to, and the names of outputs, to find duplicates.
     std::set<std::tuple<tarnel::ActionId, std::string, std::int32_t>> targets;
     std::set<std::string> outputNames;
     tarnel::OutputId nextOutput = 1;
@@ -103,11 +103,11 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     const auto [known, isNew] = targets.emplace(entry.action, input.target(), input.element());
     if (!isNew && !entry.name.empty()) {
         ProfileTable(table).Complain(
-            fmt::format("\"{}\" drives {} already", entry.name, input.target()));
+            fmt::format("\"{}\" already drives {}", entry.name, input.target()));
     }
     entry.isAxis = entry.isAxis && record->isAxis;
     if (entry.motion && record->motion) {
-        ProfileTable(table).Complain(fmt::format("\"{}\" moves already", entry.name));
+        ProfileTable(table).Complain(fmt::format("\"{}\" already moves", entry.name));
     }
     entry.motion = record->motion ? record->motion : entry.motion;
     describe(entry, *record);
@@ -118,14 +118,14 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     }
 }
 
-// For the table of a session.
+// Fills in what the table of a session shows.
 void Reader::describe(ProfileInput& entry, const ProfileRecord& record) {
     const bool isCommand = record.names.front().isCommand;
-    const bool isFirst = entry.way.empty();
+    const bool isFirst = entry.mapping.empty();
     entry.isCommand = isCommand && (isFirst || entry.isCommand);
     entry.isHeld = entry.isHeld || record.isHeldCommand;
     entry.element = isFirst ? record.element : entry.element;
-    entry.way += (isFirst ? "" : "; ") + record.way;
+    entry.mapping += (isFirst ? "" : "; ") + record.mapping;
 }
 
 void Reader::readOutputs(std::vector<ProfileTable> tables) {
@@ -137,7 +137,7 @@ void Reader::readOutputs(std::vector<ProfileTable> tables) {
 void Reader::addOutput(ProfileTable& table) {
     const std::optional<std::string> name = readColumnName(table);
     if (name && !outputNames.insert(*name).second) {
-        table.ComplainAt("name", fmt::format("there is an output \"{}\" already", *name));
+        table.ComplainAt("name", fmt::format("there is already an output \"{}\"", *name));
     }
     const std::string unit = table.String("unit").value_or("");
     const tarnel::OutputId id = nextOutput++;
@@ -148,7 +148,7 @@ void Reader::addOutput(ProfileTable& table) {
     }
     table.Try("command", [&] { profile.definitions.add(*output); });
     if (profile.definitions.answerSize() > kLargestAnswer) {
-        table.Complain("the answers get too large with this output: more than 64 MiB");
+        table.Complain("with this output the answers exceed 64 MiB");
     }
     profile.outputs.push_back({name.value_or(""), id, unit});
     if (!isOwnName(output->name())) {

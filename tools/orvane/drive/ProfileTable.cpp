@@ -43,8 +43,8 @@ std::optional<std::string> stringOf(const toml::node& node) {
 
 } // namespace
 
-ProfileTable::ProfileTable(const toml::table& readTable, Problems& foundProblems)
-    : table(&readTable), problems(&foundProblems) {}
+ProfileTable::ProfileTable(const toml::table& table, Problems& problems)
+    : table(&table), problems(&problems) {}
 
 bool ProfileTable::Has(std::string_view key) const {
     return table->contains(key);
@@ -62,7 +62,7 @@ std::optional<std::string> ProfileTable::String(std::string_view key) {
     }
     std::optional<std::string> text = stringOf(*node);
     if (!text) {
-        ComplainAt(key, fmt::format("\"{}\" is not a text in quotes", key));
+        ComplainAt(key, fmt::format("\"{}\" is not a string in quotes", key));
     }
     return text;
 }
@@ -149,8 +149,8 @@ std::vector<ProfileTable> ProfileTable::Tables(std::string_view key) {
             tables.emplace_back(*element.as_table(), *problems);
         } else {
             const toml::source_position place = element.source().begin;
-            problems->push_back(
-                {place.line, place.column, fmt::format("an element of \"{}\" is no table", key)});
+            problems->push_back({place.line, place.column,
+                                 fmt::format("an element of \"{}\" is not a table", key)});
         }
     }
     return tables;
@@ -202,7 +202,7 @@ std::optional<std::pair<float, float>> ProfileTable::FloatPair(std::string_view 
 }
 
 std::optional<std::pair<std::string, std::string>> ProfileTable::StringPair(std::string_view key) {
-    return pair<std::string>(key, "a text in quotes", stringOf);
+    return pair<std::string>(key, "a string in quotes", stringOf);
 }
 
 std::optional<std::vector<std::int32_t>> ProfileTable::Int32List(std::string_view key) {
@@ -275,7 +275,7 @@ void ProfileTable::RefuseUnknown() {
         if (!known.contains(key.str())) {
             const toml::source_position place = key.source().begin;
             problems->push_back(
-                {place.line, place.column, fmt::format("there is no key \"{}\" here", key.str())});
+                {place.line, place.column, fmt::format("unknown key \"{}\"", key.str())});
         }
     }
 }

@@ -11,12 +11,12 @@
 
 #include <toml++/toml.h>
 
-#include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/files/Problems.h"
 
 namespace orvane::tool {
 
-// A table of a profile, read key by key. Whatever is wrong with a value is added to the problems,
-// and the value is then as if it were not there. Borrows the table and the problems.
+// A table of a profile, read key by key. A wrong value is added to the problems and treated as
+// missing. Borrows the table and the problems.
 class ProfileTable final {
 public:
     ProfileTable(const toml::table& table, Problems& problems);
@@ -26,35 +26,35 @@ public:
     std::optional<std::int64_t> Integer(std::string_view key, std::int64_t least,
                                         std::int64_t most);
     std::optional<std::int32_t> Int32(std::string_view key);
-    // Whole numbers are numbers, too.
+    // Also accepts whole numbers.
     std::optional<double> Number(std::string_view key, double least, double most);
     std::optional<float> Float(std::string_view key);
     bool Flag(std::string_view key);
     std::optional<ProfileTable> Table(std::string_view key);
-    // [[key]], as often as it is there.
+    // All tables [[key]].
     std::vector<ProfileTable> Tables(std::string_view key);
-    // One of two texts or more.
+    // One of several strings.
     std::optional<std::string> Choice(std::string_view key,
                                       const std::vector<std::string_view>& choices);
     // Two values in brackets.
     std::optional<std::pair<std::int32_t, std::int32_t>> Int32Pair(std::string_view key);
     std::optional<std::pair<float, float>> FloatPair(std::string_view key);
     std::optional<std::pair<std::string, std::string>> StringPair(std::string_view key);
-    // At least one.
+    // At least one number.
     std::optional<std::vector<std::int32_t>> Int32List(std::string_view key);
 
-    // Which one of these keys is there; a problem, and empty, if it is none or several.
+    // Which one of these keys is given; empty, and a problem, if none or several are.
     std::string_view OneOf(const std::vector<std::string_view>& keys);
 
     // Adds a problem at the key's value, or where the table begins.
     void ComplainAt(std::string_view key, const std::string& reason);
     void Complain(const std::string& reason);
-    // Does something of the library's; what that refuses is a problem at the key.
+    // Calls the library; a std::invalid_argument becomes a problem at the key.
     void Try(std::string_view key, const std::function<void()>& step);
 
-    // For keys that mean something here, but not in this combination.
+    // Adds a problem for keys that are known, but not allowed in this combination.
     void Refuse(const std::vector<std::string_view>& keys, const std::string& reason);
-    // For all keys that were never asked for.
+    // Adds a problem for every key that was never asked for.
     void RefuseUnknown();
 
 private:

@@ -1,28 +1,15 @@
 #include "tools/orvane/drive/TableSource.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <system_error>
 
 #include <fmt/format.h>
 
 #include "tools/orvane/files/CsvFields.h"
+#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
 namespace {
-
-constexpr double kLatestRowSeconds = 1e9;
-
-template <typename Number>
-std::optional<Number> numberIn(std::string_view text) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    const bool isNumber = error == std::errc{} && stopped == end;
-    return isNumber ? std::optional(number) : std::nullopt;
-}
 
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
@@ -34,8 +21,8 @@ std::string_view trimmed(std::string_view text) {
 
 } // namespace
 
-TableSource::TableSource(InputLines& readLines, const Profile& profile, Problems& foundProblems)
-    : lines(readLines), problems(foundProblems) {
+TableSource::TableSource(InputLines& lines, const Profile& profile, Problems& problems)
+    : lines(lines), rows(lines, problems) {
     readHeader(profile);
 }
 
@@ -63,9 +50,9 @@ void TableSource::readHeader(const Profile& profile) {
     const std::optional<std::string> line = nextLine();
     const auto names = line ? csvFields(*line) : std::nullopt;
     if (!names) {
-        complain(line ? "a quote is not closed"
-                      : "the table is empty; it begins with the names of "
-                        "inputs, separated by commas");
+        rows.Complain(line ? "a quote is not closed"
+                           : "the table is empty; it begins with the names of "
+                             "inputs, separated by commas");
         return;
     }
     bool isValid = true;
@@ -83,7 +70,7 @@ std::optional<TableSource::Column> TableSource::columnNamed(const std::string& n
                                                             const Profile& profile) {
     const auto isSame = [&](const Column& column) { return column.name == name; };
     if (std::any_of(columns.begin(), columns.end(), isSame)) {
-        complain(fmt::format("there are two columns \"{}\"", name));
+        rows.Complain(fmt::format("there are two columns \"{}\"", name));
         return std::nullopt;
     }
     if (name == "time") {
@@ -91,20 +78,15 @@ std::optional<TableSource::Column> TableSource::columnNamed(const std::string& n
     }
     const ProfileInput* const input = profile.FindInput(name);
     if (input == nullptr) {
-        complain(fmt::format("the profile has no input \"{}\"", name));
+        rows.Complain(fmt::format("the profile has no input \"{}\"", name));
         return std::nullopt;
     }
     return Column{name, false, input->action};
 }
 
 std::optional<InputRow> TableSource::readRow(const std::string& line) {
-    const auto fields = csvFields(line);
+    const auto fields = rows.Fields(line, columns.size());
     if (!fields) {
-        complain("a quote is not closed");
-        return std::nullopt;
-    }
-    if (fields->size() != columns.size()) {
-        complain(fmt::format("{} fields, but {} columns", fields->size(), columns.size()));
         return std::nullopt;
     }
     InputRow row;
@@ -118,26 +100,17 @@ std::optional<InputRow> TableSource::readRow(const std::string& line) {
 }
 
 bool TableSource::readTime(std::string_view field, InputRow& row) {
-    const std::optional<double> seconds = numberIn<double>(field);
-    if (!seconds || !(*seconds >= 0 && *seconds <= kLatestRowSeconds)) {
-        complain(fmt::format("\"{}\" is not a time in seconds", field));
-        return false;
-    }
-    if (*seconds < lastSeconds) {
-        complain(fmt::format("{} s comes after {} s", *seconds, lastSeconds));
-        return false;
-    }
-    row.seconds = lastSeconds = *seconds;
-    return true;
+    row.seconds = rows.Seconds(field);
+    return row.seconds.has_value();
 }
 
 bool TableSource::readValue(std::string_view field, const Column& column, InputRow& row) {
     if (field.empty()) {
         return true;
     }
-    const std::optional<std::int32_t> value = numberIn<std::int32_t>(field);
+    const std::optional<std::int32_t> value = parsedNumber<std::int32_t>(field);
     if (!value) {
-        complain(
+        rows.Complain(
             fmt::format("\"{}\" for \"{}\" is not a whole number from -2147483648 to "
                         "2147483647",
                         field, column.name));
@@ -145,10 +118,6 @@ bool TableSource::readValue(std::string_view field, const Column& column, InputR
     }
     row.items.push_back({column.action, *value});
     return true;
-}
-
-void TableSource::complain(const std::string& reason) {
-    problems.push_back({std::max<std::size_t>(lines.Number(), 1), 0, reason});
 }
 
 } // namespace orvane::tool

@@ -6,17 +6,18 @@
 #include <vector>
 
 #include "tools/orvane/drive/IInputSource.h"
-#include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/files/Problems.h"
+#include "tools/orvane/files/TimedRows.h"
 
 namespace orvane::tool {
 
 // A table of values: CSV under a header of input names. A column "time" says when a row is due, in
-// seconds since the session began. A value is a whole number as it is sent; where a field is empty,
-// nothing is. Empty lines and those that begin with "#" are left out.
+// seconds since the session began. A value is a whole number, sent unchanged; an empty field sends
+// nothing. Empty lines and lines that begin with "#" are skipped.
 //
-// Borrows the lines. What is wrong is added to the problems, and the row left out.
+// Borrows the lines. A wrong row is added to the problems and skipped.
 class TableSource final : public IInputSource {
 public:
     // Reads the header.
@@ -37,12 +38,10 @@ private:
     std::optional<InputRow> readRow(const std::string& line);
     bool readTime(std::string_view field, InputRow& row);
     bool readValue(std::string_view field, const Column& column, InputRow& row);
-    void complain(const std::string& reason);
 
     InputLines& lines;
-    Problems& problems;
+    TimedRows rows;
     std::vector<Column> columns;
-    double lastSeconds = 0;
 };
 
 } // namespace orvane::tool

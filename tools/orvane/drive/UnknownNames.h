@@ -7,8 +7,8 @@
 
 namespace orvane::tool {
 
-// Those names of a profile that the simulator does not have, in their order. The protocol of a
-// session takes an unknown name without a word, so the other one is asked.
+// The names of a profile that the simulator does not have, in order. Tarnel silently accepts
+// unknown names, so this asks in Velmar.
 std::vector<ExpectedName> findUnknownNames(velmar::Client& client, const Profile& profile);
 
 } // namespace orvane::tool

@@ -25,7 +25,7 @@ double square(double periods) {
     return periods - std::floor(periods) < 0.5 ? 1 : -1;
 }
 
-// The frequency rises evenly, and so the phase with the square of the time.
+// The frequency rises linearly, so the phase rises with the square of the time.
 double sweep(double periods) {
     const double time = std::fmod(periods, kSweepPeriods);
     return sine(time + (kSweepGain - 1) * time * time / (2 * kSweepPeriods));

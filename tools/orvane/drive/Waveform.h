@@ -12,11 +12,11 @@ enum class Waveform { Sine, Triangle, Square, Sweep };
 std::optional<Waveform> waveformNamed(std::string_view name);
 
 // From -1 to 1. Sine, triangle and sweep begin in the middle and rise; a square begins high. A
-// sweep is a sine that gets faster from one to ten oscillations per period, over ten periods, and
-// then begins anew.
+// sweep is a sine that speeds up from one to ten oscillations per period over ten periods, then
+// repeats.
 double levelOf(Waveform waveform, double periods);
 
-// What an axis sends for a level: 0 to 65535, 32768 in the middle.
+// The raw axis value for a level: 0 to 65535, with 32768 in the middle.
 std::int32_t axisValue(double level);
 
 } // namespace orvane::tool

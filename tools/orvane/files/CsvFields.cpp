@@ -4,7 +4,7 @@ namespace orvane::tool {
 
 namespace {
 
-// Takes a field in quotes off the line, which begins with the quote.
+// Removes a quoted field from the line, which begins with the quote.
 std::optional<std::string> takeQuoted(std::string_view& line) {
     std::string field;
     for (std::size_t i = 1; i < line.size(); ++i) {

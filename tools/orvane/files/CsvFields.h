@@ -7,8 +7,8 @@
 
 namespace orvane::tool {
 
-// The fields of a line of CSV, without its end. A field in quotes may have commas, and quotes that
-// are doubled. Empty when a quote is not closed, or text follows the one that closes.
+// The fields of a line of CSV, given without its line end. A quoted field may contain commas and
+// doubled quotes. Empty if a quote is not closed, or if text follows a closing quote.
 std::optional<std::vector<std::string>> csvFields(std::string_view line);
 
 } // namespace orvane::tool

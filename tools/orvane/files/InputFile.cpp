@@ -17,7 +17,7 @@ namespace orvane::tool {
 
 namespace {
 
-// How long an interrupt that comes just before the wait may go unnoticed.
+// How long an interrupt just before the wait may go unnoticed.
 constexpr int kWaitMs = 100;
 constexpr std::size_t kBlock = 65'536;
 

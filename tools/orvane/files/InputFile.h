@@ -4,7 +4,7 @@
 
 namespace orvane::tool {
 
-// A file, or standard input, whose bytes are waited for until an interrupt.
+// A file or standard input. Reading waits for bytes until an interrupt.
 class InputFile final {
 public:
     // "-" stands for standard input. Failure: cannot be opened.
@@ -13,7 +13,7 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
-    // Appends what comes next. False at the end and after an interrupt. Failure: cannot be read.
+    // Appends the next bytes. False at the end and after an interrupt. Failure: cannot be read.
     bool ReadInto(std::string& text);
     bool IsAtEnd() const { return isAtEnd; }
 
@@ -23,7 +23,7 @@ private:
     bool isAtEnd = false;
 };
 
-// All of it. Failure, also at an interrupt.
+// Reads it all. Failure: cannot be read, or an interrupt.
 std::string readWholeFile(const std::string& path);
 
 } // namespace orvane::tool

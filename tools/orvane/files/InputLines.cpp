@@ -8,7 +8,7 @@ std::optional<std::string> InputLines::Next() {
     std::size_t searched = begin;
     std::size_t end = std::string::npos;
     while ((end = unread.find('\n', searched)) == std::string::npos) {
-        // What was returned goes once per block, not once per line.
+        // Drops what was returned once per block, not once per line.
         unread.erase(0, std::exchange(begin, 0));
         searched = unread.size();
         if (!file.ReadInto(unread)) {

@@ -8,25 +8,25 @@
 
 namespace orvane::tool {
 
-// A file that only ever has whole lines: each is written at once, and what a full disk cuts off is
-// taken back. "-" stands for standard output.
+// A file that only ever holds whole lines: each is written at once, and a line that a full disk
+// cuts off is removed. "-" stands for standard output.
 class LineFile final {
 public:
     enum class Existing { Keep, Overwrite };
 
-    // Failure: cannot be written, or is there already and shall be kept.
+    // Failure: cannot be written, or exists and must be kept.
     LineFile(const std::string& path, Existing existing);
     ~LineFile();
     LineFile(const LineFile&) = delete;
     LineFile& operator=(const LineFile&) = delete;
 
-    // The line without its end. Failure: did not fit; ReaderGone, as for `writeOut`.
+    // Appends a line and a line feed. Failure: did not fit; ReaderGone, as for `writeOut`.
     void Append(std::string_view line);
 
     std::size_t Bytes() const { return bytes; }
-    // As messages name it.
+    // For messages.
     const std::string& Name() const { return name; }
-    // Lines that show how it goes would come between its own.
+    // On a terminal, progress would mix with the lines.
     bool IsTerminal() const;
 
 private:

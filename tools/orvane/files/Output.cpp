@@ -45,8 +45,12 @@ void printData(std::string_view line) {
 }
 
 void printError(std::string_view line) {
+    printErrorText(printable(line) + '\n');
+}
+
+void printErrorText(std::string_view lines) {
     clearStatus();
-    fmt::print(stderr, "{}\n", printable(line));
+    fmt::print(stderr, "{}", lines);
     ++told;
 }
 

@@ -6,32 +6,34 @@
 
 namespace orvane::tool {
 
-// Whoever read standard output has left, as `head` does. The tool ends quietly, as done.
+// The reader of standard output has gone, as `head` does. The tool then ends quietly with status 0.
 class ReaderGone final : public std::exception {
 public:
     const char* what() const noexcept override { return "nobody reads the output any more"; }
 };
 
-// Writes to standard output as it is and at once: who reads a pipe sees each line when it is
-// written. ReaderGone; Failure when it cannot be written otherwise.
+// Writes to standard output unchanged and unbuffered, so that the reader of a pipe sees each line
+// at once. ReaderGone; Failure if it cannot be written for another reason.
 void writeOut(std::string_view text);
 
-// A line for people. Names, hosts and whatever else comes from files, the wire or the command line
-// are escaped here, so that they reach a terminal as text only.
+// Prints a line for people. Anything from files, the wire or the command line is escaped here, so
+// that a terminal gets only text.
 void printLine(std::string_view line);
 
-// A line for machines: as it is, and escaped where standard output is a terminal after all.
+// Prints a line for machines: unchanged, or escaped if standard output is a terminal.
 void printData(std::string_view line);
 
-// A line for people on standard error. It takes the place of a status.
+// Prints a line for people on standard error. It replaces the status.
 void printError(std::string_view line);
+// The same for lines that need no escaping.
+void printErrorText(std::string_view lines);
 
-// The same after the tool's name.
+// The same, with "orvane: " in front.
 void tell(std::string_view line);
-// How often something was told: whoever draws on the terminal notices that a line came between.
+// The number of lines printed on standard error, so that a drawing notices a line in between.
 std::size_t toldLines();
 
-// A text on standard error that stands on a line without an end, in place of the one before.
+// Shows a text on standard error without a line end, in place of the previous one.
 void showStatus(std::string_view text);
 void clearStatus();
 

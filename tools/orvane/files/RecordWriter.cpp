@@ -69,8 +69,7 @@ double inThousandths(double number) {
 
 std::string csvLine(const std::vector<std::string>& columns, const Record& record) {
     std::string line;
-    // Most records have their fields in the order of the columns, where nothing is to be looked
-    // for.
+    // Most records have their fields in the order of the columns and need no search.
     auto next = record.begin();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         line += i == 0 ? "" : ",";

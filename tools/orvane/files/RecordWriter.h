@@ -12,13 +12,13 @@ namespace orvane::tool {
 
 using Record = nlohmann::ordered_json;
 
-// What machines read is the same in all subcommands:
-// - Names of fields are in snake_case, but for those that users give.
-// - Numbers from 0.0001 to 1000000 have no exponent. A float has the digits that read back as the
+// Records look the same in all subcommands:
+// - Field names are in snake_case, except names that users give.
+// - Numbers from 0.0001 to 1000000 have no exponent. A float has enough digits to parse back to the
 //   same float.
-// - A float that is not a number or infinite is null in JSON, else "nan", "inf" or "-inf".
-// - "aircraft_id" is a number in JSON, else text like 0xB9852EB1, and null without an aircraft.
-// - Null is an empty field in CSV. An array is one field there, with commas between its elements.
+// - NaN and infinities are null in JSON, else "nan", "inf" or "-inf".
+// - "aircraft_id" is a number in JSON, else text like 0xB9852EB1; null without an aircraft.
+// - In CSV, null is an empty field, and an array one field with commas between its elements.
 
 inline constexpr const char* kAircraftId = "aircraft_id";
 
@@ -27,25 +27,24 @@ std::string fieldText(const std::string& name, const Record& field);
 std::string aircraftText(std::uint32_t id);
 // Null without an aircraft.
 Record aircraftRecord(std::uint32_t id);
-// Rounded, as seconds and milliseconds are in records.
+// Rounds seconds and milliseconds for records.
 double inThousandths(double number);
 
-// A record as a line of CSV, without its end: the fields that `columns` name, in their order.
+// A record as CSV, without a line end: the fields that `columns` names, in its order.
 std::string csvLine(const std::vector<std::string>& columns, const Record& record);
 // The names of the columns.
 std::string csvHeader(const std::vector<std::string>& columns);
 
-// A record as a JSON object on one line, without its end; ASCII only. Bytes that are not UTF-8 are
-// replaced.
+// A record as a JSON object, without a line end; ASCII only. Bytes that are not UTF-8 are replaced.
 std::string jsonText(const Record& record);
 
-// Writes records to standard output for machines, each as a line of its own and at once: JSON
-// objects, or CSV under a header that is written with the first record.
+// Writes records to standard output, each at once on its own line: JSON objects, or CSV with a
+// header before the first record.
 class RecordWriter final {
 public:
     RecordWriter(Format format, std::vector<std::string> columns);
 
-    // False for Format::Text: the caller's own way of showing is wanted.
+    // False for Format::Text, which the caller prints itself.
     bool IsWanted() const { return format != Format::Text; }
     void Write(const Record& record);
 

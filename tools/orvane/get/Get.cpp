@@ -20,18 +20,17 @@ using Names = std::vector<std::string>;
 constexpr Description kGet{
     "get", "Print the values of datarefs",
     R"(A dataref is NAME, NAME:TYPE or NAME:TYPE@UNIT. The types are int, float, byte,
-int[N] and float[N], which is the first N elements. The server does not tell a
-dataref's type, and what is read as another type than its own is 0: without a
-type, the first one is taken of float, int, float[64] and int[64] that is not 0,
-and of an array the elements up to the last one that is not 0. Give the type
-where 0 matters.
+int[N] and float[N] (the first N elements). The server does not report types, and
+reading a dataref as a wrong type gives 0. Without a type, the first of float,
+int, float[64] and int[64] that is not 0 is used, and of an array the elements up
+to the last one that is not 0. Give the type if 0 matters.
 
-NAME[3] is one element of an array, NAME[2:5] are its elements 2, 3 and 4; they
-are of type int or float.
+NAME[3] is one element of an array, NAME[2:5] its elements 2, 3 and 4; their type
+is int or float.
 
-One NAME prints its value alone; several print a line NAME=VALUE each, as "set"
-takes it. A name that the simulator does not have makes the exit status 3; the
-others are printed.
+One NAME prints only its value; several print a line NAME=VALUE each, as "set"
+takes it. If the simulator does not have a name, the others are printed and the
+exit status is 3.
 
 Examples:
   orvane get sim/cockpit2/controls/yoke_pitch_ratio
@@ -72,9 +71,7 @@ ExitCode get(const GlobalOptions& globals, const Names& texts) {
                              dataref.name, dataref.name, typeText(*dataref.type, dataref.size)));
         }
     }
-    for (const std::string& name : reader.Unknown()) {
-        tell(fmt::format("{}: the simulator has no such dataref", name));
-    }
+    reader.ReportUnknown();
     return reader.Unknown().empty() ? ExitCode::Done : ExitCode::NotFoundOrRefused;
 }
 

@@ -15,10 +15,10 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// Where the last word stands.
+// What the last word belongs to.
 struct Place {
     const CLI::App* command = nullptr;
-    // Whose value it is, if it is one.
+    // Set if the last word is the value of an option.
     const CLI::Option* option = nullptr;
 };
 
@@ -44,7 +44,7 @@ Place placeAfter(const CLI::App& app, const Words& words) {
         if (option != nullptr && takesValue(*option)) {
             place.option = option;
         } else if (command != nullptr && command->get_name() != "help") {
-            // What can follow "help" is what can follow the tool's name.
+            // After "help" comes the same as after the tool's name.
             place.command = command;
         }
     }

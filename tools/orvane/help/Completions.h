@@ -9,12 +9,11 @@ class App;
 
 namespace orvane::tool {
 
-// What a shell offers for the last of these words, which may be empty, after the tool's name: a
-// line for each candidate, with a tab and what it means, and the line ":files" where names of files
-// fit.
+// What a shell offers for the last of these words, which follow the tool's name; it may be empty.
+// One line per candidate, with a tab and its meaning, and ":files" where file names fit.
 //
-// The words that an option or argument can have are in its type name: "FILE|sine|square" stands for
-// a file or one of two words. What is in capitals is only described.
+// The possible values of an option or argument are in its type name: "FILE|sine|square" means a
+// file or one of two words. Other words in capitals are only descriptions.
 std::string completionsOf(const CLI::App& app, const std::vector<std::string>& words);
 
 } // namespace orvane::tool

@@ -16,7 +16,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// As troff prints it and does not obey it.
+// Escapes text so that troff prints it instead of obeying it.
 std::string literal(const std::string& text) {
     std::string result;
     for (const char character : text) {
@@ -49,7 +49,7 @@ bool isIndented(const std::string& line) {
     return line.starts_with("  ");
 }
 
-// The details that stand after the options in the help, paragraph by paragraph.
+// The paragraphs that follow the options in the help.
 std::vector<Lines> paragraphsOf(const std::string& details) {
     std::vector<Lines> paragraphs(1);
     std::istringstream stream(details);
@@ -80,7 +80,7 @@ std::string paragraph(const Lines& lines) {
     return lines.empty() ? "" : ".PP\n" + linesFrom(lines, 0);
 }
 
-// "Exit status:" with indented lines below it, for one.
+// Such as "Exit status:" with indented lines below it.
 bool isSection(const Lines& lines) {
     return lines.size() > 1 && lines[0].ends_with(':') && isIndented(lines[1]);
 }

@@ -8,8 +8,8 @@ class App;
 
 namespace orvane::tool {
 
-// The man page, as troff reads it: all that the help of the tool and of its commands says. Indented
-// lines stay as they are; in the help of the tool a heading with such lines becomes a section.
+// The man page in troff: all the help of the tool and its commands. Indented lines are kept as they
+// are; in the help of the tool, a heading above such lines becomes a section.
 std::string manPageOf(const CLI::App& app, const std::string& version);
 
 } // namespace orvane::tool

@@ -22,8 +22,8 @@ constexpr int kRoundTrips = 5;
 constexpr Description kInfo{
     "info", "Show whether the plugin is reachable, its version and the aircraft",
     R"(The version is that of the Tarnel protocol. The id is a hash of the aircraft's
-description; there is none while no aircraft is loaded. Exit status 2: nothing
-listens there; 4: the simulator does not answer, as when it loads scenery.
+description, if an aircraft is loaded. Exit status 2: nothing listens there;
+4: the simulator does not answer, for example while it loads scenery.
 
 Examples:
   orvane info

@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <string>
@@ -31,17 +30,18 @@ using std::chrono::steady_clock;
 constexpr double kShortestSeconds = 0.1;
 constexpr std::size_t kLongestBar = 40;
 
-constexpr const char* kLatencyFooter =
-    "Asks for the version again and again, each time as soon as the answer is there. The server\n"
-    "answers in the frame after the one in which it finds the request, so that a round trip takes\n"
-    "two frames of the simulator, and the frame rate follows from the median time from one answer\n"
-    "to the next. It is not given where the network, measured by the time to connect, is slower\n"
-    "than a frame. Ctrl-C ends the measurement early.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane latency\n"
-    "  orvane latency --seconds 30 --host 192.0.2.7\n"
-    "  orvane latency --json | jq .frames_per_second";
+constexpr Description kLatency{
+    "latency", "Measure round trips and the simulator's frame rate",
+    R"(Asks for the version repeatedly, each time as soon as the answer is there. The
+server answers in the frame after the one in which it finds the request, so a
+round trip takes two frames of the simulator. The frame rate is computed from the
+median time between answers. It is unknown if the network, measured by the time to
+connect, is slower than a frame. Ctrl-C ends the measurement early.
+
+Examples:
+  orvane latency
+  orvane latency --seconds 30 --host 192.0.2.7
+  orvane latency --json | jq .frames_per_second)"};
 
 struct LatencyOptions {
     double seconds = 5.0;
@@ -75,13 +75,12 @@ Measurement measure(const GlobalOptions& globals, double seconds) {
             result.exchangesMs.push_back(Milliseconds(now - answered).count());
             answered = now;
             if (status.IsDue()) {
-                status.Show(fmt::format("{:.1f} of {:.1f} s, {} round trips",
-                                        std::chrono::duration<double>(now - begin).count(), seconds,
-                                        result.roundTripsMs.size()));
+                status.Show(fmt::format("{:.1f} of {:.1f} s, {} round trips", secondsSince(begin),
+                                        seconds, result.roundTripsMs.size()));
             }
         }
     } catch (const CancelledError&) {
-        // What was measured so far is told.
+        // Report what was measured so far.
     }
     result.seconds = std::chrono::duration<double>(answered - begin).count();
     if (result.roundTripsMs.empty()) {
@@ -156,11 +155,9 @@ ExitCode latency(const GlobalOptions& globals, const LatencyOptions& options) {
 } // namespace
 
 void addLatency(Subcommands& subcommands) {
-    const auto [command, options] = subcommands.Add<LatencyOptions>(
-        {"latency", "Measure round trips and the simulator's frame rate", kLatencyFooter}, latency);
-    command.add_option("-T,--seconds", options.seconds, "How long to measure")
+    const auto [command, options] = subcommands.Add<LatencyOptions>(kLatency, latency);
+    declareSeconds(command, options.seconds, "How long to measure")
         ->check(between(kShortestSeconds, kSecondsPerDay, "0.1 and a day"))
-        ->type_name("SECONDS")
         ->capture_default_str();
 }
 

@@ -70,7 +70,7 @@ std::vector<std::string> histogramLines(std::span<const Bucket> buckets, std::si
     const int digits = std::clamp(static_cast<int>(-std::floor(std::log10(width) + 1e-9)), 0, 3);
     std::vector<std::string> lines;
     for (const Bucket& bucket : buckets) {
-        // What is there at all is seen.
+        // Even one value must show.
         const std::size_t length = (bucket.count * columns + most - 1) / most;
         const std::string to =
             std::isinf(bucket.to) ? "beyond" : fmt::format("{:.{}f} ms", bucket.to, digits);

@@ -7,7 +7,6 @@
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
 #include "tools/orvane/cli/OutputOption.h"
 #include "tools/orvane/cli/Pace.h"
@@ -28,11 +27,11 @@ constexpr double kUsualRate = 20;
 
 constexpr Description kRecord{
     "record", "Record the values of datarefs in a file",
-    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get". Where no type is
-given and a value is not 0 at the start, the type is found out; else float is
-recorded. All datarefs of a row are read together, and each row is written as a
-whole and at once: whatever ends a recording, its file is complete up to its
-last line. Ctrl-C is the usual end.
+    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get". Without a type, it
+is found out if the value is not 0 at the start; else float is recorded. All
+datarefs of a row are read together, and each row is written whole and at once:
+however a recording ends, its file is complete up to the last line. Ctrl-C is the
+usual end.
 
 The file is CSV: "time" in seconds, then a column for each dataref, headed
 NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.
@@ -46,8 +45,7 @@ Examples:
 
 struct RecordOptions {
     std::vector<std::string> names;
-    std::string file;
-    bool force = false;
+    OutputOption output;
     std::optional<double> rate;
     Limits limits;
 };
@@ -55,15 +53,13 @@ struct RecordOptions {
 // One run of the command.
 class Recorder final {
 public:
-    Recorder(const RecordOptions& recordOptions, const GlobalOptions& globals)
-        : options(recordOptions),
+    Recorder(const RecordOptions& options, const GlobalOptions& globals)
+        : options(options),
           client(globals.ForClient()),
           reader(client, parseDatarefArguments(options.names)) {}
 
     ExitCode Run() {
-        for (const std::string& name : reader.Unknown()) {
-            tell(fmt::format("{}: the simulator has no such dataref", name));
-        }
+        reader.ReportUnknown();
         if (!reader.Unknown().empty()) {
             return ExitCode::NotFoundOrRefused;
         }
@@ -78,7 +74,7 @@ public:
         try {
             recordRows();
         } catch (const CancelledError&) {
-            // The row that was asked for last is left out.
+            // The last row is incomplete and is dropped.
         } catch (...) {
             summarize();
             throw;
@@ -89,13 +85,12 @@ public:
 
 private:
     void begin() {
-        file.emplace(options.file,
-                     options.force ? LineFile::Existing::Overwrite : LineFile::Existing::Keep);
+        file.emplace(options.output.path, options.output.Existing());
         file->Append(recordingHeader(reader.Known()));
     }
 
     void recordRows() {
-        Pace pace(options.rate.value_or(kUsualRate));
+        Pace pace(1 / options.rate.value_or(kUsualRate));
         const Limits& limits = options.limits;
         while (rows < limits.MostTurns() && pace.Due() < limits.MostSeconds() &&
                pace.WaitUntil(pace.Due())) {
@@ -111,7 +106,6 @@ private:
     }
 
     void summarize() {
-        status.Clear();
         printError(fmt::format("{}: {}", file->Name(), progressText(elapsed, rows, file->Bytes())));
     }
 
@@ -133,8 +127,7 @@ ExitCode record(const GlobalOptions& globals, const RecordOptions& options) {
 void addRecord(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<RecordOptions>(kRecord, record);
     command.add_option("NAME", options.names, "What to record: NAME or NAME:TYPE")->required();
-    declareOutput(command, options.file, options.force, "The file; - for standard output")
-        ->required();
+    declareOutput(command, options.output, "The file; - for standard output")->required();
     declareRate(command, options.rate, "Rows per second; 20 if not given");
     declareEnds(command, options.limits, "rows");
 }

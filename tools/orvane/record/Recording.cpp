@@ -1,10 +1,8 @@
 #include "tools/orvane/record/Recording.h"
 
-#include <charconv>
 #include <functional>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -13,28 +11,18 @@
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/CsvFields.h"
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/files/TimedRows.h"
 
 namespace orvane::tool {
 
 namespace {
 
-constexpr double kLatestRecordSeconds = 1e9;
 constexpr std::string_view kTime = "time";
 
-std::optional<double> secondsIn(std::string_view text) {
-    double seconds = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, seconds);
-    const bool isTime =
-        error == std::errc{} && stopped == end && seconds >= 0 && seconds <= kLatestRecordSeconds;
-    return isTime ? std::optional(seconds) : std::nullopt;
-}
-
-// Reads one recording. Each step returns whether it found nothing wrong.
+// Reads one recording. Each step returns true if it found no error.
 class Reader final {
 public:
-    Reader(InputLines& readLines, Problems& foundProblems)
-        : lines(readLines), problems(foundProblems) {}
+    Reader(InputLines& lines, Problems& problems) : lines(lines), rows(lines, problems) {}
 
     Recording Read() {
         const std::optional<std::string> header = next();
@@ -49,7 +37,7 @@ public:
     }
 
 private:
-    // A line that has no end was cut off while it was written, wherever that happened.
+    // A line without a line end was cut off while it was written.
     std::optional<std::string> next() {
         std::optional<std::string> line = lines.Next();
         if (line && lines.IsCut()) {
@@ -82,7 +70,7 @@ private:
         });
     }
 
-    // True when there was nothing to complain of.
+    // True if `step` did not fail.
     bool complainOfFailure(const std::function<void()>& step) {
         try {
             step();
@@ -94,25 +82,18 @@ private:
     }
 
     void readRow(const std::string& line) {
-        const auto fields = csvFields(line);
+        const auto fields = rows.Fields(line, recording.datarefs.size() + 1);
         if (!fields) {
-            complain("a quote is not closed");
-        } else if (fields->size() != recording.datarefs.size() + 1) {
-            complain(fmt::format("{} fields, but {} columns", fields->size(),
-                                 recording.datarefs.size() + 1));
-        } else if (std::optional<RecordedRow> row = rowOf(*fields)) {
+            return;
+        }
+        if (std::optional<RecordedRow> row = rowOf(*fields)) {
             recording.rows.push_back(std::move(*row));
         }
     }
 
     std::optional<RecordedRow> rowOf(const std::vector<std::string>& fields) {
-        const std::optional<double> seconds = secondsIn(fields.front());
+        const std::optional<double> seconds = rows.Seconds(fields.front());
         if (!seconds) {
-            complain(fmt::format("\"{}\" is not a time in seconds", fields.front()));
-            return std::nullopt;
-        }
-        if (!recording.rows.empty() && *seconds < recording.rows.back().seconds) {
-            complain(fmt::format("{} s comes after {} s", *seconds, recording.rows.back().seconds));
             return std::nullopt;
         }
         RecordedRow row{*seconds, {}};
@@ -128,12 +109,10 @@ private:
         return row;
     }
 
-    void complain(const std::string& reason) {
-        problems.push_back({std::max<std::size_t>(lines.Number(), 1), 0, reason});
-    }
+    void complain(const std::string& reason) { rows.Complain(reason); }
 
     InputLines& lines;
-    Problems& problems;
+    TimedRows rows;
     Recording recording;
 };
 

@@ -5,8 +5,8 @@
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/datarefs/DatarefArgument.h"
-#include "tools/orvane/drive/Problems.h"
 #include "tools/orvane/files/InputLines.h"
+#include "tools/orvane/files/Problems.h"
 
 namespace orvane::tool {
 
@@ -16,10 +16,10 @@ namespace orvane::tool {
 //     time,sim/cockpit2/controls/yoke_pitch_ratio:float,test/ints:int[2]
 //     0.000,0.25,"3,4"
 //
-// Elements of an array are headed as the user named them: NAME[3]:float. What is read back is
-// exactly what was written.
+// Elements of an array are headed as the user named them: NAME[3]:float. Reading gives back exactly
+// what was written.
 
-// Both without the end of the line.
+// Both without a line end.
 std::string recordingHeader(const std::vector<DatarefArgument>& datarefs);
 std::string recordingRow(double seconds, const std::vector<velmar::Value>& values);
 
@@ -31,11 +31,11 @@ struct RecordedRow {
 struct Recording {
     std::vector<DatarefArgument> datarefs;
     std::vector<RecordedRow> rows;
-    // The line that has no end and is therefore left out; 0 if there is none.
+    // The line that is skipped because its line end is missing; 0 if there is none.
     std::size_t cutLine = 0;
 };
 
-// Reads all of a file. What is wrong is added to the problems.
+// Reads a whole file. Errors are added to the problems.
 Recording readRecording(InputLines& lines, Problems& problems);
 
 } // namespace orvane::tool

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -25,22 +24,22 @@ namespace {
 
 constexpr double kSlowest = 0.01;
 constexpr double kFastest = 1000;
-// Rows that are less late than that are due to the frames, which an exchange waits for.
+// Smaller delays are normal: an exchange waits for frames.
 constexpr double kNoticedSeconds = 0.5;
 
 constexpr Description kReplay{
     "replay", "Write recorded values back at the pace of their recording",
-    R"(The file is one of "orvane record". It is read to its end before anything is
-written, and refused with exit status 5 when any line is wrong; a last line that
-was cut off is left out, with a note. Ctrl-C ends a replay; the values stay as
-they are then.
+    R"(The file comes from "orvane record". It is read completely before anything is
+written, and refused with exit status 5 if any line is wrong; a last line that was
+cut off is skipped, with a note. Ctrl-C ends a replay; the values then stay as
+they are.
 
-A write takes two frames of the simulator, and four where elements of arrays are
-written. Where rows get late by that, a note at the end says how much.
+A write takes two frames of the simulator, and four if it has elements of arrays.
+If that delays rows, a note at the end says by how much.
 
-The simulator drops what it cannot write, and moves on what it moves by itself:
-at the end the datarefs are read once, and those that do not have their last
-values are named.
+The simulator drops what it cannot write, and keeps changing what it drives
+itself. At the end the datarefs are read once, and those that do not have their
+last values are named.
 
 Examples:
   orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv
@@ -57,11 +56,8 @@ struct ReplayOptions {
 // One run of the command.
 class Replayer final {
 public:
-    Replayer(const ReplayOptions& replayOptions, Recording readRecording,
-             const GlobalOptions& globals)
-        : options(replayOptions),
-          recording(std::move(readRecording)),
-          client(clientOptions(globals)) {
+    Replayer(const ReplayOptions& options, const Recording& recording, const GlobalOptions& globals)
+        : options(options), recording(recording), client(clientOptions(globals)) {
         std::vector<velmar::Dataref> datarefs;
         for (const DatarefArgument& dataref : recording.datarefs) {
             datarefs.push_back(dataref.Dataref());
@@ -91,14 +87,14 @@ public:
 private:
     Options clientOptions(const GlobalOptions& globals) const {
         Options result = globals.ForClient();
-        // A row that is underway is written to its end.
+        // A row that has begun is written completely.
         result.cancelled = [this] { return !isPlaying && isInterrupted(); };
         return result;
     }
 
-    // False when an interrupt ended it.
+    // False if an interrupt ended it.
     bool play() {
-        const Pace pace(options.speed);
+        const Pace pace(0);
         for (const RecordedRow& row : recording.rows) {
             const double due = (row.seconds - recording.rows.front().seconds) / options.speed;
             if (!pace.WaitUntil(due)) {
@@ -130,7 +126,6 @@ private:
 
     void noteUnwritten() {
         const std::vector<velmar::Value> values = client.read(names);
-        status.Clear();
         for (std::size_t i = 0; i < names.size(); ++i) {
             const DatarefArgument& dataref = recording.datarefs[i];
             const std::string wanted = valueText(recording.rows.back().values[i]);
@@ -143,10 +138,8 @@ private:
     }
 
     void summarize() {
-        status.Clear();
         if (secondsLate > kNoticedSeconds) {
-            tell(fmt::format("the pace could not be kept: rows were up to {:.1f} s late",
-                             secondsLate));
+            tell(fmt::format("could not keep up: rows were up to {:.1f} s late", secondsLate));
         }
         const std::string rounds = options.loop ? fmt::format(", {} whole {}", wholeRounds,
                                                               wholeRounds == 1 ? "round" : "rounds")
@@ -155,11 +148,11 @@ private:
     }
 
     const ReplayOptions& options;
-    const Recording recording;
+    const Recording& recording;
     bool isPlaying = false;
     velmar::Client client;
     std::vector<std::string> names;
-    // What is written then depends on what their arrays have.
+    // Then each write needs the rest of the arrays.
     bool hasElements = false;
     StatusLine status;
     std::size_t written = 0;
@@ -170,16 +163,16 @@ private:
 ExitCode replay(const GlobalOptions& globals, const ReplayOptions& options) {
     InputLines lines(options.file);
     Problems problems;
-    Recording recording = readRecording(lines, problems);
+    const Recording recording = readRecording(lines, problems);
     if (!problems.empty()) {
-        fmt::print(stderr, "{}", problemLines(options.file, problems));
+        printProblems(options.file, problems);
         return ExitCode::UnexpectedAnswer;
     }
     if (recording.cutLine > 0) {
-        printError(fmt::format("{}:{}: the line was cut off, and is left out", options.file,
+        printError(fmt::format("{}:{}: the line was cut off and is skipped", options.file,
                                recording.cutLine));
     }
-    return Replayer(options, std::move(recording), globals).Run();
+    return Replayer(options, recording, globals).Run();
 }
 
 } // namespace
@@ -189,11 +182,11 @@ void addReplay(Subcommands& subcommands) {
     command.add_option("FILE", options.file, "What \"orvane record\" wrote; - for standard input")
         ->type_name("FILE")
         ->required();
-    command.add_option("--speed", options.speed, "How many times as fast")
+    command.add_option("--speed", options.speed, "Speed relative to the recording")
         ->check(between(kSlowest, kFastest))
         ->type_name("FACTOR")
         ->capture_default_str();
-    command.add_flag("--loop", options.loop, "Begin again at the end, until Ctrl-C");
+    command.add_flag("--loop", options.loop, "Start again at the end, until Ctrl-C");
 }
 
 } // namespace orvane::tool

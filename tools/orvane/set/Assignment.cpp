@@ -19,11 +19,12 @@ namespace {
 using velmar::Type;
 using velmar::Value;
 
-Assignment::Way wayOf(const DatarefArgument& argument, const TypeAndSize& type) {
-    Assignment::Way way{argument, {}};
-    way.argument.SetType(type);
-    way.value = parseValue(*argument.value, *way.argument.type, way.argument.size);
-    return way;
+Assignment::Candidate candidateFor(const DatarefArgument& argument, const TypeAndSize& type) {
+    Assignment::Candidate candidate{argument, {}};
+    candidate.argument.SetType(type);
+    candidate.value =
+        parseValue(*argument.value, *candidate.argument.type, candidate.argument.size);
+    return candidate;
 }
 
 std::vector<double> numbersOf(const Value& value) {
@@ -38,7 +39,7 @@ std::vector<double> numbersOf(const Value& value) {
         value);
 }
 
-// Of what is not a number, only the same is near.
+// Only NaN is near to NaN.
 double distance(double one, double other) {
     if (one == other || (std::isnan(one) && std::isnan(other))) {
         return 0.0;
@@ -62,16 +63,17 @@ double distance(const Value& one, const Value& other) {
 Assignment makeAssignment(const DatarefArgument& argument) {
     try {
         if (argument.type) {
-            return {{wayOf(argument, {*argument.type, argument.size})}};
+            return {{candidateFor(argument, {*argument.type, argument.size})}};
         }
         const auto commas = std::count(argument.value->begin(), argument.value->end(), ',');
         const auto size = commas > 0 ? static_cast<std::uint32_t>(commas + 1) : 0;
-        Assignment assignment{{wayOf(argument, {size > 0 ? Type::FloatArray : Type::Float, size})}};
+        Assignment assignment{
+            {candidateFor(argument, {size > 0 ? Type::FloatArray : Type::Float, size})}};
         try {
-            assignment.ways.push_back(
-                wayOf(argument, {size > 0 ? Type::IntArray : Type::Int, size}));
+            assignment.candidates.push_back(
+                candidateFor(argument, {size > 0 ? Type::IntArray : Type::Int, size}));
         } catch (const Failure&) {
-            // Not whole numbers: there is only the one way.
+            // Not whole numbers, so not ints.
         }
         return assignment;
     } catch (const Failure& failure) {

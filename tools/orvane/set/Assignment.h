@@ -7,22 +7,22 @@
 
 namespace orvane::tool {
 
-// A value for a dataref, and the ways to write it: one if the user gave a type, else those that the
-// value's text allows, a float first.
+// A value for a dataref, and the types to try: one if the user gave it, else those that the value's
+// text allows, float first.
 struct Assignment {
-    struct Way {
+    struct Candidate {
         DatarefArgument argument; // with a type
         velmar::Value value;
     };
 
-    std::vector<Way> ways;
+    std::vector<Candidate> candidates;
 };
 
-// Failure: the value is not of its type, or of none.
+// Failure: the value does not fit the type, or any type.
 Assignment makeAssignment(const DatarefArgument& argument);
 
-// Whether a dataref has taken `written`. It has when it reads so afterwards; or when it reads
-// nearer to it than to what it was before, since some datarefs move on by themselves.
+// Whether a dataref has taken `written`: it reads back the same, or is now nearer to it than to its
+// value before, since some datarefs keep changing by themselves.
 bool wasTaken(const velmar::Value& written, const velmar::Value& before,
               const velmar::Value& after);
 

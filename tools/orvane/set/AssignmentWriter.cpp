@@ -6,9 +6,9 @@ namespace orvane::tool {
 
 namespace {
 
-// A 0 is only taken if no way has shown that something else stays. Of the ways in which another
-// value failed, the one is told that shows what the dataref is.
-bool saysMore(const AssignmentWriter::Outcome& outcome) {
+// A 0 counts as taken only if it reads back as 0 in every type. If another value fails in every
+// type, the type that reads as something other than 0 is reported.
+bool isBetterOutcome(const AssignmentWriter::Outcome& outcome) {
     return isZero(outcome.written) ? !outcome.isTaken : outcome.isTaken || !isZero(outcome.reads);
 }
 
@@ -19,27 +19,28 @@ AssignmentWriter::AssignmentWriter(velmar::Client& client,
     : client(client), assignments(assignments), outcomes(assignments.size()) {}
 
 std::vector<AssignmentWriter::Outcome> AssignmentWriter::Write() {
-    for (std::size_t way = 0; write(way); ++way) {
+    for (std::size_t candidate = 0; write(candidate); ++candidate) {
     }
     return outcomes;
 }
 
-// A 0 reads back whatever the type is, so that it takes every way.
-bool AssignmentWriter::wants(std::size_t index, std::size_t way) const {
-    const std::vector<Assignment::Way>& ways = assignments[index].ways;
-    return way < ways.size() && (!outcomes[index].isTaken || isZero(ways[0].value));
+// A 0 reads back with any type, so it is written with all of them.
+bool AssignmentWriter::wants(std::size_t index, std::size_t candidate) const {
+    const std::vector<Assignment::Candidate>& candidates = assignments[index].candidates;
+    return candidate < candidates.size() &&
+           (!outcomes[index].isTaken || isZero(candidates[0].value));
 }
 
-// Writes all that want this way. False when there are none.
-bool AssignmentWriter::write(std::size_t way) {
+// Writes all that need this type. False if there are none.
+bool AssignmentWriter::write(std::size_t candidate) {
     std::vector<std::size_t> places;
     std::vector<DatarefArgument> arguments;
     std::vector<velmar::Value> values;
     for (std::size_t i = 0; i < assignments.size(); ++i) {
-        if (wants(i, way)) {
+        if (wants(i, candidate)) {
             places.push_back(i);
-            arguments.push_back(assignments[i].ways[way].argument);
-            values.push_back(assignments[i].ways[way].value);
+            arguments.push_back(assignments[i].candidates[candidate].argument);
+            values.push_back(assignments[i].candidates[candidate].value);
         }
     }
     if (places.empty()) {
@@ -53,7 +54,7 @@ bool AssignmentWriter::write(std::size_t way) {
         const velmar::Value reads = arguments[i].ValueIn(after[i]);
         const Outcome outcome{wasTaken(values[i], arguments[i].ValueIn(before[i]), reads),
                               arguments[i], values[i], reads};
-        if (way == 0 || saysMore(outcome)) {
+        if (candidate == 0 || isBetterOutcome(outcome)) {
             outcomes[places[i]] = outcome;
         }
     }

@@ -9,12 +9,11 @@
 
 namespace orvane::tool {
 
-// Writes a number of assignments, each in one of its ways after the other until the dataref has the
-// value, and reads each back. Borrows the client, which must know the datarefs' names, and the
-// assignments.
+// Writes assignments, trying their types in turn until the dataref has the value, and reads each
+// back. Borrows the client, which must know the datarefs' names, and the assignments.
 class AssignmentWriter final {
 public:
-    // What became of an assignment.
+    // The result of an assignment.
     struct Outcome {
         bool isTaken = false;
         DatarefArgument argument;
@@ -27,8 +26,8 @@ public:
     std::vector<Outcome> Write();
 
 private:
-    bool wants(std::size_t index, std::size_t way) const;
-    bool write(std::size_t way);
+    bool wants(std::size_t index, std::size_t candidate) const;
+    bool write(std::size_t candidate);
     std::vector<std::string> registerAll(const std::vector<DatarefArgument>& arguments);
 
     velmar::Client& client;

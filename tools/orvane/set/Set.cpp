@@ -25,18 +25,16 @@ using Texts = std::vector<std::string>;
 constexpr Description kSet{
     "set", "Write datarefs",
     R"(A dataref is NAME or NAME:TYPE. The types are int, float, byte, int[N] and
-float[N], which is the first N elements; the elements of an array are given with
-commas between them. Without a type, a value is written as a float and, if it is
-whole, as an int until the dataref has it.
+float[N] (the first N elements, separated by commas). Without a type, a value is
+written as a float and, if it is whole, as an int, until the dataref has it.
 
 Elements of an array are NAME[3] or NAME[2:5], which is 2, 3 and 4, of type int
-or float. The protocol writes arrays from their first element on: the elements
-before are read, and written back together with the new ones.
+or float. The protocol writes arrays from their first element on: earlier
+elements are read, and written back together with the new ones.
 
-Each value is read back. One that the simulator did not take - because the
-dataref cannot be written, is of another type, or is set by the simulator itself
-- makes the exit status 3. Where the simulator lacks one of the datarefs,
-nothing is written at all.
+Each value is read back. If the simulator did not take one - because the dataref
+is read-only, has another type, or is driven by the simulator itself - the exit
+status is 3. If the simulator lacks one of the datarefs, nothing is written.
 
 Examples:
   orvane set sim/time/zulu_time_sec=43200
@@ -50,12 +48,12 @@ constexpr const char* kOwnArrays =
 
 void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assignments) {
     std::vector<velmar::Dataref> datarefs;
-    std::transform(assignments.begin(), assignments.end(), std::back_inserter(datarefs),
-                   [](const Assignment& each) { return each.ways.front().argument.Dataref(); });
+    std::transform(
+        assignments.begin(), assignments.end(), std::back_inserter(datarefs),
+        [](const Assignment& each) { return each.candidates.front().argument.Dataref(); });
     const std::vector<std::size_t> missing = registerKnown(client, datarefs);
     for (const std::size_t place : missing) {
-        tell(fmt::format("{}: the simulator has no such dataref",
-                         assignments[place].ways.front().argument.name));
+        reportUnknownDataref(assignments[place].candidates.front().argument.name);
     }
     if (!missing.empty()) {
         throw Failure(ExitCode::NotFoundOrRefused, "nothing was written");

@@ -4,7 +4,7 @@
 
 namespace orvane::tool {
 
-// So many columns long: in steps of an eighth with Unicode, of a column without.
+// A bar of this many columns, in steps of an eighth with Unicode and of a whole column without.
 std::string bar(double columns, bool unicode);
 
 } // namespace orvane::tool

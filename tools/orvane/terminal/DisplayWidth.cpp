@@ -8,7 +8,7 @@ namespace orvane::tool {
 
 namespace {
 
-// The C library knows the widths of characters, but only of the current locale's.
+// The C library knows the widths of characters in the current locale only.
 class Utf8Locale final {
 public:
     Utf8Locale() : before(::uselocale(utf8())) {}
@@ -17,7 +17,7 @@ public:
     Utf8Locale& operator=(const Utf8Locale&) = delete;
 
 private:
-    // Null, which changes nothing, where the system has no such locale.
+    // Null, which changes nothing, if the system has no such locale.
     static locale_t utf8() {
         static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
         return locale;
@@ -71,7 +71,7 @@ std::string_view beginningOf(std::string_view text, std::size_t columns) {
 std::string_view endOf(std::string_view text, std::size_t columns) {
     std::size_t width = displayWidth(text);
     const Utf8Locale locale;
-    // What takes no column belongs to the character before it, and goes with it.
+    // A character of no width belongs to the one before it, and goes with it.
     for (bool isCut = false; !text.empty();) {
         const Character character = firstOf(text);
         if (width <= columns && !(isCut && character.columns == 0)) {

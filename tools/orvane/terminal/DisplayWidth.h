@@ -6,19 +6,19 @@
 
 namespace orvane::tool {
 
-// Columns of a terminal, which UTF-8 text does not take byte by byte: a letter may have several
-// bytes, an accent no column of its own, and an ideograph two. The text is taken as UTF-8 whatever
-// the locale; a byte that is not UTF-8 counts as one column.
+// The columns that a UTF-8 text takes on a terminal: a letter may have several bytes, an accent
+// takes no column and an ideograph two. The locale does not matter; a byte that is not UTF-8 counts
+// as one column.
 
 std::size_t displayWidth(std::string_view text);
 
-// As much of the beginning, or of the end, as fits into so many columns.
+// As much of the beginning, or of the end, as fits into this many columns.
 std::string_view beginningOf(std::string_view text, std::size_t columns);
 std::string_view endOf(std::string_view text, std::size_t columns);
-// The text, or ".." and its end where it is wider: names are told apart by their ends.
+// The text, or ".." and its end if it is wider: names differ at their ends.
 std::string lastColumns(std::string_view text, std::size_t columns);
 
-// With blanks after, or before it, until it takes so many columns.
+// The text padded with spaces to this many columns.
 std::string leftAligned(std::string_view text, std::size_t columns);
 std::string rightAligned(std::string_view text, std::size_t columns);
 

@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kHideCursor = "\x1b[?25l";
 constexpr std::string_view kShowCursor = "\x1b[?25h";
 
-// Keeps a signal waiting.
+// Blocks a signal.
 class Blocked final {
 public:
     explicit Blocked(int signal) {
@@ -35,18 +35,18 @@ private:
     sigset_t before{};
 };
 
-// What the signal handlers work with.
+// State of the signal handlers.
 termios settingsBefore{};
 bool isTaken = false;
 std::string shownDrawing;
 
-// For handlers: nothing is done about a terminal that is gone.
+// Used by the handlers: ignores a terminal that is gone.
 void put(std::string_view text) {
     [[maybe_unused]] const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
 }
 
-// Changing a terminal's settings from the background would stop the process. A terminal that is not
-// the session's has no background.
+// Changing a terminal's settings from the background would stop the process. A terminal of another
+// session has no background.
 bool isInForeground() {
     const pid_t group = ::tcgetpgrp(STDOUT_FILENO);
     return group == -1 || group == ::getpgrp();
@@ -62,7 +62,7 @@ void take() {
     }
 }
 
-// Also where the shell has put the process into the background on its way out.
+// Works even if the shell has already put the process into the background.
 void giveBack() {
     if (isTaken) {
         const Blocked notStopped(SIGTTOU);
@@ -73,7 +73,7 @@ void giveBack() {
     }
 }
 
-// Lets a signal do what it does to a process that does not catch it. Returns after a stop.
+// Lets a signal have its default effect. Returns after a stop.
 void raiseUncaught(int signal) {
     struct sigaction usual {};
     usual.sa_handler = SIG_DFL;
@@ -109,7 +109,7 @@ struct Handled {
     struct sigaction before;
 };
 
-// Ctrl-Z and Ctrl-\ of the keyboard, and what abort() sends.
+// Ctrl-Z, Ctrl-\ and abort().
 std::array<Handled, 3> handledSignals{
     {{SIGTSTP, onStop, {}}, {SIGQUIT, onEnd, {}}, {SIGABRT, onEnd, {}}}};
 

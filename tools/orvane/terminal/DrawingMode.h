@@ -4,13 +4,12 @@
 
 namespace orvane::tool {
 
-// Makes the terminal of standard output fit for a drawing that changes in place: the cursor is
-// hidden, and typed keys show nothing and are dropped. The terminal is given back by the
-// destructor, before a signal that nobody catches ends the process, and while Ctrl-Z has stopped
-// it; `fg` then takes the terminal again and shows the drawing anew. In the background the terminal
-// belongs to somebody else and keeps its cursor and its keys.
+// Prepares the terminal of standard output for a drawing that changes in place: hides the cursor,
+// and drops typed keys without an echo. The destructor restores the terminal; so do a signal that
+// ends the process and a stop with Ctrl-Z, after which `fg` takes the terminal again and redraws.
+// In the background the terminal is left alone.
 //
-// There is one at a time. Signals are handled on the thread that draws, which is the only one.
+// At most one exists at a time. Signals are handled on the only thread, which draws.
 class DrawingMode final {
 public:
     DrawingMode();
@@ -18,8 +17,8 @@ public:
     DrawingMode(const DrawingMode&) = delete;
     DrawingMode& operator=(const DrawingMode&) = delete;
 
-    // Writes `change`, which makes the terminal show `drawing`: the drawing that is shown anew
-    // after a stop. Nothing can stop the process in between.
+    // Writes `change`, after which the terminal shows `drawing`, and redraws that after a stop. A
+    // stop cannot come in between.
     void Show(const std::string& change, std::string drawing);
 };
 

@@ -30,18 +30,18 @@ void LiveScreen::Draw(const std::vector<std::string>& lines, TimePoint now) {
         drawing += line + kClearRestOfLine + "\n";
     }
     drawing += kClearBelow;
-    mode->Show(wayToTheFirstLine() + drawing, drawing);
+    mode->Show(moveToFirstLine() + drawing, drawing);
     drawnAt = now;
     linesDrawn = lines.size();
     columns = terminal.Columns();
     linesTold = toldLines();
 }
 
-std::string LiveScreen::wayToTheFirstLine() const {
+std::string LiveScreen::moveToFirstLine() const {
     if (linesDrawn == 0 || linesTold != toldLines()) {
         return "";
     }
-    // Lines that were drawn on a terminal of another width may be folded now.
+    // After a change of width, the drawn lines may be folded.
     const bool isResized = columns != terminal.Columns();
     return isResized ? kClearAll : fmt::format("\x1b[{}A", linesDrawn);
 }

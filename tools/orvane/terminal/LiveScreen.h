@@ -11,21 +11,21 @@
 
 namespace orvane::tool {
 
-// Lines on a terminal that are drawn again in place. From the first drawing on the terminal is in
-// drawing mode. The last drawing stays; what is told on standard error meanwhile stays as well, and
-// the lines are then drawn below it.
+// Lines on a terminal that are redrawn in place, in drawing mode from the first drawing on. The
+// last drawing stays. So do lines that are printed on standard error in between; the next drawing
+// goes below them.
 class LiveScreen final {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     explicit LiveScreen(const Terminal& terminal);
 
-    // Whether it is time to draw again: at most twenty times a second.
+    // Whether to draw again: at most twenty times a second.
     bool IsDue(TimePoint now) const;
     void Draw(const std::vector<std::string>& lines, TimePoint now);
 
 private:
-    std::string wayToTheFirstLine() const;
+    std::string moveToFirstLine() const;
 
     const Terminal& terminal;
     std::optional<DrawingMode> mode;

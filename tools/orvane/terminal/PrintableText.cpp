@@ -16,7 +16,7 @@ using CodePoint = std::uint32_t;
 constexpr unsigned char kContinuation = 0x80;
 constexpr CodePoint kLastCodePoint = 0x10FFFF;
 
-// By the first byte of a character. 0: no character begins with it.
+// The length of a character by its first byte; 0 if no character begins with it.
 std::size_t lengthFrom(unsigned char first) {
     if (first < kContinuation) {
         return 1;
@@ -46,7 +46,7 @@ bool isHarmless(CodePoint character) {
            });
 }
 
-// The bytes of the first character, which is one that a terminal only shows; 0 if it is not.
+// The number of bytes of the first character if a terminal merely shows it, else 0.
 std::size_t harmlessLength(std::string_view text) {
     constexpr std::array<CodePoint, 5> kLeastOfLength{0, 0, 0x80, 0x800, 0x10000};
     const auto first = static_cast<unsigned char>(text.front());

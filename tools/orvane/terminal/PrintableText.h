@@ -5,10 +5,9 @@
 
 namespace orvane::tool {
 
-// Text from a file, the wire or the command line, made harmless for a terminal: bytes that are not
-// UTF-8, control characters, line ends among them, and marks that change the direction of writing
-// are written as \xNN, and a backslash is doubled, so that the bytes can be told from the result.
-// Everything else stays as it is.
+// Makes text from a file, the wire or the command line harmless for a terminal: bytes that are not
+// UTF-8, control characters including line ends, and marks that change the direction of writing
+// become \xNN. Backslashes are doubled, so that the result is unambiguous.
 std::string printable(std::string_view text);
 
 } // namespace orvane::tool

@@ -5,7 +5,7 @@
 
 namespace orvane::tool {
 
-// "12.3 s, 246 rows, 20.0 rows/s, 5.1 kB": how a file of rows grows.
+// "12.3 s, 246 rows, 20.0 rows/s, 5.1 kB": the progress of a file of rows.
 std::string progressText(double seconds, std::size_t rows, std::size_t bytes);
 
 // "1 row", "2 rows".

@@ -29,7 +29,7 @@ std::string drawn(std::span<const double> numbers, std::span<const char* const> 
             line += " ";
             continue;
         }
-        // Each is halved first: the range of two large numbers may be too large for a double.
+        // Halved first: the range of two large numbers may be too large for a double.
         const double part =
             greatest > least ? (number / 2 - least / 2) / (greatest / 2 - least / 2) : 0.5;
         line += heights[static_cast<std::size_t>(std::floor(part * top + 0.5))];

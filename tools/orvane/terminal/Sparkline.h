@@ -7,11 +7,11 @@
 
 namespace orvane::tool {
 
-// A character for each number, as high as the number lies between the least and the greatest of
-// them; in the middle where all are the same, and a blank for what is no number. Eight heights with
-// Unicode, three without.
+// A character for each number, whose height shows where it lies between the least and the greatest.
+// If all are the same they lie in the middle; a blank stands for a number that is not finite. Eight
+// heights with Unicode, three without.
 std::string sparkline(std::span<const double> numbers, bool unicode);
-// Of the last ones, at most so many.
+// The same for the last numbers, at most `most`.
 std::string sparkline(const std::deque<double>& numbers, std::size_t most, bool unicode);
 
 } // namespace orvane::tool

@@ -29,7 +29,7 @@ void StatusLine::Show(const std::string& text) {
     if (!terminal.IsTerminal()) {
         return;
     }
-    // The last column stays free: some terminals begin a new line after it.
+    // The last column stays free: some terminals wrap after it.
     showStatus(beginningOf(printable(text), terminal.Columns() - 1));
     shownAt = steady_clock::now();
 }

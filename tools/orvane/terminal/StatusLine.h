@@ -7,17 +7,17 @@
 
 namespace orvane::tool {
 
-// A line on standard error that shows how something goes, and is redrawn in place. Nothing at all
-// where standard error is not a terminal.
+// A progress line on standard error that is redrawn in place. Shows nothing if standard error is
+// not a terminal.
 class StatusLine final {
 public:
     StatusLine();
-    // Takes the line away.
+    // Removes the line.
     ~StatusLine();
     StatusLine(const StatusLine&) = delete;
     StatusLine& operator=(const StatusLine&) = delete;
 
-    // Whether it is time for another text: at most ten times a second.
+    // Whether to show another text: at most ten times a second.
     bool IsDue() const;
     void Show(const std::string& text);
     void Clear();

@@ -24,7 +24,7 @@ bool canMoveTheCursor(int fileDescriptor) {
     return ::isatty(fileDescriptor) == 1 && !type.empty() && type != "dumb";
 }
 
-// The first of these that is set decides, as in the C library.
+// The first one that is set decides, as in the C library.
 bool isUnicodeLocale() {
     for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         if (const std::string_view locale = environment(name); !locale.empty()) {

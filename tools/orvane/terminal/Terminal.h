@@ -6,8 +6,8 @@
 
 namespace orvane::tool {
 
-// What the terminal of a file descriptor can do. A pipe, a file and TERM=dumb are not terminals:
-// nothing is animated and nothing is coloured there.
+// What the terminal of a file descriptor can do. A pipe, a file and TERM=dumb do not count as
+// terminals: nothing is animated or coloured there.
 class Terminal final {
 public:
     explicit Terminal(int fileDescriptor);
@@ -15,14 +15,14 @@ public:
     bool IsTerminal() const { return isTerminal; }
     // Also false when NO_COLOR is set and not empty.
     bool MayColour() const { return mayColour; }
-    // By the locale's name.
+    // Judged by the name of the locale.
     bool KnowsUnicode() const { return knowsUnicode; }
 
-    // As they are now; 80 and 24 where that cannot be known.
+    // The current size; 80 and 24 if it is unknown.
     std::size_t Columns() const;
     std::size_t Rows() const;
 
-    // The text as it is where nothing is coloured.
+    // The text unchanged if nothing is coloured.
     std::string Bold(std::string_view text) const;
 
 private:

@@ -8,30 +8,29 @@
 
 namespace orvane::tool {
 
-// What is remembered of a number that is looked at again and again.
+// The history of a number that is read again and again.
 class WatchedNumber final {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     static constexpr std::size_t kHistory = 20;
-    // A change is to be noticed, also where only some of the readings are shown.
+    // A change must be noticed even if only some of the readings are shown.
     static constexpr std::chrono::milliseconds kChangeLasts{500};
 
     WatchedNumber() = default;
-    // What comes sooner after the number before takes its place in the history.
+    // A number that comes sooner than this replaces the one before in the history.
     explicit WatchedNumber(std::chrono::milliseconds historyInterval)
         : historyInterval(historyInterval) {}
 
-    // `shownAs` is how the number is shown.
     void See(double number, const std::string& shownAs, TimePoint now);
 
     const std::string& Text() const { return text; }
-    // Whether it was another one shortly before. The first is no change.
+    // Whether it changed a short while ago. The first number is not a change.
     bool HasChanged() const { return hasChanged; }
-    // The texts of the least and the greatest that were seen.
+    // The texts of the least and the greatest number so far.
     const std::string& Minimum() const { return minimum.text; }
     const std::string& Maximum() const { return maximum.text; }
-    // The latest ones, oldest first.
+    // The latest numbers, oldest first.
     const std::deque<double>& History() const { return history; }
 
 private:

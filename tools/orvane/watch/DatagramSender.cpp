@@ -4,13 +4,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -22,10 +22,7 @@ struct HostAndPort {
 };
 
 bool isPort(const std::string& text) {
-    std::uint16_t port = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, port);
-    return error == std::errc{} && stopped == end && port > 0;
+    return parsedNumber<std::uint16_t>(text).value_or(0) > 0;
 }
 
 HostAndPort parse(const std::string& place) {

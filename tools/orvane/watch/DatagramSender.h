@@ -8,19 +8,19 @@
 
 namespace orvane::tool {
 
-// Sends texts over UDP to a program that may listen or not.
+// Sends texts over UDP to a program that may or may not listen.
 class DatagramSender final {
 public:
-    // The largest text that a datagram of IPv4 holds.
+    // The largest text that an IPv4 datagram holds.
     static constexpr std::size_t kLargest = 65'507;
 
-    // HOST:PORT, an IPv6 address in brackets. Failure: not of this form, or there is no such host.
+    // HOST:PORT, with an IPv6 address in brackets. Failure: not of this form, or no such host.
     explicit DatagramSender(const std::string& place);
     ~DatagramSender();
     DatagramSender(const DatagramSender&) = delete;
     DatagramSender& operator=(const DatagramSender&) = delete;
 
-    // Returns why the system did not take it; empty when it did. Failure: too large for a datagram.
+    // Returns why the system refused it, or nothing. Failure: too large for a datagram.
     std::string Send(std::string_view text) const;
 
 private:

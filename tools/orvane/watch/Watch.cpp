@@ -12,8 +12,8 @@
 
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
+#include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/ReconnectingClient.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
@@ -36,26 +36,25 @@ constexpr double kUsualWatchInterval = 0.2;
 constexpr std::chrono::seconds kBetweenGuesses(1);
 constexpr std::size_t kLastRow = 1'000'000'000;
 
-constexpr const char* kWatchFooter =
-    "On a terminal a table is redrawn in place: value, unit as given with @UNIT, the least and "
-    "the\n"
-    "greatest seen, and the latest values as a small curve; * marks what has changed. Elsewhere,\n"
-    "and with --json or --csv, each reading is a line with the seconds since the start. For the\n"
-    "types, and what happens without one, see \"orvane get --help\"; a dataref without a type "
-    "that\n"
-    "is 0 is looked at once a second as another type.\n"
-    "\n"
-    "With --udp each reading is also sent as one datagram, the object that --json prints, to a\n"
-    "program that plots. Whether anybody listens is not known.\n"
-    "\n"
-    "When the simulator goes away, watch says so and waits for it to come back. A name that the\n"
-    "simulator does not have at the start ends it with exit status 3.\n"
-    "\n"
-    "Examples:\n"
-    "  orvane watch sim/flightmodel/position/indicated_airspeed:float@kt\n"
-    "  orvane watch -T 10 -i 0.05 --csv sim/joystick/yoke_pitch_ratio > pitch.csv\n"
-    "  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .\n"
-    "  orvane watch -i 0.02 --udp localhost:9870 sim/flightmodel/position/vh_ind:float";
+constexpr Description kWatch{
+    "watch", "Show datarefs as they change",
+    R"(On a terminal a table is redrawn in place: value, unit as given with @UNIT, the
+least and the greatest seen, and a small curve of the latest values; * marks what
+has changed. Elsewhere, and with --json or --csv, each reading is a line with the
+seconds since the start. For types see "orvane get --help"; a dataref that has no
+type and is 0 is read as another type once a second.
+
+With --udp each reading is also sent as one datagram, the object that --json
+prints, to a program that plots. It is not known whether anybody listens.
+
+If the simulator goes away, watch says so and waits for it to come back. If the
+simulator lacks a name at the start, the exit status is 3.
+
+Examples:
+  orvane watch sim/flightmodel/position/indicated_airspeed:float@kt
+  orvane watch -T 10 -i 0.05 --csv sim/joystick/yoke_pitch_ratio > pitch.csv
+  orvane watch --json -n 1 'sim/flightmodel/position/q:float[4]' | jq .
+  orvane watch -i 0.02 --udp localhost:9870 sim/flightmodel/position/vh_ind:float)"};
 
 struct WatchOptions {
     std::vector<std::string> names;
@@ -67,17 +66,15 @@ struct WatchOptions {
 // One run of the command.
 class Watch final {
 public:
-    Watch(const GlobalOptions& globalOptions, const WatchOptions& watchOptions)
-        : globals(globalOptions),
-          options(watchOptions),
+    Watch(const GlobalOptions& globals, const WatchOptions& options)
+        : globals(globals),
+          options(options),
           arguments(parseDatarefArguments(options.names)),
           records(globals.OutputFormat(), columns()),
           terminal(STDOUT_FILENO),
           client(globals, endOf(options.limits), [this](const std::string& line) { lost(line); }),
           reader(client.Client(), arguments) {
-        for (const std::string& name : reader.Unknown()) {
-            tell(fmt::format("{}: the simulator has no such dataref", name));
-        }
+        reader.ReportUnknown();
         if (!records.IsWanted() && terminal.IsTerminal()) {
             screen.emplace(terminal);
         }
@@ -91,14 +88,11 @@ public:
             return ExitCode::NotFoundOrRefused;
         }
         client.Try([this] { reader.FindTypes(); });
-        auto next = steady_clock::now();
         while (!client.IsOver() && readings < options.limits.MostTurns()) {
             if (client.Try([this] { read(); })) {
                 show();
             }
-            // A pace that the simulator cannot keep is not caught up with.
-            next = std::max(next + secondsOf(options.limits.interval), steady_clock::now());
-            sleepUntil(std::min(next, end));
+            pace.WaitForNext(options.limits.MostSeconds());
         }
         if (screen && readings > 0) {
             draw();
@@ -157,7 +151,7 @@ private:
     }
 
     Record recordOf() const {
-        Record record{{"time", inThousandths(seconds())}};
+        Record record{{"time", inThousandths(pace.Elapsed())}};
         for (std::size_t i = 0; i < values.size(); ++i) {
             record[reader.Known()[i].name] = valueJson(values[i]);
         }
@@ -165,7 +159,7 @@ private:
     }
 
     std::string lineOf() const {
-        std::string line = fmt::format("{:.3f}", seconds());
+        std::string line = fmt::format("{:.3f}", pace.Elapsed());
         for (std::size_t i = 0; i < values.size(); ++i) {
             line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
         }
@@ -176,7 +170,7 @@ private:
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
         screen->Draw(
             table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", printable(globals.host),
-                                    globals.port, seconds(), readings, state),
+                                    globals.port, pace.Elapsed(), readings, state),
                         terminal, options.firstRow),
             steady_clock::now());
     }
@@ -192,23 +186,18 @@ private:
         lastTold = line;
     }
 
-    double seconds() const {
-        return std::chrono::duration<double>(steady_clock::now() - begin).count();
-    }
-
     const GlobalOptions& globals;
     const WatchOptions& options;
     const std::vector<DatarefArgument> arguments;
     RecordWriter records;
     const Terminal terminal;
-    const steady_clock::time_point begin = steady_clock::now();
-    const steady_clock::time_point end = endOf(options.limits);
+    Pace pace{options.limits.interval};
     ReconnectingClient client;
     DatarefReader reader;
     WatchTable table;
     std::vector<velmar::Value> values;
     std::uint64_t readings = 0;
-    steady_clock::time_point guessedAt = begin;
+    steady_clock::time_point guessedAt = steady_clock::now();
     std::string lostBecause;
     std::string lastTold;
     std::optional<LiveScreen> screen;
@@ -223,19 +212,18 @@ ExitCode watch(const GlobalOptions& globals, const WatchOptions& options) {
 } // namespace
 
 void addWatch(Subcommands& subcommands) {
-    const auto [command, options] = subcommands.Add<WatchOptions>(
-        {"watch", "Show datarefs as they change", kWatchFooter}, watch);
+    const auto [command, options] = subcommands.Add<WatchOptions>(kWatch, watch);
     command.add_option("NAME", options.names, "NAME[:TYPE][@UNIT]")->required();
     declareLimits(command, options.limits, "readings");
     command
         .add_option("--first", options.firstRow,
-                    "The first row to show on a terminal that has no room for all")
+                    "The first row to show if the terminal is too small for all")
         ->check(wholeBetween(1, kLastRow, "1 and 1000000000"))
         ->type_name("ROW")
         ->capture_default_str();
     command
         .add_option("--udp", options.udp,
-                    "Send each reading to this host and port, too, as a datagram of JSON")
+                    "Also send each reading to this host and port, as a datagram of JSON")
         ->type_name("HOST:PORT");
 }
 

@@ -57,7 +57,7 @@ struct WatchTable::Widths {
     std::size_t unit = 4;
     std::size_t minimum = 3;
     std::size_t maximum = 3;
-    // What is left for the curve.
+    // The rest is for the curve.
     std::size_t history = 0;
     std::size_t columns = 0;
 };
@@ -80,7 +80,7 @@ void WatchTable::See(const std::vector<DatarefArgument>& datarefs,
 
 std::vector<std::string> WatchTable::Lines(const std::string& title, const Terminal& terminal,
                                            std::size_t first) const {
-    // One column stays free, as a full line makes some terminals begin a new one; so does one row.
+    // One column stays free, since some terminals wrap after a full line; so does one row.
     const Widths used = widths(terminal.Columns() - 1);
     const Extract shown = extract(first, std::max<std::size_t>(terminal.Rows(), 5) - 3);
     std::vector<std::string> lines{std::string(beginningOf(title, used.columns)),
@@ -99,7 +99,7 @@ std::vector<std::string> WatchTable::Lines(const std::string& title, const Termi
     return lines;
 }
 
-// A line of the room is for the note where not all rows fit.
+// If not all rows fit, one line is for the note.
 WatchTable::Extract WatchTable::extract(std::size_t first, std::size_t room) const {
     if (rows.size() <= room) {
         return {0, rows.size()};
@@ -122,7 +122,7 @@ WatchTable::Widths WatchTable::widths(std::size_t columns) const {
     }
     const std::size_t others =
         result.value + result.unit + result.minimum + result.maximum + kGapsAndMark;
-    // The names give way to the curve, but not all of it.
+    // The names give way to a short curve.
     const std::size_t rest = columns > others ? columns - others : 0;
     const std::size_t most = rest > kShortestCurve ? rest - kShortestCurve : 0;
     result.label = std::min(result.label, std::max(most, kNarrowestLabel));

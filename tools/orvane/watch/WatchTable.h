@@ -13,16 +13,16 @@
 
 namespace orvane::tool {
 
-// Datarefs under each other, an array with a row for each element: value, unit, the least and the
-// greatest seen, and the latest values as a small curve. A value that has changed is marked.
+// A table of datarefs with a row for each element of an array: value, unit, the least and the
+// greatest so far, and a small curve of the latest values. A value that has changed is marked.
 class WatchTable final {
 public:
     // Takes in a reading: a value for each dataref.
     void See(const std::vector<DatarefArgument>& datarefs, const std::vector<velmar::Value>& values,
              WatchedNumber::TimePoint now);
 
-    // The lines, none wider or more than the terminal permits. Where not all rows fit, those from
-    // `first` on are shown, from 1 on, or the last ones.
+    // The lines, cut to the size of the terminal. If not all rows fit, they begin at row `first`,
+    // counted from 1, or are the last ones.
     std::vector<std::string> Lines(const std::string& title, const Terminal& terminal,
                                    std::size_t first = 1) const;
 
@@ -32,7 +32,7 @@ private:
         std::string unit;
         WatchedNumber number;
     };
-    // By a dataref's name and the place of an element in it.
+    // A dataref's name and the index of an element.
     using Key = std::pair<std::string, std::size_t>;
 
     struct Extract;

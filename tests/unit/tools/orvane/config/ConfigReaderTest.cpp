@@ -74,8 +74,8 @@ TEST(ConfigReaderTest, ReadsTheLineBeforeAComment) {
 }
 
 TEST(ConfigReaderTest, IgnoresATabInPlaceOfASpace) {
-    expectIgnored("kyr/a\tfloat\n", Reason::Tab, "a tab separates no fields; use spaces");
-    expectIgnored("kyr/a\tfloat \n", Reason::Tab, "a tab separates no fields; use spaces");
+    expectIgnored("kyr/a\tfloat\n", Reason::Tab, "tabs do not separate fields; use spaces");
+    expectIgnored("kyr/a\tfloat \n", Reason::Tab, "tabs do not separate fields; use spaces");
     expectIgnored("kyr/a float\t# light\n", Reason::CutByComment,
                   "the comment sign cuts the line after \"float\t\"");
     expectIgnored("kyr/a float\t\n", Reason::Tab, "the tab is part of the type \"float\t\"");
@@ -127,8 +127,8 @@ TEST(ConfigReaderTest, IgnoresWhatACommentSignCuts) {
 TEST(ConfigReaderTest, IgnoresSizesThatAreNone) {
     expectIgnored("kyr/a int_array\n", Reason::NoSize, "no number of elements after int_array");
     expectIgnored("kyr/a byte_array \n", Reason::NoSize, "no number of elements after byte_array");
-    expectIgnored("kyr/a int_array many\n", Reason::SizeNoNumber, "\"many\" is not a number");
-    expectIgnored("kyr/a int_array - 5\n", Reason::SizeNoNumber, "\"-\" is not a number");
+    expectIgnored("kyr/a int_array many\n", Reason::SizeNotANumber, "\"many\" is not a number");
+    expectIgnored("kyr/a int_array - 5\n", Reason::SizeNotANumber, "\"-\" is not a number");
     expectIgnored("kyr/a int_array 0\n", Reason::SizeBelowOne,
                   "the number of elements \"0\" reads as 0, below 1");
     expectIgnored("kyr/a int_array -3\n", Reason::SizeBelowOne,
@@ -136,9 +136,9 @@ TEST(ConfigReaderTest, IgnoresSizesThatAreNone) {
     expectIgnored("kyr/a int_array 0x10\n", Reason::SizeBelowOne,
                   "the number of elements \"0x10\" reads as 0, below 1");
     expectIgnored("kyr/a float_array 2147483648\n", Reason::SizeTooLarge,
-                  "the number of elements \"2147483648\" does not fit 32 bits");
+                  "the number of elements \"2147483648\" does not fit in 32 bits");
     expectIgnored("kyr/a float_array -99999999999999999999\n", Reason::SizeTooLarge,
-                  "the number of elements \"-99999999999999999999\" does not fit 32 bits");
+                  "the number of elements \"-99999999999999999999\" does not fit in 32 bits");
 }
 
 TEST(ConfigReaderTest, ReadsSizesAsThePluginDoes) {
@@ -152,9 +152,9 @@ TEST(ConfigReaderTest, ReadsSizesAsThePluginDoes) {
 
 TEST(ConfigReaderTest, SaysWhatIsNotLookedAt) {
     EXPECT_EQ(readLine("kyr/a float 8\n").notes,
-              std::vector<std::string>{"\"8\" and what follows is not looked at"});
+              std::vector<std::string>{"\"8\" and everything after it is ignored"});
     EXPECT_EQ(readLine("kyr/a int_array 8 9 10\n").notes,
-              std::vector<std::string>{"\"9\" and what follows is not looked at"});
+              std::vector<std::string>{"\"9\" and everything after it is ignored"});
     EXPECT_TRUE(readLine("kyr/a int_array 8 \n").notes.empty());
 }
 
@@ -166,8 +166,8 @@ TEST(ConfigReaderTest, IgnoresANameThatAnEarlierLineRegisters) {
     EXPECT_FALSE(report.lines[1].IsIgnored());
     EXPECT_FALSE(report.lines[2].IsIgnored());
     EXPECT_EQ(report.lines[3].reason, Reason::Duplicate);
-    EXPECT_EQ(report.lines[3].explanation, "line 2 declares kyr/a already");
-    EXPECT_EQ(report.lines[4].explanation, "line 2 declares kyr/a already");
+    EXPECT_EQ(report.lines[3].explanation, "line 2 already declares kyr/a");
+    EXPECT_EQ(report.lines[4].explanation, "line 2 already declares kyr/a");
     EXPECT_EQ(report.IgnoredCount(), 3U);
 }
 
@@ -199,7 +199,7 @@ TEST(ConfigReaderTest, LeavesOutOfTheAppendedWhatALineRegisters) {
     ASSERT_EQ(report.lines.size(), 3U);
     // The file comes first, so the plugin's own declaration is the one that is refused.
     EXPECT_EQ(report.lines[0].notes,
-              std::vector<std::string>{"in place of the plugin's own int_array[4]"});
+              std::vector<std::string>{"replaces the plugin's own int_array[4]"});
     EXPECT_TRUE(report.lines[1].notes.empty());
     ASSERT_EQ(report.appended.size(), 2U);
     EXPECT_EQ(report.appended[0].name, "kyr/autopilot_external_control");

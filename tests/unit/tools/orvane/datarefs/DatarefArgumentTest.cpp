@@ -71,14 +71,14 @@ TEST(DatarefArgumentTest, TakesAValueWhereOneIsWanted) {
 
 TEST(DatarefArgumentTest, SaysWhatIsWrongWithAType) {
     EXPECT_EQ(argumentRefusal("a:double"),
-              "double: the protocol carries no doubles; the types are int, float, byte, int[N] and "
+              "double: the protocol has no doubles; the types are int, float, byte, int[N] and "
               "float[N]");
     EXPECT_EQ(argumentRefusal("a:bool"),
-              "bool: no such type; the types are int, float, byte, int[N] and float[N]");
+              "bool: unknown type; the types are int, float, byte, int[N] and float[N]");
     EXPECT_EQ(argumentRefusal("a:"),
-              ": no such type; the types are int, float, byte, int[N] and float[N]");
+              ": unknown type; the types are int, float, byte, int[N] and float[N]");
     EXPECT_EQ(argumentRefusal("a:byte[4]"),
-              "byte[4]: there are no such arrays; the types are int, float, byte, int[N] and "
+              "byte[4]: unknown array type; the types are int, float, byte, int[N] and "
               "float[N]");
     EXPECT_EQ(argumentRefusal("a:int[4"), "int[4: the bracket is not closed");
 }
@@ -133,8 +133,7 @@ TEST(DatarefArgumentTest, TakesSomeElementsOfAnArrayWithoutTheLast) {
 }
 
 TEST(DatarefArgumentTest, SaysWhatIsWrongWithElements) {
-    const std::string syntax =
-        ": elements are [3] for one, and [2:5] for those from 2 up to, but without, 5";
+    const std::string syntax = ": write [3] for one element, or [2:5] for elements 2 to 4";
     EXPECT_EQ(argumentRefusal("a[]"), "a[]" + syntax);
     EXPECT_EQ(argumentRefusal("a[x]"), "a[x]" + syntax);
     EXPECT_EQ(argumentRefusal("a[-1]"), "a[-1]" + syntax);
@@ -142,7 +141,8 @@ TEST(DatarefArgumentTest, SaysWhatIsWrongWithElements) {
     EXPECT_EQ(argumentRefusal("a[1:2:3]"), "a[1:2:3]" + syntax);
     EXPECT_EQ(argumentRefusal("a[3:3]"), "a[3:3]: [3:3] has no elements");
     EXPECT_EQ(argumentRefusal("a[3"), "a[3: the bracket is not closed");
-    EXPECT_EQ(argumentRefusal("a[500000]"), "a[500000]: only the first 500000 elements can be had");
+    EXPECT_EQ(argumentRefusal("a[500000]"),
+              "a[500000]: only the first 500000 elements are available");
     EXPECT_EQ(argumentRefusal("a[3]:float[2]"),
               "a[3]:float[2]: elements are int or float, as in NAME[3]:float");
     EXPECT_EQ(argumentRefusal("a[3]:byte"),
@@ -161,11 +161,11 @@ TEST(DatarefArgumentTest, RegistersTheElementsOfOneArrayAlike) {
     EXPECT_EQ(refusal([] {
                   parseDatarefArguments({"a[1]:int", "a[2]:float"});
               }),
-              "a: named as ints and as floats");
+              "a: named both as ints and as floats");
     EXPECT_EQ(refusal([] {
                   parseDatarefArguments({"a[1]", "a:float[3]"});
               }),
-              "a: named as a whole and by its elements");
+              "a: named both as a whole and by elements");
     EXPECT_EQ(refusal([] { parseDatarefArguments({"a[1]", "a[1]:int"}); }), "a[1]: named twice");
 }
 
@@ -182,7 +182,7 @@ TEST(DatarefArgumentTest, PutsElementsIntoWhatTheirArrayHad) {
 }
 
 TEST(DatarefArgumentTest, WantsAValueOnlyWhereOneIsWanted) {
-    EXPECT_EQ(argumentRefusal("a=1"), "a=1: a value has no place here; only \"set\" takes one");
+    EXPECT_EQ(argumentRefusal("a=1"), "a=1: unexpected value; only \"set\" takes one");
     EXPECT_EQ(refusal([] { parseAssignment("a:int"); }),
               "a:int: a value is missing: NAME=VALUE or NAME:TYPE=VALUE");
     EXPECT_EQ(refusal([] { parseAssignment("a="); }), "a=: the value is empty");

@@ -108,8 +108,8 @@ TEST(ValueTextTest, SaysWhatAValueMustBe) {
 }
 
 TEST(ValueTextTest, CountsTheElementsOfAnArray) {
-    EXPECT_EQ(refusalOf("1,2", Type::IntArray, 3), "3 elements wanted, 2 given in \"1,2\"");
-    EXPECT_EQ(refusalOf("1,2,3,4", Type::IntArray, 3), "3 elements wanted, 4 given in \"1,2,3,4\"");
+    EXPECT_EQ(refusalOf("1,2", Type::IntArray, 3), "expected 3 elements, got 2 in \"1,2\"");
+    EXPECT_EQ(refusalOf("1,2,3,4", Type::IntArray, 3), "expected 3 elements, got 4 in \"1,2,3,4\"");
     EXPECT_EQ(refusalOf("1,,3", Type::FloatArray, 3), "\"\" is not a number that a float can hold");
     EXPECT_EQ(refusalOf("1,2,", Type::FloatArray, 3), "\"\" is not a number that a float can hold");
 }

@@ -109,7 +109,7 @@ TEST_F(DriveTableTest, ShowsWhatGoesInBesideWhatComesBack) {
             "pitch        65535 ##########      0.500  _^                    -1..1, float range",
             "throttle[0]                        0.000  --",
             "throttle[1]  32768 #####.....      0.500  _^                    0..1, float[1]",
-            "gear             7                                              as it is, int",
+            "gear             7                                              unscaled, int",
             "flaps            1 pressed                                      command",
             "brakes           1 held             down  _^                    command, held",
             "speed                             99.000  ^_                    kt",
@@ -182,7 +182,7 @@ TEST_F(DriveTableTest, ShowsAnInputWhoseElementIsNotReportedInTheFirstRowOfItsNa
         "[[output]]\nname = \"a\"\ndataref = \"sim/a\"\ntype = \"int\"\ncount = 2\nfirst = 3\n");
     see({{1, 5}}, {Value(std::vector<std::int32_t>{8, 9})});
     EXPECT_EQ(lines(80)[2],
-              "a[3]      5                     8  -                     as it is, int[7]");
+              "a[3]      5                     8  -                     unscaled, int[7]");
     EXPECT_EQ(lines(80)[3], "a[4]                            9  -");
 }
 

@@ -16,8 +16,8 @@ TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
               "p:5:17: \"form\" is \"saw\"; it can be sine or triangle or square or sweep\n"
               "p:5:33: \"period\" is not a number from 0.01 to 86400\n");
     EXPECT_EQ(inputProblems(kFloat + "wave = { range = [0, 1.5], speed = 1 }\n"),
-              "p:5:18: \"range\" goes beyond 0 to 1, the ends of the axis\n"
-              "p:5:28: there is no key \"speed\" here\n");
+              "p:5:18: \"range\" is not within 0 to 1\n"
+              "p:5:28: unknown key \"speed\"\n");
     EXPECT_EQ(inputProblems(kInt + "wave = {}\n"),
               "p:5:8: \"wave\" is for floats that are not fixed\n");
     EXPECT_EQ(inputProblems(kInt + "steps = {}\n"), "p:5:9: \"values\" is missing\n");
@@ -31,7 +31,7 @@ TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
     EXPECT_EQ(
         problemsOf("[[input]]\nname = \"a\"\ncommand = \"sim/1\"\nsteps = { values = [1] }\n"
                    "[[input]]\nname = \"a\"\ncommand = \"sim/2\"\nsteps = { values = [1] }\n"),
-        "p:5:1: \"a\" moves already\n");
+        "p:5:1: \"a\" already moves\n");
 }
 
 TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {
@@ -48,7 +48,7 @@ TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {
                          "[[output]]\n"
                          "name = \"o\"\n"
                          "command = \"sim/nope\"\n"),
-              "p:1:1: there is no key \"speling\" here\n"
+              "p:1:1: unknown key \"speling\"\n"
               "p:3:8: \"host\" is empty\n"
               "p:4:8: \"port\" is not a whole number from 1 to 65535\n"
               "p:5:8: \"rate\" is not a number from 0.01 to 1000\n"
@@ -70,7 +70,7 @@ TEST(ProfileReaderTest, ReportsAProfileWithNothingInIt) {
 TEST(ProfileReaderTest, ReportsTablesThatAreNone) {
     EXPECT_EQ(problemsOf("input = 3\noutput = [1]\nconnection = \"x\"\n"),
               "p:1:9: \"input\" is not a list: write [[input]]\n"
-              "p:2:11: an element of \"output\" is no table\n"
+              "p:2:11: an element of \"output\" is not a table\n"
               "p:3:14: \"connection\" is not a table\n");
     EXPECT_EQ(problemsOf("[input]\nname = \"a\"\n"),
               "p:1:1: \"input\" is not a list: write [[input]]\n");
@@ -79,14 +79,14 @@ TEST(ProfileReaderTest, ReportsTablesThatAreNone) {
 TEST(ProfileReaderTest, ReportsNamesThatAreMissingOrNotPossible) {
     EXPECT_EQ(problemsOf("[[input]]\n" + kFloat), "p:1:1: \"name\" is missing\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = 4\n" + kFloat),
-              "p:2:8: \"name\" is not a text in quotes\n");
+              "p:2:8: \"name\" is not a string in quotes\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = \"\"\n" + kFloat), "p:2:8: \"\" cannot be a name\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = \"time\"\n" + kFloat),
               "p:2:8: \"time\" cannot be a name\n");
     EXPECT_EQ(problemsOf("[[output]]\nname = \"aircraft_id\"\n" + kFloat),
               "p:2:8: \"aircraft_id\" cannot be a name\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = \"a\\nb\"\n" + kFloat),
-              "p:2:8: a name has no control characters\n");
+              "p:2:8: a name cannot contain control characters\n");
 }
 
 TEST(ProfileReaderTest, ReportsTargetsThatAreMissingOrTwo) {
@@ -148,7 +148,7 @@ TEST(ProfileReaderTest, ReportsRangesThatAreNone) {
               "p:5:11: one of \"float_range\", \"int_range\", \"datarefs\" is missing\n");
     EXPECT_EQ(inputProblems(kFloat + "scaling = [1, 2]\n"), "p:5:11: \"scaling\" is not a table\n");
     EXPECT_EQ(inputProblems(kFloat + "scaling = { float_range = [0, 1], element = 1 }\n"),
-              "p:5:35: there is no key \"element\" here\n");
+              "p:5:35: unknown key \"element\"\n");
 }
 
 TEST(ProfileReaderTest, ReportsConditionsThatAreNone) {
@@ -186,9 +186,9 @@ TEST(ProfileReaderTest, ReportsNumbersAndTargetsThatAreTaken) {
                          "[[input]]\nname = \"a\"\ncommand = \"sim/3\"\naction = 6\n"
                          "[[input]]\nname = \"a\"\ncommand = \"sim/1\"\n"
                          "[[input]]\nname = \"c\"\ncommand = \"sim/1\"\naction = -1\n"),
-              "p:8:10: action 5 is \"a\" already\n"
-              "p:12:10: \"a\" is action 5 already\n"
-              "p:13:1: \"a\" drives sim/1 already\n"
+              "p:8:10: action 5 already belongs to \"a\"\n"
+              "p:12:10: \"a\" already has action 5\n"
+              "p:13:1: \"a\" already drives sim/1\n"
               "p:19:10: \"action\" is not a whole number from 0 to 2147483647\n");
 }
 
@@ -198,10 +198,10 @@ TEST(ProfileReaderTest, ReportsOutputsThatCannotBe) {
     EXPECT_EQ(outputProblems("dataref = \"sim/x\"\ntype = \"int\"\nfirst = 2\n"),
               "p:5:9: \"first\" needs \"count\", the number of elements from there\n");
     EXPECT_EQ(outputProblems("dataref = \"sim/x\"\ntype = \"int\"\nelement = 2\n"),
-              "p:5:1: there is no key \"element\" here\n");
+              "p:5:1: unknown key \"element\"\n");
     EXPECT_EQ(problemsOf("[[output]]\nname = \"o\"\ncommand = \"kyr/1\"\n"
                          "[[output]]\nname = \"o\"\ncommand = \"kyr/2\"\n"),
-              "p:5:8: there is an output \"o\" already\n");
+              "p:5:8: there is already an output \"o\"\n");
     EXPECT_TRUE(problemsOf("[[output]]\nname = \"o\"\ncommand = \"kyr/1\"\n"
                            "[[output]]\nname = \"p\"\ncommand = \"kyr/1\"\n")
                     .starts_with("p:6:11: "));
@@ -213,8 +213,7 @@ TEST(ProfileReaderTest, ReportsAnswersThatNoSimulatorWouldSurvive) {
         text += "[[output]]\nname = \"o" + std::to_string(i) +
                 "\"\ndataref = \"sim/x\"\ntype = \"int\"\ncount = 1000000\n";
     }
-    EXPECT_EQ(problemsOf(text),
-              "p:81:1: the answers get too large with this output: more than 64 MiB\n");
+    EXPECT_EQ(problemsOf(text), "p:81:1: with this output the answers exceed 64 MiB\n");
 }
 
 } // namespace

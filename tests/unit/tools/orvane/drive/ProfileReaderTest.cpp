@@ -149,7 +149,7 @@ TEST(ProfileReaderTest, KnowsAxes) {
 
 // How the only input of a profile with these lines is described.
 std::string wayOf(const std::string& lines) {
-    return validProfile("[[input]]\nname = \"a\"\n" + lines).inputs.at(0).way;
+    return validProfile("[[input]]\nname = \"a\"\n" + lines).inputs.at(0).mapping;
 }
 
 TEST(ProfileReaderTest, DescribesWhatBecomesOfAValue) {
@@ -165,10 +165,10 @@ TEST(ProfileReaderTest, DescribesWhatBecomesOfAValue) {
               "0..9, int range, float[2]");
     EXPECT_EQ(wayOf(kFloat + "fixed = 0.25\nskip = { when_value = 0 }"),
               "always 0.25, float, skips 0");
-    EXPECT_EQ(wayOf(kInt), "as it is, int");
-    EXPECT_EQ(wayOf("dataref = \"kyr/x\"\ntype = \"int\"\nelement = 1"), "as it is, own int[1]");
+    EXPECT_EQ(wayOf(kInt), "unscaled, int");
+    EXPECT_EQ(wayOf("dataref = \"kyr/x\"\ntype = \"int\"\nelement = 1"), "unscaled, own int[1]");
     EXPECT_EQ(wayOf(kInt + "skip = { while_positive = \"sim/p\", type = \"int\" }"),
-              "as it is, int, not while p > 0");
+              "unscaled, int, not while p > 0");
     EXPECT_EQ(wayOf(kCommand), "command");
     EXPECT_EQ(wayOf("command = \"kyr/c\"\nhold = true"), "own command, held");
     EXPECT_EQ(wayOf(kCommand + "repeat_ms = 200"), "command, at most every 200 ms");
@@ -179,7 +179,7 @@ TEST(ProfileReaderTest, DescribesInputsThatShareAName) {
         "[[input]]\nname = \"a\"\ndataref = \"sim/1\"\ntype = \"int\"\nelement = 2\n"
         "[[input]]\nname = \"a\"\ncommand = \"sim/c\"\n"
         "[[input]]\nname = \"b\"\ncommand = \"sim/d\"\n");
-    EXPECT_EQ(profile.inputs[0].way, "as it is, int[2]; command");
+    EXPECT_EQ(profile.inputs[0].mapping, "unscaled, int[2]; command");
     EXPECT_EQ(profile.inputs[0].element, 2);
     EXPECT_FALSE(profile.inputs[0].isCommand);
     EXPECT_TRUE(profile.inputs[1].isCommand);

@@ -82,7 +82,7 @@ TEST_F(RecordingTest, KeepsElementsByTheirNames) {
               (std::vector<Value>{Value(0.5F), Value(std::vector<float>{1, 2}), Value(7)}));
     EXPECT_EQ(recording.datarefs[1].Dataref().size, 4U);
     read("time,sim/a[3]:float,sim/a[1]:int\n");
-    EXPECT_EQ(problemText, "r:1: sim/a: named as ints and as floats\n");
+    EXPECT_EQ(problemText, "r:1: sim/a: named both as ints and as floats\n");
 }
 
 TEST_F(RecordingTest, LeavesOutALineThatWasCutOff) {
@@ -104,7 +104,7 @@ TEST_F(RecordingTest, ReportsEveryLineThatIsWrong) {
         "0.300,1,\"1,2\n");
     EXPECT_EQ(problemText,
               "r:2: sim/f: \"x\" is not a number that a float can hold\n"
-              "r:3: sim/is: 2 elements wanted, 1 given in \"2\"\n"
+              "r:3: sim/is: expected 2 elements, got 1 in \"2\"\n"
               "r:4: 2 fields, but 3 columns\n"
               "r:5: \"later\" is not a time in seconds\n"
               "r:7: 0.15 s comes after 0.2 s\n"

@@ -32,39 +32,39 @@ std::string refusalOf(const std::string& text) {
 
 TEST(AssignmentTest, WritesWithTheTypeThatIsGiven) {
     const Assignment made = assignment("a:int[2]=1,2");
-    ASSERT_EQ(made.ways.size(), 1U);
-    EXPECT_EQ(made.ways[0].argument.name, "a");
-    EXPECT_EQ(made.ways[0].argument.type, Type::IntArray);
-    EXPECT_EQ(made.ways[0].argument.size, 2U);
-    EXPECT_EQ(made.ways[0].value, Value(std::vector<std::int32_t>{1, 2}));
+    ASSERT_EQ(made.candidates.size(), 1U);
+    EXPECT_EQ(made.candidates[0].argument.name, "a");
+    EXPECT_EQ(made.candidates[0].argument.type, Type::IntArray);
+    EXPECT_EQ(made.candidates[0].argument.size, 2U);
+    EXPECT_EQ(made.candidates[0].value, Value(std::vector<std::int32_t>{1, 2}));
 }
 
 TEST(AssignmentTest, TriesAWholeNumberAsFloatAndInt) {
     const Assignment made = assignment("a=1");
-    ASSERT_EQ(made.ways.size(), 2U);
-    EXPECT_EQ(made.ways[0].value, Value(1.0F));
-    EXPECT_EQ(made.ways[1].value, Value(std::int32_t{1}));
+    ASSERT_EQ(made.candidates.size(), 2U);
+    EXPECT_EQ(made.candidates[0].value, Value(1.0F));
+    EXPECT_EQ(made.candidates[1].value, Value(std::int32_t{1}));
 }
 
 TEST(AssignmentTest, TriesAFractionAsFloatOnly) {
     const Assignment made = assignment("a=1.5");
-    ASSERT_EQ(made.ways.size(), 1U);
-    EXPECT_EQ(made.ways[0].value, Value(1.5F));
+    ASSERT_EQ(made.candidates.size(), 1U);
+    EXPECT_EQ(made.candidates[0].value, Value(1.5F));
 }
 
 TEST(AssignmentTest, TakesCommasForAnArray) {
     const Assignment made = assignment("a=1,2,3");
-    ASSERT_EQ(made.ways.size(), 2U);
-    EXPECT_EQ(made.ways[0].argument.type, Type::FloatArray);
-    EXPECT_EQ(made.ways[0].argument.size, 3U);
-    EXPECT_EQ(made.ways[1].value, Value(std::vector<std::int32_t>{1, 2, 3}));
-    EXPECT_EQ(assignment("a=1,2.5").ways.size(), 1U);
+    ASSERT_EQ(made.candidates.size(), 2U);
+    EXPECT_EQ(made.candidates[0].argument.type, Type::FloatArray);
+    EXPECT_EQ(made.candidates[0].argument.size, 3U);
+    EXPECT_EQ(made.candidates[1].value, Value(std::vector<std::int32_t>{1, 2, 3}));
+    EXPECT_EQ(assignment("a=1,2.5").candidates.size(), 1U);
 }
 
 TEST(AssignmentTest, SaysWhichValueIsWrong) {
     EXPECT_EQ(refusalOf("a=on"), "a: \"on\" is not a number that a float can hold");
     EXPECT_EQ(refusalOf("a:byte=300"), "a:byte: \"300\" is not a whole number from 0 to 255");
-    EXPECT_EQ(refusalOf("a:int[2]=1"), "a:int[2]: 2 elements wanted, 1 given in \"1\"");
+    EXPECT_EQ(refusalOf("a:int[2]=1"), "a:int[2]: expected 2 elements, got 1 in \"1\"");
 }
 
 TEST(AssignmentTest, IsTakenWhenItReadsSo) {
@@ -85,11 +85,11 @@ TEST(AssignmentTest, IsTakenWhenItIsNotANumberAndReadsSo) {
 }
 
 TEST(AssignmentTest, TakesANumberForAnElementAndAListForSeveral) {
-    EXPECT_EQ(assignment("a[3]=1").ways[0].value, Value(1.0F));
-    EXPECT_EQ(assignment("a[3]=1").ways[1].value, Value(1));
-    EXPECT_EQ(assignment("a[2:4]=1,2").ways[0].value, Value(std::vector<float>{1, 2}));
-    EXPECT_EQ(assignment("a[2:4]:int=1,2").ways.size(), 1U);
-    EXPECT_EQ(refusalOf("a[2:5]=1,2"), "a[2:5]: 3 elements wanted, 2 given in \"1,2\"");
+    EXPECT_EQ(assignment("a[3]=1").candidates[0].value, Value(1.0F));
+    EXPECT_EQ(assignment("a[3]=1").candidates[1].value, Value(1));
+    EXPECT_EQ(assignment("a[2:4]=1,2").candidates[0].value, Value(std::vector<float>{1, 2}));
+    EXPECT_EQ(assignment("a[2:4]:int=1,2").candidates.size(), 1U);
+    EXPECT_EQ(refusalOf("a[2:5]=1,2"), "a[2:5]: expected 3 elements, got 2 in \"1,2\"");
     EXPECT_EQ(refusalOf("a[3]=1,2"), "a[3]: \"1,2\" is not a number that a float can hold");
 }
 

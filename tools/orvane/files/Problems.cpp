@@ -1,10 +1,11 @@
-#include "tools/orvane/drive/Problems.h"
+#include "tools/orvane/files/Problems.h"
 
 #include <algorithm>
 #include <tuple>
 
 #include <fmt/format.h>
 
+#include "tools/orvane/files/Output.h"
 #include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
@@ -23,6 +24,10 @@ std::string problemLines(const std::string& file, Problems problems) {
         lines += printable(problemText(file, problem)) + '\n';
     }
     return lines;
+}
+
+void printProblems(const std::string& file, const Problems& problems) {
+    printErrorText(problemLines(file, problems));
 }
 
 } // namespace orvane::tool

@@ -6,7 +6,7 @@
 
 namespace orvane::tool {
 
-// What is wrong in a file that a user wrote, and where. A column of 0 stands for the whole line.
+// An error in a user's file, and its place. A column of 0 stands for the whole line.
 struct Problem {
     std::size_t line = 0;
     std::size_t column = 0;
@@ -18,7 +18,10 @@ using Problems = std::vector<Problem>;
 // "FILE:LINE:COLUMN: reason", or "FILE:LINE: reason".
 std::string problemText(const std::string& file, const Problem& problem);
 
-// A line of that for each, in the order of their places, fit for a terminal.
+// A line for each in the order of their places, escaped for a terminal.
 std::string problemLines(const std::string& file, Problems problems);
+
+// Prints these lines on standard error.
+void printProblems(const std::string& file, const Problems& problems);
 
 } // namespace orvane::tool
