@@ -190,7 +190,7 @@ TEST(ProfileReaderTest, ReadsTheUnitsOfOutputs) {
                                          "unit = \"kt\"\n[[output]]\nname = \"j\"\n" + kInt);
     EXPECT_EQ(profile.outputs[0].unit, "kt");
     EXPECT_EQ(profile.outputs[1].unit, "");
-    EXPECT_EQ(outputProblems(kInt + "unit = 3\n"), "p:5:8: \"unit\" is not a text in quotes\n");
+    EXPECT_EQ(outputProblems(kInt + "unit = 3\n"), "p:5:8: \"unit\" is not a string in quotes\n");
 }
 
 TEST(ProfileReaderTest, ReadsOutputsOfAllTypes) {
