@@ -5,13 +5,13 @@
 --     tshark -X lua_script:orvane.lua -r capture.pcapng -Y orvane
 -- Needs Wireshark 3.6 or newer. The server's port, 48000, is a preference: orvane.port.
 --
--- A request has no length of its own, and its answer does not say what it answers. So this follows
+-- A request does not contain its length, and an answer does not say what it answers. So this follows
 -- each connection as the plugin does: what is defined and registered, which requests wait for an
 -- answer, and where the plugin would lose its place, close the connection or end the process.
--- docs/tarnel.md and docs/velmar.md describe all that is decoded here.
+-- docs/tarnel.md and docs/velmar.md describe the protocols.
 --
 -- Each stretch of a stream is parsed once, in the order of the capture, into a record (sections
--- "Requests" and "Answers"); a record is shown as often as Wireshark likes, in any order (section
+-- "Requests" and "Answers"). Wireshark may show a record many times, in any order (section
 -- "Showing").
 
 local orvane = Proto("orvane", "XPlaneOrvane")
@@ -45,7 +45,7 @@ local BUFFER_SIZE = 0x0FFFFFFF -- of the plugin, each way
 -- Wireshark refuses trees of more than a million items.
 local MOST_SHOWN = 5000
 local MOST_IN_INFO = 3
--- Bytes that the plugin has not read. Beyond that it is not followed any more.
+-- The most unread bytes of the plugin that are followed.
 local MOST_UNREAD = 65536
 
 local INT_SHORTAGE = "Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4"
@@ -62,7 +62,7 @@ local function field(kind, path, title, ...)
     fields[path] = ProtoField[kind]("orvane." .. path, title, ...)
 end
 
--- A number of which only some values have a name of their own; `other` names the rest.
+-- A number of which only some values have names; `other` names the rest.
 local function named_field(kind, path, title, names, other)
     local ranges = {}
     for value, name in pairs(names) do
@@ -227,7 +227,7 @@ local function plural(count, noun)
     return string.format("%d %s%s", count, noun, count == 1 and "" or "s")
 end
 
--- A float with the fewest digits that read back as the same.
+-- A float with the fewest digits that parse back to the same.
 local function float_text(value)
     for digits = 6, 8 do
         local text = string.format("%." .. digits .. "g", value)
@@ -238,7 +238,7 @@ local function float_text(value)
     return value ~= value and "nan" or string.format("%.9g", value)
 end
 
--- A list of `count` things for the Info column; only the first are asked for their texts.
+-- A list of `count` things for the Info column; only the first ones are shown.
 local function list_text(count, text_of_one)
     local texts = {}
     for i = 1, math.min(count, MOST_IN_INFO) do
@@ -276,14 +276,14 @@ local function last(extractor)
     return infos[#infos] and infos[#infos].value
 end
 
--- The first of two passes of tshark may have no values of fields. What is parsed then only says
--- where requests and answers end.
+-- In the first of two passes, tshark may have no values of fields. Parsing then only finds where
+-- requests and answers end.
 local function is_blind()
     return last(tcp_stream) == nil
 end
 
 local function new_stream(pinfo)
-    -- What was defined before the capture is not known.
+    -- Definitions from before the capture are unknown.
     local whole = is_blind() or (last(tcp_completeness) or 0) % 2 == 1
     return {
         whole = whole,
@@ -291,9 +291,9 @@ local function new_stream(pinfo)
         client_end = tostring(pinfo.src) .. " " .. pinfo.src_port,
         waiting = {}, -- requests without an answer, oldest first
         open = nil, -- the last of them, if packets may still be added to it
-        partial = nil, -- a request of which a part has arrived: {request, part, frame, answer}
+        partial = nil, -- a request that has arrived in part: {request, part, frame, answer}
         lost = nil, -- the frame in which the plugin lost its place
-        unread = nil, -- what it had not read then, and has got since, if that is known
+        unread = nil, -- what it had not read then, and has received since, if known
         definitions = whole and {outputs = {}, actions = {}, commands = 0, length = 12} or nil,
         datarefs = {},
         commands = {},
@@ -314,8 +314,8 @@ local function is_after(a, b)
     return distance > 0 and distance < 2147483648
 end
 
--- Notes where a segment is in what this side has sent. The dissector may be called several times
--- for a segment, and is not called for one that was sent again.
+-- Notes the position of a segment in what this side has sent. The dissector may be called several
+-- times for a segment, and is not called for a retransmission.
 local function follow(cursor)
     local side = cursor.side
     side.is_first, side.has_gap = side.frame ~= cursor.frame, false
@@ -345,13 +345,13 @@ local function new_cursor(stream, side, tvb, pinfo, record)
         frame = pinfo.number,
         time = pinfo.rel_ts,
         can_ask = pinfo.can_desegment > 0,
-        is_reassembled = tvb:offset() == 0, -- at the beginning of what it is a part of
+        is_reassembled = tvb:offset() == 0, -- starts its reassembled data
         record = record,
     }
 end
 
--- Whether the bytes are there. If not, `missing` tells how many the stretch is too short, 0 when
--- only the capture lacks them.
+-- Whether the bytes are there. If not, `missing` is how many the stretch lacks, 0 if only the capture
+-- lacks them.
 local function has(cursor, offset, count)
     local ends = offset + count
     cursor.missing = math.max(ends - cursor.total, 0)
@@ -372,7 +372,7 @@ end
 
 -- Loss of place -----------------------------------------------------------------------------------
 
--- What the plugin leaves unread when it leaves all from `at` on; nothing if that is not known.
+-- What stays unread if the plugin stops at `at`; nil if that is unknown.
 local function unread_from(cursor, at)
     local size = cursor.total - at
     if cursor.captured < cursor.total or size > MOST_UNREAD then
@@ -381,7 +381,7 @@ local function unread_from(cursor, at)
     return size > 0 and cursor.tvb:raw(at, size) or ""
 end
 
--- From here on the plugin looks for an identification in what it has not read.
+-- From here on the plugin looks for an identification in the unread bytes.
 local function lose_place(stream, holder, frame, why, unread)
     note(holder, "lost_place", why .. ": the connection has lost its place")
     if not stream.lost then
@@ -412,12 +412,12 @@ local function entry_length(output)
     return (output.type == INT or output.type == FLOAT) and 12 or 4
 end
 
--- Without an aircraft a command's identifier comes twice.
+-- Without an aircraft a command has its identifier twice.
 local function extra_length(output, is_unloaded)
     return output.is_command and is_unloaded and 4 or 0
 end
 
--- An entry's name and value as text; nothing if it is not the output's entry, or not all there.
+-- An entry's name and value as text; nil if it is not the output's entry, or incomplete.
 local function entry_text(tvb, at, ends, output, is_unloaded)
     local extra = extra_length(output, is_unloaded)
     if at + entry_length(output) + extra > ends or u32(tvb, at) ~= output.id then
@@ -455,7 +455,7 @@ local function read_definitions(tvb, at, input_count, output_count)
     return definitions
 end
 
--- The log line of the plugin that reads records of which there are not enough.
+-- The plugin's log line when it runs out of records.
 local function definitions_shortage(available, input_count)
     local whole_inputs = math.floor(available / INPUT_SIZE)
     local left = available - INPUT_SIZE * whole_inputs
@@ -463,8 +463,8 @@ local function definitions_shortage(available, input_count)
     return in_floats and FLOAT_SHORTAGE or INT_SHORTAGE
 end
 
--- What the plugin makes of a message whose declared and real sizes are known, after the point at
--- which it takes it for complete. Returns whether it reads all of it.
+-- What the plugin does with a message whose declared and real sizes are known, once it takes the
+-- message for complete. Returns whether it reads all of it.
 local function judge_sizes(cursor, at, request, declared, real)
     if declared < real and cursor.total - at < real then
         return false
@@ -476,7 +476,7 @@ local function judge_sizes(cursor, at, request, declared, real)
     return true
 end
 
--- Whether a message can never arrive as a whole.
+-- Whether a message can never arrive whole.
 local function is_oversized(cursor, at, request, declared)
     if declared + 4 <= BUFFER_SIZE then
         return false
@@ -510,7 +510,7 @@ local function note_closing_outputs(request, outputs)
     end
 end
 
--- Each of these returns the message's length, or nothing when it is not there as a whole.
+-- Each of these returns the message's length, or nil if it is incomplete.
 local parse_message = {}
 
 parse_message[VERSION] = function()
@@ -565,7 +565,7 @@ local function items_text(cursor, at, count)
     end)
 end
 
--- What becomes of the message at the first item that the plugin cannot execute.
+-- What happens at the first item that the plugin cannot execute.
 local function judge_items(cursor, at, request, count)
     local definitions = cursor.stream.definitions
     for i = 0, count - 1 do
@@ -639,7 +639,7 @@ local function described(packet)
         string.format("%s %.0f", packet.is_command and "command" or "dataref", packet.id)
 end
 
--- The length that the plugin expects of a value, nothing if it accepts none.
+-- The length that the plugin expects of a value, nil if it accepts none.
 local function value_length(entry)
     if entry.type == 4 or entry.type == 5 then
         return multiply32(4, entry.size)
@@ -666,7 +666,7 @@ local function entries_of(stream, packet)
     return packet.is_command and stream.commands or stream.datarefs
 end
 
--- Registrations are taken for successful until the answer says otherwise.
+-- Registrations count as successful until the answer says otherwise.
 local function apply(stream, packet)
     local map = entries_of(stream, packet)
     if packet.id and packet.type <= 4 then
@@ -682,8 +682,8 @@ local function revert(stream, packet)
     end
 end
 
--- Each of these returns the packet's length, or nothing when it is not there as a whole, and fills
--- in what it finds. `at` is where the type stands.
+-- Each of these returns the packet's length, or nil if it is incomplete, and fills in what it finds.
+-- `at` is the position of the type.
 local parse_packet = {}
 
 parse_packet[1] = function(cursor, at, packet)
@@ -808,8 +808,7 @@ local function character(code)
     return code >= 32 and code < 127 and string.char(code) or string.format("\\x%02X", code)
 end
 
--- The line with which the plugin ends, if it does, with the arrived part of a packet when it
--- looks before the rest is there.
+-- The plugin's last log line if an incomplete packet ends it.
 local function fate_of_part(cursor, at)
     local arrived = cursor.total - at
     local kind = arrived >= 4 and has(cursor, at, 4) and u32(cursor.tvb, at) or 0
@@ -851,7 +850,7 @@ local function parse_one_packet(cursor, at)
     return packet.length and packet or nil
 end
 
--- A short command name needs something after it, and two words of zeros are the advice.
+-- A short command name needs bytes after it; the advice is two words of zeros.
 local function take_for_padding(packets, packet)
     local before = packets[#packets]
     local room = before and (before.room or before.type == 3 and before.length < 17 and 2) or 0
@@ -860,8 +859,8 @@ local function take_for_padding(packets, packet)
     end
 end
 
--- Packets from `at` to the end. Returns them, and where the first one begins that is not there as a
--- whole, if there is one.
+-- Packets from `at` to the end. Returns them, and where the first incomplete one begins, if there is
+-- one.
 local function parse_velmar(cursor, at)
     local packets = {}
     while at < cursor.total do
@@ -879,15 +878,15 @@ end
 
 -- Requests ----------------------------------------------------------------------------------------
 
--- Asks for the rest of what begins at `start`; it is parsed anew when that has arrived.
+-- Asks for the rest of what begins at `start`, which is parsed again when the rest has arrived.
 local function ask(cursor, start)
     cursor.record.more = cursor.missing
     cursor.record.more_at = start
     return cursor.total
 end
 
--- Where Wireshark may not put segments together, or the capture lacks bytes, a request is taken for
--- complete although it is not.
+-- If Wireshark may not reassemble segments, or the capture lacks bytes, an incomplete request is taken
+-- for complete.
 local function give_up(cursor, request)
     cursor.side.skip = cursor.missing
     request.is_incomplete = true
@@ -896,12 +895,12 @@ local function give_up(cursor, request)
     note(request, "capture", "the rest is not in the capture or not reassembled")
 end
 
--- Waits for the rest of a Tarnel message, or of a Velmar packet, that begins at `at` and is cut by
--- the end of the segment. `line` is the log's last if the plugin does not wait.
+-- Waits for the rest of a Tarnel message or Velmar packet that begins at `at` and is cut by the end of
+-- the segment. `line` is the last log line if the plugin does not wait.
 local function postpone(cursor, start, at, request, line)
     local missing = cursor.missing
     local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
-    -- What was put together may go on in the same segment.
+    -- Reassembled data may continue in the same segment.
     local part = cursor.is_reassembled and {} or add_rest(cursor, start, label)
     part.is_cut, part.fatal_line, part.cut_request = true, line, request
     cursor.stream.partial = {request = request, frame = cursor.frame, part = part,
@@ -958,7 +957,7 @@ local function add_request_part(cursor, start, ends, part)
     commit(cursor, part, request, part.packets)
 end
 
--- A packet of which the plugin has only a part.
+-- A packet that the plugin has only in part.
 local function leave_packet(cursor, at, request)
     local line = fate_of_part(cursor, at)
     if line then
@@ -1069,7 +1068,7 @@ local function parse_one_request(cursor, at)
                       {protocol = identification, packets = {}, frame = cursor.frame})
 end
 
--- What the plugin has not read as if it had come in one segment.
+-- The unread bytes of the plugin, as if they had come in one segment.
 local function buffer_tvb(unread)
     return ByteArray.new(unread, true):tvb("Not read before by the plugin")
 end
@@ -1078,7 +1077,7 @@ local function waiting_text(count)
     return plural(count, "byte") .. (count == 1 and " waits" or " wait")
 end
 
--- The plugin finds an identification at the beginning of what it has not read.
+-- The plugin finds an identification at the start of the unread bytes.
 local function find_place(cursor, unread, identification)
     local stream, record = cursor.stream, cursor.record
     record.unread, record.unread_tvb = unread, buffer_tvb(unread)
@@ -1094,8 +1093,8 @@ local function find_place(cursor, unread, identification)
     end
 end
 
--- After it has lost its place the plugin looks at four bytes each time that more arrive. A segment
--- is taken for what arrives at one time.
+-- After it has lost its place, the plugin looks at four bytes each time that more arrive. Each segment
+-- counts as one arrival.
 local function look(cursor, at, why)
     local stream = cursor.stream
     local unread = stream.unread .. cursor.tvb:raw(at, cursor.captured - at)
@@ -1119,8 +1118,8 @@ local function look(cursor, at, why)
     end
 end
 
--- The rest of a request whose beginning was answered. Of a rest in several segments it is not known
--- which of them came before the answer.
+-- The rest of a request whose beginning was answered. If it has several segments, it is unknown which
+-- of them came before the answer.
 local function parse_torn_rest(cursor, at, torn)
     local why = string.format("torn, frame %d answers the part that had arrived", torn.answer)
     if cursor.stream.unread and torn.missing <= (last(tcp_length) or 0) then
@@ -1171,8 +1170,8 @@ local function take_request(cursor, part)
     return request
 end
 
--- Whether an output stream of that length is one of these definitions, and if so, whether it is one
--- without an aircraft.
+-- Whether an output stream of this length fits these definitions, and if so, whether there is no
+-- aircraft.
 local function fits(definitions, length)
     if not definitions then
         return false
@@ -1252,7 +1251,7 @@ local function parse_tarnel_answer(cursor, part, request, at, length)
     end
 end
 
--- What a read or a failed registration has to do with: not what was registered without success.
+-- The target of a read or a failed registration; a failed one does not count as registered.
 local function valid_entry(entry)
     while entry and entry.has_failed do
         entry = entry.former
@@ -1310,7 +1309,7 @@ local function parse_failure(cursor, at, ends, reply)
     return reply
 end
 
--- The reply to a packet; nothing if this is not one.
+-- The reply to a packet; nil if this is not one.
 local function parse_reply(cursor, at, ends, packet)
     local reply = {packet = packet, offset = at, length = 12, info = packet.info .. ": ok"}
     if packet.type == 8 then
@@ -1417,8 +1416,8 @@ end
 
 -- Records -----------------------------------------------------------------------------------------
 
--- After a gap in the capture, what is known about the connection may be out of date. Of the
--- requests the last alone may still wait, unless the gap hides a later one.
+-- After a gap in the capture, what is known about the connection may be out of date. Only the last
+-- request may still wait, unless the gap hides a later one.
 local function forget(stream, is_from_client)
     stream.waiting = {not is_from_client and stream.waiting[#stream.waiting] or nil}
     stream.open, stream.partial = nil, nil
@@ -1459,8 +1458,8 @@ local function stream_of(pinfo)
     return streams[key]
 end
 
--- The same stretch may come again, for a second look at a frame. A frame ends at most one that was
--- put together from several.
+-- The same stretch may come again when a frame is shown again. At most one reassembled stretch ends in
+-- a frame.
 local function record_of(tvb, pinfo)
     local key = string.format("%d %d %d", pinfo.number, tvb:offset(), tvb:reported_len())
     local record = records[key]
@@ -1479,7 +1478,7 @@ local function show_notes(item, holder)
     end
 end
 
--- Adds a name, which can also be looked for as orvane.name.
+-- Adds a name, which filters also find as orvane.name.
 local function show_name(tree, name_field, range, name)
     tree:add(name_field, range, name)
     if name ~= "" then
@@ -1675,7 +1674,7 @@ local function show_array(tree, tvb, at, ends, output)
     end)
 end
 
--- An output's entry. Returns where it ends, or nothing if it is not there.
+-- An output's entry. Returns where it ends, or nil if it is missing.
 local function show_entry(tree, tvb, at, ends, output, is_unloaded)
     local text = entry_text(tvb, at, ends, output, is_unloaded)
     if not text then
@@ -1809,7 +1808,7 @@ local function show_answer(tree, tvb, part)
     show_links(tree, part)
 end
 
--- Known in a second pass only.
+-- Known only in a second pass.
 local function has_connection_ended()
     return (last(tcp_completeness) or 0) >= 16 -- a FIN, or a RST
 end
@@ -1864,7 +1863,7 @@ end
 local function show(record, tvb, pinfo, tree)
     local texts = {}
     if record.unread then
-        -- One that was made for an earlier look at the frame is gone.
+        -- Data from an earlier display of the frame is gone.
         tvb = record.unread_tvb or buffer_tvb(record.unread)
         record.unread_tvb = nil
     end
