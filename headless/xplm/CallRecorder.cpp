@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace headless {
 
@@ -23,6 +24,11 @@ void CallRecorder::Refuse(Refusal reason, const char* refusing, const char* deta
     for (const auto& observer : observers) {
         observer({reason, refusing, detail});
     }
+}
+
+void CallRecorder::keep(RecordedCall call) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    calls.push_back(std::move(call));
 }
 
 std::vector<RecordedCall> CallRecorder::CallsOf(const std::string& function) const {

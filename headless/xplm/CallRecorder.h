@@ -65,8 +65,7 @@ public:
     template <class... Arguments>
     void Record(const char* called, const void* handle, const Arguments&... arguments) {
         if (enabled) {
-            const std::lock_guard<std::mutex> lock(mutex);
-            calls.push_back({called, describe(arguments...), handle});
+            keep({called, describe(arguments...), handle});
         }
     }
 
@@ -93,6 +92,8 @@ public:
     const std::deque<RefusedCall>& RecentRefusals() const { return recentRefusals; }
 
 private:
+    void keep(RecordedCall call);
+
     template <class... Arguments>
     static std::string describe(const Arguments&... arguments) {
         std::ostringstream text;
