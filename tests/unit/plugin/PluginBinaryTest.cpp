@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <algorithm>
-#include <array>
 #include <set>
 #include <sstream>
 #include <string>
@@ -13,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "headless/xplm/Simulator.h"
+#include "orvane/headless/Simulator.h"
 #include "support/TemporaryDirectory.h"
 #include "support/Text.h"
 
@@ -161,23 +161,13 @@ TEST(PluginBinaryTest, LeavesTheProcessAfterItHasRun) {
     const TemporaryDirectory directory;
     directory.MakePluginsFolder();
     directory.Write("XPLANEORVANE_VERBOSE", "");
-    headless::Simulator simulator;
+    orvane::headless::Simulator simulator;
     for (int i = 0; i < 10; ++i) {
-        void* const plugin = dlopen(kPlugin.c_str(), RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(plugin, nullptr) << dlerror();
-        const auto start =
-            reinterpret_cast<int (*)(char*, char*, char*)>(dlsym(plugin, "XPluginStart"));
-        const auto stop = reinterpret_cast<void (*)()>(dlsym(plugin, "XPluginStop"));
-        ASSERT_NE(start, nullptr);
-        ASSERT_NE(stop, nullptr);
-        std::array<std::array<char, 256>, 3> texts{};
-        ASSERT_EQ(start(texts[0].data(), texts[1].data(), texts[2].data()), 1);
-        EXPECT_STREQ(texts[0].data(), "XPlaneTCPOrvaneLin v7.0.1");
-        simulator.RunFrame(0.02);
-        simulator.RunFrame(0.02);
-        stop();
-        simulator.DropRegistrations();
-        ASSERT_EQ(dlclose(plugin), 0);
+        orvane::headless::Plugin& plugin = simulator.load(kPlugin);
+        ASSERT_TRUE(isMapped());
+        EXPECT_EQ(plugin.name(), "XPlaneTCPOrvaneLin v7.0.1");
+        simulator.runFrames(2);
+        ASSERT_TRUE(simulator.unload(plugin));
         ASSERT_FALSE(isMapped()) << "after running it " << i + 1 << " times";
     }
 }
