@@ -9,7 +9,7 @@ void CallCounts::Add(const char* function, std::uint64_t count) {
     // Texts lie close together; the multiplication spreads their addresses.
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
     constexpr int kBits = std::bit_width(kSlots) - 1;
-    std::size_t slot = (std::bit_cast<std::uintptr_t>(function) * kSpread) >> (64 - kBits);
+    std::size_t slot = (reinterpret_cast<std::uintptr_t>(function) * kSpread) >> (64 - kBits);
     while (slots[slot].function != function) {
         if (slots[slot].function == nullptr) {
             slots[slot].function = function;
