@@ -57,6 +57,7 @@ std::string readFile(const std::string& path) {
 PluginFile::PluginFile(const std::string& pluginPath)
     : path(pluginPath), content(readFile(pluginPath)) {
     requireUsable();
+    requireWhole();
     readDynamicSections();
 }
 
@@ -73,6 +74,20 @@ void PluginFile::requireUsable() const {
     }
     if (header->e_type != ET_DYN) {
         throw PluginError(path + ": not a plugin: it is not a shared library");
+    }
+}
+
+void PluginFile::requireWhole() const {
+    const auto header = readAt<Elf64_Ehdr>(content, 0);
+    for (std::size_t i = 0; i < header->e_phnum; ++i) {
+        const auto segment = readAt<Elf64_Phdr>(content, header->e_phoff + i * sizeof(Elf64_Phdr));
+        const bool isLoaded = segment.has_value() && segment->p_type == PT_LOAD;
+        if (!segment.has_value() ||
+            (isLoaded && (segment->p_offset > content.size() ||
+                          segment->p_filesz > content.size() - segment->p_offset))) {
+            throw PluginError(path + ": the plugin's file is cut short, at " +
+                              std::to_string(content.size()) + " bytes");
+        }
     }
 }
 

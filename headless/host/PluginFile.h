@@ -30,6 +30,8 @@ public:
 
 private:
     void requireUsable() const;
+    // The system would end the process when it reads what is missing.
+    void requireWhole() const;
     void readDynamicSections();
     void readSymbols(std::string_view symbols, std::string_view strings, std::string_view versions);
     void readEntries(std::string_view entries, std::string_view strings);

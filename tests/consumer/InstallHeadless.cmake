@@ -70,7 +70,7 @@ endfunction()
 
 # The page's call prints what the page says, whatever the numbers are.
 function(measure folder)
-    extract_block(text "${CONSUMER_FOLDER}/measured")
+    extract_block(console "${CONSUMER_FOLDER}/measured")
     file(READ "${CONSUMER_FOLDER}/measured" expected)
     string(REGEX MATCH "^\\\$ headless-sim ([^\n]*)\n" call "${expected}")
     separate_arguments(arguments UNIX_COMMAND "${CMAKE_MATCH_1}")

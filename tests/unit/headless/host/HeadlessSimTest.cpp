@@ -1,5 +1,8 @@
+#include <elf.h>
+
 #include <algorithm>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -215,6 +218,37 @@ TEST_F(HeadlessSimTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {
     EXPECT_EQ(output, "");
     EXPECT_EQ(run(INCOMPLETE_PLUGIN), 1);
     EXPECT_THAT(errors, EndsWith(": not a plugin: it has no XPluginDisable\n"));
+}
+
+TEST_F(HeadlessSimTest, AFileThatIsNoPluginIsOneLineAndStatus1) {
+    std::string library(64, '\0');
+    library.replace(0, SELFMAG, ELFMAG);
+    library[EI_CLASS] = ELFCLASS64;
+    library[offsetof(Elf64_Ehdr, e_type)] = ET_DYN;
+    library[offsetof(Elf64_Ehdr, e_machine)] = EM_ARM;
+    folder.Write("other.xpl", library);
+    folder.Write("text.xpl", "not a library at all, just some text\n");
+    folder.Write("empty.xpl", "");
+    folder.Write("cut.xpl", ELFMAG);
+    std::ifstream whole(FAKE_PLUGIN, std::ios::binary);
+    std::string half(4000, '\0');
+    whole.read(half.data(), 4000);
+    folder.Write("half.xpl", half);
+    for (const auto& [file, error] :
+         {std::pair{"other.xpl",
+                    "the plugin is built for another kind of computer (64 bits, machine "
+                    "40); this one needs 64 bits, machine "},
+          {"text.xpl", "not a plugin for Linux: it is not a shared library (ELF)\n"},
+          {"empty.xpl", "not a plugin for Linux: it is not a shared library (ELF)\n"},
+          {"cut.xpl", "not a plugin for Linux: it is not a shared library (ELF)\n"},
+          {"half.xpl", "the plugin's file is cut short, at 4000 bytes\n"},
+          {HEADLESS_SIM, ""}}) {
+        EXPECT_EQ(run(FAKE_PLUGIN + std::string(" ") + file), 1) << file;
+        EXPECT_THAT(errors, StartsWith("headless-sim: ")) << file;
+        EXPECT_THAT(errors, HasSubstr(std::string(file) + ": " + error));
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
+        EXPECT_EQ(output, "");
+    }
 }
 
 TEST_F(HeadlessSimTest, OneOfSeveralThatCannotBeLoadedIsOneLineAndStatus1) {

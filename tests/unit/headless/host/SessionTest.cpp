@@ -6,6 +6,7 @@
 #include "headless/host/Session.h"
 #include "headless/world/TextLines.h"
 
+using headless::Command;
 using headless::PluginError;
 using headless::Session;
 using headless::SessionOptions;
@@ -122,6 +123,37 @@ TEST_F(SessionTest, ADisabledPluginsFlightLoopWaits) {
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 0) << "it is disabled";
     session.Plugin().Enable();
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 1);
+}
+
+TEST_F(SessionTest, ADisabledPluginHearsOfNothingUntilItIsEnabled) {
+    Session session(options());
+    session.StartPlugins();
+    session.Plugin().Disable();
+    const std::string before = folder.Read("Log.txt");
+    session.LoadAircraft("Another");
+    Command& command = *session.Simulator().Commands().Lookup("fake/command");
+    session.Simulator().Commands().Once(&command);
+    EXPECT_EQ(command.passedOn[xplm_CommandBegin], 1U) << "its handler swallows it";
+    EXPECT_EQ(folder.Read("Log.txt"), before);
+    session.Plugin().Enable();
+    session.Simulator().Commands().Once(&command);
+    EXPECT_EQ(command.passedOn[xplm_CommandBegin], 1U);
+    EXPECT_EQ(folder.Read("Log.txt"), before + "enable\ncommand phase 0\ncommand phase 2\n");
+}
+
+TEST_F(SessionTest, AReloadLeavesNoMenuItemsBehind) {
+    SessionOptions withMenu = options();
+    withMenu.plugins = {ASKING_PLUGIN};
+    Session session(withMenu);
+    session.StartPlugins();
+    session.ReloadPlugin();
+    XPLMReloadPlugins();
+    session.RunFrame();
+    const auto& items = session.Simulator().PluginsMenu().Items();
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items.front().text, "Asking");
+    session.UnloadPlugins();
+    EXPECT_TRUE(session.Simulator().PluginsMenu().Items().empty());
 }
 
 TEST_F(SessionTest, APluginThatCannotBeUnloadedCannotBeReloaded) {

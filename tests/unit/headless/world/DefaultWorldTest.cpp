@@ -41,6 +41,9 @@ TEST_F(DefaultWorldTest, EachVersionHasItsSizes) {
     EXPECT_EQ(sim.Version(), 10510);
     Simulator twelve;
     installDefaultWorld(twelve);
+    EXPECT_EQ(
+        twelve.Datarefs().GetFloatArray("sim/cockpit2/engine/actuators/throttle_ratio").size(),
+        16U);
     EXPECT_EQ(twelve.Datarefs().GetFloatArray("sim/joystick/joystick_axis_values").size(), 500U);
     EXPECT_EQ(twelve.Version(), 12140);
 }
