@@ -14,7 +14,7 @@ namespace {
 Simulator* reported = nullptr;
 pid_t simulatorThread = 0;
 // A plugin that used up its stack leaves none to report on.
-std::array<char, 64 * 1024> signalStack;
+std::array<char, 0x10000> signalStack;
 
 // How a network plugin says that another program has its port (98 is EADDRINUSE).
 constexpr std::string_view kPortTaken = "bind() : Unknown Socket Error Code 98";

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
-#include <ranges>
 #include <utility>
 
 namespace headless {
@@ -51,18 +50,18 @@ PluginHost& LoadedPlugins::Reload(const std::string& name) {
 }
 
 std::vector<std::string> LoadedPlugins::Unload() {
-    for (const Entry& entry : entries | std::views::reverse) {
+    std::for_each(entries.rbegin(), entries.rend(), [](const Entry& entry) {
         if (entry.host != nullptr) {
             entry.host->Disable();
         }
-    }
+    });
     std::vector<std::string> staying;
-    for (Entry& entry : entries | std::views::reverse) {
+    std::for_each(entries.rbegin(), entries.rend(), [&](Entry& entry) {
         if (entry.host != nullptr && !entry.host->Unload()) {
             staying.push_back(entry.place.file);
         }
         entry.host.reset();
-    }
+    });
     return staying;
 }
 

@@ -17,10 +17,8 @@ namespace {
 constexpr double kLongestStep = 0.05;
 
 std::vector<PluginPlace> placesOf(const std::vector<std::string>& paths) {
-    std::vector<PluginPlace> places;
-    for (const std::string& path : paths) {
-        places.push_back(findPlugin(path));
-    }
+    std::vector<PluginPlace> places(paths.size());
+    std::transform(paths.begin(), paths.end(), places.begin(), &findPlugin);
     return places;
 }
 

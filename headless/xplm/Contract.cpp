@@ -7,9 +7,10 @@ namespace {
 enum class Verdict { Ordinary, Note, Breach };
 
 // Nothing comes of a null dataref there.
-bool takesNull(const std::string& function) {
-    return function.starts_with("XPLMGetData") || function.starts_with("XPLMSetData") ||
-           function == "XPLMUnregisterDataAccessor";
+bool takesNull(const RefusedCall& refused) {
+    return refused.detail == "dataref" && (refused.function.starts_with("XPLMGetData") ||
+                                           refused.function.starts_with("XPLMSetData") ||
+                                           refused.function == "XPLMUnregisterDataAccessor");
 }
 
 Verdict verdictOn(const RefusedCall& refused) {
@@ -18,7 +19,7 @@ Verdict verdictOn(const RefusedCall& refused) {
     case Refusal::Ordered:
         return Verdict::Ordinary;
     case Refusal::NullHandle:
-        return takesNull(refused.function) ? Verdict::Note : Verdict::Breach;
+        return takesNull(refused) ? Verdict::Note : Verdict::Breach;
     case Refusal::NullText:
     case Refusal::UnknownHandle:
     case Refusal::StaleHandle:

@@ -12,4 +12,14 @@ inline Simulator& here(const char* function = __builtin_FUNCTION()) {
     return simulator;
 }
 
+// False, and the refusal of the function that was entered recorded, for a null where the SDK needs
+// something.
+template <class Pointer>
+bool isGiven(Pointer argument, const char* name) {
+    if (argument == nullptr) {
+        Simulator::Current().Recorder().Refuse(Refusal::NullHandle, name);
+    }
+    return argument != nullptr;
+}
+
 } // namespace headless

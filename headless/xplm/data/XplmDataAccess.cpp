@@ -90,14 +90,15 @@ int XPLMCountDataRefs(void) {
 
 void XPLMGetDataRefsByIndex(int offset, int count, XPLMDataRef* outDataRefs) {
     const headless::DatarefTable& datarefs = here().Datarefs();
-    for (int i = 0; i < count && outDataRefs != nullptr; ++i) {
+    const bool hasRoom = count <= 0 || headless::isGiven(outDataRefs, "datarefs");
+    for (int i = 0; i < count && hasRoom; ++i) {
         outDataRefs[i] = datarefs.Nth(offset + i);
     }
 }
 
 void XPLMGetDataRefInfo(XPLMDataRef inDataRef, XPLMDataRefInfo_t* outInfo) {
     const headless::Dataref* const dataref = here().Datarefs().Peek(inDataRef);
-    if (outInfo == nullptr) {
+    if (!headless::isGiven(outInfo, "information")) {
         return;
     }
     // What the caller's structure has no room for is left out.

@@ -79,7 +79,7 @@ void XPLMGetScreenBoundsGlobal(int* outLeft, int* outTop, int* outRight, int* ou
 void XPLMGetAllMonitorBoundsGlobal(XPLMReceiveMonitorBoundsGlobal_f inMonitorBoundsCallback,
                                    void* inRefcon) {
     here();
-    if (inMonitorBoundsCallback != nullptr) {
+    if (headless::isGiven(inMonitorBoundsCallback, "callback")) {
         inMonitorBoundsCallback(0, kScreen.left, kScreen.top, kScreen.right, kScreen.bottom,
                                 inRefcon);
     }
@@ -88,7 +88,7 @@ void XPLMGetAllMonitorBoundsGlobal(XPLMReceiveMonitorBoundsGlobal_f inMonitorBou
 void XPLMGetAllMonitorBoundsOS(XPLMReceiveMonitorBoundsOS_f inMonitorBoundsCallback,
                                void* inRefcon) {
     here();
-    if (inMonitorBoundsCallback != nullptr) {
+    if (headless::isGiven(inMonitorBoundsCallback, "callback")) {
         inMonitorBoundsCallback(0, kScreen.left, kScreen.top, kScreen.right, kScreen.bottom,
                                 inRefcon);
     }
@@ -184,7 +184,7 @@ void XPLMSetWindowPositioningMode(XPLMWindowID inWindowID,
 
 void XPLMSetWindowTitle(XPLMWindowID inWindowID, const char* inWindowTitle) {
     Window* const window = here().Windows().Resolve(inWindowID);
-    if (window != nullptr && inWindowTitle != nullptr) {
+    if (headless::isGiven(inWindowTitle, "title") && window != nullptr) {
         window->title = inWindowTitle;
     }
 }

@@ -43,7 +43,7 @@ void XPLMDestroyInstance(XPLMInstanceRef instance) {
 void XPLMInstanceSetPosition(XPLMInstanceRef instance, const XPLMDrawInfo_t* new_position,
                              const float* data) {
     SceneryInstance* const found = here().Instances().Resolve(instance);
-    if (new_position != nullptr) {
+    if (headless::isGiven(new_position, "position")) {
         const XPLMDrawInfo_t given = headless::takeStructure(*new_position);
         const XPLMDrawInfoDouble_t position{
             sizeof(XPLMDrawInfoDouble_t),     static_cast<double>(given.x),
@@ -57,7 +57,7 @@ void XPLMInstanceSetPosition(XPLMInstanceRef instance, const XPLMDrawInfo_t* new
 void XPLMInstanceSetPositionDouble(XPLMInstanceRef instance,
                                    const XPLMDrawInfoDouble_t* new_position, const float* data) {
     SceneryInstance* const found = here().Instances().Resolve(instance);
-    if (new_position != nullptr) {
+    if (headless::isGiven(new_position, "position")) {
         place(found, headless::takeStructure(*new_position), data);
     }
 }

@@ -45,7 +45,10 @@ void XPLMAppendMenuSeparator(XPLMMenuID inMenu) {
 
 void XPLMSetMenuItemName(XPLMMenuID inMenu, int inIndex, const char* inItemName,
                          int /*inDeprecatedAndIgnored*/) {
-    here().Menus().SetName(inMenu, inIndex, inItemName);
+    headless::MenuTable& menus = here().Menus();
+    if (headless::isGiven(inItemName, "item name")) {
+        menus.SetName(inMenu, inIndex, inItemName);
+    }
 }
 
 void XPLMCheckMenuItem(XPLMMenuID inMenu, int index, XPLMMenuCheck inCheck) {

@@ -23,10 +23,8 @@ void Features::Enable(const char* feature, bool enable) {
 }
 
 void Features::Enumerate(XPLMFeatureEnumerator_f enumerator, void* reference) {
-    if (enumerator != nullptr) {
-        for (const char* name : kNames) {
-            enumerator(name, reference);
-        }
+    for (const char* name : kNames) {
+        enumerator(name, reference);
     }
 }
 

@@ -75,5 +75,7 @@ void XPLMEnableFeature(const char* inFeature, int inEnable) {
 
 void XPLMEnumerateFeatures(XPLMFeatureEnumerator_f inEnumerator, void* inRef) {
     here();
-    headless::Features::Enumerate(inEnumerator, inRef);
+    if (headless::isGiven(inEnumerator, "enumerator")) {
+        headless::Features::Enumerate(inEnumerator, inRef);
+    }
 }

@@ -16,7 +16,9 @@ void XPLMDestroyProbe(XPLMProbeRef inProbe) {
 
 XPLMProbeResult XPLMProbeTerrainXYZ(XPLMProbeRef inProbe, float inX, float /*inY*/, float inZ,
                                     XPLMProbeInfo_t* outInfo) {
-    return here().Terrain().Probe(inProbe, inX, inZ, outInfo);
+    headless::Terrain& terrain = here().Terrain();
+    headless::isGiven(outInfo, "information");
+    return terrain.Probe(inProbe, inX, inZ, outInfo);
 }
 
 float XPLMGetMagneticVariation(double /*latitude*/, double /*longitude*/) {
@@ -35,11 +37,15 @@ float XPLMDegMagneticToDegTrue(float headingDegreesMagnetic) {
 }
 
 XPLMObjectRef XPLMLoadObject(const char* inPath) {
-    return here().Objects().Load(inPath);
+    headless::Objects& objects = here().Objects();
+    return headless::isGiven(inPath, "path") ? objects.Load(inPath) : nullptr;
 }
 
 void XPLMLoadObjectAsync(const char* inPath, XPLMObjectLoaded_f inCallback, void* inRefcon) {
-    here().Objects().LoadLater(inPath, inCallback, inRefcon);
+    headless::Objects& objects = here().Objects();
+    if (headless::isGiven(inPath, "path") && headless::isGiven(inCallback, "callback")) {
+        objects.LoadLater(inPath, inCallback, inRefcon);
+    }
 }
 
 void XPLMDrawObjects(XPLMObjectRef inObject, int /*inCount*/, XPLMDrawInfo_t* /*inLocations*/,

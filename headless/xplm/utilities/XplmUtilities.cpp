@@ -30,11 +30,17 @@ constexpr std::size_t kPathSize = 512;
 } // namespace
 
 void XPLMGetSystemPath(char* outSystemPath) {
-    headless::giveText(outSystemPath, kPathSize, here().Folder().Path());
+    const SystemFolder& folder = here().Folder();
+    if (headless::isGiven(outSystemPath, "path")) {
+        headless::giveText(outSystemPath, kPathSize, folder.Path());
+    }
 }
 
 void XPLMGetPrefsPath(char* outPrefsPath) {
-    headless::giveText(outPrefsPath, kPathSize, here().Folder().PreferencesFile());
+    const SystemFolder& folder = here().Folder();
+    if (headless::isGiven(outPrefsPath, "path")) {
+        headless::giveText(outPrefsPath, kPathSize, folder.PreferencesFile());
+    }
 }
 
 const char* XPLMGetDirectorySeparator(void) {
@@ -44,7 +50,7 @@ const char* XPLMGetDirectorySeparator(void) {
 
 char* XPLMExtractFileAndPath(char* inFullPath) {
     here();
-    if (inFullPath == nullptr) {
+    if (!headless::isGiven(inFullPath, "path")) {
         return nullptr;
     }
     char* const separator = std::strrchr(inFullPath, '/');
@@ -60,8 +66,9 @@ int XPLMGetDirectoryContents(const char* inDirectoryPath, int inFirstReturn, cha
                              int* outTotalFiles, int* outReturnedFiles) {
     const SystemFolder& folder = here().Folder();
     const std::vector<std::string> names =
-        inDirectoryPath == nullptr ? std::vector<std::string>{}
-                                   : SystemFolder::NamesIn(folder.Absolute(inDirectoryPath));
+        headless::isGiven(inDirectoryPath, "path")
+            ? SystemFolder::NamesIn(folder.Absolute(inDirectoryPath))
+            : std::vector<std::string>{};
     const int total = static_cast<int>(names.size());
     int returned = 0;
     int used = 0;
@@ -119,7 +126,8 @@ XPLMLanguageCode XPLMGetLanguage(void) {
 void* XPLMFindSymbol(const char* inString) {
     here();
     // Only functions of the SDK, though the process has others.
-    const bool known = inString != nullptr && headless::findSdkFunction(inString) != nullptr;
+    const bool known =
+        headless::isGiven(inString, "name") && headless::findSdkFunction(inString) != nullptr;
     return known ? ::dlsym(RTLD_DEFAULT, inString) : nullptr;
 }
 
@@ -132,7 +140,10 @@ void XPLMDebugString(const char* inString) {
 }
 
 void XPLMSpeakString(const char* inString) {
-    here().Speak(inString);
+    Simulator& simulator = here();
+    if (headless::isGiven(inString, "text")) {
+        simulator.Speak(inString);
+    }
 }
 
 const char* XPLMGetVirtualKeyDescription(char inVirtualKey) {

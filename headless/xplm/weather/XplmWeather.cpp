@@ -16,7 +16,7 @@ void XPLMGetMETARForAirport(const char* /*airport_id*/, XPLMFixedString150_t* ou
 int XPLMGetWeatherAtLocation(double latitude, double longitude, double altitude_m,
                              XPLMWeatherInfo_t* out_info) {
     const XPLMWeatherInfo_t* const set = here().Weather().At(latitude, longitude);
-    if (out_info != nullptr) {
+    if (headless::isGiven(out_info, "information")) {
         headless::giveStructure(out_info, set != nullptr ? *set : Weather::Standard(altitude_m));
     }
     return set != nullptr ? 1 : 0;
@@ -33,7 +33,7 @@ void XPLMEndWeatherUpdate(int isIncremental, int /*updateImmediately*/) {
 void XPLMSetWeatherAtLocation(double latitude, double longitude, double /*ground_altitude_msl*/,
                               XPLMWeatherInfo_t* in_info) {
     headless::Simulator& simulator = here();
-    if (in_info != nullptr) {
+    if (headless::isGiven(in_info, "information")) {
         simulator.Weather().Set(latitude, longitude, headless::takeStructure(*in_info));
     }
 }
