@@ -190,7 +190,7 @@ TEST_F(HeadlessSimTest, APluginThatCrashesIsNamedWithItsCallbackAndThePlace) {
 
 TEST_F(HeadlessSimTest, ACrashIsReportedWhereverItHappens) {
     const std::string plugin = "headless-sim: " CRASHING_PLUGIN ": the plugin crashed in ";
-    ::setenv("HEADLESS_TEST_CRASH", "null", 1);
+    ::setenv("HEADLESS_TEST_CRASH", "read", 1);
     EXPECT_EQ(run(CRASHING_PLUGIN), 5);
     EXPECT_THAT(errors, StartsWith(plugin + "its flight loop (SIGSEGV)"));
     ::setenv("HEADLESS_TEST_CRASH", "start", 1);

@@ -1,6 +1,8 @@
 // A plugin that ends badly in its first flight loop, as HEADLESS_TEST_CRASH tells it to; in its
 // start when that says "start".
 
+#include <sys/mman.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -19,9 +21,9 @@ std::string wanted() {
     return text == nullptr ? "" : text;
 }
 
-void readNull() {
-    const volatile int* volatile nowhere = nullptr;
-    [[maybe_unused]] const int value = *nowhere;
+void readForbidden() {
+    const void* const page = ::mmap(nullptr, 1, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    [[maybe_unused]] const int value = *static_cast<const volatile int*>(page);
 }
 
 // As good as endless.
@@ -33,14 +35,14 @@ int deeper(int depth) {
 float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void* /*refcon*/) {
     XPLMDebugString("the last line\n");
     const std::string how = wanted();
-    if (how == "null") {
-        readNull();
+    if (how == "read") {
+        readForbidden();
     } else if (how == "throw") {
         throw std::runtime_error("nobody catches this");
     } else if (how == "stack") {
         deeper(1'000'000'000);
     } else if (how == "thread") {
-        std::thread(&readNull).join();
+        std::thread(&readForbidden).join();
     } else {
         ::raise(std::stoi(how));
     }
@@ -54,7 +56,7 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     std::strcpy(outSignature, "headless.tests.crashing");
     std::strcpy(outDescription, "Ends the process.");
     if (wanted() == "start") {
-        readNull();
+        readForbidden();
     }
     XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
     return 1;
