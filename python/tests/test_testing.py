@@ -108,7 +108,7 @@ def test_says_what_it_refuses(simulator: Simulator) -> None:
 
 
 def test_says_how_it_ended(simulator: Simulator) -> None:
-    with pytest.raises(SimulatorError, match="^the simulator has ended with status -6 and said: "):
+    with pytest.raises(SimulatorError, match="^the simulator has ended with status 5 and said: "):
         with socket.create_connection(("127.0.0.1", 48000)) as client:
             # A packet that ends the process.
             client.sendall(bytes.fromhex("55667788 05000000"))
