@@ -119,6 +119,8 @@ bool PluginHost::Unload() {
     leave();
     const bool wasMapped = library != nullptr;
     if (wasMapped) {
+        // One that was stopped before has no id, but its destructors are its own.
+        enroll();
         withCallsRefused("destructors", [this] { ::dlclose(library); });
         library = nullptr;
     }

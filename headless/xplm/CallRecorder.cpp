@@ -13,16 +13,17 @@ void CallRecorder::Clear() {
 }
 
 void CallRecorder::Refuse(Refusal reason, const char* refusing, const char* detail) {
+    const RefusedCall refused{reason, refusing, detail};
     {
         const std::lock_guard<std::mutex> lock(mutex);
         ++counts.at(static_cast<std::size_t>(reason));
         if (recentRefusals.size() == kRecentRefusals) {
             recentRefusals.pop_front();
         }
-        recentRefusals.push_back({reason, refusing, detail});
+        recentRefusals.push_back(refused);
     }
     for (const auto& observer : observers) {
-        observer({reason, refusing, detail});
+        observer(refused);
     }
 }
 

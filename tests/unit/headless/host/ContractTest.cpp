@@ -46,6 +46,8 @@ TEST_F(ContractTest, ACarefulPluginIsNotSpokenOf) {
 TEST_F(ContractTest, CallsBeforeTheStartAndAfterTheStop) {
     expectBreach("constructor", "XPLMGetCycleNumber: constructors: at the wrong moment");
     expectBreach("destructor", "XPLMGetCycleNumber: destructors: at the wrong moment");
+    EXPECT_EQ(run(CARELESS_PLUGIN " --console --paused --strict", "stop\n"), 4);
+    EXPECT_THAT(errors, HasSubstr("destructors: at the wrong moment\n"));
 }
 
 TEST_F(ContractTest, CallsThatTheCallbackMayNotMake) {
