@@ -238,7 +238,8 @@ void PluginHost::withCallsRefused(const char* callback, const std::function<void
     const auto former = simulator.Threads().SetWatch([this, callback](const char* function) {
         simulator.Recorder().Refuse(Refusal::WrongMoment, function, callback);
     });
-    action();
+    // An exception that leaves a constructor is a crash of the plugin's.
+    [&]() noexcept { action(); }();
     simulator.Threads().SetWatch(former);
 }
 

@@ -85,6 +85,7 @@ void Session::RunFrame(double seconds) {
 
 void Session::freeze(double seconds) {
     using Clock = std::chrono::steady_clock;
+    simulator.Notices().Once("no frames for a while, as --freeze asks");
     const auto end = Clock::now() + std::chrono::duration<double>(seconds);
     while (Clock::now() < end && !StopSignal::Received()) {
         // Signals wake it.

@@ -210,6 +210,10 @@ TEST_F(HeadlessSimTest, AnExceptionThatLeavesAPluginIsACrash) {
     EXPECT_THAT(errors, HasSubstr("nobody catches this\n"));
     EXPECT_THAT(errors, HasSubstr("headless-sim: " CRASHING_PLUGIN
                                   ": the plugin crashed in its flight loop (SIGABRT)"));
+    ::setenv("HEADLESS_TEST_CRASH", "constructor", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_THAT(errors, HasSubstr("headless-sim: " CRASHING_PLUGIN
+                                  ": the plugin crashed in its constructors (SIGABRT)"));
 }
 
 TEST_F(HeadlessSimTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {

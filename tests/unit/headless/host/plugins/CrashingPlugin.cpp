@@ -1,5 +1,5 @@
 // A plugin that ends badly in its first flight loop, as HEADLESS_TEST_CRASH tells it to; in its
-// start when that says "start".
+// start or before it when that says "start" or "constructor".
 
 #include <sys/mman.h>
 
@@ -31,6 +31,16 @@ int deeper(int depth) {
     const volatile int page[1024] = {depth};
     return depth == 0 ? 0 : deeper(depth - 1) + page[0];
 }
+
+struct Early {
+    Early() {
+        if (wanted() == "constructor") {
+            throw std::runtime_error("thrown early");
+        }
+    }
+};
+
+const Early early;
 
 float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void* /*refcon*/) {
     XPLMDebugString("the last line\n");
