@@ -38,7 +38,8 @@ std::string nameOf(const fs::path& file) {
 // None when the folder has no plugin for this system.
 std::optional<PluginPlace> findInFolder(const fs::path& folder) {
     const std::string name = fs::canonical(folder).filename().string();
-    for (const fs::path& file : {fs::path("64") / "lin.xpl", fs::path("lin_x64") / (name + kSuffix),
+    // The newest layout first, since a folder may have several for the sake of older simulators.
+    for (const fs::path& file : {fs::path("lin_x64") / (name + kSuffix), fs::path("64") / "lin.xpl",
                                  fs::path("lin.xpl"), fs::path(name + kSuffix)}) {
         if (isFile(folder / file)) {
             return PluginPlace{name, (folder / file).string()};

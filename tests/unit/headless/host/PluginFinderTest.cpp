@@ -42,8 +42,8 @@ TEST_F(PluginFinderTest, ALibraryIsCalledAfterItsPluginsFolderOrItself) {
     }
 }
 
-TEST_F(PluginFinderTest, FindsTheLibraryInEachOfTheSimulatorsLayouts) {
-    for (const char* file : {"My.xpl", "lin.xpl", "lin_x64/My.xpl", "64/lin.xpl"}) {
+TEST_F(PluginFinderTest, FindsTheLibraryInEachOfTheSimulatorsLayoutsAndPrefersTheNewest) {
+    for (const char* file : {"My.xpl", "lin.xpl", "64/lin.xpl", "lin_x64/My.xpl"}) {
         make(std::string("My/") + file);
         const PluginPlace place = findPlugin(folder.Path("My"));
         EXPECT_EQ(place.name, "My");
