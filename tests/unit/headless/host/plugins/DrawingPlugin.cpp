@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "QuietEntryPoints.h"
 #include "XPLMDefs.h"
 #include "XPLMGraphics.h"
 #include "XPLMUtilities.h"
@@ -35,10 +36,3 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     XPLMGetTexture(0);
     return 1;
 }
-
-PLUGIN_API void XPluginStop(void) {}
-PLUGIN_API int XPluginEnable(void) {
-    return 1;
-}
-PLUGIN_API void XPluginDisable(void) {}
-PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}

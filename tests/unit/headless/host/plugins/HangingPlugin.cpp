@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "QuietEntryPoints.h"
 #include "XPLMDefs.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
@@ -25,10 +26,3 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
     return 1;
 }
-
-PLUGIN_API void XPluginStop(void) {}
-PLUGIN_API int XPluginEnable(void) {
-    return 1;
-}
-PLUGIN_API void XPluginDisable(void) {}
-PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}

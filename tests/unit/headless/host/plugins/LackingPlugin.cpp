@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "QuietEntryPoints.h"
 #include "XPLMDefs.h"
 
 extern "C" void XPLMNoSuchOne();
@@ -24,10 +25,3 @@ PLUGIN_API int XPluginStart(char* /*name*/, char* /*signature*/, char* /*descrip
     nobodyHasThis();
     return 1;
 }
-
-PLUGIN_API void XPluginStop(void) {}
-PLUGIN_API int XPluginEnable(void) {
-    return 1;
-}
-PLUGIN_API void XPluginDisable(void) {}
-PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}

@@ -1,5 +1,6 @@
 // A plugin that registers a flight loop and then does not want to start.
 
+#include "QuietEntryPoints.h"
 #include "XPLMDefs.h"
 #include "XPLMProcessing.h"
 
@@ -15,10 +16,3 @@ PLUGIN_API int XPluginStart(char* /*outName*/, char* /*outSignature*/, char* /*o
     XPLMRegisterFlightLoopCallback(&onFlightLoop, -1.0F, nullptr);
     return 0;
 }
-
-PLUGIN_API void XPluginStop(void) {}
-PLUGIN_API int XPluginEnable(void) {
-    return 1;
-}
-PLUGIN_API void XPluginDisable(void) {}
-PLUGIN_API void XPluginReceiveMessage(XPLMPluginID /*from*/, int /*message*/, void* /*param*/) {}
