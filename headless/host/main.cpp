@@ -157,6 +157,7 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
         loop.EndWhen([&] { return recordings.IsReplayOver(); });
     }
     const int status = script.has_value() ? script->Fly(loop) : loop.Run();
+    recordings.Finish();
     if (stats.has_value()) {
         stats->Report();
     }

@@ -41,7 +41,9 @@ std::string homeFile(const char* name) {
 // A name that may go on is not followed by a blank.
 void endWordUnlessItGoesOn(const std::vector<std::string>& completions) {
     const bool goesOn = completions.size() == 1 && completions.front().ends_with('/');
-    rl_completion_append_character = goesOn ? '\0' : ' ';
+    constexpr int kNothing = 0;
+    constexpr int kBlank = 32;
+    rl_completion_append_character = goesOn ? kNothing : kBlank;
 }
 
 // What the library asks for, one after the other.

@@ -133,7 +133,7 @@ private:
         if (!hasTimes) {
             return static_cast<double>(track.rows.size()) * rowSeconds;
         }
-        const double seconds = numberIn(fields.front());
+        const double seconds = finiteNumberIn(fields.front());
         if (!track.rows.empty() && seconds < track.rows.back().seconds) {
             throw std::invalid_argument("the row is earlier than the one before");
         }

@@ -22,9 +22,9 @@ TimeOfDay timeOfDayIn(const std::string& text) {
     }
     const std::size_t second = text.find(':', first + 1);
     const bool hasSeconds = second != std::string::npos;
-    const double hours = numberIn(text.substr(0, first));
-    const double minutes = numberIn(text.substr(first + 1, second - first - 1));
-    const double seconds = hasSeconds ? numberIn(text.substr(second + 1)) : 0.0;
+    const double hours = finiteNumberIn(text.substr(0, first));
+    const double minutes = finiteNumberIn(text.substr(first + 1, second - first - 1));
+    const double seconds = hasSeconds ? finiteNumberIn(text.substr(second + 1)) : 0.0;
     const bool isTime =
         hours >= 0 && hours <= 24 && minutes >= 0 && minutes < 60 && seconds >= 0 && seconds <= 60;
     if (!isTime) {

@@ -140,13 +140,13 @@ private:
         if (fields.empty()) {
             throw std::invalid_argument("DREF has no dataref");
         }
-        track.columns.back().factor = fields.size() > 1 ? numberIn(fields[1]) : 1.0;
+        track.columns.back().factor = fields.size() > 1 ? finiteNumberIn(fields[1]) : 1.0;
         track.columns.back().name = fields[0];
     }
 
     void readRemark(const std::string& keyword, std::string_view rest) {
         const std::vector<std::string> fields = fieldsOf(rest);
-        const double seconds = fields.empty() ? 0.0 : numberIn(fields[0]);
+        const double seconds = fields.empty() ? 0.0 : finiteNumberIn(fields[0]);
         track.remarks.push_back({seconds, keyword + ", " + std::string(rest)});
     }
 
@@ -159,7 +159,7 @@ private:
                 if (fields.size() <= weather.field) {
                     throw std::invalid_argument(keyword + " has too few numbers");
                 }
-                const double number = numberIn(fields[weather.field]);
+                const double number = finiteNumberIn(fields[weather.field]);
                 track.settings.push_back(
                     {weather.dataref, numberText(number * weather.factor + weather.offset)});
             }
@@ -188,7 +188,7 @@ private:
             const std::size_t field = i < kPose.size() ? i + 1 : i;
             const bool isTime = i == kPose.size();
             row.numbers.push_back(isTime ? time.seconds
-                                         : numberIn(fields[field]) * track.columns[i].factor);
+                                         : finiteNumberIn(fields[field]) * track.columns[i].factor);
         }
         track.rows.push_back(std::move(row));
         hasSeconds = hasSeconds || time.hasSeconds;

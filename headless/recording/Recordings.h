@@ -21,6 +21,9 @@ public:
     // std::exception, one line, when something cannot be recorded.
     void Begin(Session& session);
 
+    // No more frames come. Takes the progress off the terminal.
+    void Finish() { progress.reset(); }
+
     // There was a replay, and it is over.
     bool IsReplayOver() const { return replay.has_value() && replay->IsOver(); }
 

@@ -43,7 +43,7 @@ void Replay::findTargets() {
                 movesAircraft = movesAircraft || isState(column.name);
             }
         } catch (const std::invalid_argument& error) {
-            missing.emplace_back(error.what());
+            missing.push_back(error.what() + std::string("; it is left out"));
         }
         firstNumber += column.width;
     }

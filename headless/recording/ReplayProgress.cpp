@@ -22,6 +22,7 @@ ReplayProgress::ReplayProgress(const Replay& shownReplay)
 ReplayProgress::~ReplayProgress() {
     if (isShown && isTerminal) {
         std::fputs(kEraseLine, stderr);
+        std::fflush(stderr);
     }
 }
 

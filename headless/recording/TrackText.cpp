@@ -42,8 +42,16 @@ double numberIn(std::string_view text) {
     double number = 0.0;
     const char* const last = digits.data() + digits.size();
     const auto [stopped, error] = std::from_chars(digits.data(), last, number);
-    if (error != std::errc{} || stopped != last || !std::isfinite(number)) {
+    if (error != std::errc{} || stopped != last) {
         throw std::invalid_argument("\"" + std::string(text) + "\" is not a number");
+    }
+    return number;
+}
+
+double finiteNumberIn(std::string_view text) {
+    const double number = numberIn(text);
+    if (!std::isfinite(number)) {
+        throw std::invalid_argument("\"" + std::string(text) + "\" is not a finite number");
     }
     return number;
 }

@@ -13,8 +13,10 @@ namespace headless {
 // Throws TextFileError when the file cannot be read.
 std::string wholeFile(const std::string& path);
 
-// Throws std::invalid_argument for what is not a finite number.
+// Throws std::invalid_argument for what is not a number. "nan" and "inf" are.
 double numberIn(std::string_view text);
+// For these as well.
+double finiteNumberIn(std::string_view text);
 
 // Calls `parse` for every line that is not blank, whatever ends it: LF, CRLF or CR. What it throws
 // as std::invalid_argument becomes one of the track's warnings, and the line is left out; a

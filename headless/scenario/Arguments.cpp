@@ -44,7 +44,7 @@ bool Arguments::Take(std::string_view word) {
 }
 
 std::string Arguments::Word(const char* what) {
-    const std::string word(firstWord(text));
+    std::string word(firstWord(text));
     if (word.empty()) {
         throw std::invalid_argument(std::string(what) + " is missing");
     }
@@ -64,7 +64,7 @@ std::string Arguments::Until(const std::vector<std::string_view>& words, const c
     while (!left.empty() && std::count(words.begin(), words.end(), firstWord(left)) == 0) {
         left = trimmed(left.substr(firstWord(left).size()));
     }
-    const std::string taken(trimmed(text.substr(0, text.size() - left.size())));
+    std::string taken(trimmed(text.substr(0, text.size() - left.size())));
     if (taken.empty()) {
         throw std::invalid_argument(std::string(what) + " is missing");
     }

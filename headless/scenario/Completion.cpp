@@ -1,5 +1,6 @@
 #include "headless/scenario/Completion.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -19,10 +20,9 @@ std::vector<std::string> wordsIn(const std::string& text) {
 }
 
 std::vector<std::string> statementWords() {
-    std::vector<std::string> words;
-    for (const StatementKind& kind : statementKinds()) {
-        words.emplace_back(kind.word);
-    }
+    std::vector<std::string> words(statementKinds().size());
+    std::transform(statementKinds().begin(), statementKinds().end(), words.begin(),
+                   [](const StatementKind& kind) { return kind.word; });
     return words;
 }
 

@@ -109,7 +109,7 @@ TEST_F(HeadlessSimTest, ReplaysAndRecords) {
     EXPECT_EQ(run(FAKE_PLUGIN " --replay in.csv --speed 10 --hz 100 "
                               "--record out.csv fake/counter sim/cockpit2/controls/flap_ratio"),
               0);
-    EXPECT_EQ(errors, "headless-sim: warning: in.csv: no such dataref: my/none\n");
+    EXPECT_EQ(errors, "headless-sim: warning: in.csv: no such dataref: my/none; it is left out\n");
     EXPECT_THAT(folder.Read("out.csv"),
                 MatchesRegex("time,fake/counter:int,sim/cockpit2/controls/flap_ratio:float\n"
                              "0.000000,1,0.25\n(.*\n)*0.0[0-9]*,[0-9]+,0.5\n"));

@@ -1,3 +1,5 @@
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -54,17 +56,24 @@ TEST(CsvTrackTest, WithoutTimesARowIsAFrame) {
     EXPECT_THAT(track.rows[2].numbers, ElementsAre(5, 6));
 }
 
+TEST(CsvTrackTest, ReadsWhatIsNotFinite) {
+    const Track track = parse("sim/a,sim/b\nnan,-inf\n");
+    EXPECT_TRUE(std::isnan(track.rows[0].numbers[0]));
+    EXPECT_EQ(track.rows[0].numbers[1], -std::numeric_limits<double>::infinity());
+}
+
 TEST(CsvTrackTest, ALineThatCannotBeReadIsLeftOut) {
     const Track track = parse(
         "time,sim/a,sim/b\n0,1,\"2,3\"\n1,1\n2,x,\"2,3\"\n3,1,\"2,3\n4,1,2\n-1,1,\"2,3\"\n"
-        "5,1,\"2,3\"4\nnow,1,\"2,3\"\n");
+        "5,1,\"2,3\"4\nnow,1,\"2,3\"\nnan,1,\"2,3\"\n");
     EXPECT_EQ(track.rows.size(), 1U);
     EXPECT_THAT(track.warnings,
                 ElementsAre("a.csv:3: 2 fields, but 3 columns", "a.csv:4: \"x\" is not a number",
                             "a.csv:5: a quote is not closed",
                             "a.csv:6: sim/b: 1 numbers, but 2 in the first row",
                             "a.csv:7: the row is earlier than the one before",
-                            "a.csv:8: text follows a quote", "a.csv:9: \"now\" is not a number"));
+                            "a.csv:8: text follows a quote", "a.csv:9: \"now\" is not a number",
+                            "a.csv:10: \"nan\" is not a finite number"));
 }
 
 TEST(CsvTrackTest, AFileInWhichNothingCanBeReadIsRefused) {

@@ -150,7 +150,7 @@ TEST_F(ReplayTest, StandsStillWhileTheSimulatorIsPaused) {
 TEST_F(ReplayTest, LeavesOutDatarefsThatDoNotExist) {
     Replay replay(session, parseCsv("my/none,sim/cockpit2/controls/flap_ratio\n1,0.5\n", "", 1),
                   1.0);
-    EXPECT_THAT(replay.Missing(), ElementsAre("no such dataref: my/none"));
+    EXPECT_THAT(replay.Missing(), ElementsAre("no such dataref: my/none; it is left out"));
     session.AddListener(replay);
     say("frames 1");
     EXPECT_EQ(getFloat("sim/cockpit2/controls/flap_ratio"), 0.5F);
