@@ -19,7 +19,7 @@ Command& commandIn(Flight& flight, const std::string& name) {
 }
 
 Statement toCommand(Arguments& arguments, Deed deed) {
-    const std::string name = arguments.Word("the command");
+    const std::string name = arguments.Rest("the command");
     return acting(arguments, [name, deed](Flight& flight) {
         (flight.Session().Simulator().Commands().*deed)(&commandIn(flight, name));
     });
@@ -69,7 +69,7 @@ Statement readCommand(Arguments& arguments) {
 }
 
 Statement readEvents(Arguments& arguments) {
-    const std::string name = arguments.Word("the command");
+    const std::string name = arguments.Rest("the command");
     return telling(arguments, [name](Flight& flight) {
         const Command& counted = commandIn(flight, name);
         return name + describeCounts("", counted.passedOn) +

@@ -41,7 +41,8 @@ void expectFor(const Condition& condition, double seconds, Flight& flight) {
 } // namespace
 
 Statement readGet(Arguments& arguments) {
-    const std::string name = arguments.Word("the dataref");
+    // Names of plugins' datarefs may have blanks in them.
+    const std::string name = arguments.Rest("the dataref");
     return telling(arguments, [name](Flight& flight) {
         return name + " = " + placeIn(flight, name).Format();
     });

@@ -81,7 +81,7 @@ TEST(StatementTest, SaysWhatIsWrongWithAStatement) {
     EXPECT_EQ(errorOf("fly"), "unknown statement \"fly\"; see help");
     EXPECT_EQ(errorOf(""), "unknown statement \"\"; see help");
     EXPECT_EQ(errorOf("get"), "the dataref is missing");
-    EXPECT_EQ(errorOf("get sim/a sim/b"), "unexpected \"sim/b\"");
+    EXPECT_EQ(errorOf("get \"sim/a\" sim/b"), "unexpected \"sim/b\"");
     EXPECT_EQ(errorOf("expect sim/a"), "a comparison such as == is missing");
     EXPECT_EQ(errorOf("expect sim/a = 1"), "\"=\" is not one of == != < <= > >=");
     EXPECT_EQ(errorOf("expect sim/a =="), "the value is missing");

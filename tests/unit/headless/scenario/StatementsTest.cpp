@@ -63,6 +63,13 @@ TEST_F(StatementsTest, ComparesText) {
     EXPECT_EQ(say("expect sim/aircraft/view/acf_tailnum == \"\""), "ok");
 }
 
+TEST_F(StatementsTest, NamesMayHaveBlanksInThem) {
+    session.Simulator().Datarefs().Define({"odd/name of\ta dataref", xplmType_Int});
+    EXPECT_EQ(say("get odd/name of\ta dataref"), "odd/name of\ta dataref = 0");
+    session.Simulator().Commands().Define("odd/name of a command", "");
+    EXPECT_EQ(say("press odd/name of a command"), "ok");
+}
+
 TEST_F(StatementsTest, ADatarefThatDoesNotExistMeetsNoExpectation) {
     EXPECT_EQ(failureOf("expect sim/none == 1"),
               "expected sim/none == 1, got no such dataref: sim/none");
