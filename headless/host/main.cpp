@@ -38,6 +38,8 @@ constexpr const char* kFooter =
     "  headless-sim lin.xpl                         fly until Ctrl-C\n"
     "  headless-sim lin.xpl --duration 10 --hz 120  fly 10 seconds at 120 frames per second\n"
     "  headless-sim lin.xpl --console --paused      step frames by hand; type help\n"
+    "  headless-sim lin.xpl --script my.scenario    carry out what is written there\n"
+    "  headless-sim lin.xpl --replay flight.fdr     fly what was recorded\n"
     "  headless-sim plugins/one plugins/two         fly two plugins, given by their folders\n"
     "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
     "  headless-sim --check lin.xpl                 tell whether the plugin can be loaded";
