@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "headless/host/PluginFinder.h"
+#include "headless/scenario/Scenario.h"
 
 namespace headless {
 
@@ -30,6 +31,14 @@ void enterSystem(const std::string& folder, SessionOptions& options, bool ownLog
     }
     makeAbsolute(options.datarefsFile);
     makeAbsolute(options.commandsFile);
+    if (options.scriptFile != Scenario::kStandardInput) {
+        makeAbsolute(options.scriptFile);
+    }
+    makeAbsolute(options.junitFile);
+    makeAbsolute(options.replayFile);
+    if (!options.record.empty()) {
+        makeAbsolute(options.record.front());
+    }
     if (ownLog) {
         makeAbsolute(options.logFile);
     }

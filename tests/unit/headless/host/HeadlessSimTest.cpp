@@ -280,6 +280,15 @@ TEST_F(HeadlessSimTest, FliesThePluginsOfASystemFolderInIt) {
     EXPECT_EQ(folder.Read("Log.txt"), "");
     EXPECT_EQ(run("--system xp --log here.txt --duration 0"), 0);
     EXPECT_THAT(folder.Read("here.txt"), StartsWith("neighbour: start\n"));
+    folder.Write("a.scenario", "frames 2\nexpect sim/cockpit2/controls/flap_ratio == 0.5\n");
+    folder.Write("in.csv", "sim/cockpit2/controls/flap_ratio\n0.25\n0.5\n");
+    EXPECT_EQ(run("--system xp --paused --script a.scenario --junit report.xml --replay in.csv "
+                  "--record out.csv sim/cockpit2/controls/flap_ratio"),
+              0);
+    EXPECT_EQ(errors, "");
+    EXPECT_THAT(folder.Read("report.xml"), HasSubstr("failures=\"0\""));
+    EXPECT_THAT(folder.Read("out.csv"), EndsWith(",0.5\n"));
+    EXPECT_EQ(run("--system xp --script -", "quit 6"), 6);
     EXPECT_EQ(run("--check --system xp"), 0);
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 2);
 }
