@@ -7,7 +7,7 @@
 
 namespace {
 
-// Those of a connection.
+// As large as the buffers of a connection.
 constexpr int kBufferSize = 0x0FFFFFFF;
 
 // Five digits, so that names are equally long.
@@ -39,7 +39,7 @@ void setValue(headless::DatarefTable& datarefs, const std::string& name, XPLMDat
     }
 }
 
-// The calls that the simulator got, with their arguments.
+// The calls that `action` makes to the simulator, with their arguments.
 std::vector<std::string> callsOf(headless::CallRecorder& recorder,
                                  const std::function<void()>& action) {
     recorder.Clear();

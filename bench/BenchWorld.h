@@ -16,8 +16,8 @@
 #include "support/Bytes.h"
 #include "support/PluginWorld.h"
 
-// A simulator with an aircraft, and the plugin's real objects in it, but for the network: what a
-// client sends and gets passes through `in` and `out`.
+// A simulator with an aircraft, and the plugin's real objects in it except for the network:
+// requests and answers pass through `in` and `out`.
 //
 // Nothing is recorded while a benchmark runs, so that nothing grows.
 class BenchWorld final : public PluginWorld<LoggingService, Utilities> {
@@ -30,10 +30,10 @@ public:
                                             std::int64_t count, int elements = 0);
     std::vector<std::string> DefineCommands(std::int64_t count);
 
-    // Ends the program unless both do the same calls, of which the simulator refuses none.
+    // Ends the program unless both make the same calls and the simulator refuses none of them.
     void RequireSameCalls(const std::function<void()>& ours, const std::function<void()>& floor);
 
-    // What a connection does with a request and its answer around feeding the protocol.
+    // What a connection does before it feeds the protocol.
     void Receive(Bytes& request) {
         in.ResetBuffer();
         out.ResetBuffer();

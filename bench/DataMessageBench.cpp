@@ -1,5 +1,5 @@
-// Applying a data message: nanoseconds per item, against a bare loop of the same calls with values
-// that are there already. Nothing is reported, as there are no outputs.
+// Applying a data message: nanoseconds per item, against a bare loop of the same calls with
+// ready values. Nothing is reported, as there are no outputs.
 
 #include "XPLMDataAccess.h"
 #include "bench/CommandItems.h"
@@ -137,7 +137,7 @@ private:
     std::vector<Axis> axes;
 };
 
-// The elements of one array, an item for each.
+// One item for each element of one array.
 template <typename Element>
 class ArrayElementItems final : public SetterCase<Element> {
 public:

@@ -8,7 +8,7 @@
 #include "protocols/tarnel/TarnelProtocol.h"
 #include "support/TarnelMessages.h"
 
-// A client whose data messages have an item for each of its inputs, and that has no outputs.
+// A client without outputs. Its data messages have an item for each of its inputs.
 class DataMessageCase {
 protected:
     // Each record becomes an action of its own.
@@ -37,7 +37,7 @@ protected:
     BenchWorld world;
 
 private:
-    // Beyond the identifiers of actions that run their command twice.
+    // Above the identifiers of actions that run their command twice.
     static constexpr std::uint32_t kFirstAction = 10'000;
 
     TarnelProtocol protocol{&world.simState, &world.logger, &world.utilities, &world.provider,

@@ -1,5 +1,5 @@
-// A client's definitions, which come once and in one frame: the whole time, and beside it the part
-// that is the simulator's or the file system's.
+// A client's definitions, which are handled once and in one frame: the whole time, and beside it
+// the time of the simulator or the file system.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -32,7 +32,7 @@ private:
                             &world.observer};
 };
 
-// So many inputs and as many outputs. The floor is the simulator's look-ups by themselves.
+// The count is of inputs, and as many outputs. The floor is the simulator's look-ups alone.
 class InputsAndOutputs final : public DefinitionsCase {
 public:
     explicit InputsAndOutputs(std::int64_t count) {
@@ -51,7 +51,7 @@ public:
         request = definitionsMessage(inputs, outputs);
     }
 
-    // Without an aircraft the answer needs no call to the simulator, so that look-ups are all.
+    // Without an aircraft the answer needs no call to the simulator: only look-ups remain.
     void Check() {
         world.simState.SetPlaneLoaded(false);
         world.RequireSameCalls([&] { Ours(); }, [&] { Floor(); });
@@ -67,8 +67,8 @@ private:
     std::vector<std::string> names;
 };
 
-// Outputs that become datarefs of the plugin's own and are added to the configuration file. The
-// floor is that, done with the same writes.
+// Outputs that become the plugin's own datarefs and are added to the configuration file. The floor
+// makes the same writes to the file.
 class NewOwnOutputs final : public DefinitionsCase {
 public:
     explicit NewOwnOutputs(std::int64_t count) {

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Open in scripts/bench only, which keeps the other streams for itself.
+// Open only in scripts/bench, which redirects the other streams.
 constexpr int kProgressFile = 3;
 
 } // namespace

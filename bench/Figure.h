@@ -7,16 +7,16 @@
 
 #include <benchmark/benchmark.h>
 
-// Tells a terminal which benchmark runs; silent elsewhere. Outside of the time measured.
+// Shows on a terminal which benchmark runs; silent elsewhere. Not part of the measured time.
 void showProgress(const std::string& name);
 
 // Ends the program with a line on stderr: a benchmark whose two sides differ measures nothing.
 [[noreturn]] void failCheck(const std::string& what);
 
-// CPU time of this thread. Reading it costs some hundred nanoseconds.
+// CPU time of this thread. Reading it takes a few hundred nanoseconds.
 double threadSeconds();
 
-// Every program of benchmarks has one: it adds its figures.
+// Each benchmark program defines this one: it adds its figures.
 void addFigures();
 
 // `measure(state)` becomes the benchmark "NAME/COUNT".
@@ -35,7 +35,7 @@ auto* addBenchmark(const std::string& name, std::int64_t count, Measure measure)
 // `makeCase(count)` makes a new case for each of the two, and for each repetition. A case has
 //     void Check();   // ends the program unless both sides do the same
 //     void Ours();
-//     void Floor();   // the same work done barely
+//     void Floor();   // the same work with as little as possible
 template <typename MakeCase>
 void addFigure(const std::string& figure, const std::vector<std::int64_t>& counts,
                MakeCase makeCase) {
@@ -55,8 +55,9 @@ void addFigure(const std::string& figure, const std::vector<std::int64_t>& count
     addSide("/floor", [](auto& subject) { subject.Floor(); });
 }
 
-// The same for what can be done only once: every iteration has a case of its own, whose making and
-// end are not measured. Their number is fixed, since they take longer than what is measured.
+// The same for what can be done only once: every iteration has its own case; making and deleting it
+// are not measured. The number of iterations is fixed, since that takes longer than what is
+// measured.
 template <typename MakeCase>
 void addOnceFigure(const std::string& figure, const std::vector<std::int64_t>& counts,
                    MakeCase makeCase) {

@@ -90,7 +90,7 @@ private:
     std::vector<Output> outputs;
 };
 
-// One output that is an array of so many elements.
+// One output: an array whose number of elements is the count.
 template <typename Element>
 class ArrayOutput final : public OutputStreamCase {
 public:

@@ -21,7 +21,7 @@ public:
         std::memcpy(position, &value, sizeof(value));
         position += sizeof(value);
     }
-    // For someone else to fill.
+    // To be filled by the caller.
     template <typename Value>
     Value* Take(std::size_t count) {
         auto* const taken = reinterpret_cast<Value*>(position);

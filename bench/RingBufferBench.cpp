@@ -24,7 +24,7 @@ public:
     }
 
 protected:
-    // What stands in the buffer from the start on; reading does not take it away.
+    // The content of the buffer; reading does not remove it.
     Bytes content() {
         world.out.ResetBuffer();
         const unsigned char* const start = buffer.GetReadPosAddress();
@@ -37,7 +37,7 @@ protected:
     IRingBuffer& buffer;
 };
 
-// The compiler may not join the copies to one large one: callers too have one value at a time.
+// The compiler must not join the copies into a large one: callers have one value at a time, too.
 template <typename Value>
 void copyOneByOne(const Bytes& source, Bytes& target) {
     unsigned char* to = target.data();
@@ -89,7 +89,7 @@ public:
         requireSameBytes(ours, target);
     }
 
-    // Going back to the start costs once what it costs a parser that goes back.
+    // Going back to the start costs what it costs a parser that goes back.
     void Ours() {
         buffer.RestoreReadPos();
         for (std::size_t at = 0; at < target.size(); at += sizeof(Value)) {

@@ -19,7 +19,7 @@ constexpr std::uint32_t kSuccess = 1;
 constexpr std::size_t kHeadSize = 12;
 constexpr std::size_t kLengthSize = 4;
 
-// `count` datarefs of one type, each declared under its place in the list.
+// `count` datarefs of one type, each registered under its place in the list.
 class VelmarCase {
 public:
     void Ours() {
@@ -56,7 +56,7 @@ protected:
         requireSameBytes(drain(world.out), memory.Content());
     }
 
-    // As `check`, and what was written is the same, too.
+    // As `check`, and both wrote the same values.
     template <typename FloorCase>
     void checkWrite(FloorCase& floorCase) {
         Ours();

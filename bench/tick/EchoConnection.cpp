@@ -24,14 +24,14 @@ constexpr std::uint32_t kDefinitions = 0xDDEEFFC0;
 constexpr std::uint32_t kAircraftIdentifier = 0xFFFF;
 constexpr std::uint32_t kValueLength = 4;
 
-// Bytes from the start of a request, its identification included.
+// Offsets from the start of a request, which begins with its identification.
 constexpr std::size_t kSpecifier = 4;
 constexpr std::size_t kInputCount = 12;
 constexpr std::size_t kOutputCount = 20;
 constexpr std::size_t kFirstRecord = 24;
 constexpr std::size_t kFirstItem = 16;
 
-// Sizes of the records, and places in them.
+// Sizes of the records, and offsets in them.
 constexpr std::size_t kInputSize = 488;
 constexpr std::size_t kInputTarget = 280;
 constexpr std::size_t kOutputSize = 116;

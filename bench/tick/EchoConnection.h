@@ -9,12 +9,12 @@
 
 class SimStateInformation;
 
-// The floor's side of one client.
+// The floor's connection to one client.
 //
 // Makes the calls to the system and to the simulator that a connection of the plugin makes, in the
 // same order and with the same sizes, and puts each value straight into the frame that is sent.
-// It understands only what the benchmark's client says: whole messages, which define floats alone
-// and whose items come in the order of their definitions.
+// It understands only what the benchmark's client sends: whole messages that define only floats,
+// and items in the order of their definitions.
 class EchoConnection final {
 public:
     // Takes over the socket, which is connected and non-blocking.

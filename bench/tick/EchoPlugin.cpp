@@ -1,5 +1,5 @@
-// The floor of a tick: a plugin that answers the benchmark's client with the very bytes of the
-// plugin, by the same calls to the system and to the simulator and with nothing in between.
+// The floor of a tick: a plugin that gives the benchmark's client the same answers as ours, with
+// the same calls to the system and to the simulator and nothing in between.
 
 #include <cstdio>
 #include <exception>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr float kNextFlightLoop = -1.0F;
 
-// The simulator's size for each of the three texts of a start.
+// Size of the simulator's buffers for the three texts of XPluginStart.
 constexpr std::size_t kStartTextSize = 256;
 
 std::unique_ptr<EchoServer> server;

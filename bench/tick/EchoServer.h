@@ -6,8 +6,8 @@
 #include "bench/tick/EchoConnection.h"
 #include "common/SimStateInformation.h"
 
-// The floor's listening socket and its connections: what the plugin's server asks of the system,
-// and nothing else. Set-up failures throw std::system_error.
+// The floor's listening socket and its connections: the system calls of the
+// plugin's server, and nothing else. Set-up failures throw std::system_error.
 class EchoServer final {
 public:
     EchoServer();

@@ -37,7 +37,7 @@ Bytes definitions(int outputCount) {
     return tarnelRequest(definitionsMessage(inputs, outputs));
 }
 
-// Another one for every `number`: all axes move all the time.
+// Different for every `number`: all axes move all the time.
 Bytes data(std::size_t number) {
     std::vector<std::pair<std::uint32_t, std::int32_t>> items;
     for (std::uint32_t i = 0; i < kInputs; ++i) {

@@ -10,13 +10,13 @@
 // Exchanges of one client: 16 inputs go to the plugin, the values of all outputs come back.
 //
 // An exchange is SendRequest, RunTicks and ReceiveAnswer, in this order. The first 16 outputs are
-// the datarefs that the inputs set, so that every answer shows what the request before it did.
+// the datarefs that the inputs set, so that every answer shows the effect of the request before it.
 class Exchanges final {
 public:
-    // Some exchanges have been made already when it returns.
+    // Makes a few exchanges before it returns.
     Exchanges(const std::string& plugin, int outputCount);
 
-    // Returns when the request lies in the plugin's socket.
+    // Returns when the request has arrived in the plugin's socket.
     void SendRequest();
     // Two ticks: in the first the plugin receives, in the second it sends.
     void RunTicks();

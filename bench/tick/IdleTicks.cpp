@@ -2,7 +2,7 @@
 
 namespace {
 
-// What the first frames do once is not the matter.
+// What the first frames do once is not measured.
 constexpr int kWarmUpTicks = 1000;
 
 } // namespace

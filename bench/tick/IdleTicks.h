@@ -7,7 +7,7 @@
 #include "bench/tick/BenchClient.h"
 #include "bench/tick/TickFlight.h"
 
-// Ticks in which nobody says anything: clients are connected, or there is none.
+// Ticks in which no client sends anything; the number of connected clients may be 0.
 class IdleTicks final {
 public:
     IdleTicks(const std::string& plugin, int clientCount);

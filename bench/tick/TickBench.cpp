@@ -2,8 +2,8 @@
 // that makes the same calls to the system and to the simulator and moves the same bytes.
 //
 // The count is that of idle clients, or of the outputs of an exchange. An exchange is two ticks.
-// Both sides bear what the simulator itself does in a frame, a tenth of a microsecond, and an
-// exchange also two readings of the clock, somewhat more.
+// Both sides include what the simulator itself does in a frame, a tenth of a microsecond, and for
+// an exchange two readings of the clock, which take a little longer.
 
 #include <sys/resource.h>
 
@@ -52,7 +52,7 @@ bool sameCall(const headless::RecordedCall& one, const headless::RecordedCall& o
     return one.function == other.function && one.arguments == other.arguments;
 }
 
-// A floor that answers otherwise, or asks the simulator for something else, would be none.
+// A floor must give the same answers and make the same calls to the simulator.
 void requireSameExchanges(int outputs) {
     const Transcript ours = transcriptOf(kOurs, outputs);
     const Transcript floor = transcriptOf(kFloor, outputs);
@@ -78,7 +78,7 @@ long pageFaults() {
     return usage.ru_minflt;
 }
 
-// Of the client as well, who touches no new ones.
+// The client's are included; it touches no new ones.
 void countPageFaults(benchmark::State& state, long before) {
     const double perIteration =
         static_cast<double>(pageFaults() - before) / static_cast<double>(state.iterations());
@@ -101,7 +101,7 @@ void measureExchange(benchmark::State& state, const char* plugin) {
     subject.SendRequest();
     for ([[maybe_unused]] auto unused : state) {
         subject.RunTicks();
-        // One pause for both: reading the clock is a call to the system, too.
+        // One pause around both: reading the clock is a system call, too.
         state.PauseTiming();
         subject.ReceiveAnswer();
         subject.SendRequest();
@@ -131,7 +131,7 @@ void addTicks(const std::string& figure, const std::vector<std::int64_t>& counts
 } // namespace
 
 void addFigures() {
-    // The port is fixed; whatever holds it elsewhere is not to be met here.
+    // The port is fixed; another program may hold it outside of this network.
     enterPrivateNetwork();
     addTicks("Tick/idle", {0, 1, 10}, measureIdle);
     addTicks("Tick/exchange", {100, 1000}, measureExchange);

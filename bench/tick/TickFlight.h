@@ -8,12 +8,12 @@
 
 // The headless simulator with one plugin in it, and its frames.
 //
-// Everything is on the calling thread. The aircraft does not move, so that a frame is next to
-// nothing but the plugin's tick. The working directory is a new one while the flight lasts. One at
-// a time, since the port is fixed.
+// Everything is on the calling thread. The aircraft does not move, so that a frame is
+// little more than the plugin's tick. The working directory is a new one during the flight. One
+// object at a time, since the port is fixed.
 class TickFlight final {
 public:
-    // Datarefs of the benchmark's own, all floats.
+    // The benchmark's datarefs, all floats.
     static constexpr int kDatarefs = 1000;
     static std::string DatarefName(int index);
 
