@@ -2,7 +2,7 @@
 
 Reads FOLDER/json/*.json, in the format of Google Benchmark, whose benchmarks are named
 SUBJECT/VARIANT/ours/N and SUBJECT/VARIANT/floor/N. Writes FOLDER/results.md and FOLDER/plots/*.svg,
-and prints the former. A goal that is missed is no failure; a figure without its floor is.
+and prints the former. A missed goal is not a failure; a figure without its floor is.
 """
 
 import argparse
@@ -43,7 +43,7 @@ NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 class ReportError(Exception):
-    """What keeps the report from being made, in one line."""
+    """Why no report can be made, in one line."""
 
 
 class Point:
@@ -95,7 +95,7 @@ def read_points(folder):
     context = {}
     for path in sorted(folder.glob("json/*.json")):
         text = path.read_text()
-        # A program of which no benchmark was wanted leaves an empty file.
+        # A program none of whose benchmarks were asked for leaves an empty file.
         if not text.strip():
             continue
         try:
@@ -117,7 +117,7 @@ def add_sample(points, entry, path):
         return
     match = NAME.fullmatch(entry.get("run_name", entry["name"]))
     if match is None:
-        raise ReportError(f"{path}: {entry['name']} is no figure/side/N")
+        raise ReportError(f"{path}: {entry['name']} is not figure/side/N")
     key = (match["figure"], int(match["n"]))
     point = points.setdefault(key, Point(*key))
     # CPU time, which other programs on the machine disturb least, unless the benchmark has a clock

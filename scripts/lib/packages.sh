@@ -7,7 +7,7 @@
 # which command to type and ends the script. Silent when nothing is missing.
 require_packages() {
     if ! command -v dpkg-query >/dev/null; then
-        echo "This is no Debian; going on as if these were installed: $*" >&2
+        echo "This is not Debian; continuing as if these were installed: $*" >&2
         return 0
     fi
 
