@@ -30,7 +30,7 @@ protected:
         simulator->Ask("run");
     }
 
-    // Until the simulator has seen so many begins and ends of the brakes.
+    // Waits until the simulator has counted this many begins and ends of the brakes.
     void waitForBrakes(const std::string& begun, const std::string& ended) {
         std::string events;
         EXPECT_TRUE(
@@ -59,7 +59,7 @@ protected:
 TEST_P(ExamplesTest, TheSineMovesTheYoke) {
     const auto lines = example("axis_sine 127.0.0.1 0.5");
     ASSERT_GE(lines.size(), 2U);
-    // Half a second into a period of four: sin(45 degrees), less what the machine was late by.
+    // Half a second into a period of four: sin(45 degrees), less if the machine was late.
     const float yoke = get("sim/cockpit2/controls/yoke_pitch_ratio");
     EXPECT_GT(yoke, 0.05F);
     EXPECT_LT(yoke, 0.72F);
@@ -107,7 +107,7 @@ TEST_P(ExamplesTest, TheButtonHoldsTheBrakesAcrossARestartAndLetsGoAtCtrlC) {
     waitForBrakes("1", "2");
 }
 
-TEST_P(ExamplesTest, ThePageHasProgramsThatRun) {
+TEST_P(ExamplesTest, ThePagesProgramsRun) {
     int programs = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder("page"))) {
         const std::string name = entry.path().filename();

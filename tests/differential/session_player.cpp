@@ -1,6 +1,6 @@
-// Plays a session with the C++ client: a statement on each line of standard input, and what comes
-// of it on a line of standard output. The Python client's tests play the same with theirs, and
-// compare.
+// Plays a session with the C++ client: reads a statement from each line of standard input and
+// writes its result on a line of standard output. The Python client's tests play the same session
+// with their client and compare the results.
 //
 // Statements are those of tests/vectors, with "; " between those that belong together:
 //

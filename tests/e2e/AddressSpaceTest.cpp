@@ -17,8 +17,8 @@ enum Type { kFloatArray = 4 };
 constexpr std::size_t kClients = 20;
 constexpr long kKilobytesPerMebibyte = 1024;
 
-// A connection spans a gigabyte of address space, which must cost neither memory nor other users of
-// the process anything.
+// A connection spans a gigabyte of address space. That must not use memory, or disturb other users
+// of the process.
 class AddressSpaceTest : public EndToEndTest {
 protected:
     AddressSpaceTest() {
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(AddressSpaceTest, RefusesAClientForWhichThereIsNoRoomAndHarmsNobodyElse) {
+TEST_F(AddressSpaceTest, RefusesAClientWhenAddressSpaceIsShortAndServesTheOthers) {
     TestClient earlier;
     expectServed(earlier);
     const long filesBefore = simulator->AskNumber("fds");
@@ -121,7 +121,7 @@ TEST_F(ScarceMemoryTest, IgnoresALineOfTheConfigurationFileThatAsksForMoreThanTh
     EXPECT_EQ(simulator->LogText(), "");
 }
 
-// One whole mapping of smaps: its size and the flags of the kernel.
+// One mapping from smaps: its size and the kernel's flags.
 struct Mapping {
     long kilobytes = 0;
     std::string flags;
@@ -139,8 +139,8 @@ std::vector<Mapping> mappingsIn(const std::string& smaps) {
     return mappings;
 }
 
-// Adjacent reservations are one mapping to the kernel. Had it promised memory for them, it would
-// refuse to fork the process as soon as one mapping is larger than the machine's memory.
+// The kernel treats adjacent reservations as one mapping. If it had promised memory for them, it
+// would refuse to fork the process as soon as one mapping is larger than the machine's memory.
 TEST_F(AddressSpaceTest, ReservesWithoutAPromiseOfMemoryAndWithoutHugePages) {
     TestClient first;
     TestClient second;

@@ -11,11 +11,11 @@ class BadInputTest : public EndToEndTest {
 protected:
     BadInputTest() { startSimulator(); }
 
-    // The request ends the simulator, and the line is the last one of its log.
+    // The request ends the simulator; this is the last line of its log.
     void expectFatal(const Bytes& request, const std::string& line) {
         TestClient client;
         client.Send(request);
-        simulator->Tell("step 10");
+        simulator->Send("step 10");
         const int status = simulator->WaitForEnd();
         ASSERT_TRUE(WIFEXITED(status));
         EXPECT_EQ(WEXITSTATUS(status), 5);
@@ -23,7 +23,7 @@ protected:
         EXPECT_TRUE(simulator->LogText().ends_with('\n'));
     }
 
-    // The request costs its client the connection, and nobody else anything.
+    // The request ends its client's connection, and no other.
     void expectClosed(const Bytes& request) {
         TestClient bystander;
         ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
@@ -56,7 +56,7 @@ TEST_F(BadInputTest, EndsTheSimulatorWhenOutputRecordsAreAnnouncedButMissing) {
 }
 
 TEST_F(BadInputTest, EndsTheSimulatorWhenNoDescriptorIsLeftForAClient) {
-    // What is open stays open.
+    // Descriptors that are open stay open.
     const rlimit limit{3, 3};
     ASSERT_EQ(::prlimit(simulator->Pid(), RLIMIT_NOFILE, &limit, nullptr), 0);
     expectFatal({},
@@ -69,18 +69,18 @@ TEST_F(BadInputTest, EndsTheSimulatorWhenItemsAreAnnouncedButMissing) {
 }
 
 TEST_F(BadInputTest, EndsTheSimulatorWhenAVelmarCommandsDescriptorIsShort) {
-    // A name of 5 bytes: 10 bytes in all, where 13 are wanted.
+    // A name of 5 bytes: 10 bytes in all, but 13 are needed.
     expectFatal(fromHex("55 66 77 88 03 00 00 00 01 00 00 00 05 73 69 6D 2F 61"),
                 "FATAL@VelmarDataRef::FromStream : Not enough bytes to read dataref");
 }
 
 TEST_F(BadInputTest, EndsTheSimulatorWhenAVelmarDatarefsNameIsTorn) {
-    // 'A', 0x41, is the length of the name; 3 bytes of it are there.
+    // 'A', 0x41, is the length of the name; only 3 bytes follow.
     expectFatal(fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
                 "FATAL@XPlaneDataRef::FromStream : tried to read string with A bytes, got 3");
 }
 
-TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithoutATrace) {
+TEST_F(BadInputTest, ClosesTheConnectionForAnArrayOutputWithANegativeCount) {
     const std::string fileBefore = directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg");
     expectClosed(tarnelRequest(definitionsMessage(
         {}, {{.id = 1, .name = "kyr/negative", .type = RecordType::IntArray, .count = -1}})));
@@ -90,7 +90,7 @@ TEST_F(BadInputTest, ClosesTheConnectionOfAnArrayOutputWithANegativeCountWithout
     EXPECT_EQ(directory.Read("Resources/plugins/xplaneorvane_datarefs.cfg"), fileBefore);
     EXPECT_TRUE(simulator->Ask("get kyr/negative").starts_with("error: "));
 
-    // The name is as free as before.
+    // The name is still free.
     TestClient client;
     client.Exchange(
         *simulator,

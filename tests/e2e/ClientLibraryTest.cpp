@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(TarnelLibraryTest, TellsTheVersion) {
+TEST_F(TarnelLibraryTest, ReturnsTheVersion) {
     tarnel::Client client(options());
     const tarnel::Version version = client.version();
     EXPECT_EQ(version.parts, (std::array<std::uint8_t, 4>{1, 0, 7, 10}));
@@ -111,7 +111,7 @@ TEST_F(TarnelLibraryTest, ComesBackWithItsDefinitionsWhenTheSimulatorRestarts) {
     const tarnel::Answer answer = restartDuring(client, [&] {
         return client.exchange({{kInt, 42}});
     });
-    // Of the repeated definitions: the item was not sent again.
+    // The value of the repeated definitions: the item was not sent again.
     EXPECT_EQ(answer.get<std::int32_t>(kIntOut), 0);
     EXPECT_EQ(client.exchange({{kInt, 43}}).get<std::int32_t>(kIntOut), 0);
     simulator->Ask("command once kyr/test_button");
@@ -120,13 +120,13 @@ TEST_F(TarnelLibraryTest, ComesBackWithItsDefinitionsWhenTheSimulatorRestarts) {
     EXPECT_TRUE(after.get<bool>(kButton));
 }
 
-TEST_F(TarnelLibraryTest, WaitsForASimulatorThatIsStartedLater) {
+TEST_F(TarnelLibraryTest, WaitsForASimulatorThatStartsLater) {
     simulator.reset();
     std::promise<void> waiting;
     std::atomic<int> questions = 0;
     Options patient = options();
     patient.onStart = OnStart::Wait;
-    // Asked while it waits between two tries, and while it tries.
+    // Called while it waits between two tries, and while it tries.
     patient.cancelled = [&] {
         if (++questions == 3) {
             waiting.set_value();
@@ -174,7 +174,7 @@ TEST_F(VelmarLibraryTest, ReadsAndWritesEachType) {
 
 TEST_F(VelmarLibraryTest, SaysWhatTheSimulatorDoesNotHave) {
     velmar::Client client(options());
-    // Shorter than the server can bear without padding.
+    // Too short for the server without padding.
     EXPECT_THROW(client.registerCommand("no"), Refused);
     try {
         client.registerDataref({"no/such/dataref", velmar::Type::Int});

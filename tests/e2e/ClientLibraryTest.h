@@ -36,8 +36,8 @@ protected:
         return options;
     }
 
-    // Ends the simulator under a client, lets `call` notice it in a thread of its own, and starts
-    // the simulator again.
+    // Ends the simulator while a client is connected, runs `call` in another thread, which notices
+    // the loss, and starts the simulator again.
     template <typename Client, typename Call>
     auto restartDuring(Client& client, Call call) {
         std::promise<void> lost;

@@ -16,7 +16,7 @@ using Names = std::vector<std::string>;
 
 constexpr tarnel::ActionId kHold = 1;
 
-// What a client holds is let go, whatever happens to the client.
+// A client releases the commands that it holds, whatever happens to it.
 class ClientReleaseTest : public ClientLibraryTest {
 protected:
     // How often the command was begun and ended in the simulator.
@@ -39,7 +39,7 @@ protected:
         return holding(Input::toCommand(kHold, "test/hold").held());
     }
 
-    // Presses the input, and says what happened once the client is gone.
+    // Presses the input; returns the counts after the client was destroyed.
     std::string afterPressing(const Input& input) {
         {
             tarnel::Client client(options());
@@ -122,7 +122,7 @@ TEST_F(TarnelReleaseTest, ReleasesWhenItIsCancelledAndTheFlagStaysSet) {
     EXPECT_EQ(begunAndEnded(), "1 begun, 1 ended");
 }
 
-// The plugin is loaded anew and knows nothing; the simulator still holds the command.
+// The plugin is reloaded and has no clients; the simulator still holds the command.
 TEST_F(TarnelReleaseTest, ReleasesOnTheNewConnectionAfterALoss) {
     tarnel::Client client(options());
     client.define(holding());
@@ -150,7 +150,7 @@ TEST_F(TarnelReleaseTest, ReleasesOnAConnectionOfItsOwnWhenTheFirstIsLostForGood
     EXPECT_EQ(begunAndEnded(), "1 begun, 1 ended");
 }
 
-TEST_F(TarnelReleaseTest, ReleasesWhatAnswersToNoZero) {
+TEST_F(TarnelReleaseTest, ReleasesCommandsThatIgnoreAZero) {
     const Input held = Input::toCommand(kHold, "test/hold").held();
     EXPECT_EQ(afterPressing(Input(held).skippedWhenZero()), "1 begun, 1 ended");
     EXPECT_EQ(afterPressing(Input(held).fixed(1)), "2 begun, 2 ended");
@@ -158,7 +158,7 @@ TEST_F(TarnelReleaseTest, ReleasesWhatAnswersToNoZero) {
     EXPECT_EQ(afterPressing(Input(held).skippedWhenOne()), "2 begun, 2 ended");
 }
 
-// The plugin skips values while the dataref is positive, and does not tell.
+// The plugin skips values while the dataref is positive, and does not report that.
 TEST_F(TarnelReleaseTest, ReleasesWhatIsDownIfADatarefCanSkipIt) {
     Input conditional = Input::toCommand(kHold, "test/hold").held();
     conditional.skippedWhilePositive({"test/int", ConditionDataref::Type::Int});
@@ -185,7 +185,7 @@ TEST_F(TarnelReleaseTest, ReleasesWhatIsDownIfADatarefCanSkipIt) {
     EXPECT_EQ(begunAndEnded(), "3 begun, 3 ended");
 }
 
-TEST_F(TarnelReleaseTest, LeavesAllToAProgramThatWantsIt) {
+TEST_F(TarnelReleaseTest, ReleasesNothingIfToldNotTo) {
     Options own = options();
     own.releaseHeld = false;
     {
@@ -228,7 +228,7 @@ TEST_F(VelmarReleaseTest, EndsWhatWasUnregisteredMeanwhile) {
     EXPECT_EQ(begunAndEnded(), "1 begun, 1 ended");
 }
 
-// More ends than one packet of the network holds.
+// More ends than fit in one network packet.
 TEST_F(VelmarReleaseTest, EndsMoreThanOneRequestHolds) {
     velmar::Client client(options());
     begin(client, 200);
@@ -260,7 +260,7 @@ TEST_F(VelmarReleaseTest, EndsOnTheNewConnectionAfterALossAndFollowsTheCommandTh
     EXPECT_EQ(begunAndEnded(), "4 begun, 4 ended");
 }
 
-// A begin that the simulator has not yet handled when its client gives up on the answer.
+// The simulator has not yet handled the begin when the client gives up waiting for the answer.
 TEST_F(VelmarReleaseTest, EndsWhatMayHaveBegun) {
     Options hasty = options();
     hasty.timeout = milliseconds(2'000);
@@ -273,7 +273,7 @@ TEST_F(VelmarReleaseTest, EndsWhatMayHaveBegun) {
     EXPECT_EQ(begunAndEnded(), "1 begun, 1 ended");
 }
 
-TEST_F(VelmarReleaseTest, TellsWhatItCouldNotRelease) {
+TEST_F(VelmarReleaseTest, ReportsWhatItCouldNotRelease) {
     bool isCancelled = false;
     Options impatient = options();
     impatient.cancelled = [&] { return isCancelled; };
@@ -301,8 +301,8 @@ TEST_F(VelmarReleaseTest, TellsWhatItCouldNotRelease) {
     EXPECT_EQ(reason, "127.0.0.1:48000: releasing test/hold: Connection refused");
 }
 
-// Loading scenery, say.
-TEST_F(VelmarReleaseTest, TellsAfterAWhileThatTheSimulatorDoesNotAnswer) {
+// As while it loads scenery.
+TEST_F(VelmarReleaseTest, ReportsThatTheSimulatorDoesNotAnswer) {
     Options impatient = options();
     impatient.releaseWithin = milliseconds(100);
     velmar::Client client(impatient);

@@ -14,7 +14,7 @@ protected:
         simulator->Step(2);
     }
 
-    // Another client's exchange goes through, and nothing stands in the log.
+    // Another client's exchange works, and nothing was logged.
     void expectServing() {
         TestClient client;
         EXPECT_EQ(toHex(client.Exchange(*simulator, version)),
@@ -71,7 +71,7 @@ TEST_F(ConnectionTest, AnswersATornMessageWithTheOutputsAndLosesItsPlaceInTheStr
     EXPECT_EQ(client.Answer(*simulator), trailer(kAircraftOne));
     EXPECT_EQ(simulator->LastLogMessage(),
               "Error@TarnelProtocol::tryParseConfig : numBytes (100) < packetSize(136)");
-    // The head of the message that waits is taken for the next identification.
+    // The start of the waiting message is taken as the next identification.
     client.Send({definitions.begin() + 100, definitions.end()});
     simulator->Step(5);
     EXPECT_EQ(toHex(client.Received()), "");
@@ -125,14 +125,14 @@ TEST_F(ConnectionTest, AnswersAClientThatHasFinishedSendingBeforeItCloses) {
     expectServing();
 }
 
-TEST_F(ConnectionTest, LetsASlowReaderHoldUpNobodyElse) {
+TEST_F(ConnectionTest, ServesOthersWhileAClientReadsSlowly) {
     TestClient slow(4096);
     requestHugeAnswer(slow);
     TestClient other;
     for (int i = 0; i < 50; ++i) {
         ASSERT_EQ(other.Exchange(*simulator, poll), trailer(kAircraftOne));
     }
-    // What did get through is the beginning of the answer.
+    // What arrived is the beginning of the answer.
     const Bytes& received = slow.Received();
     ASSERT_GE(received.size(), 12U);
     EXPECT_EQ(toHex({received.begin(), received.begin() + 12}),
@@ -156,12 +156,12 @@ TEST_F(ConnectionTest, SurvivesAClientThatSendsTwoRequestsAndVanishes) {
     simulator->Step();
     client.Send(version);
     client.Close();
-    // The first answer is met by a reset; the second must not be sent into it.
+    // The client answers the first answer with a reset; the second must not be sent after that.
     simulator->Step(10);
     expectServing();
 }
 
-// How a client goes.
+// How a client leaves.
 enum class End { Close, Reset, HalfCloseThenReset };
 
 class ClientEndTest : public ConnectionTest, public testing::WithParamInterface<End> {
@@ -182,7 +182,7 @@ protected:
     }
 };
 
-TEST_P(ClientEndTest, HarmsNobodyInWhateverStateTheClientWas) {
+TEST_P(ClientEndTest, DoesNotDisturbOthersInAnyStateOfTheClient) {
     TestClient bystander;
     ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
     const int before = openFiles();
@@ -202,7 +202,7 @@ TEST_P(ClientEndTest, HarmsNobodyInWhateverStateTheClientWas) {
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST_P(ClientEndTest, HarmsNobodyInTheMiddleOfAnAnswer) {
+TEST_P(ClientEndTest, DoesNotDisturbOthersInTheMiddleOfAnAnswer) {
     TestClient bystander;
     ASSERT_EQ(bystander.Exchange(*simulator, poll), trailer(kAircraftOne));
     const int before = openFiles();

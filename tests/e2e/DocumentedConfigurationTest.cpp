@@ -1,11 +1,12 @@
-#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
+#include "support/Text.h"
 #include "support/VelmarMessages.h"
 
-// The files that the page about the configuration shows.
+// The files on the page about the configuration.
 
 namespace {
 
@@ -13,7 +14,7 @@ constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg
 
 // The blocks of text on the page.
 std::vector<std::string> readBlocks() {
-    std::ifstream page(CONFIGURATION_PAGE);
+    std::istringstream page(contentOf(CONFIGURATION_PAGE));
     std::vector<std::string> blocks;
     bool isInside = false;
     for (std::string line; std::getline(page, line);) {

@@ -8,7 +8,7 @@
 #include "e2e/EndToEndTest.h"
 #include "support/Text.h"
 
-// The exchanges that the pages of the protocols show byte by byte.
+// The exchanges on the pages of the protocols, byte by byte.
 
 namespace {
 
@@ -22,14 +22,14 @@ struct DocumentedItem {
     std::string text;
 };
 
-// By the section of the page.
+// By section of the page.
 using DocumentedPage = std::map<std::string, std::vector<DocumentedItem>>;
 
 bool isHex(const std::string& word, std::size_t digits) {
     return word.size() == digits && word.find_first_not_of("0123456789ABCDEF") == std::string::npos;
 }
 
-// A remark that begins like a byte is cut off again by the next line's offset, or by the size.
+// A remark may look like a byte; the next line's offset, or the size, cuts it off.
 void addLine(DocumentedItem& item, const std::string& line) {
     std::istringstream words(line);
     std::string word;
@@ -84,7 +84,7 @@ protected:
         client.emplace();
     }
 
-    // What a page tells between its requests happens before the request of that number.
+    // What the page describes between two requests happens before the request with that number.
     void replay(const std::vector<DocumentedItem>& items,
                 const std::map<std::size_t, std::string>& commands = {}) {
         std::size_t requests = 0;
@@ -145,7 +145,7 @@ TEST_F(DocumentedExchangeTest, PollsAndRegistersAgainWithVelmar) {
     replay(
         {velmarPage.at("A whole exchange").begin(), velmarPage.at("A whole exchange").begin() + 2});
     replay(velmarPage.at("Command states"), {{0, "command once sim/lights/beacon_lights_on"}});
-    // The state is afresh.
+    // The state starts again.
     client->Send(fromHex("55 66 77 88 08 00 00 00"));
     expectAnswer(fromHex("04 00 00 00 00 00 00 00"));
 }

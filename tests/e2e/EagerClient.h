@@ -4,12 +4,12 @@
 
 #include "support/TcpPeer.h"
 
-// A client that does not wait for its connection but tries again.
+// A client that does not wait for its connection, but tries again.
 class EagerClient final {
 public:
     EagerClient() { connect(); }
 
-    // Sends the request once it can, and takes in what comes back.
+    // Sends the request once connected, and receives what has arrived.
     void Advance(const Bytes& request) {
         if (!isSent && !peer->IsConnected()) {
             connect();

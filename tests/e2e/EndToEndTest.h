@@ -11,7 +11,7 @@
 #include "support/TemporaryDirectory.h"
 
 // A flight in a folder of its own: the real plugin in a real simulator, with a few datarefs and
-// commands that nothing but the test moves, and "Test aircraft one" loaded.
+// commands that only the test changes, and "Test aircraft one" loaded.
 class EndToEndTest : public testing::Test {
 protected:
     EndToEndTest();

@@ -38,7 +38,7 @@ private:
                 ++*exchanges;
             }
         } catch (const std::system_error&) {
-            // The simulator has gone, as the test sees for itself.
+            // The simulator is gone; the test sees that itself.
         }
     }
 

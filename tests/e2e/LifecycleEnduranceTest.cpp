@@ -11,7 +11,7 @@ namespace {
 constexpr int kWarmUp = 10;
 constexpr int kTimes = 100;
 
-// What a life of the plugin must not leave behind, whichever way it is ended and begun.
+// Whichever way the plugin is stopped and started, it must leave nothing behind.
 class LifecycleEnduranceTest : public EndToEndTest {
 protected:
     LifecycleEnduranceTest() { startSimulator(); }
@@ -37,8 +37,8 @@ protected:
         ASSERT_EQ(reply, "ok") << command;
     }
 
-    // Descriptors and memory stand where they stood after the first few rounds. The simulator
-    // itself keeps a kilobyte a life: the handles of the datarefs that are gone stay valid.
+    // Descriptors and memory are as after the first few rounds. The simulator itself keeps a
+    // kilobyte per round: the handles of unregistered datarefs stay valid.
     template <class Round>
     void expectFlat(Round round) {
         for (int i = 0; i < kWarmUp && !HasFatalFailure(); ++i) {
@@ -57,7 +57,7 @@ protected:
                   << simulator->AskNumber("rss") << " kB\n";
     }
 
-    // Under LeakSanitizer anything that is left makes the status another.
+    // Under LeakSanitizer a leak changes the status.
     void expectCleanEnd() {
         EXPECT_EQ(simulator->LogText(), "");
         const int status = simulator->Quit();
@@ -92,7 +92,7 @@ TEST_F(LifecycleEnduranceTest, ServesOnThroughAHundredDisablesAndEnables) {
 
 #ifndef ORVANE_E2E_SANITIZED
 
-// A sanitizer keeps every library that it has seen in the process. The console refuses a reload
+// A sanitizer keeps every library in the process. The console refuses a reload
 // when the plugin's library is still mapped.
 TEST_F(LifecycleEnduranceTest, LeavesTheProcessAHundredTimes) {
     expectFlat([&] {

@@ -15,8 +15,8 @@ namespace {
 
 enum Type { kFloatArray = 4 };
 
-// A panel on another machine, which loses its network in the middle of an answer. The kernel tells
-// the plugin some time later, in the result of a send.
+// A panel on another machine loses its network in the middle of an answer. The plugin learns of it
+// some time later, from the result of a send.
 class LostNetworkTest : public EndToEndTest {
 protected:
     void SetUp() override {
@@ -62,24 +62,24 @@ protected:
     long filesBefore = 0;
 };
 
-TEST_F(LostNetworkTest, ClosesTheConnectionWhenNothingArrivesAnyMore) {
+TEST_F(LostNetworkTest, ClosesTheConnectionWhenPacketsAreLost) {
     receiveTheFirstPartOfAnAnswer();
     machine->LoseLink();
     expectQuietEnd();
 }
 
-TEST_F(LostNetworkTest, ClosesTheConnectionWhenThereIsNoWayToTheClientAnyMore) {
+TEST_F(LostNetworkTest, ClosesTheConnectionWhenTheClientIsUnreachable) {
     receiveTheFirstPartOfAnAnswer();
     machine->TakeInterfaceDown();
     expectQuietEnd();
 }
 
-// Messages that a router, or whoever is on the way, sends of itself. The kernel keeps the last one
-// and makes it the connection's error when it gives up.
+// Messages from a router on the way. The kernel keeps the last one and makes it the connection's
+// error when it gives up.
 class DiscardedPacketsTest : public LostNetworkTest,
                              public testing::WithParamInterface<std::pair<int, int>> {};
 
-TEST_P(DiscardedPacketsTest, CloseTheConnectionWhateverIsSaidOfThem) {
+TEST_P(DiscardedPacketsTest, CloseTheConnectionWhateverTheIcmpMessage) {
     const auto [type, code] = GetParam();
     receiveTheFirstPartOfAnAnswer();
     machine->DiscardPackets(static_cast<unsigned char>(type), static_cast<unsigned char>(code));

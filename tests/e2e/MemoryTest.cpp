@@ -8,8 +8,7 @@ namespace {
 
 class MemoryTest : public EndToEndTest {
 protected:
-    // Pages that the simulator's process touched for the first time, or for the first time since
-    // they were taken from it, so far.
+    // The minor page faults of the simulator's process so far.
     long minorFaults() const {
         const std::string text = contentOf("/proc/" + std::to_string(simulator->Pid()) + "/stat");
         // After the program's name, which may hold anything, eight fields come first.
@@ -24,8 +23,8 @@ protected:
     }
 };
 
-// The connection's buffers span a gigabyte; a buffer that crept through it would show at once.
-TEST_F(MemoryTest, StaysWhereItWasHoweverLongAConnectionLives) {
+// The connection's buffers span a gigabyte; a position that moved through it would show at once.
+TEST_F(MemoryTest, StaysConstantHoweverLongAConnectionLives) {
     startSimulator();
     TestClient client;
     client.Exchange(*simulator,
@@ -66,7 +65,7 @@ TEST_F(MemoryTest, TouchesNoNewPagesHoweverLongAConnectionLives) {
         return minorFaults() - before;
     };
     faultsOf(1000);
-    // One page in a thousand exchanges; what the simulator itself does is among them.
+    // One page per thousand exchanges, the simulator's own included.
     EXPECT_LE(faultsOf(99'000), 99);
 }
 

@@ -43,7 +43,7 @@ sockaddr_in addressOf(const char* text, std::uint16_t port) {
     return address;
 }
 
-// `fill` puts into the request what the device is to get.
+// `fill` sets the fields of the request.
 template <class Fill>
 void configure(unsigned long command, Fill fill) {
     ifreq request{};
@@ -77,7 +77,7 @@ int openTunnel(const char* ownAddress, const char* otherAddress) {
 
 using Packet = std::vector<unsigned char>;
 
-// Empty when there is none after all.
+// Empty if there is no packet after all.
 Packet readPacket(int from) {
     Packet packet(65536);
     const ssize_t size = ::read(from, packet.data(), packet.size());
@@ -85,12 +85,12 @@ Packet readPacket(int from) {
     return packet;
 }
 
-// What does not go through is lost, as on any link.
+// A packet that cannot be written is lost, as on any link.
 void writePacket(int to, const Packet& packet) {
     [[maybe_unused]] const auto sent = ::write(to, packet.data(), packet.size());
 }
 
-// Of `size` bytes, an even number, into the two bytes at `place`, which are zero.
+// The checksum of `size` bytes, an even number, goes to the two bytes at `place`, which are zero.
 void setChecksum(unsigned char* bytes, std::size_t size, std::size_t place) {
     std::uint32_t sum = 0;
     for (std::size_t i = 0; i < size; i += 2) {
@@ -103,7 +103,7 @@ void setChecksum(unsigned char* bytes, std::size_t size, std::size_t place) {
     bytes[place + 1] = static_cast<unsigned char>(~sum);
 }
 
-// An IPv4 header, the ICMP header, and as much of the packet as the rules ask for: its own header
+// An IPv4 header, the ICMP header, and the part of the packet that the rules require: its header
 // and eight bytes.
 Packet icmpAbout(const Packet& packet, unsigned char type, unsigned char code) {
     constexpr std::size_t kHeader = 20;
@@ -122,7 +122,7 @@ Packet icmpAbout(const Packet& packet, unsigned char type, unsigned char code) {
 
 OtherMachine::OtherMachine() : stop(checked(::eventfd(0, EFD_CLOEXEC), "eventfd")) {
     std::exception_ptr failure;
-    // A thread can have a network of its own, in which stays what was made there.
+    // A thread can have its own network; what was made there stays there.
     std::thread([&] {
         try {
             openOwnEnd();

@@ -6,7 +6,7 @@
 // A machine beside the simulator's: a network of its own, and a link between the two that a test
 // can break. The link is a TUN device at either end, and a thread that carries the packets.
 //
-// Needs a private network for itself, where nothing else has its addresses.
+// Needs a private network, where nothing else uses its addresses.
 class OtherMachine final {
 public:
     // Throws std::system_error where the system does not permit it.
@@ -16,14 +16,14 @@ public:
     OtherMachine& operator=(const OtherMachine&) = delete;
 
     // Connects to the simulator's port. The socket has a small receive buffer, so that a large
-    // answer arrives in parts, and stays this object's.
+    // answer arrives in parts, and belongs to this object.
     int Connect() const;
 
-    // From now on packets vanish on their way, in both directions.
+    // From now on packets are lost in both directions.
     void LoseLink();
-    // From now on a router discards the simulator's packets and says so, by ICMP messages.
+    // From now on a router discards the simulator's packets and reports that in ICMP messages.
     void DiscardPackets(unsigned char icmpType, unsigned char icmpCode);
-    // The simulator's machine loses its interface, and with it the way to this one.
+    // The simulator's machine loses its interface, and its route to this one.
     void TakeInterfaceDown() const;
 
 private:

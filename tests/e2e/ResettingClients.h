@@ -10,8 +10,8 @@
 
 #include "support/TcpPeer.h"
 
-// Threads that connect, ask, close their direction and reset, until so many connections were made.
-// Such a reset turns a send of the plugin's into a signal instead of an error.
+// Threads that connect, send a request, close their direction and reset, for a number of
+// connections. After such a reset the plugin's send raises a signal instead of an error.
 class ResettingClients final {
 public:
     ResettingClients(Bytes request, int connections)
@@ -34,7 +34,8 @@ public:
     bool AreDone() const { return threadsRunning == 0; }
 
 private:
-    // More would not fit into the queue of the listening socket, and wait for their kernel's retry.
+    // More would not fit in the queue of the listening socket and would wait for the kernel's
+    // retry.
     static constexpr unsigned int kThreads = 3;
 
     void run(unsigned int seed) {
@@ -44,12 +45,12 @@ private:
                 TcpPeer client(kPluginPort);
                 client.Send(request);
                 client.HalfClose();
-                // Anywhere in the frames that the plugin takes to answer.
+                // At any point of the frames that the plugin needs to answer.
                 std::this_thread::sleep_for(std::chrono::microseconds(random() % 800));
                 client.CloseWithReset();
             }
         } catch (const std::system_error&) {
-            // The simulator has gone, as the test sees for itself.
+            // The simulator is gone; the test sees that itself.
             connectionsLeft = 0;
         }
     }

@@ -33,7 +33,7 @@ std::unique_ptr<SimulatorProcess> SimulatorProcess::StartOnly() {
 }
 
 void SimulatorProcess::spawn(std::vector<std::string> extraArguments) {
-    // A simulator that ended must be seen as such and not end the test by a signal.
+    // Writing to a simulator that has ended must fail instead of ending the test by a signal.
     std::signal(SIGPIPE, SIG_IGN);
     std::vector<std::string> arguments{HEADLESS_SIM, PLUGIN, "--console", "--paused"};
     arguments.insert(arguments.end(), extraArguments.begin(), extraArguments.end());
@@ -55,11 +55,11 @@ SimulatorProcess::~SimulatorProcess() {
 }
 
 std::string SimulatorProcess::Ask(const std::string& command) {
-    Tell(command);
+    Send(command);
     return takeLine();
 }
 
-void SimulatorProcess::Tell(const std::string& command) {
+void SimulatorProcess::Send(const std::string& command) {
     const std::string line = command + "\n";
     if (::write(input, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
         throw std::runtime_error("the simulator takes no more commands: " + command);
@@ -92,7 +92,7 @@ std::string SimulatorProcess::Get(const std::string& dataref) {
 }
 
 int SimulatorProcess::Quit() {
-    Tell("quit");
+    Send("quit");
     return WaitForEnd();
 }
 

@@ -11,12 +11,12 @@
 //
 // Time stands still until Step: a test decides in which frame the plugin sees what. Everything that
 // waits gives up after a deadline with an exception, so that a test never hangs. The process runs
-// in the working directory of its maker, and is gone after the destructor.
+// in the working directory of the caller, and is gone after the destructor.
 class SimulatorProcess final {
 public:
     // Returns once the plugin has started; throws when the simulator ends instead.
     explicit SimulatorProcess(std::vector<std::string> extraArguments = {});
-    // Returns at once: for a start that is to fail.
+    // Returns at once: for a start that should fail.
     static std::unique_ptr<SimulatorProcess> StartOnly();
     ~SimulatorProcess();
     SimulatorProcess(const SimulatorProcess&) = delete;
@@ -31,15 +31,15 @@ public:
     // The value part of a `get`.
     std::string Get(const std::string& dataref);
 
-    // Sends a command to which no reply is expected, since the simulator will not survive it.
-    void Tell(const std::string& command);
+    // Sends a command without waiting for a reply: the simulator may end.
+    void Send(const std::string& command);
 
     // Ends the simulator as its user would and returns its wait status.
     int Quit();
-    // Waits for an end that is on its way and returns the wait status.
+    // Waits for the simulator to end and returns the wait status.
     int WaitForEnd();
 
-    // All that the simulator printed that was not a reply; complete after its end.
+    // All that the simulator printed except replies; complete after its end.
     const std::string& Output() const { return output; }
     // The simulator's log file without the lines of the simulator itself.
     std::string LogText() const;

@@ -16,7 +16,7 @@
 
 namespace {
 
-// A flight with one well-behaved client, whose exchanges a storm of others must not touch.
+// A flight with one well-behaved client, whose exchanges a storm of others must not disturb.
 class StormTest : public EndToEndTest {
 protected:
     StormTest() {
@@ -30,7 +30,7 @@ protected:
         filesBefore = simulator->AskNumber("fds");
     }
 
-    // What the plugin's longest frame took; a figure to read, since it is the machine's as well.
+    // Prints how long the plugin's longest frame took. No bound: it depends on the machine.
     void TearDown() override {
         const long worst = simulator->AskNumber("worst");
         RecordProperty("worst_frame_us", std::to_string(worst));
@@ -38,7 +38,7 @@ protected:
                   << " frames\n";
     }
 
-    // A value goes in, and the one of the exchange before comes out.
+    // Sends a value and expects the one of the exchange before.
     void expectBystanderUnharmed() {
         const Bytes answer =
             bystander->Exchange(*simulator, tarnelRequest(dataMessage({{1, value + 1}})));
@@ -47,7 +47,7 @@ protected:
         ASSERT_EQ(simulator->Get("test/int"), std::to_string(value));
     }
 
-    // All that the storm opened is closed, and newcomers are served.
+    // Everything that the storm opened is closed, and new clients are served.
     void expectCalm() {
         EXPECT_TRUE(driveUntil([&] { simulator->Step(); },
                                [&] { return simulator->AskNumber("fds") == filesBefore; }))
@@ -69,7 +69,7 @@ protected:
 
     const Bytes version = tarnelRequest(versionMessage());
     const Bytes versionAnswer = fromHex("B1 6B 00 B5 01 00 07 0A 06 00 00 00");
-    // Its answer is more than the kernel takes at once.
+    // Its answer is larger than the kernel accepts at once.
     const Bytes hugeRequest = tarnelRequest(definitionsMessage(
         {},
         {{.id = 1, .name = "test/floats", .type = RecordType::FloatArray, .count = 1'000'000}}));
@@ -96,8 +96,8 @@ TEST_F(StormTest, ServesOnWhile500ClientsComeAndGo) {
     expectNothingLoggedBut("");
 }
 
-// Few of them fit into the queue of the listening socket. Left to their kernels' own retries, after
-// 1, 3, 7 and more seconds, some would wait for half a minute.
+// Few of them fit in the queue of the listening socket. If they waited for the kernel's retries,
+// after 1, 3, 7 and more seconds, some would wait for half a minute.
 TEST_F(StormTest, ServesFiftyClientsThatConnectAtOnce) {
     std::deque<EagerClient> clients(50);
     const Bytes whole = join({fromHex("0C 00 00 00"), versionAnswer});
@@ -198,12 +198,12 @@ Bytes bytesOf(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
-// A first record of TLS, and as many of its first bytes as matter here.
+// The first bytes of a TLS record.
 const Bytes kTlsHello =
     join({fromHex("16 03 01 00 C8 01 00 00 C4 03 03"), Bytes(32, 0x5A), fromHex("20"),
           Bytes(32, 0xA5), fromHex("00 08 13 02 13 03 13 01 00 FF 01 00 00 73"), Bytes(115, 0x0B)});
 
-TEST_F(StormTest, AnswersNothingToOtherProtocols) {
+TEST_F(StormTest, DoesNotAnswerOtherProtocols) {
     std::vector<Bytes> strangers{
         bytesOf("GET / HTTP/1.1\r\nHost: localhost:48000\r\nUser-Agent: test\r\n\r\n"), kTlsHello,
         bytesOf("SSH-2.0-OpenSSH_9.2\r\n")};
@@ -264,7 +264,7 @@ TEST_F(StormTest, LetsClientsComeBackAfterTheSimulatorWasKilledUnderThem) {
     ASSERT_EQ(::kill(simulator->Pid(), SIGKILL), 0);
     const int status = simulator->WaitForEnd();
     ASSERT_TRUE(WIFSIGNALED(status));
-    // They hold on to their ends of the connections meanwhile.
+    // They keep their ends of the connections open meanwhile.
     startSimulator();
     for (TestClient* client : {bystander.get(), &idle, &waiting, &halfAnswered}) {
         EXPECT_TRUE(client->IsClosedByServer(*simulator));

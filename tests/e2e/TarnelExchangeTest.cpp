@@ -18,7 +18,7 @@ protected:
         return client.Exchange(*simulator, tarnelRequest(dataMessage({{action, value}})));
     }
 
-    // An answer tells that the request was executed only in the next frame's values.
+    // The answer has the values before the request; only the next one shows its effect.
     Bytes poll(TestClient& client) {
         return client.Exchange(*simulator, tarnelRequest(dataMessage({})));
     }

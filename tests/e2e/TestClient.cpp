@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::ptrdiff_t kHeaderSize = 4;
-// Loopback delivers within the frame; this many allow for a busy machine.
+// Loopback delivers within a frame; the others are for a busy machine.
 constexpr int kManyFrames = 20000;
 
 } // namespace

@@ -7,7 +7,7 @@
 
 class SimulatorProcess;
 
-// A client of a simulator that stands still: it steps the simulator until its answer is there.
+// A client of a paused simulator: it steps the simulator until its answer is there.
 class TestClient final : public TcpPeer {
 public:
     explicit TestClient(int receiveBuffer = 0) : TcpPeer(kPluginPort, receiveBuffer) {}
@@ -20,7 +20,7 @@ public:
     // Sends a request and returns its answer without the length.
     Bytes Exchange(SimulatorProcess& simulator, const Bytes& request);
 
-    // What has arrived and was not taken by Answer, without stepping.
+    // What has arrived since the last Answer, without stepping.
     const Bytes& Received();
     // Steps until the plugin has closed the connection; false if it does not within many frames.
     bool IsClosedByServer(SimulatorProcess& simulator);

@@ -28,7 +28,7 @@ Channel makeTerminal() {
     return channel;
 }
 
-// Small enough for a pipe's buffer, so that nobody has to wait.
+// The text fits in a pipe's buffer, so writing does not block.
 int inputOf(const std::string& text) {
     const Channel channel = pipeToChild();
     const ssize_t written = ::write(channel.ours, text.data(), text.size());
@@ -84,25 +84,26 @@ ToolRun::~ToolRun() {
 }
 
 void ToolRun::WaitForOut(const std::string& text, const std::function<void()>& step) {
-    waitUntil([&] { return out.find(text) != std::string::npos; }, step, "prints: " + text);
+    waitUntil([&] { return out.find(text) != std::string::npos; }, step, "print: " + text);
 }
 
 void ToolRun::WaitForOut(const std::string& text, std::size_t from) {
-    waitUntil([&] { return out.find(text, from) != std::string::npos; }, {}, "prints: " + text);
+    waitUntil([&] { return out.find(text, from) != std::string::npos; }, {}, "print: " + text);
 }
 
 void ToolRun::WaitForErr(const std::string& text, const std::function<void()>& step) {
-    waitUntil([&] { return err.find(text) != std::string::npos; }, step, "complains: " + text);
+    waitUntil([&] { return err.find(text) != std::string::npos; }, step,
+              "write to standard error: " + text);
 }
 
 ToolResult ToolRun::Wait(const std::function<void()>& step) {
-    waitUntil([&] { return process->HasEnded(); }, step, "ends");
+    waitUntil([&] { return process->HasEnded(); }, step, "end");
     receive(0);
     return {process->ExitCode(), out, err};
 }
 
 void ToolRun::WaitUntilStopped() {
-    waitUntil([&] { return process->HasStopped(); }, {}, "stops");
+    waitUntil([&] { return process->HasStopped(); }, {}, "stop");
     receive(0);
 }
 
@@ -135,12 +136,12 @@ void ToolRun::waitUntil(const std::function<bool()>& condition, const std::funct
         receive(kWaitMs);
     };
     if (!driveUntil(wait, condition)) {
-        throw std::runtime_error("orvane never " + what + "\nprinted: " + out +
-                                 "\ncomplained: " + err);
+        throw std::runtime_error("orvane did not " + what + "\nstandard output: " + out +
+                                 "\nstandard error: " + err);
     }
 }
 
-// Takes in what is there, and waits for it if there is nothing yet.
+// Reads what is there; waits if there is nothing yet.
 void ToolRun::receive(int timeoutMs) {
     std::array<pollfd, 2> waited{{{outEnd, POLLIN, 0}, {errEnd, POLLIN, 0}}};
     std::array<std::string*, 2> texts{&out, &err};

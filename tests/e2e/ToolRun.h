@@ -8,7 +8,7 @@
 
 #include "support/ChildProcess.h"
 
-// What a tool's user sees of it.
+// What the user of a tool gets.
 struct ToolResult {
     int exitCode = -1;
     std::string out;
@@ -23,10 +23,9 @@ struct ToolSetting {
     bool hasErrTerminal = false;
     // Standard output is a file on a disk that is full.
     bool hasFullDisk = false;
-    // What stands ready on standard input, which then ends.
+    // The whole standard input.
     std::string input{};
-    // Added to the test's own environment, of which TERM, NO_COLOR and the locale are not passed
-    // on.
+    // Added to the test's own environment, without its TERM, NO_COLOR and locale.
     std::vector<std::string> environment{};
     // Instead of `orvane`.
     std::string program{};
@@ -34,8 +33,7 @@ struct ToolSetting {
 
 // A run of the real `orvane`, or of another program.
 //
-// Nothing hangs: what waits gives up after a deadline with an exception, and the process is gone
-// after the destructor.
+// Nothing hangs: waiting throws after a deadline, and the process is gone after the destructor.
 class ToolRun final {
 public:
     explicit ToolRun(std::vector<std::string> arguments, const ToolSetting& setting = {});
@@ -54,11 +52,11 @@ public:
     void Signal(int signal) const { process->Signal(signal); }
     // Waits until a signal has stopped it.
     void WaitUntilStopped();
-    // Keys that somebody types at the terminal of standard output.
+    // Types keys at the terminal of standard output.
     void Type(const std::string& keys) const;
     // Whether that terminal shows what is typed.
     bool HasEcho() const;
-    // Whoever reads standard output goes away.
+    // Closes the reader of standard output.
     void CloseOut();
 
     // Printed so far.
@@ -77,5 +75,5 @@ private:
     std::string err;
 };
 
-// A whole run.
+// Runs to the end.
 ToolResult runTool(std::vector<std::string> arguments, const ToolSetting& setting = {});

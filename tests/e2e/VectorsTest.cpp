@@ -6,7 +6,7 @@
 
 namespace {
 
-// The plugin does what tests/vectors says, byte by byte, in a simulator of each vector's own.
+// The plugin does what tests/vectors says, byte by byte, in a new simulator for each vector.
 class VectorsTest : public EndToEndTest, public testing::WithParamInterface<WireVector> {
 protected:
     VectorsTest() {
@@ -33,7 +33,7 @@ private:
     void expectAnswer(const WireStep& step) {
         constexpr const char* kEnds = "ends ";
         if (step.Is("answer", kEnds)) {
-            simulator->Tell("step 10");
+            simulator->Send("step 10");
             simulator->WaitForEnd();
             EXPECT_EQ(kEnds + simulator->LastLogMessage(), step.text);
         } else if (step.text == "closed") {

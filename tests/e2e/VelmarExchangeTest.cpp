@@ -70,7 +70,7 @@ TEST_F(VelmarExchangeTest, SwitchesBetweenTheProtocolsMessageByMessage) {
                                   {}, {{.id = 1, .name = "test/int", .type = RecordType::Int}}))),
               join({fromHex("01 00 00 00 04 00 00 00 00 00 00 00"), trailer(kAircraftOne)}));
     EXPECT_EQ(exchange(client, writeDataref(1, u32(5))), "06 00 00 00 01 00 00 00 01 00 00 00");
-    // Each protocol has kept what it was told before.
+    // Each protocol still has its definitions.
     EXPECT_EQ(client.Exchange(*simulator, tarnelRequest(dataMessage({}))),
               join({fromHex("01 00 00 00 04 00 00 00 05 00 00 00"), trailer(kAircraftOne)}));
     EXPECT_EQ(exchange(client, readDataref(1)),
@@ -146,7 +146,7 @@ TEST_F(VelmarExchangeTest, CarriesAnIntAsOneByte) {
               "05 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00 02");
 }
 
-TEST_F(VelmarExchangeTest, TouchesNothingOfAClientThatVanishedWithCommandsRegistered) {
+TEST_F(VelmarExchangeTest, DoesNotCallAClientThatVanishedWithCommandsRegistered) {
     {
         TestClient client;
         exchange(client, registerCommand(1, "test/once"));
@@ -158,12 +158,12 @@ TEST_F(VelmarExchangeTest, TouchesNothingOfAClientThatVanishedWithCommandsRegist
     simulator->Step();
 }
 
-TEST_F(VelmarExchangeTest, TouchesNothingOfAClientThatGaveACommandsNumberToAnother) {
+TEST_F(VelmarExchangeTest, DoesNotCallAClientThatReusedACommandsNumber) {
     {
         TestClient client;
         exchange(client, registerCommand(1, "test/once"));
         exchange(client, registerCommand(1, "test/hold"));
-        // Still listened to under its old number.
+        // Still observed under its old number.
         simulator->Ask("command once test/once");
         EXPECT_EQ(exchange(client, pollCommandStates()), "01 00 00 00 01 00 00 00 02");
     }

@@ -98,7 +98,7 @@ void AllocationLimit::RefuseNextBuffer() {
     refusesNextBuffer = true;
 }
 
-// In front of the sanitizer's own, which would end the process instead of throwing.
+// Replaces the sanitizer's own, which would end the process instead of throwing.
 #pragma GCC visibility push(default)
 
 void* operator new(std::size_t size) {
@@ -141,7 +141,7 @@ void operator delete[](void* block, const std::nothrow_t& /*tag*/) noexcept {
     release(block);
 }
 
-// The linker lets calls of calloc come here (--wrap), and the sanitizer's own has another name.
+// The linker redirects calls of calloc to this function (--wrap).
 extern "C" void* __real_calloc(std::size_t count, std::size_t size);
 
 extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {

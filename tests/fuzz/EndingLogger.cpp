@@ -17,7 +17,7 @@ void EndingLogger::Log(LogLevel level, std::string message) {
     std::abort();
 }
 
-// A count or a size in the message that its bytes do not bear out, or an answer without end.
+// A count or a size that does not match the bytes of the message, or an endless answer.
 std::vector<std::string_view> endsOfTarnel() {
     return {"Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4",
             "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4",
@@ -28,7 +28,7 @@ std::vector<std::string_view> endsOfTarnel() {
             "Error@RingBuffer::WriteUInt8 : GetNumWriteBytesAvailable() < 1"};
 }
 
-// A packet torn at a place where Velmar does not wait, or an answer without end.
+// A packet torn at a place where Velmar does not wait, or an endless answer.
 std::vector<std::string_view> endsOfVelmar() {
     return {"Error@RingBuffer::ReadInt32 : GetNumReadBytesAvailable() < 4",
             "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4",

@@ -6,19 +6,19 @@
 
 #include "common/ILoggingService.h"
 
-// Thrown where the real process would end with a line that is documented for the input. No
-// std::exception, since a connection catches those of its protocol.
+// Thrown where the real process would end with a line that is documented for the input. Not
+// a std::exception, since a connection catches those of its protocol.
 struct DocumentedEnd {};
 
 // A logger for fuzz targets. A message at LogLevelError that is documented for the kind of input
 // becomes a DocumentedEnd; any other aborts the target and so is a finding.
 class EndingLogger final : public ILoggingService {
 public:
-    // Of a documented line that ends in a detail, `prefixes` holds what comes before.
+    // `prefixes`: documented lines without the detail at their end.
     explicit EndingLogger(std::vector<std::string_view> prefixes)
         : documented(std::move(prefixes)) {}
 
-    // Another line that this input may end with from now on.
+    // From now on, this input may also end with this line.
     void Allow(std::string_view prefix) { documented.push_back(prefix); }
 
     void SetLogLevel(LogLevel /*level*/) override {}
@@ -28,7 +28,7 @@ private:
     std::vector<std::string_view> documented;
 };
 
-// What a message may end the process with: each protocol's own lines, and those of both.
+// The lines with which a message may end the process: each protocol's own, and those of both.
 std::vector<std::string_view> endsOfTarnel();
 std::vector<std::string_view> endsOfVelmar();
 std::vector<std::string_view> endsOfAnyProtocol();

@@ -22,7 +22,7 @@ void FuzzClient::Send(const Bytes& bytes) {
     if (socket == -1) {
         connect();
     }
-    // By its number, since it must not raise the SIGPIPE that would be a finding in the plugin.
+    // Without SIGPIPE, which would be a finding in the plugin.
     ::syscall(SYS_sendto, socket, bytes.data(), bytes.size(), MSG_NOSIGNAL, nullptr, 0);
 }
 

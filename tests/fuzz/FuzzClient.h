@@ -2,8 +2,8 @@
 
 #include "support/Bytes.h"
 
-// A client of the plugin's port that never waits. It goes around the calls that SocketFaults takes
-// over, which are the plugin's alone to fail.
+// A client of the plugin's port that never waits. It avoids the calls that SocketFaults
+// replaces, so that only the plugin's calls fail.
 class FuzzClient final {
 public:
     FuzzClient() = default;
@@ -11,15 +11,15 @@ public:
     FuzzClient(const FuzzClient&) = delete;
     FuzzClient& operator=(const FuzzClient&) = delete;
 
-    // Connects first where needed. What the network does not take is lost.
+    // Connects first if needed. What the socket does not accept is lost.
     void Send(const Bytes& bytes);
     // What has come so far, at most 64 KiB.
     Bytes Receive();
 
     void Close();
-    // The server learns of it by an error.
+    // The server sees an error.
     void Reset();
-    // Nothing more is sent; answers can still come.
+    // Sends nothing more; answers can still arrive.
     void HalfClose();
 
 private:

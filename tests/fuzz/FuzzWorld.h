@@ -5,7 +5,7 @@
 #include "support/FakeUtilities.h"
 #include "support/PluginWorld.h"
 
-// A small simulator and the plugin's real objects in it, new for every input. Its names are those
+// A small simulator and the plugin's real objects in it, new for every input. It has the names
 // that MessageMaker uses.
 class FuzzWorld final : public PluginWorld<EndingLogger, FakeUtilities> {
 public:

@@ -164,7 +164,7 @@ std::int32_t MessageMaker::number() {
     return oneIn(4) ? static_cast<std::int32_t>(random()) : kNumbers[Below(kNumbers.size())];
 }
 
-// Mostly as many as there are.
+// Mostly the true number.
 std::int32_t MessageMaker::elements() {
     return oneIn(8) ? number() : static_cast<std::int32_t>(Below(6));
 }

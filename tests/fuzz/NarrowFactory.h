@@ -7,8 +7,8 @@
 #include "network/IProtocolFactory.h"
 #include "network/RingBuffer.h"
 
-// A protocol whose answers have 64 KiB of room instead of 256 MiB, so that an answer without end is
-// over soon. Otherwise it is the protocol within.
+// A protocol whose answers have 64 KiB of room instead of 256 MiB, so that an endless answer ends
+// soon. It forwards to another protocol.
 class NarrowProtocol final : public IProtocol {
 public:
     NarrowProtocol(std::unique_ptr<IProtocol> within, ILoggingService* logger)

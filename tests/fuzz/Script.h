@@ -6,7 +6,7 @@
 
 #include "support/Bytes.h"
 
-// One thing that happens: a client sends, the simulator flies on, a pilot presses a command.
+// One event: a client sends, the simulator flies on, a pilot presses a command.
 struct Step {
     enum class Kind : unsigned char {
         Send,     // `bytes`, by client `argument`

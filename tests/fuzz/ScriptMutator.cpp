@@ -32,7 +32,7 @@ void putWord(Bytes& bytes, std::size_t offset, std::size_t value) {
               bytes.begin() + static_cast<Bytes::difference_type>(offset));
 }
 
-// Sizes and counts that agree with the bytes there are; what is left over is cut off.
+// Makes sizes and counts match the bytes; cuts off the rest.
 void mendDefinitions(Bytes& bytes, std::size_t begin) {
     const std::size_t room = bytes.size() - begin - kDefinitionsHeader;
     const auto inputs = std::min<std::size_t>(wordAt(bytes, begin + 8), room / kInputRecord);
@@ -51,7 +51,7 @@ void mendData(Bytes& bytes, std::size_t begin) {
     bytes.resize(begin + kDataHeader + items * kDataItem);
 }
 
-// A Tarnel message stands at the front, or after its identification.
+// A Tarnel message is at the start, or after its identification.
 void mend(Bytes& bytes) {
     for (const std::size_t begin : {std::size_t{0}, std::size_t{4}}) {
         if (bytes.size() < begin + kDefinitionsHeader) {
@@ -118,7 +118,7 @@ void ScriptMutator::change(Script& script, MessageMaker& maker) {
 void ScriptMutator::addMessage(Script& script, MessageMaker& maker) {
     const std::size_t at = maker.Below(script.size() + 1);
     const auto client = static_cast<std::uint8_t>(maker.Below(4) == 0 ? maker.Below(4) : 0);
-    // As often as not, time enough to be answered.
+    // Half of the time, long enough for an answer.
     const std::size_t ticks = maker.Below(4);
     Script added = {{Step::Kind::Send, client, (maker.*makeMessage)()}};
     added.insert(added.end(), ticks, {Step::Kind::Tick, 0, {}});

@@ -6,9 +6,9 @@
 #include "fuzz/MessageMaker.h"
 #include "fuzz/Script.h"
 
-// Changes a script in one way that means something: a whole message more, a message torn in two
-// with a flight loop between, bytes of one message changed with its sizes and counts mended
-// afterwards, steps moved, doubled or left out.
+// Makes one meaningful change to a script: adds a whole message, tears one in two with a flight
+// loop between, changes bytes of one and corrects its sizes and counts, or moves, doubles or drops
+// steps.
 class ScriptMutator final {
 public:
     // The messages that a script of this kind consists of.

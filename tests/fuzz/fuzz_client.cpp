@@ -1,5 +1,5 @@
-// Answers as the client library gets them: whatever a server sends, a decoder returns what was
-// declared or says that the answer is unexpected, and reads nothing beyond its end.
+// The client library's decoders: whatever a server sends, a decoder returns what was declared or
+// reports an unexpected answer, and never reads beyond the end.
 
 #include <algorithm>
 #include <cstdio>

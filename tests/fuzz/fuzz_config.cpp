@@ -24,8 +24,8 @@ constexpr std::array kTypes = {"int",         "float",      "double", "int_array
 constexpr std::array kSizes = {"1",  "8",          "256",         "0",   "-3",   "3.5",
                                "8x", "2147483647", "99999999999", "one", " +4 ", ""};
 
-// The plugin's own datarefs come behind those of the file. A declared size that cannot be had is
-// ignored and throws nothing.
+// The plugin's own datarefs come after those of the file. A size that cannot be allocated is
+// ignored and does not throw.
 void start(DatarefProvider& provider) {
     provider.ParseConfig();
     provider.RegisterFloat("kyr/float");
@@ -46,7 +46,7 @@ void require(bool condition, const char* what) {
     }
 }
 
-// Reads and writes every dataref that was registered, at and past its ends.
+// Reads and writes every registered dataref, at and past its ends.
 void touch(DatarefProvider& provider) {
     constexpr std::uintptr_t kMostRefcons = 40;
     for (std::uintptr_t number = 0; number < kMostRefcons; ++number) {
@@ -85,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string content(data, data + size);
     const TemporaryDirectory folder;
     folder.MakePluginsFolder();
-    // Nothing at all stands for a first start, with no file yet.
+    // An empty input is a first start, without a file.
     if (size > 0) {
         folder.Write(kConfigFile, content);
     }

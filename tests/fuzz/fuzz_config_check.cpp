@@ -19,7 +19,7 @@ using config::DatarefType;
 
 constexpr const char* kConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
-// Larger ones may be more than there is memory for, and are then ignored by the plugin alone.
+// Larger ones may not fit in memory; only the plugin ignores them then.
 constexpr int kLargestSize = 1000;
 
 void require(bool condition, const std::string& what) {
@@ -71,7 +71,7 @@ void compare(FuzzWorld& world, const config::ConfigReport& report, const std::st
         }
         const char* const name = line.declared.name.c_str();
         const headless::Dataref* const dataref = world.simulator.Datarefs().Lookup(name);
-        // The simulator's own are refused, which the checker cannot know.
+        // The simulator refuses names of its own, which the checker cannot know.
         if (dataref != nullptr && !dataref->IsPluginOwned()) {
             continue;
         }
@@ -83,7 +83,7 @@ void compare(FuzzWorld& world, const config::ConfigReport& report, const std::st
                     storedSize(world.provider, line.declared.type, number) == line.declared.size,
                 text);
     }
-    // There is none that the report does not know.
+    // Every registration is in the report.
     world.provider.RegisterInt("the next");
     world.provider.SetInt(reinterpret_cast<void*>(number + 1), 1);
     require(world.provider.GetInt(reinterpret_cast<void*>(number + 1)) == 1, text);

@@ -20,7 +20,7 @@
 namespace {
 
 constexpr std::size_t kClients = 3;
-// Enough to accept everyone who waits, and to hear and answer the last of them.
+// Enough to accept all waiting clients, and to receive from and answer the last.
 constexpr int kTicksToSettle = 8;
 
 const Bytes kVersionRequest = fromHex("11 22 33 44 B1 6B 00 B5");
@@ -146,7 +146,7 @@ private:
             break;
         case 3:
             world.logger.Allow("Error@TcpServer::SetSocketDontLinger : setsockopt() : ");
-            // Started again, it is refused the port of its former connections.
+            // When it starts again, its port is refused because of its former connections.
             world.logger.Allow("Error@TcpServer::Init : bind() : ");
             faults.Fail(SocketCall::SetOption, EINVAL);
             break;
@@ -158,7 +158,7 @@ private:
             world.logger.Allow("Error@TcpServer::Init : bind() : ");
             faults.Fail(SocketCall::Bind, EADDRINUSE);
             break;
-        // Another program listens on the port: no end of the process, but no server either.
+        // Another program listens on the port: the process goes on, without a server.
         default:
             faults.Fail(SocketCall::Listen, EADDRINUSE);
             break;

@@ -1,5 +1,5 @@
-// Throws bytes at what makes text fit for a terminal. What comes out has nothing that a terminal
-// obeys, and tells the bytes that went in.
+// The escaping of text for a terminal. Its result has no control sequences, and the original bytes
+// can be read from it.
 
 #include <cstddef>
 #include <cstdint>
@@ -61,8 +61,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     const std::string shown = printable(text);
     check(!hasControls(shown), "a control character is left");
-    check(original(shown) == text, "the bytes cannot be told from the result");
-    // A text that is harmless stays as it is, but for its backslashes.
+    check(original(shown) == text, "the result does not give the bytes back");
+    // A harmless text stays unchanged, except for its backslashes.
     if (text.find('\\') == std::string::npos && shown.find('\\') == std::string::npos) {
         check(printable(shown) == shown, "a harmless text is changed");
     }

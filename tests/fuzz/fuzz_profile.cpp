@@ -70,7 +70,7 @@ void checkProblems(const Problems& problems, std::string_view text) {
 
 // What a session relies on.
 void checkProfile(const Profile& profile) {
-    require(profile.rate > 0, "the rate is no rate");
+    require(profile.rate > 0, "the rate is not positive");
     std::set<std::string> names;
     for (const ProfileInput& input : profile.inputs) {
         require(names.insert(input.name).second, "an input is there twice");
@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
 }
 
-// Half of the time a line that has a meaning, somewhere.
+// Half of the time, inserts a valid line somewhere.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
                                                std::size_t maxSize, unsigned int seed) {
     MessageMaker maker(seed);

@@ -31,9 +31,9 @@ public:
         if (operation % 16 == 15) {
             performOther(value);
         }
-        // A block that ends exactly at the end of the storage leaves the write position there; read
-        // to its last byte it counts as a whole storage until the next block. That rule is kept,
-        // so there is nothing to compare.
+        // A block that ends exactly at the end of the storage leaves the write position there; once
+        // it is read, the buffer counts as full until the next block. Clients rely on that, so
+        // there is nothing to compare.
         if (queue.empty() && buffer.GetNumReadBytesAvailable() == room + 1) {
             throw DocumentedEnd{};
         }

@@ -9,8 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzWorld world(endsOfTarnel());
     TarnelProtocol protocol(&world.simState, &world.logger, &world.utilities, &world.provider,
                             &world.observer);
-    // Only definitions whose declared size wraps to 0 are read and yet not consumed; the buffer is
-    // put back for them, too.
+    // Only definitions whose declared size wraps to 0 are read but not consumed; the buffer is put
+    // back for them, too.
     playProtocol(protocol, world, script, true);
     return 0;
 }

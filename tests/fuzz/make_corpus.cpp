@@ -182,7 +182,7 @@ void writeConfigs(const std::filesystem::path& folder) {
     write(folder, "written", Bytes(written.begin(), written.end()));
 }
 
-// What chooses the outputs or the packets, and an answer to them; fuzz_client.cpp has the format.
+// A choice of outputs or packets, and an answer to them; fuzz_client.cpp has the format.
 void writeAnswers(const std::filesystem::path& folder) {
     const Bytes aircraft = fromHex("FF FF 00 00 04 00 00 00 5C 2B 57 A4");
     write(folder, "outputs",

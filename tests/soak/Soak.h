@@ -7,10 +7,10 @@
 #include "soak/SoakClients.h"
 #include "soak/SoakFigures.h"
 
-// A flight that is long in flight loops and short in time: clients come and go, declare and press,
-// aircraft change, and two thousand frames pass at once. Tells on standard output how it goes.
+// A flight of many flight loops in a short time: clients come and go, declare and press, aircraft
+// change, and two thousand frames pass at once. Reports its progress on standard output.
 //
-// The figures of the end of the warm-up, a tenth of the time, are what all later ones must equal.
+// All later figures must equal those at the end of the warm-up, a tenth of the time.
 class Soak final {
 public:
     explicit Soak(std::chrono::seconds duration);

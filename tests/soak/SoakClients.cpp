@@ -33,7 +33,7 @@ void SoakClients::Play(std::size_t round) {
     visitAndClose();
     visitAndHalfClose();
     visitAndVanish(round);
-    // Each end is seen in one frame and tidied up in the next.
+    // The plugin sees each end in one frame and cleans up in the next.
     simulator.Step(5);
 }
 
@@ -100,9 +100,8 @@ void SoakClients::visitAndHalfClose() {
     ++served;
 }
 
-// In one of five moments: before it is accepted up to in the middle of a large answer. An answer
-// that nobody takes is met by a reset, so these clients end on the sending side, without a log
-// line.
+// At one of five moments, from before it is accepted to the middle of a large answer. The client's
+// system resets the connection, and the plugin's send fails without a log line.
 void SoakClients::visitAndVanish(std::size_t round) {
     TestClient client(4096);
     client.Send(tarnelRequest(definitionsMessage(

@@ -8,14 +8,13 @@
 class SimulatorProcess;
 
 // The clients of a long flight: two that stay and declare anew each round, and others that come,
-// do something and go, each in another way. Whatever they are answered is checked; an answer that
-// is wrong is an exception.
+// do something and go, each in another way. Every answer is checked; a wrong one throws.
 class SoakClients final {
 public:
     // The simulator is borrowed.
     explicit SoakClients(SimulatorProcess& simulator);
 
-    // One round: every client has its turn. Those that came are gone afterwards.
+    // One round: each client has its turn. The visitors are gone afterwards.
     void Play(std::size_t round);
 
     std::size_t Served() const { return served; }

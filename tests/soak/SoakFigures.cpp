@@ -6,7 +6,7 @@
 
 namespace {
 
-// The allocator's own coming and going; a leak of ten bytes a client would be more.
+// Normal variation of the allocator; a leak of ten bytes per client would be more.
 constexpr long kPlayKilobytes = 512;
 
 } // namespace

@@ -9,7 +9,7 @@ class SimulatorProcess;
 struct SoakFigures {
     static SoakFigures Of(SimulatorProcess& simulator);
 
-    // In words, what has grown since `earlier`; empty when nothing has.
+    // Says what has grown since `earlier`; empty if nothing has.
     std::string GrowthSince(const SoakFigures& earlier) const;
     std::string Text() const;
 

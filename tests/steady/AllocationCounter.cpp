@@ -13,7 +13,7 @@ Allocations Allocations::SoFar() {
     return soFar;
 }
 
-// The array and nothrow forms of the library come down to this one.
+// The array and nothrow forms of the library call this one.
 #pragma GCC visibility push(default)
 
 void* operator new(std::size_t size) {

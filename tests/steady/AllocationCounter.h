@@ -2,16 +2,16 @@
 
 #include <cstddef>
 
-// What this thread took from the heap with `new`, the simulator's part of it included.
+// What this thread has allocated with `new`, including the simulator's allocations.
 //
-// Everything since its start counts; a test looks at the difference.
+// Counts from the start of the thread; tests compare.
 struct Allocations {
     std::size_t count = 0;
     std::size_t bytes = 0;
 
     static Allocations SoFar();
 
-    // What `action` takes.
+    // What `action` allocates.
     template <typename Action>
     static Allocations Of(Action&& action) {
         const Allocations before = SoFar();

@@ -103,7 +103,7 @@ void expectLinear(const std::function<Work(int size)>& workAt) {
         allocations.push_back(work.allocations);
         allocatedBytes.push_back(work.allocatedBytes);
     }
-    // Otherwise the work was not done, or the library not compiled to count it.
+    // Otherwise the work was not done, or the library was not compiled to count it.
     EXPECT_GE(steps.back(), kSizes.back());
     EXPECT_LE(exponentOf(kSizes, steps), kLinear);
     EXPECT_LE(exponentOf(kSizes, allocations), kLinear);
@@ -114,7 +114,7 @@ std::string numbered(const char* prefix, int number) {
     return prefix + std::to_string(number);
 }
 
-// As many inputs as outputs, of which a half are commands.
+// As many inputs as outputs; half of each are commands.
 Definitions definitionsOf(int size) {
     Definitions definitions;
     for (int i = 0; i < size; ++i) {

@@ -2,6 +2,6 @@
 
 #include <vector>
 
-// The slope of the work over the size, both as logarithms, from least squares: 1 is linear. Sizes
-// at which there was no work at all do not count; no work anywhere does not grow.
+// The slope of the work over the size, both as logarithms, by least squares: 1 is linear. Sizes
+// without work do not count; without any work the result is 0.
 double exponentOf(const std::vector<int>& sizes, const std::vector<double>& works);

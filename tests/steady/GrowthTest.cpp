@@ -20,7 +20,7 @@
 
 namespace {
 
-// Room for the doubling of vectors, which takes more memory right behind a step than before it.
+// Tolerance for the doubling of vectors, which takes more memory right after a step than before it.
 constexpr double kLinear = 1.05;
 
 struct Work {
@@ -62,7 +62,7 @@ protected:
     };
     using Step = std::function<void(Scene&, int size)>;
 
-    // What `step` does behind `preparation`. Done twice, since recording calls takes memory.
+    // The work of `step` after `preparation`. Done twice, since recording calls takes memory.
     static Work workOf(int size, const Step& preparation, const Step& step) {
         Work work;
         {
@@ -89,7 +89,7 @@ protected:
         for (const int size : sizes) {
             works.push_back(workOf(size, preparation, step));
         }
-        // Otherwise the step did not do what it was to do.
+        // Otherwise the step did nothing.
         EXPECT_GE(works.back().simulatorCalls + works.back().ringBufferOperations, 10'000);
         EXPECT_LE(growthOf(sizes, works, &Work::simulatorCalls), kLinear);
         EXPECT_LE(growthOf(sizes, works, &Work::ringBufferOperations), kLinear);

@@ -13,8 +13,8 @@
 
 class IProtocol;
 
-// A simulator with an aircraft and as many datarefs of each type as a test wants, and the two ring
-// buffers between which a protocol is fed. Its log is at the level that users have.
+// A simulator with an aircraft and a given number of datarefs of each type, and two ring buffers to
+// feed a protocol with. Its log has the level that users have.
 class SteadyWorld final : public PluginWorld<LoggingService, Utilities> {
 public:
     // Of the arrays.
@@ -23,14 +23,13 @@ public:
     // "sim/int/10000" and up; likewise "sim/float/", "sim/ints/" and "sim/floats/".
     explicit SteadyWorld(int datarefsOfEachType);
 
-    // What a connection does around feeding a protocol. Returns the size of the answer, and takes
-    // nothing from the heap itself.
+    // What a connection does around feeding a protocol. Returns the size of the answer, and
+    // allocates nothing itself.
     unsigned long Exchange(IProtocol& protocol, Bytes& request);
 
     RingBuffer in;
     RingBuffer out;
 };
 
-// Equally long for every number below 90,000, so that a longer text takes no memory where a shorter
-// one does not.
+// Texts of equal length for all numbers below 90,000, since a longer text may allocate.
 std::string numbered(const char* prefix, int number);

@@ -10,7 +10,7 @@ std::size_t stepsSoFar() {
     return steps;
 }
 
-// The compiler puts a call of it into each basic block.
+// The compiler puts a call of this function in each basic block.
 extern "C" void __sanitizer_cov_trace_pc();
 extern "C" void __sanitizer_cov_trace_pc() {
     ++steps;

@@ -2,6 +2,6 @@
 
 #include <cstddef>
 
-// How many basic blocks of the code under test this thread has run: the same on every machine, and
-// however busy it is. Counts what was compiled with -fsanitize-coverage=trace-pc.
+// How many basic blocks of the code under test this thread has run: the same on every machine,
+// busy or not. Counts what was compiled with -fsanitize-coverage=trace-pc.
 std::size_t stepsSoFar();

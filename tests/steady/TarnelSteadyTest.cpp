@@ -1,4 +1,4 @@
-// A steady exchange of a Tarnel client takes no memory at all.
+// A steady exchange of a Tarnel client allocates nothing.
 
 #include <algorithm>
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 
 using testing::Values;
 
-// With so many of everything.
+// The parameter is the number of everything.
 class TarnelSteadyTest : public testing::TestWithParam<int> {
 protected:
     void define(const std::vector<InputRecord>& inputs, const std::vector<OutputRecord>& outputs) {

@@ -1,4 +1,4 @@
-// What a frame takes from the heap, over real sockets.
+// What a frame allocates, over real sockets.
 
 #include <memory>
 #include <vector>
@@ -26,7 +26,7 @@ protected:
         });
     }
 
-    // Ticks until so many bytes have come back.
+    // Ticks until `size` bytes have come back.
     void awaitAnswer(TcpPeer& client, std::size_t size) {
         std::size_t received = 0;
         while (received < size) {
@@ -55,7 +55,7 @@ TEST_F(TickSteadyTest, TakesNothingWithIdleClients) {
     EXPECT_EQ(ticks(100).count, 0U);
 }
 
-// With so many outputs.
+// The parameter is the number of outputs.
 class ExchangeSteadyTest : public TickSteadyTest, public testing::WithParamInterface<int> {
 protected:
     static std::vector<OutputRecord> outputs() {

@@ -1,4 +1,4 @@
-// A steady exchange of a Velmar client takes no memory at all.
+// A steady exchange of a Velmar client allocates nothing.
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 using testing::Values;
 
-// With so many datarefs of each type, or commands.
+// The parameter is the number of datarefs of each type, or of commands.
 class VelmarSteadyTest : public testing::TestWithParam<int> {
 protected:
     static constexpr std::uint32_t kTypes = 5;

@@ -8,8 +8,8 @@
 #include <fstream>
 #include <system_error>
 
-// As `ulimit -v`: for as long as an object lives, this process, and what it starts, may map so much
-// more than the process has mapped already. Not under a sanitizer, which maps terabytes.
+// Like `ulimit -v`: while an object lives, this process and its children may map only this much
+// more than it has mapped already. Not under a sanitizer, which maps terabytes.
 class AddressSpaceLimit final {
 public:
     explicit AddressSpaceLimit(std::size_t moreBytes) {

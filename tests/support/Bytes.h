@@ -8,8 +8,8 @@
 
 #include "network/IRingBuffer.h"
 
-// A stretch of the wire. Expected bytes are best written out literally; the functions below are for
-// the long records in which only a few fields matter.
+// Bytes on the wire. Tests write expected bytes literally; the functions below are for long records
+// in which only a few fields matter.
 using Bytes = std::vector<unsigned char>;
 
 // Little-endian, as everything on the wire.
@@ -25,6 +25,6 @@ Bytes join(std::initializer_list<Bytes> parts);
 std::string toHex(const Bytes& bytes);
 Bytes fromHex(std::string_view text);
 
-// Puts the bytes into the buffer; takes all that it holds.
+// Put the bytes into the buffer, and take all that it holds.
 void fill(IRingBuffer& buffer, const Bytes& bytes);
 Bytes drain(IRingBuffer& buffer);

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-// A process of the test's own, which is gone after the destructor. Failures to make one throw
-// std::system_error.
+// A child process, which is gone after the destructor. Throws std::system_error if it cannot be
+// made.
 class ChildProcess final {
 public:
     struct Setting {
@@ -19,21 +19,21 @@ public:
         std::optional<int> errors{};
         // Instead of the test's own.
         std::optional<std::vector<std::string>> environment{};
-        // A process group of its own, as a shell gives it.
+        // In its own process group, as a shell does it.
         bool hasOwnGroup = false;
     };
 
     // Runs a program, which is the first of the arguments. SIGPIPE ends it, even if the test
     // ignores that signal.
     ChildProcess(std::vector<std::string> arguments, const Setting& setting);
-    // Forks; the child does this and ends well.
+    // Forks; the child does this and ends with status 0.
     explicit ChildProcess(const std::function<void()>& work);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     pid_t Pid() const { return pid; }
-    // Throws when it has ended: the number may be another's by then.
+    // Throws if it has ended: the number may belong to another process by then.
     void Signal(int signal) const;
 
     bool HasEnded();
@@ -41,7 +41,7 @@ public:
     bool HasStopped();
     // Waits, with a deadline, and returns the wait status.
     int WaitForEnd();
-    // As the shell tells it: 128 more than the signal that ended it.
+    // As in a shell: 128 plus the signal, if one ended it.
     int ExitCode() const;
 
 private:

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-// Runs `step` until `condition` holds. False when it does not within a time that is ample on a
-// loaded machine; the test then fails instead of hanging.
+// Runs `step` until `condition` holds. False after a deadline that is ample on a loaded machine, so
+// that the test fails instead of hanging.
 template <class Step, class Condition>
 bool driveUntil(Step step, Condition condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);

@@ -7,8 +7,8 @@
 
 #include "datarefs/IDatarefProvider.h"
 
-// Records every call as text, in order, and answers with what the test put into its fields. A test
-// that wants more to happen in a call sets `onCall`.
+// Records every call as text, in order, and returns what the test put into its fields. Calls
+// `onCall` in every call.
 class FakeDatarefProvider final : public IDatarefProvider {
 public:
     ~FakeDatarefProvider() override {

@@ -36,7 +36,7 @@ public:
     std::vector<std::pair<unsigned int, int>> commands;
 };
 
-// Hands out the protocols that `make` makes. The connection owns them.
+// Returns the protocols that `make` makes. The connection owns them.
 class FakeProtocolFactory final : public IProtocolFactory {
 public:
     ~FakeProtocolFactory() override {

@@ -5,7 +5,7 @@
 // Stops the wall clock of this process while the object lives. It stands at the Unix epoch until it
 // is set. One at a time.
 //
-// Works by defining `time` and `clock_gettime` in the program, in front of the C library's; link
+// Works by defining `time` and `clock_gettime` in the program, before the C library's; link
 // FakeWallClock.cpp into the programs that need it.
 class FakeWallClock final {
 public:

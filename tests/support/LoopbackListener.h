@@ -6,8 +6,7 @@
 // A server's socket on 127.0.0.1, driven by a test. Set-up failures throw std::system_error.
 class LoopbackListener final {
 public:
-    // On a port that the system chooses, or on this one. Without a backlog it is bound to the port
-    // and does not listen.
+    // Port 0: chosen by the system. Without a backlog, the socket is bound but does not listen.
     explicit LoopbackListener(std::uint16_t port = 0, std::optional<int> backlog = 4);
     ~LoopbackListener();
     LoopbackListener(const LoopbackListener&) = delete;

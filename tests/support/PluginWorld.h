@@ -14,11 +14,11 @@
 #include "plugin/XPlanePlugin.h"
 #include "protocols/ProtocolFactory.h"
 
-// A simulator, and the plugin's real objects in it, wired as at its start but not started: nothing
-// listens, and nothing is registered. Only the logger and the utilities are the test's choice.
+// A simulator with the plugin's real objects, wired but not started: nothing listens, and nothing
+// is registered. The test chooses the logger and the utilities.
 //
-// Several worlds may exist; the simulator and its calls to the plugin are those of the last one
-// made, which goes first.
+// Several worlds may exist: the simulator and its callbacks belong to the last one, which must be
+// destroyed first.
 template <class Logger, class UtilitiesClass>
 class PluginWorld {
 public:

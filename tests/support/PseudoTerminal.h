@@ -2,8 +2,7 @@
 
 #include <cstddef>
 
-// A terminal that nobody sits at, with an environment to match: TERM is xterm, NO_COLOR is set, and
-// no locale is.
+// A pseudo terminal. Sets TERM to xterm, sets NO_COLOR, and unsets the locale.
 class PseudoTerminal final {
 public:
     PseudoTerminal();
@@ -12,7 +11,7 @@ public:
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
     void Resize(std::size_t columns, std::size_t rows) const;
-    // What a program has as its standard output.
+    // The program's end.
     int FileDescriptor() const { return theirs; }
     // The screen to read and the keyboard to write to.
     int UserDescriptor() const { return ours; }

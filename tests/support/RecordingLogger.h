@@ -8,14 +8,14 @@
 
 #include "common/ILoggingService.h"
 
-// Stands for the end of the process, which the real service brings about at LogLevelError.
+// Thrown instead of ending the process, as the real service does at LogLevelError.
 class FatalReport final : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
 // Keeps every message, whatever the threshold. After a message at LogLevelError it throws
-// FatalReport, so that nothing runs which could not run in the real process.
+// FatalReport, so that no code runs that would not run in the real process.
 class RecordingLogger final : public ILoggingService {
 public:
     ~RecordingLogger() override {

@@ -8,22 +8,21 @@
 #include "support/LoopbackListener.h"
 #include "support/TcpPeer.h"
 
-// Plays the server, byte by byte: it accepts connections one after the other, and on each of them
-// waits for a request and sends an answer, as often as written down. Another request than expected
-// fails the test, as does a connection that is never made.
+// Plays a server byte by byte: accepts connections one after the other and plays the turns of each:
+// a request and its answer. An unexpected request or a missing connection fails the test.
 //
-// It runs in a thread of its own until its script is over, which the destructor waits for. Nothing
-// waits longer than a deadline.
+// Runs in its own thread until the script ends; the destructor waits for that. Every wait has a
+// deadline.
 class ScriptedServer final {
 public:
-    // In hex. An answer has its length in front; an empty one is none.
+    // In hex. An answer begins with its length; an empty one is not sent.
     struct Turn {
         std::string request;
         std::string answer;
     };
     enum class End {
         ByServer, // closes after the last turn
-        ByClient, // waits for the client to close; anything that it sends before fails the test
+        ByClient, // waits for the client to close; any further bytes fail the test
         ByReset,
     };
     struct Connection {

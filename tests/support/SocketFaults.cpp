@@ -109,7 +109,7 @@ ssize_t send(int file, const void* buffer, size_t size, int flags) {
     return result;
 }
 
-// As with Linux, a close that fails has closed all the same.
+// On Linux, a close that fails still closes the socket.
 int close(int file) {
     static auto* const real = systemCall<decltype(::close)>("close");
     const int result = real(file);

@@ -10,11 +10,11 @@
 
 enum class SocketCall { Socket, SetOption, Bind, Listen, Accept, Receive, Send, Close };
 
-// Makes chosen socket calls of this process come back as the test says, without being made (except
-// close), and counts the calls. One plan per call, in order, for as long as the object lives; calls
-// without a plan go to the system. One object at a time.
+// Replaces the results of chosen socket calls of this process, which are then not made (except
+// close), and counts all calls. One plan per call, in order, while the object lives; calls without
+// a plan go to the system. One object at a time.
 //
-// Works by defining the calls in the program, in front of the C library's; link SocketFaults.cpp
+// Works by defining the calls in the program, before the C library's; link SocketFaults.cpp
 // into the programs that need it.
 class SocketFaults final {
 public:
@@ -27,11 +27,11 @@ public:
     void Return(SocketCall call, long result) { plans[call].push_back({result, 0, {}, {}}); }
     // The call is made.
     void Pass(SocketCall call) { plans[call].push_back({{}, 0, {}, {}}); }
-    // The call is made after `event`: what may happen between any two calls happens here.
+    // The call is made after `event`, which simulates what may happen between two calls.
     void PassAfter(SocketCall call, std::function<void()> event) {
         plans[call].push_back({{}, 0, {}, std::move(event)});
     }
-    // A send that is made with its first `bytes` bytes only.
+    // Sends only the first `bytes` bytes.
     void ShortenSend(std::size_t bytes) { plans[SocketCall::Send].push_back({{}, 0, bytes, {}}); }
 
     std::size_t Count(SocketCall call) const;

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <system_error>
 
-// What the sockets of tests have in common.
+// Helpers for sockets in tests.
 
 constexpr std::uint16_t kPluginPort = 48000;
 
@@ -24,7 +24,7 @@ Result checked(Result result, const char* what) {
 sockaddr_in loopbackAddress(std::uint16_t port);
 void setOption(int socket, int level, int option, int value);
 
-// Of one end of a connection, as ::getsockname or ::getpeername tells it; 0 when there is none.
+// The port that ::getsockname or ::getpeername returns; 0 if there is none.
 template <class GetName>
 std::uint16_t portOf(int socket, GetName getName) {
     sockaddr_in address{};
@@ -36,8 +36,8 @@ std::uint16_t portOf(int socket, GetName getName) {
 
 // Whether something can be read now: bytes, the end, or an error.
 bool isReadable(int socket);
-// Whether something can be sent now, on a connection that stands.
+// Whether the socket is connected and can send now.
 bool isWritable(int socket);
-// Wait, with a deadline, until the socket has something to read, or has met an error or a hang-up.
+// Wait, with a deadline, until the socket has something to read, or an error or hang-up.
 bool waitReadable(int socket);
 bool waitBroken(int socket);

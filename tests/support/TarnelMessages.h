@@ -7,13 +7,13 @@
 
 #include "support/Bytes.h"
 
-// What a Tarnel client sends, written to the wire at literal offsets and without a look at the
-// plugin's own records. Every field is zero or empty unless a test sets it.
+// What a Tarnel client sends, written at literal offsets, independent of the plugin's own records.
+// Every field is zero or empty unless a test sets it.
 
 // The identification of the protocol, which begins a request.
 inline const Bytes kTarnel{0x11, 0x22, 0x33, 0x44};
 
-// Of inputs and outputs.
+// Types of inputs and outputs.
 struct RecordType {
     enum : std::int32_t { Int = 1, Float = 2, IntArray = 3, FloatArray = 4, Command = 6 };
 };
@@ -62,7 +62,7 @@ struct OutputRecord {
 Bytes toBytes(const InputRecord& record);
 Bytes toBytes(const OutputRecord& record);
 
-// Whole messages, without the identification of the protocol that goes before them.
+// Whole messages, without the protocol's identification.
 Bytes versionMessage();
 Bytes definitionsMessage(const std::vector<InputRecord>& inputs,
                          const std::vector<OutputRecord>& outputs);

@@ -4,7 +4,7 @@
 #include <string>
 
 // A new empty directory that is the process's working directory while the object lives, and is
-// removed with everything in it afterwards. `MakePluginsFolder` adds what the simulator has.
+// removed with everything in it afterwards. MakePluginsFolder adds the simulator's folders.
 class TemporaryDirectory final {
 public:
     TemporaryDirectory();

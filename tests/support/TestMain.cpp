@@ -5,8 +5,8 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    // Forked: where networks cannot be private, a program started anew would wait for the port that
-    // its parent holds.
+    // Forked: without private networks, a new program would wait for the port that its parent
+    // holds.
     GTEST_FLAG_SET(death_test_style, "fast");
     if (!GTEST_FLAG_GET(list_tests)) {
         enterPrivateNetwork();

@@ -2,8 +2,8 @@
 
 #include <string>
 
-// What the exception says with which `action` ends, or nothing when it does not throw. An exception
-// that is not `Wanted` fails the test.
+// The text of the exception that `action` throws, or an empty text. Any other exception than
+// `Wanted` fails the test.
 template <class Wanted, class Action>
 std::string textOf(Action action) {
     try {

@@ -8,11 +8,10 @@
 
 // The vectors of tests/vectors, as its README describes them.
 
-// Words of a statement, without its remark.
+// The words of a statement, without its remark.
 using WireWords = std::vector<std::string>;
 
-// A statement; a request and an answer have their bytes, and the statements that say what they
-// mean.
+// A statement. Requests and answers also have their bytes, and the statements of their meaning.
 struct WireStep {
     std::string keyword;
     std::string text; // what follows the keyword
@@ -30,12 +29,12 @@ struct WireVector {
     std::vector<WireStep> steps{};
 };
 
-// All vectors of the folder's files. Throws std::runtime_error, with file and line, for what the
-// format does not know.
+// All vectors of the folder's files. Throws std::runtime_error with file and line for invalid
+// text.
 std::vector<WireVector> readWireVectors();
 
 WireWords wordsOf(const std::string& text);
-// Between commas.
+// The parts between commas.
 WireWords listOf(const std::string& text);
 
 // For GoogleTest's parameterised tests: a name of letters, digits and underscores, and what a

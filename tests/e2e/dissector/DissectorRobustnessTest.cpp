@@ -8,7 +8,7 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// What holds for the dissector whatever the capture.
+// What holds for the dissector with any capture.
 
 namespace {
 
@@ -22,7 +22,7 @@ using testing::StartsWith;
 
 using DissectorRobustnessTest = DrawnCaptureTest;
 
-// The dissector's trees, without those of segments that wait for the next.
+// The dissector's trees, without those of incomplete segments.
 std::vector<std::string> treesOf(const std::filesystem::path& file,
                                  std::vector<std::string> arguments) {
     arguments.insert(arguments.end(), {"-V", "-O", "orvane"});
@@ -51,7 +51,7 @@ TEST_F(DissectorRobustnessTest, ShowsTheSameInEveryPass) {
     const auto file = capture.Finish();
     const std::vector<std::string> once = treesOf(file, {"-Y", "tcp"});
     EXPECT_THAT(once, Contains("XPlaneOrvane, Tarnel DEFINITIONS 1 input, 1 output"));
-    // Without a filter tshark's first pass knows no fields, and no answers in the second.
+    // Without a filter, tshark's first pass shows no fields, and the second no answers.
     EXPECT_EQ(treesOf(file, {"-2"}), once);
     std::vector<std::string> linked = treesOf(file, {"-2", "-Y", "tcp"});
     EXPECT_EQ(
@@ -75,7 +75,7 @@ TEST_F(DissectorRobustnessTest, ListensOnThePortOfThePreference) {
     EXPECT_THAT(infosOf(capture.Finish(), {"-o", "orvane.port:48001"}), IsEmpty());
 }
 
-TEST_F(DissectorRobustnessTest, ShowsNoMoreThanWiresharkBears) {
+TEST_F(DissectorRobustnessTest, StopsBeforeWiresharksLimitOfItems) {
     // 400000 packets of an unknown type would be more than a million items.
     Bytes request = kVelmar;
     request.resize(1'600'004);
@@ -89,7 +89,7 @@ TEST_F(DissectorRobustnessTest, ShowsNoMoreThanWiresharkBears) {
     EXPECT_THAT(lines, Each(Not(HasSubstr("Lua Error"))));
 }
 
-TEST_F(DissectorRobustnessTest, NeverFailsOnNonsense) {
+TEST_F(DissectorRobustnessTest, NeverFailsOnRandomBytes) {
     std::mt19937 random(2026);
     const auto below = [&random](std::size_t limit) { return random() % limit; };
     const std::vector<Bytes> seeds{

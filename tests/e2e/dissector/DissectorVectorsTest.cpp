@@ -11,8 +11,8 @@
 #include "support/TemporaryDirectory.h"
 #include "support/WireVectors.h"
 
-// What Wireshark shows of the requests and answers of tests/vectors: their values, and the faults
-// that are in them and no others.
+// What Wireshark shows of the requests and answers of tests/vectors: their values, their faults,
+// and no other faults.
 
 namespace {
 
@@ -115,7 +115,7 @@ protected:
         file = capture.Finish();
     }
 
-    // By number of the frame; empty where there is none.
+    // By frame number; empty if there are none.
     std::map<int, Row> rows() const {
         std::vector<std::string> fields{"frame.number"};
         fields.insert(fields.end(), kFields.begin(), kFields.end());
@@ -132,7 +132,7 @@ protected:
         return all;
     }
 
-    // By number of the frame, without the notes.
+    // By frame number, without the notes.
     std::map<int, std::string> faults() const {
         std::map<int, std::string> all;
         for (const std::string& expert : expertsOf(file)) {
@@ -152,7 +152,7 @@ protected:
         EXPECT_EQ(shown, expected);
     }
 
-    // The line with which the process ends instead of an answer to this request, if it does.
+    // The log line that ends the process instead of an answer to this request, if there is one.
     std::string endOf(const WireStep& request) const {
         const auto found = ends.find(request.place);
         return found == ends.end() ? "" : found->second;
@@ -213,8 +213,8 @@ TEST_F(DissectorVectorsTest, ShowsWhatTheyMean) {
     }
 }
 
-// That a request was torn shows when it is answered.
-TEST_F(DissectorVectorsTest, FindsTheFaultsThatAreInThem) {
+// A torn request is recognised when it is answered.
+TEST_F(DissectorVectorsTest, FindsTheirFaults) {
     const std::map<int, std::string> found = faults();
     WireStep asked;
     for (const auto& [frame, step] : messages) {
@@ -229,8 +229,8 @@ TEST_F(DissectorVectorsTest, FindsTheFaultsThatAreInThem) {
     }
 }
 
-// Of a torn request it cannot know that there is no rest.
-TEST_F(DissectorVectorsTest, TellsWithWhichLineTheProcessEnds) {
+// It cannot know that a torn request has no rest.
+TEST_F(DissectorVectorsTest, ShowsTheLogLineThatEndsTheProcess) {
     const std::map<int, std::string> found = faults();
     int ends = 0;
     for (const auto& [frame, step] : messages) {

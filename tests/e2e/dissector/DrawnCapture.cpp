@@ -27,7 +27,7 @@ Bytes u32be(std::uint32_t value) {
     return join({u16be(value >> 16), u16be(value)});
 }
 
-// IPv4 without options from 127.0.0.1 to 127.0.0.1; its checksum is not looked at.
+// IPv4 without options from 127.0.0.1 to 127.0.0.1, without a checksum.
 Bytes ipHeader(std::size_t payload) {
     return join({fromHex("45 00"), u16be(kHeaderSize + payload),
                  fromHex("00 00 00 00 40 06 00 00 7F 00 00 01 7F 00 00 01")});

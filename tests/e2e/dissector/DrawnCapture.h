@@ -11,8 +11,8 @@
 struct pcap;
 struct pcap_dumper;
 
-// A capture that was never captured: connections to the plugin, segment by segment as a test says,
-// a millisecond apart. For what a network does once in a thousand times.
+// A capture file made by a test: connections to the plugin, segment by segment, a millisecond
+// apart. For what happens once in a thousand times on a real network.
 class DrawnCapture final {
 public:
     explicit DrawnCapture(std::filesystem::path file, std::uint16_t serverPort = 48000);
@@ -20,11 +20,11 @@ public:
     DrawnCapture(const DrawnCapture&) = delete;
     DrawnCapture& operator=(const DrawnCapture&) = delete;
 
-    // Further segments belong to a new connection, of which the three segments of the handshake are
-    // in the capture. Without it the connection began before the capture.
+    // Later segments belong to a new connection. Connect adds the three segments of its handshake;
+    // with JoinConnection it began before the capture.
     void Connect();
     void JoinConnection();
-    // From the port of the connection before, with other sequence numbers.
+    // From the client's port of the last connection, with other sequence numbers.
     void ConnectAgain();
 
     void FromClient(const Bytes& payload);
@@ -32,11 +32,11 @@ public:
     // One segment for every `size` bytes.
     void FromClientInPieces(const Bytes& payload, std::size_t size);
     void FromServerInPieces(const Bytes& payload, std::size_t size);
-    // The bytes from `size` on in a segment that overtakes the one with those before.
+    // In two segments; the one with the bytes from `size` on arrives first.
     void FromClientOvertaking(const Bytes& payload, std::size_t size);
     void FromServerOvertaking(const Bytes& payload, std::size_t size);
 
-    // The side's last segment once more.
+    // Repeats the side's last segment.
     void RepeatFromClient();
     void RepeatFromServer();
     // Sent, but not captured at all, or only the first bytes of the payload.

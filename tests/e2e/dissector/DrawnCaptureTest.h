@@ -8,7 +8,7 @@
 #include "support/TemporaryDirectory.h"
 #include "support/VelmarMessages.h"
 
-// A capture that a test draws, and the requests and answers that most of them begin with.
+// A drawn capture, and the requests and answers that most tests use.
 class DrawnCaptureTest : public testing::Test {
 protected:
     // One int output, 1, "test/int", and an input, 7, for it; 628 bytes.
@@ -27,5 +27,5 @@ protected:
     DrawnCapture capture{"drawn.pcap"};
 };
 
-// The answer of a connection that has declared nothing.
+// The answer on a connection without definitions.
 inline const Bytes kEmptyOutputs = fromHex("0C 00 00 00 FF FF 00 00 04 00 00 00 01 02 03 04");

@@ -6,7 +6,7 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// What Wireshark shows of captures that lack something.
+// What Wireshark shows of incomplete captures.
 
 namespace {
 
@@ -17,7 +17,7 @@ using GapsTest = DrawnCaptureTest;
 
 const std::string kGap = "[TCP ACKed unseen segment] [TCP Previous segment not captured] ";
 
-TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
+TEST_F(GapsTest, ReportsNoFaultInWhatCameBeforeTheCapture) {
     capture.JoinConnection();
     capture.FromServer(fromHex("01 02 03"));
     capture.JoinConnection();
@@ -42,7 +42,7 @@ TEST_F(GapsTest, ClaimsNothingOfWhatWasBeforeTheCapture) {
                             "5 Note: registered before the capture begins"));
 }
 
-TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
+TEST_F(GapsTest, ReportsNoFaultInWhatTheCaptureMissed) {
     capture.Connect();
     capture.MissFromClient(definitions());
     capture.MissFromServer(outputs("00 00 00 00"));
@@ -56,12 +56,12 @@ TEST_F(GapsTest, ClaimsNothingOfWhatTheCaptureMissed) {
                 ElementsAre("4 Note: bytes before this segment are not in the capture"));
 }
 
-TEST_F(GapsTest, TellsOfRequestsThatTheEndOfTheConnectionLeftWithoutAnAnswer) {
+TEST_F(GapsTest, ReportsRequestsWithoutAnAnswerWhenTheConnectionEnds) {
     const std::string line = "Error@RingBuffer::ReadUInt32 : GetNumReadBytesAvailable() < 4";
     capture.Connect();
     capture.FromClient(tarnelRequest(versionMessage()));
     capture.ResetFromServer();
-    // The simulator had only a part when it looked; what came later was not read.
+    // The plugin had received only a part when it answered; the rest was not read.
     capture.Connect();
     capture.FromClientInPieces(velmarRequest({readDataref(1)}), 10);
     capture.ResetFromServer();
@@ -78,7 +78,7 @@ TEST_F(GapsTest, TellsOfRequestsThatTheEndOfTheConnectionLeftWithoutAnAnswer) {
                     "10 Note: the connection ended before an answer"));
 }
 
-TEST_F(GapsTest, ShowsWhatThereIsOfAnAnswer) {
+TEST_F(GapsTest, ShowsThePartOfAnAnswerThatWasCaptured) {
     capture.Connect();
     capture.FromClient(query());
     capture.FromServer(Bytes(kEmptyOutputs.begin(), kEmptyOutputs.end() - 4));
@@ -96,7 +96,7 @@ TEST_F(GapsTest, ShowsWhatThereIsOfAnAnswer) {
                             "10 Note: 6 bytes are missing here"));
 }
 
-TEST_F(GapsTest, LinksNoAnswerToARequestFromBeforeAGap) {
+TEST_F(GapsTest, DoesNotLinkAnAnswerToARequestBeforeAGap) {
     capture.Connect();
     capture.FromClient(query());
     capture.MissFromServer(kEmptyOutputs);

@@ -4,7 +4,7 @@
 #include "e2e/dissector/LoopbackCapture.h"
 #include "support/VelmarMessages.h"
 
-// A flight whose exchanges are captured from the wire, between a client and the plugin.
+// A flight; the exchanges between a client and the plugin are captured from the wire.
 class LiveCaptureTest : public EndToEndTest {
 protected:
     LiveCaptureTest() { startSimulator(); }

@@ -7,7 +7,8 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// What Wireshark tells of requests that the plugin skips, loses its place at, or ends with.
+// What Wireshark shows of requests that the plugin skips, that make it lose its place, or that end
+// it.
 
 namespace {
 
@@ -19,7 +20,7 @@ using testing::HasSubstr;
 
 using LiveFaultsTest = LiveCaptureTest;
 
-TEST_F(LiveFaultsTest, TellsWhatThePluginSkips) {
+TEST_F(LiveFaultsTest, ShowsWhatThePluginSkips) {
     TestClient client;
     client.Send(fromHex("01 02 03 04"));
     ASSERT_TRUE(client.IsDelivered());
@@ -35,7 +36,7 @@ TEST_F(LiveFaultsTest, TellsWhatThePluginSkips) {
                     EndsWith(" Note: only commands under kyr/ can be observed: it has no value")));
 }
 
-TEST_F(LiveFaultsTest, TellsThatADefinitionsMessageWasTorn) {
+TEST_F(LiveFaultsTest, SaysThatADefinitionsMessageWasTorn) {
     const Bytes request = tarnelRequest(
         definitionsMessage({{.action = 7, .targetType = RecordType::Int, .target = "test/int"}},
                            {{.id = 1, .name = "test/int", .type = RecordType::Int}}));
@@ -59,7 +60,7 @@ TEST_F(LiveFaultsTest, TellsThatADefinitionsMessageWasTorn) {
                      "is dropped as an unknown identification, 620 bytes wait")));
 }
 
-TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
+TEST_F(LiveFaultsTest, ShowsWhereADataMessageStops) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
     client.Exchange(*simulator, tarnelRequest(dataMessage({{7, 1}, {99, 1}, {8, 1}})));
@@ -71,7 +72,7 @@ TEST_F(LiveFaultsTest, TellsWhereADataMessageStops) {
                                      ": the connection has lost its place")));
 }
 
-TEST_F(LiveFaultsTest, TellsThatANegativeCountMayCloseTheConnection) {
+TEST_F(LiveFaultsTest, WarnsThatANegativeCountMayCloseTheConnection) {
     const auto define = [](std::int32_t count) {
         return tarnelRequest(definitionsMessage(
             {}, {{.id = 1, .name = "kyr/negative", .type = RecordType::IntArray, .count = count}}));
@@ -89,9 +90,9 @@ TEST_F(LiveFaultsTest, TellsThatANegativeCountMayCloseTheConnection) {
     EXPECT_THAT(expertsOf(file), ElementsAre(EndsWith(expert), EndsWith(expert)));
 }
 
-TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
+TEST_F(LiveFaultsTest, ShowsTheLogLineThatEndsTheProcess) {
     const std::vector<Bytes> requests{
-        // Records and items that are announced and not there.
+        // Records and items that are announced but missing.
         fromHex("11 22 33 44 C0 FF EE DD 00 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
         join({fromHex("11 22 33 44 C0 FF EE DD 34 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00"),
               zeros(52)}),
@@ -100,7 +101,7 @@ TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
         fromHex("11 22 33 44 DE AD BE EF 00 00 00 00 01 00 00 00"),
         // A command's descriptor that is whole, but short.
         velmarRequest({registerCommand(1, "sim/a")}),
-        // Packets that are not whole.
+        // Incomplete packets.
         fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41 73 69 6D"),
         join({fromHex("55 66 77 88 03 00 00 00 01 00 00 00 42"), zeros(8)}),
         fromHex("55 66 77 88 05 00 00 00 01 00 00"), fromHex("55 66 77 88 06 00 00 00"),
@@ -116,7 +117,7 @@ TEST_F(LiveFaultsTest, TellsWhatEndsTheSimulatorsProcessWithItsLine) {
         startSimulator();
         TestClient client;
         client.Send(request);
-        simulator->Tell("step 10");
+        simulator->Send("step 10");
         simulator->WaitForEnd();
         expected.emplace_back(
             AllOf(HasSubstr(" Error: "),
@@ -193,7 +194,7 @@ TEST_F(LiveFaultsTest, ShowsBothStreamsOfDefinitionsThatSeemToHaveNoSize) {
                 ElementsAre(EndsWith(" Warning: the outputs come twice")));
 }
 
-TEST_F(LiveFaultsTest, TellsThatTheLastValueWasCut) {
+TEST_F(LiveFaultsTest, SaysThatTheLastValueWasCut) {
     TestClient client;
     client.Exchange(*simulator, smallDefinitions());
     client.Exchange(*simulator, tarnelRequest(fromHex("DE AD BE EF 00 00 00 00 02 00 00 00 "

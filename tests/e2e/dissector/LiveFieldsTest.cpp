@@ -156,7 +156,7 @@ TEST_F(LiveFieldsTest, ShowsValuesOfEveryTypeOfVelmar) {
             "ok|1,2|0.5,-2|"));
 }
 
-TEST_F(LiveFieldsTest, NamesWhatValuesOutsideOfTheListsDo) {
+TEST_F(LiveFieldsTest, ShowsTheEffectOfUnlistedValues) {
     TestClient client;
     client.Exchange(*simulator,
                     tarnelRequest(definitionsMessage({{.action = 1, .targetType = 2},

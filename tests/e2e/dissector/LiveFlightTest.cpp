@@ -89,7 +89,7 @@ TEST_F(LiveFlightTest, ShowsAVelmarFlightPacketByPacket) {
             "command 9: failed and 1 more|test/float,test/once|1,1,2,2|||"));
 }
 
-TEST_F(LiveFlightTest, TakesTwoZerosAfterAShortCommandNameForPadding) {
+TEST_F(LiveFlightTest, TreatsTwoZerosAfterAShortCommandNameAsPadding) {
     TestClient client;
     client.Exchange(*simulator, velmarRequest({registerCommand(9, "s/short"), zeros(8)}));
     client.Exchange(*simulator, velmarRequest({registerCommand(9, "s/s"), zeros(12)}));
@@ -127,7 +127,7 @@ TEST_F(LiveFlightTest, LinksAnswersToTheirRequests) {
                 testing::SizeIs(3));
 }
 
-TEST_F(LiveFlightTest, PutsALargeRequestAndItsAnswerTogether) {
+TEST_F(LiveFlightTest, ReassemblesALargeRequestAndItsAnswer) {
     // 400 input records of 488 bytes are more than three segments of the loopback device, 500000
     // floats many more.
     const std::vector<InputRecord> inputs(

@@ -12,14 +12,14 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/Text.h"
 
-// The commands that the page of the tool gives for captures, to the letter.
+// The commands for captures on the page of the tool, exactly as written there.
 
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// The commands of the page, one a block.
+// The commands on the page.
 std::vector<std::string> documentedCommands() {
     std::vector<std::string> lines = linesOf(contentOf(TOOL_PAGE));
     std::erase_if(lines, [](const std::string& line) { return !line.starts_with("tshark "); });
@@ -30,7 +30,7 @@ class LookAtACaptureTest : public LiveCaptureTest {
 protected:
     LookAtACaptureTest() {
         ::setenv("WIRESHARK_CONFIG_DIR", "no-settings", 1);
-        // The page's commands are given in the folder of the repository.
+        // The page's commands are for the folder of the repository.
         std::filesystem::create_directory_symlink(TOOLS_FOLDER, "tools");
     }
 

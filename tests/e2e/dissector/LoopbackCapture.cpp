@@ -15,15 +15,15 @@
 namespace {
 
 constexpr std::uint16_t kPort = 48000;
-// A segment of the loopback device and what goes before it.
+// A segment of the loopback device with its headers.
 constexpr int kLargestPacket = 70'000;
 constexpr int kBufferSize = 32 << 20;
 constexpr int kHandOverMs = 10;
 // Ethernet without addresses, then IPv4, whose tenth byte is the protocol.
 constexpr std::size_t kProtocolOffset = 14 + 9;
 
-// A datagram to a port that no program has marks the end: what was received before it was sent is
-// in front of it.
+// A datagram to an unused port marks the end: all that was received before it was sent comes before
+// it in the capture.
 void sendEndMark() {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};

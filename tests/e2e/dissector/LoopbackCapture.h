@@ -7,8 +7,8 @@ struct pcap;
 struct pcap_dumper;
 struct pcap_pkthdr;
 
-// Records what goes over the loopback device from or to the plugin's port, from the construction
-// until Finish, into a file. Throws when the system does not permit that, and when it lost packets.
+// Captures the loopback device's packets from and to the plugin's port in a file, from construction
+// to Finish. Throws if the system does not permit that or packets were lost.
 class LoopbackCapture final {
 public:
     explicit LoopbackCapture(std::filesystem::path file);

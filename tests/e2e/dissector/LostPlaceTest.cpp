@@ -12,7 +12,7 @@ using testing::ElementsAre;
 
 using LostPlaceTest = DrawnCaptureTest;
 
-TEST_F(LostPlaceTest, DropsFourBytesOfWhatIsNoIdentification) {
+TEST_F(LostPlaceTest, DropsFourBytesThatAreNotAnIdentification) {
     capture.Connect();
     capture.FromClient(fromHex("01 02 03 04"));
     capture.FromClient(fromHex("05 06 07 08 09"));

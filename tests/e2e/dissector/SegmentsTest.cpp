@@ -4,7 +4,7 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// What Wireshark shows of requests and answers that a network spread over segments in another way.
+// What Wireshark shows of requests and answers in unusual segments.
 
 namespace {
 
@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 using SegmentsTest = DrawnCaptureTest;
 
-TEST_F(SegmentsTest, PutsRequestsAndAnswersTogetherThatComeByteByByte) {
+TEST_F(SegmentsTest, ReassemblesRequestsAndAnswersThatComeByteByByte) {
     capture.Connect();
     capture.FromClientInPieces(query(), 1);
     capture.FromServerInPieces(kEmptyOutputs, 1);
@@ -27,7 +27,7 @@ TEST_F(SegmentsTest, PutsRequestsAndAnswersTogetherThatComeByteByByte) {
                     "Velmar: register test/float|", "Velmar answer: register test/float: ok|66"));
 }
 
-TEST_F(SegmentsTest, TellsRequestsAndAnswersInOneSegmentApart) {
+TEST_F(SegmentsTest, SeparatesRequestsAndAnswersInOneSegment) {
     capture.Connect();
     capture.FromClient(definitions());
     capture.FromServer(outputs("00 00 00 00"));
@@ -46,7 +46,7 @@ TEST_F(SegmentsTest, TellsRequestsAndAnswersInOneSegmentApart) {
                     "more bytes arrive"));
 }
 
-TEST_F(SegmentsTest, TakesPacketsOfALaterSegmentForTheSameVelmarRequest) {
+TEST_F(SegmentsTest, AddsPacketsOfALaterSegmentToTheSameVelmarRequest) {
     capture.Connect();
     capture.FromClient(registration());
     capture.FromClient(join({readDataref(7), pollCommandStates()}));
@@ -61,7 +61,7 @@ TEST_F(SegmentsTest, TakesPacketsOfALaterSegmentForTheSameVelmarRequest) {
     EXPECT_THAT(expertsOf(file), IsEmpty());
 }
 
-TEST_F(SegmentsTest, TakesAnAnswerToTwoVelmarRequestsForOne) {
+TEST_F(SegmentsTest, TreatsAnAnswerToTwoVelmarRequestsAsOne) {
     capture.Connect();
     capture.FromClient(velmarRequest({pollCommandStates()}));
     capture.FromClient(velmarRequest({readDataref(3)}));
@@ -73,7 +73,7 @@ TEST_F(SegmentsTest, TakesAnAnswerToTwoVelmarRequestsForOne) {
                             "6 Note: answers the request of frame 5 too, as one with this"));
 }
 
-TEST_F(SegmentsTest, TakesAMessageThatFollowsItsIdentificationForOneRequest) {
+TEST_F(SegmentsTest, JoinsAMessageToTheIdentificationBeforeIt) {
     capture.Connect();
     capture.FromClient(kTarnel);
     capture.FromClient(versionMessage());
@@ -83,7 +83,7 @@ TEST_F(SegmentsTest, TakesAMessageThatFollowsItsIdentificationForOneRequest) {
                             "Tarnel answer: version 1.0.7.10"));
 }
 
-TEST_F(SegmentsTest, PutsWhatOvertookInOrderWhereWiresharkIsToldTo) {
+TEST_F(SegmentsTest, ReordersSegmentsIfWiresharkIsSetTo) {
     capture.Connect();
     capture.FromClientOvertaking(tarnelRequest(versionMessage()), 4);
     capture.FromServerOvertaking(fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00"), 4);
@@ -94,7 +94,7 @@ TEST_F(SegmentsTest, PutsWhatOvertookInOrderWhereWiresharkIsToldTo) {
         fieldsOf(file, {"frame.number", "orvane.name", "orvane.request_in"},
                  "orvane.request_in or orvane.name", {"-o", "tcp.reassemble_out_of_order:TRUE"}),
         ElementsAre("7||5", "9|test/int,test/int|", "10|test/int|9"));
-    // By itself it leaves gaps, of which nothing is claimed.
+    // By default it leaves gaps, and no fault is reported for them.
     EXPECT_THAT(expertsOf(file,
                           "orvane.expert.mismatch or orvane.expert.lost_place or "
                           "orvane.expert.ends_process"),
@@ -140,7 +140,7 @@ TEST_F(SegmentsTest, SkipsAnIdentificationAfterARequestInTheSameSegment) {
                             "skipped"));
 }
 
-TEST_F(SegmentsTest, GoesOnWhereSegmentsAreNotPutTogether) {
+TEST_F(SegmentsTest, WorksWithoutReassembly) {
     capture.Connect();
     capture.FromClientInPieces(definitions(), 400);
     capture.FromServerInPieces(outputs("01 00 00 00"), 20);

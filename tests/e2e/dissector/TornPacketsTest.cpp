@@ -7,8 +7,8 @@
 #include "e2e/dissector/Tshark.h"
 #include "support/VelmarMessages.h"
 
-// Every packet of Velmar, torn at every place: whether the plugin waits for the rest, or ends the
-// simulator's process, and with which line.
+// Every Velmar packet, torn at every place: does the plugin wait for the rest, or end the
+// simulator's process, and with which line?
 
 namespace {
 

@@ -10,7 +10,7 @@ std::string quoted(const std::string& argument) {
     return "'" + argument + "'";
 }
 
-// As root, which is fine in a test, tshark says that this could be dangerous.
+// tshark warns when it runs as root, which is fine in a test.
 bool isWarningOfRoot(const std::string& line) {
     return line.starts_with("Running as user \"root\"");
 }

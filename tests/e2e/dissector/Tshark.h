@@ -7,13 +7,13 @@
 // The lines that a shell command prints. Throws when it fails, or when the dissector has an error.
 std::vector<std::string> runCommand(const std::string& command);
 
-// What tshark, with our dissector and without settings of a user, prints of a capture: its lines.
+// The lines that tshark prints of a capture, with our dissector and without the user's settings.
 // Throws when tshark fails or the dissector cannot be loaded.
 std::vector<std::string> runTshark(const std::filesystem::path& capture,
                                    const std::vector<std::string>& arguments);
 
-// The same, of the frames that pass the filter: one line a frame with the fields' values, `|`
-// between fields and `,` between several values of one.
+// The fields of the frames that pass the filter, one line per frame: `|` between fields and `,`
+// between several values of one field.
 std::vector<std::string> fieldsOf(const std::filesystem::path& capture,
                                   const std::vector<std::string>& fields,
                                   const std::string& filter = "orvane",
@@ -23,8 +23,8 @@ std::vector<std::string> fieldsOf(const std::filesystem::path& capture,
 std::vector<std::string> infosOf(const std::filesystem::path& capture,
                                  const std::vector<std::string>& arguments = {});
 
-// The texts of all expert information of the dissector's, with the frame's number in front and the
-// severity: "Note", "Warning" or "Error".
+// The dissector's expert information: frame number, severity ("Note", "Warning" or "Error") and
+// text.
 std::vector<std::string> expertsOf(const std::filesystem::path& capture,
                                    const std::string& filter = "orvane",
                                    std::vector<std::string> arguments = {});

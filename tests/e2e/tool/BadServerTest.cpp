@@ -29,7 +29,7 @@ const std::vector<Arguments> kCommands{
     {"latency"},
 };
 
-// Until the client closes.
+// Reads until the client closes.
 void readToTheEnd(int connection) {
     std::array<char, 256> bytes{};
     while (waitReadable(connection) && ::read(connection, bytes.data(), bytes.size()) > 0) {
@@ -44,7 +44,7 @@ protected:
         return arguments;
     }
 
-    // Runs a command while `serve` does what a server should not.
+    // Runs a command while `serve` plays a bad server.
     template <typename Serve>
     void expectExit(const Arguments& command, int exitCode, Serve serve) {
         ToolRun run(against(command));
@@ -73,13 +73,13 @@ TEST_F(BadServerTest, NobodyListens) {
     }
 }
 
-TEST_F(BadServerTest, ThereIsNoSuchHost) {
+TEST_F(BadServerTest, TheHostIsUnknown) {
     const ToolResult result = runTool({"info", "--host", "no-such-host.invalid"});
     EXPECT_EQ(result.exitCode, 2) << result.err;
     EXPECT_TRUE(result.err.starts_with("orvane: no-such-host.invalid:48000: ")) << result.err;
 }
 
-TEST_F(BadServerTest, ThereIsNoWayToTheHost) {
+TEST_F(BadServerTest, TheHostIsUnreachable) {
     const ToolResult result = runTool({"info", "--host", "192.0.2.1", "--timeout", "0.5"});
     EXPECT_TRUE(result.exitCode == 2 || result.exitCode == 4) << result.err;
     EXPECT_TRUE(result.err.starts_with("orvane: 192.0.2.1:48000: ")) << result.err;
@@ -95,7 +95,7 @@ TEST_F(BadServerTest, ItNeverAnswers) {
     }
 }
 
-TEST_F(BadServerTest, ItNeverAnswersAndSomebodyLosesPatience) {
+TEST_F(BadServerTest, ItNeverAnswersUntilAnInterrupt) {
     ToolRun run(
         {"--port", std::to_string(listener.Port()), "--timeout", "1000", "get", "test/int"});
     const int connection = listener.Accept();
@@ -119,7 +119,7 @@ TEST_F(BadServerTest, ItClosesTheConnection) {
 
 TEST_F(BadServerTest, ItSendsSomethingUnexpected) {
     for (const Arguments& command : kCommands) {
-        // The second time it is believed.
+        // The client tries twice.
         expectExit(command, 5, [&] {
             for (int i = 0; i < 2; ++i) {
                 const int connection = listener.Accept();

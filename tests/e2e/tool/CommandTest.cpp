@@ -19,7 +19,7 @@ protected:
             << events(command);
     }
 
-    // Until a client follows both commands of the test; it sees every press from then on.
+    // Waits until a client observes both commands of the test.
     void waitUntilObserved() {
         EXPECT_TRUE(driveUntil([] {}, [&] { return simulator->AskNumber("handlers") >= 2; }));
     }
@@ -58,7 +58,7 @@ TEST_F(CommandTest, HoldsCommandsForATime) {
     EXPECT_TRUE(hasEvents("test/hold", " begin=1 ")) << events("test/hold");
     EXPECT_TRUE(hasEvents("test/hold", " end=1")) << events("test/hold");
     EXPECT_TRUE(hasEvents("test/once", " end=1")) << events("test/once");
-    // Held through at least a few frames in between.
+    // Held for at least a few frames.
     std::smatch continued;
     const std::string counts = events("test/hold");
     ASSERT_TRUE(std::regex_search(counts, continued, std::regex(" continue=(\\d+)"))) << counts;
@@ -106,7 +106,7 @@ TEST_F(CommandTest, ReleasesAHeldCommandOnANewConnectionWhenTheFirstIsLost) {
     EXPECT_TRUE(hasEvents("test/hold", " end=1")) << events("test/hold");
 }
 
-TEST_F(CommandTest, CannotReleaseWhatASimulatorHeldThatIsGone) {
+TEST_F(CommandTest, SaysThatItCouldNotReleaseWhenTheSimulatorIsGone) {
     ToolRun run({"command", "hold", "--timeout", "0.5", "test/hold"});
     waitForEvents("test/hold", " begin=1 ");
     simulator.reset();
@@ -117,7 +117,7 @@ TEST_F(CommandTest, CannotReleaseWhatASimulatorHeldThatIsGone) {
         << result.err;
 }
 
-TEST_F(CommandTest, RunsNothingWhereANameIsNotThere) {
+TEST_F(CommandTest, RunsNothingIfANameIsUnknown) {
     for (const char* const how : {"once", "begin", "end", "hold", "observe"}) {
         const ToolResult result = runTool({"command", how, "test/once", "no/such", "nor/this"});
         EXPECT_EQ(result.exitCode, 3);
@@ -186,7 +186,7 @@ TEST_F(CommandTest, GoesOnObservingARestartedSimulator) {
                 "\\d+\\.\\d{3} test/hold pressed\n");
 }
 
-TEST_F(CommandTest, RefusesWhatMakesNoSense) {
+TEST_F(CommandTest, RefusesInvalidArguments) {
     EXPECT_EQ(runTool({"command"}).exitCode, 1);
     EXPECT_EQ(runTool({"command", "press", "test/once"}).exitCode, 1);
     EXPECT_EQ(runTool({"command", "hold", "-T", "-1", "test/once"}).exitCode, 1);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
 
-// What users write, and what they did not mean to.
+// Valid lines and users' mistakes.
 constexpr const char* kOddLines =
     "# our cockpit\n"
     "odd/float float # a light\n"
@@ -76,7 +76,7 @@ TEST_F(ConfigCheckTest, SaysWhatBecomesOfEveryLine) {
         "odd.cfg: 9 registered, 8 ignored, 3 appended\n");
 }
 
-// What the test above says, asked of the plugin itself.
+// Compares the report above with the plugin itself.
 TEST_F(ConfigCheckTest, SaysWhatThePluginDoes) {
     directory.Write(kFile, kOddLines);
     SimulatorProcess simulator;

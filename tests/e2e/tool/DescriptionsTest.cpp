@@ -1,4 +1,4 @@
-// What the tool says of itself: its help, its man page, its completions and docs/orvane.md.
+// The descriptions of the tool: its help, its man page, its completions and docs/orvane.md.
 
 #include <set>
 #include <string>
@@ -14,7 +14,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// What stands before the tab, or all of it.
+// The text before the tab, or the whole text.
 Words firstFields(const std::string& text) {
     Words fields;
     for (const std::string& line : linesOf(text)) {
@@ -89,7 +89,7 @@ TEST(DescriptionsTest, EveryHelpEndsInExamples) {
     }
 }
 
-TEST(DescriptionsTest, NoLineOfAHelpIsWiderThanATerminalOftenIs) {
+TEST(DescriptionsTest, NoHelpLineIsWiderThan100Columns) {
     for (const Words& command : commandsBelow({})) {
         for (const std::string& line : linesOf(runTool(joined(command, {"--help"})).out)) {
             EXPECT_LE(line.size(), 100U) << line;

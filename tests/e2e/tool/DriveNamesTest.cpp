@@ -33,7 +33,7 @@ protected:
         "orvane: no/trim: the simulator has no such dataref (output \"trim\")\n";
 };
 
-TEST_F(DriveUnknownNamesTest, AreToldAtTheStart) {
+TEST_F(DriveUnknownNamesTest, AreReportedAtTheStart) {
     const ToolResult result = drive({"--input", "-"}, "switch\n7\n");
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, kUnknown);
@@ -48,7 +48,7 @@ TEST_F(DriveUnknownNamesTest, EndASessionThatIsStrict) {
     EXPECT_EQ(simulator->Get("test/int"), "0");
 }
 
-TEST_F(DriveTest, IsStrictAboutNothingWhereAllNamesAreKnown) {
+TEST_F(DriveTest, AcceptsKnownNamesWithStrict) {
     EXPECT_EQ(drive({"--strict", "-n", "1"}).exitCode, 0);
 }
 
@@ -80,7 +80,7 @@ TEST_F(DriveTest, DrivesNamesThatItsOwnOutputsMake) {
               "T knob=7 button=true aircraft_id=0xB9852EB1\n");
 }
 
-TEST_F(DriveTest, DrivesThemStillWhenTheSimulatorIsBack) {
+TEST_F(DriveTest, StillDrivesThemWhenTheSimulatorIsBack) {
     directory.Write("p.toml", kOwnNames);
     ToolRun run({"drive", "p.toml", "--reconnect"});
     run.WaitForOut("button=true");

@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(DriveTableTest, ShowsInputsAndOutputsOnATerminalAndGivesItBack) {
+TEST_F(DriveTableTest, ShowsInputsAndOutputsOnATerminalAndRestoresIt) {
     directory.Write("t.csv", "time,axis,switch,brakes\n0,65535,7,1\n1000,0,0,0\n");
     ToolRun run({"drive", "p.toml", "--input", "t.csv", "-T", "900"}, terminal());
     run.WaitForOut("button");
@@ -47,7 +47,7 @@ TEST_F(DriveTableTest, LeavesTheLastValuesOnTheTerminal) {
     EXPECT_NE(result.out.rfind("   20 exchanges   "), std::string::npos) << result.out;
 }
 
-TEST_F(DriveTableTest, EndsBeforeAMessageAndGoesOnBelow) {
+TEST_F(DriveTableTest, EndsBeforeAMessageAndContinuesBelowIt) {
     ToolSetting setting = terminal();
     setting.hasErrTerminal = true;
     ToolRun run({"drive", "p.toml", "--reconnect"}, setting);
@@ -58,7 +58,7 @@ TEST_F(DriveTableTest, EndsBeforeAMessageAndGoesOnBelow) {
     fly();
     run.WaitForErr("orvane: connected again\r\n");
     run.WaitForOut("NAME", before);
-    // Not over the lines that were told.
+    // Not over the messages.
     EXPECT_TRUE(run.Out().substr(before).starts_with("\r127.0.0.1:48000   ")) << run.Out();
     run.Signal(SIGINT);
     const ToolResult result = run.Wait();
@@ -66,7 +66,7 @@ TEST_F(DriveTableTest, EndsBeforeAMessageAndGoesOnBelow) {
     EXPECT_EQ(result.err.find('\x1b'), std::string::npos) << result.err;
 }
 
-TEST_F(DriveTableTest, GivesWayToPlainLinesWhereTheyAreWanted) {
+TEST_F(DriveTableTest, PrintsLinesInsteadWithPlain) {
     const ToolResult result = runTool({"drive", "p.toml", "-n", "2", "--plain"}, terminal());
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(withoutTimes(result.out),
@@ -74,7 +74,7 @@ TEST_F(DriveTableTest, GivesWayToPlainLinesWhereTheyAreWanted) {
               "T position=0 lamps=3,4 button=false aircraft_id=0xB9852EB1\r\n");
 }
 
-TEST_F(DriveTableTest, GivesWayToLinesWhereTheCursorCannotBeMoved) {
+TEST_F(DriveTableTest, PrintsLinesInsteadWithoutCursorControl) {
     ToolSetting setting = terminal();
     setting.environment = {"TERM=dumb"};
     const ToolResult result = runTool({"drive", "p.toml", "-n", "1"}, setting);

@@ -33,7 +33,7 @@ TEST_F(DriveTest, PrintsLinesForPeopleAndForMachines) {
               "T position=0 lamps=0,0 button=false aircraft_id=none\n");
 }
 
-TEST_F(DriveTest, MovesAxesWithAWaveformAndNothingElse) {
+TEST_F(DriveTest, MovesOnlyAxesWithAWaveform) {
     const ToolResult result =
         drive({"--input", "square", "--period", "1000", "--amplitude", "0.5", "-n", "2"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -98,7 +98,7 @@ TEST_F(DriveTest, ReleasesAHeldCommandWhenARowIsWrong) {
         << simulator->Ask("events test/hold");
 }
 
-TEST_F(DriveTest, ReleasesAHeldCommandWhenTheReaderGoes) {
+TEST_F(DriveTest, ReleasesAHeldCommandWhenItsReaderGoes) {
     directory.Write("t.csv", "time,brakes\n0,1\n0.5,1\n0.6,1\n1000,1\n");
     ToolRun run({"drive", "p.toml", "--input", "t.csv"});
     waitForEvents(" begin=1 ");
@@ -107,7 +107,7 @@ TEST_F(DriveTest, ReleasesAHeldCommandWhenTheReaderGoes) {
     EXPECT_TRUE(hasEvents(" end=1")) << simulator->Ask("events test/hold");
 }
 
-TEST_F(DriveTest, SendsNothingOfATableThatIsWrongAnywhere) {
+TEST_F(DriveTest, SendsNothingOfATableWithAnError) {
     directory.Write("t.csv", "switch\n5\n6.5\n7\nx\n");
     const ToolResult result = drive({"--input", "t.csv"});
     EXPECT_EQ(result.exitCode, 1);
@@ -143,7 +143,7 @@ TEST_F(DriveTest, WritesTheSameToStandardOutput) {
         << result.err;
 }
 
-TEST_F(DriveTest, KeepsAFileThatIsThere) {
+TEST_F(DriveTest, KeepsAnExistingFile) {
     directory.Write("out.csv", "precious\n");
     const ToolResult refused = drive({"-n", "1", "-o", "out.csv"});
     EXPECT_EQ(refused.exitCode, 1);
@@ -192,7 +192,7 @@ TEST_F(DriveTest, EndsTheStatusOfAFileBeforeAMessage) {
         << result.err;
 }
 
-TEST_F(DriveTest, SaysAtTheEndWhatTheSessionWasLike) {
+TEST_F(DriveTest, PrintsASummaryAtTheEnd) {
     const ToolResult result = drive({"-n", "3", "--summary"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(std::regex_match(
@@ -205,7 +205,7 @@ TEST_F(DriveTest, SaysAtTheEndWhatTheSessionWasLike) {
         << result.err;
 }
 
-TEST_F(DriveTest, ConnectsWhereTheProfileSaysUnlessToldOtherwise) {
+TEST_F(DriveTest, ConnectsWhereTheProfileSaysUnlessAnOptionDiffers) {
     directory.Write("p.toml", std::string("[connection]\nport = 48001\n") + kProfile);
     const ToolResult elsewhere = drive({"-n", "1"});
     EXPECT_EQ(elsewhere.exitCode, 2);
@@ -221,7 +221,7 @@ TEST_F(DriveTest, OnlyChecksAProfile) {
     EXPECT_EQ(result.err, "");
 }
 
-TEST_F(DriveTest, ReportsAllThatIsWrongWithAProfileInItsPlace) {
+TEST_F(DriveTest, ReportsEveryProblemOfAProfileWithItsPlace) {
     directory.Write("p.toml",
                     "[[input]]\n"
                     "name = \"a\"\n"

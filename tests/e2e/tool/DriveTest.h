@@ -56,7 +56,7 @@ protected:
             << simulator->Ask("events test/hold");
     }
 
-    // The times are nobody's to know beforehand.
+    // The times differ from run to run.
     static std::string withoutTimes(const std::string& text) {
         return std::regex_replace(text, std::regex("(^|\\n)(\\{\"time\":)?[0-9.]+"), "$1$2T");
     }

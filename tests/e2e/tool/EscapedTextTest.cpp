@@ -1,4 +1,4 @@
-// Whatever text comes from a file, the wire or the command line, a terminal only shows it.
+// Text from a file, the wire or the command line cannot control the terminal.
 
 #include "e2e/tool/ToolTest.h"
 

@@ -1,4 +1,4 @@
-// Whatever a command prints, it fails when that cannot be written.
+// A command fails if its output cannot be written.
 
 #include "e2e/tool/ToolTest.h"
 

@@ -92,7 +92,7 @@ TEST_F(GetTest, PrintsARecordForEachName) {
               "test/ints,int[2],\"1,-2\",m\n");
 }
 
-TEST_F(GetTest, PrintsWhatThereIsAndNamesWhatThereIsNot) {
+TEST_F(GetTest, PrintsKnownDatarefsAndNamesUnknownOnes) {
     const ToolResult result = runTool({"get", "no/such", "test/int:int", "nor/this"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.out, "test/int:int=42\n");
@@ -101,7 +101,7 @@ TEST_F(GetTest, PrintsWhatThereIsAndNamesWhatThereIsNot) {
               "orvane: nor/this: the simulator has no such dataref\n");
 }
 
-TEST_F(GetTest, RefusesATypeThatThereIsNot) {
+TEST_F(GetTest, RefusesAnUnknownType) {
     const ToolResult result = runTool({"get", "test/int:double"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
@@ -110,7 +110,7 @@ TEST_F(GetTest, RefusesATypeThatThereIsNot) {
               "int[N] and float[N]\n");
 }
 
-TEST_F(GetTest, WantsAName) {
+TEST_F(GetTest, NeedsAName) {
     EXPECT_EQ(runTool({"get"}).exitCode, 1);
 }
 

@@ -4,7 +4,7 @@ namespace {
 
 class InfoTest : public ToolTest {};
 
-TEST_F(InfoTest, TellsVersionAircraftAndRoundTrip) {
+TEST_F(InfoTest, ShowsVersionAircraftAndRoundTrip) {
     const ToolResult result = runTool({"info"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
@@ -17,14 +17,14 @@ TEST_F(InfoTest, TellsVersionAircraftAndRoundTrip) {
     EXPECT_TRUE(result.out.ends_with(" ms, the median of 5\n")) << result.out;
 }
 
-TEST_F(InfoTest, TellsThatNoAircraftIsLoaded) {
+TEST_F(InfoTest, SaysThatNoAircraftIsLoaded) {
     simulator->Ask("aircraft unload");
     const ToolResult result = runTool({"info"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_NE(result.out.find("\naircraft    none loaded\n"), std::string::npos) << result.out;
 }
 
-TEST_F(InfoTest, TellsItToMachines) {
+TEST_F(InfoTest, PrintsJsonAndCsv) {
     const std::string json = runTool({"--json", "info"}).out;
     EXPECT_TRUE(
         json.starts_with("{\"host\":\"127.0.0.1\",\"port\":48000,\"version\":\"1.0.7.10\","

@@ -15,8 +15,8 @@ protected:
         return nlohmann::json::parse(result.out);
     }
 
-    // Again where the measurement was kept from the processor just while it connected, which it
-    // takes for a slow network.
+    // Repeats the measurement if the tool had to wait for the processor while it connected, which
+    // it takes for a slow network.
     static nlohmann::json measureFrameRate() {
         nlohmann::json measured = measure("1");
         for (int i = 0; i < 5 && measured["frames_per_second"].is_null(); ++i) {
@@ -26,9 +26,9 @@ protected:
     }
 };
 
-// Where other programs want the processor, frames come later than they should, and an exchange may
-// miss one: then it takes three.
-TEST_F(LatencyTest, TellsTheFrameRateOfTheSimulator) {
+// If other programs use the processor, frames come late, and an exchange that misses one takes
+// three.
+TEST_F(LatencyTest, ShowsTheFrameRateOfTheSimulator) {
     for (const int wanted : {50, 100}) {
         fly(std::to_string(wanted));
         const auto begin = std::chrono::steady_clock::now();
@@ -67,7 +67,7 @@ TEST_F(LatencyTest, DrawsAHistogram) {
     }
 }
 
-TEST_F(LatencyTest, ShowsOnATerminalThatItIsAtWorkAndTellsWhatItHasAtAnInterrupt) {
+TEST_F(LatencyTest, ShowsProgressOnATerminalAndTheResultAtAnInterrupt) {
     ToolRun run({"latency", "--seconds", "1000", "--csv"},
                 {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr(" of 1000.0 s, ");
@@ -80,7 +80,7 @@ TEST_F(LatencyTest, ShowsOnATerminalThatItIsAtWorkAndTellsWhatItHasAtAnInterrupt
         << result.out;
 }
 
-TEST_F(LatencyTest, SaysNothingOnStandardErrorElsewhere) {
+TEST_F(LatencyTest, PrintsNoProgressWithoutATerminal) {
     EXPECT_EQ(runTool({"latency", "--seconds", "0.5"}).err, "");
 }
 

@@ -23,7 +23,7 @@ protected:
         return std::regex_replace(text, std::regex("\\n[0-9]+\\.[0-9]{3},"), "\nT,");
     }
 
-    // Ends with a summary whose number of rows is that of the file, of which every line is whole.
+    // The summary has the file's number of rows, and every line of the file is complete.
     void expectCompleteFile(const std::string& file, const std::string& err) const {
         std::smatch summary;
         EXPECT_TRUE(std::regex_search(
@@ -54,7 +54,7 @@ TEST_F(RecordTest, WritesARowForEachReading) {
         << result.err;
 }
 
-TEST_F(RecordTest, FindsOutATypeThatIsNotGiven) {
+TEST_F(RecordTest, FindsATypeThatIsNotGiven) {
     simulator->Ask("set test/int 5");
     EXPECT_EQ(runTool({"record", "test/int", "-n", "1", "-o", "r.csv"}).exitCode, 0);
     EXPECT_EQ(withoutTimes(directory.Read("r.csv")), "time,test/int:int\nT,5\n");
@@ -69,7 +69,7 @@ TEST_F(RecordTest, WritesElementsOfAnArray) {
               "time,test/ints[1]:int,test/ints[1:4]:int\nT,-2,\"-2,3,0\"\n");
 }
 
-TEST_F(RecordTest, SaysWhatIsZeroInEveryType) {
+TEST_F(RecordTest, NamesDatarefsThatAreZeroInEveryType) {
     const ToolResult result =
         runTool({"record", "test/int", "test/floats[2]", "-n", "1", "-o", "r.csv"});
     EXPECT_EQ(result.exitCode, 0);
@@ -118,7 +118,7 @@ TEST_F(RecordTest, KeepsWhatItHasWhenTheSimulatorDoesNotAnswer) {
     expectCompleteFile("r.csv", result.err);
 }
 
-TEST_F(RecordTest, MakesNoFileForWhatTheSimulatorDoesNotHave) {
+TEST_F(RecordTest, CreatesNoFileForUnknownDatarefs) {
     const ToolResult result =
         runTool({"record", "test/float:float", "no/such", "no/other", "-o", "r.csv"});
     EXPECT_EQ(result.exitCode, 3);
@@ -128,7 +128,7 @@ TEST_F(RecordTest, MakesNoFileForWhatTheSimulatorDoesNotHave) {
     EXPECT_FALSE(directory.Has("r.csv"));
 }
 
-TEST_F(RecordTest, KeepsAFileThatIsThere) {
+TEST_F(RecordTest, KeepsAnExistingFile) {
     directory.Write("r.csv", "precious\n");
     const ToolResult result = runTool({"record", "test/float:float", "-n", "1", "-o", "r.csv"});
     EXPECT_EQ(result.exitCode, 1);
@@ -139,7 +139,7 @@ TEST_F(RecordTest, KeepsAFileThatIsThere) {
     EXPECT_TRUE(directory.Read("r.csv").starts_with("time,test/float:float\n"));
 }
 
-TEST_F(RecordTest, WritesToStandardOutputWithNothingBetweenTheRows) {
+TEST_F(RecordTest, WritesOnlyRowsToStandardOutput) {
     simulator->Ask("set test/float 0.25");
     ToolSetting setting;
     setting.hasErrTerminal = true;
@@ -172,7 +172,7 @@ TEST_F(RecordTest, RefusesUnknownTypes) {
     EXPECT_EQ(runTool({"record", "test/float:float"}).exitCode, 1);
 }
 
-TEST_F(RecordTest, ShowsHowItGoesOnATerminal) {
+TEST_F(RecordTest, ShowsProgressOnATerminal) {
     ToolRun run({"record", "test/float:float", "-o", "r.csv"},
                 {.hasErrTerminal = true, .environment = {"TERM=xterm"}});
     run.WaitForErr(" rows/s, ");

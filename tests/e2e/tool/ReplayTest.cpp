@@ -36,7 +36,7 @@ TEST_F(ReplayTest, WaitsBetweenRowsAsLongAsTheRecordingDid) {
     EXPECT_EQ(simulator->Get("test/int"), "2");
 }
 
-TEST_F(ReplayTest, GivesBackWhatWasRecorded) {
+TEST_F(ReplayTest, ReplaysWhatWasRecorded) {
     simulator->Ask("set test/floats 0.1,1e-40,3e38,-0.5");
     simulator->Ask("set test/int 77");
     ASSERT_EQ(runTool({"record", "test/floats:float[4]", "test/int:int", "-n", "1", "-o", "r.csv"})
@@ -99,7 +99,7 @@ TEST_F(ReplayTest, WritesElementsAndLeavesTheOthersAsTheyAre) {
     EXPECT_EQ(simulator->Get("test/int"), "5");
 }
 
-TEST_F(ReplayTest, BeginsAnewUntilTheInterrupt) {
+TEST_F(ReplayTest, RepeatsUntilAnInterrupt) {
     directory.Write("r.csv", "time,test/int:int\n0.000,1\n0.050,2\n");
     ToolRun run({"replay", "r.csv", "--loop"});
     for (const char* const value : {"2", "1", "2", "1"}) {
@@ -139,7 +139,7 @@ TEST_F(ReplayTest, LeavesOutALineThatWasCutOff) {
     EXPECT_EQ(simulator->Get("test/int"), "12");
 }
 
-TEST_F(ReplayTest, WritesNothingOfAFileThatIsWrongAnywhere) {
+TEST_F(ReplayTest, WritesNothingOfAFileWithAnError) {
     directory.Write("r.csv", "time,test/int:int\n0.000,12\n0.050,x\n0.100\n");
     const ToolResult result = runTool({"replay", "r.csv"});
     EXPECT_EQ(result.exitCode, 5);
@@ -150,7 +150,7 @@ TEST_F(ReplayTest, WritesNothingOfAFileThatIsWrongAnywhere) {
     EXPECT_EQ(runTool({"replay", "none.csv"}).exitCode, 1);
 }
 
-TEST_F(ReplayTest, NamesWhatDidNotKeepItsLastValue) {
+TEST_F(ReplayTest, NamesDatarefsThatDidNotKeepTheirLastValue) {
     directory.Write("r.csv",
                     "time,test/int:int,sim/flightmodel/position/elevation:float\n0.000,4,12.5\n");
     const ToolResult result = runTool({"replay", "r.csv"});
@@ -160,7 +160,7 @@ TEST_F(ReplayTest, NamesWhatDidNotKeepItsLastValue) {
               "r.csv: 1 row written\n");
 }
 
-TEST_F(ReplayTest, NamesWhatTheSimulatorDoesNotHave) {
+TEST_F(ReplayTest, NamesUnknownDatarefs) {
     directory.Write("r.csv", "time,no/such:int\n0.000,4\n");
     const ToolResult result = runTool({"replay", "r.csv"});
     EXPECT_EQ(result.exitCode, 3);

@@ -53,7 +53,7 @@ TEST_F(SetTest, WritesElementsAndLeavesTheOthersAsTheyAre) {
               "plugin's own arrays refuse a write that reaches their last element\n");
 }
 
-TEST_F(SetTest, TakesWhatIsNotANumberForWrittenWhenItReadsSo) {
+TEST_F(SetTest, AcceptsANotANumberThatReadsBack) {
     const ToolResult result = runTool({"set", "--json", "test/float=nan", "test/floats[1]=-inf"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(simulator->Get("test/float"), "nan");
@@ -64,7 +64,7 @@ TEST_F(SetTest, TakesWhatIsNotANumberForWrittenWhenItReadsSo) {
               "\"taken\":true}\n");
 }
 
-TEST_F(SetTest, TellsWhatWasNotTaken) {
+TEST_F(SetTest, NamesDatarefsThatDidNotTakeTheirValue) {
     const ToolResult result = runTool({"set", "sim/time/paused:int=1", "test/int:int=3",
                                        "sim/version/xplane_internal_version=0"});
     EXPECT_EQ(result.exitCode, 3);
@@ -74,13 +74,13 @@ TEST_F(SetTest, TellsWhatWasNotTaken) {
     EXPECT_EQ(simulator->Get("test/int"), "3");
 }
 
-TEST_F(SetTest, TellsWhatIsOfAnotherType) {
+TEST_F(SetTest, NamesDatarefsOfAnotherType) {
     const ToolResult result = runTool({"set", "test/int:float=1.5"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err, "orvane: test/int: 1.5 was not taken, it reads 0\n");
 }
 
-TEST_F(SetTest, TellsWhyAnArrayOfThePluginStaysAsItIs) {
+TEST_F(SetTest, ExplainsWhyAnArrayOfThePluginKeepsItsValue) {
     const ToolResult result =
         runTool({"set", "kyr/external_forcescalefactor_value:int[4]=1,2,3,4"});
     EXPECT_EQ(result.exitCode, 3);
@@ -91,12 +91,12 @@ TEST_F(SetTest, TellsWhyAnArrayOfThePluginStaysAsItIs) {
     EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "1,2,3,0");
 }
 
-TEST_F(SetTest, TakesADatarefThatMovesOnForWritten) {
+TEST_F(SetTest, AcceptsADatarefThatChangesAfterTheWrite) {
     const ToolResult result = runTool({"set", "sim/time/zulu_time_sec:float=43200"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
 }
 
-TEST_F(SetTest, WritesNothingWhereANameIsNotThere) {
+TEST_F(SetTest, WritesNothingIfANameIsUnknown) {
     const ToolResult result = runTool({"set", "test/int:int=9", "no/such=1", "nor/this=1"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
@@ -116,7 +116,7 @@ TEST_F(SetTest, PrintsARecordForEachName) {
               "test/ints,int[2],\"4,5\",\"4,5\",true\n");
 }
 
-TEST_F(SetTest, RefusesWhatIsNoValueBeforeItWritesAnything) {
+TEST_F(SetTest, RefusesAnInvalidValueBeforeItWritesAnything) {
     const ToolResult result = runTool({"set", "test/int:int=1", "test/float:float=fast"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err,

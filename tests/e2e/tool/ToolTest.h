@@ -3,7 +3,7 @@
 #include "e2e/EndToEndTest.h"
 #include "e2e/ToolRun.h"
 
-// A flight in real time, into which the tool looks.
+// A flight in real time for the tool.
 class ToolTest : public EndToEndTest {
 protected:
     ToolTest() { fly(); }

@@ -30,7 +30,7 @@ protected:
     }
 };
 
-// A program that plots what it gets over UDP, on a port of the system's choice.
+// A plotting program that receives datagrams, on a port chosen by the system.
 class Plotter final {
 public:
     Plotter() : socket(::socket(AF_INET, SOCK_DGRAM, 0)) {
@@ -67,7 +67,7 @@ private:
 constexpr const char* kHideCursor = "\x1b[?25l";
 constexpr const char* kShowCursor = "\x1b[?25h";
 
-TEST_F(WatchTest, PrintsALineForEachReadingWhereThereIsNoTerminal) {
+TEST_F(WatchTest, PrintsALineForEachReadingWithoutATerminal) {
     simulator->Ask("set test/int 3");
     const ToolResult result =
         runTool({"watch", "-n", "3", "-i", "0.01", "test/int:int", "test/float:float@kt"});
@@ -138,7 +138,7 @@ TEST_F(WatchTest, EndsQuietlyWhenItsReaderGoes) {
     EXPECT_EQ(result.err, "");
 }
 
-TEST_F(WatchTest, RedrawsATableOnATerminalAndGivesTheCursorBack) {
+TEST_F(WatchTest, RedrawsATableOnATerminalAndRestoresTheCursor) {
     simulator->Ask("set test/float 1.5");
     ToolRun run({"watch", "-i", "0.01", "test/float:float@kt", "test/ints:int[2]"}, terminal());
     run.WaitForOut("test/float       1.5  kt    1.5  1.5  ");
@@ -159,7 +159,7 @@ TEST_F(WatchTest, RedrawsATableOnATerminalAndGivesTheCursorBack) {
     EXPECT_GE(count(result.out, "\x1b[5A\r"), 3U);
 }
 
-TEST_F(WatchTest, ShowsNothingOfWhatIsTypedWhileItDraws) {
+TEST_F(WatchTest, HidesTypedTextWhileItDraws) {
     ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
     run.WaitForOut("test/float");
     EXPECT_FALSE(run.HasEcho());
@@ -172,7 +172,7 @@ TEST_F(WatchTest, ShowsNothingOfWhatIsTypedWhileItDraws) {
     EXPECT_TRUE(run.HasEcho());
 }
 
-TEST_F(WatchTest, GivesTheTerminalBackOnEveryWayOut) {
+TEST_F(WatchTest, RestoresTheTerminalHoweverItEnds) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT}) {
         ToolRun run({"watch", "-i", "0.01", "test/float:float"}, terminal());
         run.WaitForOut("test/float");
@@ -185,7 +185,7 @@ TEST_F(WatchTest, GivesTheTerminalBackOnEveryWayOut) {
     }
 }
 
-TEST_F(WatchTest, GivesTheTerminalBackWhileItIsStoppedAndDrawsAnewAfterwards) {
+TEST_F(WatchTest, RestoresTheTerminalWhileStoppedAndRedrawsAfterwards) {
     ToolRun run({"watch", "-i", "1000", "test/float:float"}, terminal());
     run.WaitForOut("test/float");
     for (std::size_t stops = 1; stops <= 2; ++stops) {
@@ -198,7 +198,7 @@ TEST_F(WatchTest, GivesTheTerminalBackWhileItIsStoppedAndDrawsAnewAfterwards) {
         run.WaitForOut(kHideCursor, before);
         run.WaitForOut("test/float", before);
         EXPECT_FALSE(run.HasEcho());
-        // Below what the shell has printed meanwhile.
+        // Below what the shell printed meanwhile.
         EXPECT_EQ(run.Out().find("\x1b[3A", before), std::string::npos) << run.Out();
     }
     run.Signal(SIGINT);
@@ -207,14 +207,14 @@ TEST_F(WatchTest, GivesTheTerminalBackWhileItIsStoppedAndDrawsAnewAfterwards) {
     EXPECT_TRUE(result.out.ends_with(kShowCursor)) << result.out;
 }
 
-TEST_F(WatchTest, DrawsTheLastOfManyReadingsToo) {
+TEST_F(WatchTest, AlwaysDrawsTheLastReading) {
     const ToolResult result =
         runTool({"watch", "-n", "50", "-i", "0", "test/float:float"}, terminal());
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_NE(result.out.find("   50 readings"), std::string::npos) << result.out;
 }
 
-TEST_F(WatchTest, PrintsLinesOnATerminalWhoseCursorCannotBeMoved) {
+TEST_F(WatchTest, PrintsLinesOnATerminalWithoutCursorControl) {
     for (const std::vector<std::string>& environment :
          {std::vector<std::string>{"TERM=dumb"}, std::vector<std::string>{}}) {
         const ToolResult result = runTool({"watch", "-n", "2", "-i", "0", "test/int:int"},
@@ -223,7 +223,7 @@ TEST_F(WatchTest, PrintsLinesOnATerminalWhoseCursorCannotBeMoved) {
     }
 }
 
-TEST_F(WatchTest, LeavesOutNothingButColoursWhereTheyAreNotWanted) {
+TEST_F(WatchTest, LeavesOutOnlyTheColoursWithNoColor) {
     ToolSetting setting = terminal();
     setting.environment = {"TERM=xterm", "NO_COLOR="};
     const std::vector<std::string> arguments{"watch", "-n", "2", "-i", "0", "test/int:int"};
@@ -235,7 +235,7 @@ TEST_F(WatchTest, LeavesOutNothingButColoursWhereTheyAreNotWanted) {
     EXPECT_EQ(count(plain, "\x1b[3A"), 1U) << plain;
 }
 
-TEST_F(WatchTest, PrintsRecordsOnATerminalIfToldTo) {
+TEST_F(WatchTest, PrintsRecordsOnATerminalIfAskedTo) {
     const ToolResult result =
         runTool({"watch", "--csv", "-n", "1", "test/float:float"}, terminal());
     EXPECT_TRUE(result.out.starts_with("time,test/float\r\n")) << result.out;
@@ -269,7 +269,7 @@ TEST_F(WatchTest, SendsEachReadingAsADatagramOfJson) {
     }
 }
 
-TEST_F(WatchTest, GoesOnWhetherAnybodyGetsTheDatagramsOrNot) {
+TEST_F(WatchTest, GoesOnWhenNobodyReceivesTheDatagrams) {
     const ToolResult result =
         runTool({"watch", "-n", "5", "-i", "0", "--udp", "127.0.0.1:9", "test/int:int"});
     EXPECT_EQ(result.exitCode, 0);
@@ -285,7 +285,7 @@ TEST_F(WatchTest, EndsWhenAReadingDoesNotFitIntoADatagram) {
                 "watch less at a time\n");
 }
 
-TEST_F(WatchTest, RefusesAPlaceForDatagramsThatIsNone) {
+TEST_F(WatchTest, RefusesAnInvalidAddressForDatagrams) {
     for (const std::string place : {"localhost", "localhost:", ":9870", "localhost:0", "::1:9870",
                                     "localhost:70000", "localhost:plot"}) {
         const ToolResult result = runTool({"watch", "--udp", place, "test/int"});
@@ -334,14 +334,14 @@ TEST_F(WatchTest, EndsWhileItWaitsForTheSimulator) {
     EXPECT_EQ(run.Wait().exitCode, 0);
 }
 
-TEST_F(WatchTest, NamesWhatTheSimulatorDoesNotHave) {
+TEST_F(WatchTest, NamesUnknownDatarefs) {
     const ToolResult result = runTool({"watch", "test/int", "no/such"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "orvane: no/such: the simulator has no such dataref\n");
 }
 
-TEST_F(WatchTest, RefusesLimitsThatMakeNoSense) {
+TEST_F(WatchTest, RefusesInvalidLimits) {
     EXPECT_EQ(runTool({"watch", "-n", "0", "test/int"}).exitCode, 1);
     EXPECT_EQ(runTool({"watch", "-i", "-1", "test/int"}).exitCode, 1);
     EXPECT_EQ(runTool({"watch", "-T", "soon", "test/int"}).exitCode, 1);

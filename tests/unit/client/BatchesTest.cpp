@@ -30,7 +30,7 @@ TEST(BatchesTest, KeepAnAnswerBelow64KB) {
     EXPECT_EQ(cut({{8, 65'000}, {8, 532}}), "0-1 1-2 ");
 }
 
-TEST(BatchesTest, LeaveWhatIsTooLongAlone) {
+TEST(BatchesTest, LeaveTooLongItemsAlone) {
     EXPECT_EQ(cut({{8, 20}, {8, 2'000'000}, {8, 20}, {5'000, 12}, {8, 20}}),
               "0-1 1-2 2-3 3-4 4-5 ");
 }

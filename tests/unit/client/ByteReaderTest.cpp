@@ -42,7 +42,7 @@ TEST(ByteReaderTest, DoesNotReadBeyondTheEnd) {
     EXPECT_EQ(reader.readUInt8(), 1);
 }
 
-TEST(ByteReaderTest, SaysWhatItExpectedWhereAndWhatItGot) {
+TEST(ByteReaderTest, SaysWhatItExpectedAndWhatItGot) {
     const Bytes bytes = fromHex("01 00 00 00 02 00 00 00");
     ByteReader reader(bytes);
     EXPECT_EQ(complaintOf([&] { reader.expectUInt32(1, "a thing"); }), "none");

@@ -14,7 +14,7 @@ using Names = std::vector<std::string>;
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-// The names of what a filter takes for changed after 10.
+// How many of the values a filter reports as changed, starting from 10.
 std::size_t changesAfterTen(double deadband, const std::vector<float>& values) {
     ChangeFilter filter(deadband);
     const Names name{"a"};
@@ -49,7 +49,7 @@ TEST(ChangeFilterTest, LooksAtEachElement) {
               (Changes{{"a", std::vector<std::int32_t>{1, 2, 4}}}));
 }
 
-TEST(ChangeFilterTest, TakesWhatIsNotANumberForOneValue) {
+TEST(ChangeFilterTest, TreatsAllNotANumbersAsEqual) {
     EXPECT_EQ(changesAfterTen(1, {kNan, kNan, 10}), 2U);
     EXPECT_EQ(changesAfterTen(1, {kInfinity, kInfinity, -kInfinity}), 2U);
 }

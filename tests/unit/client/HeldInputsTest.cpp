@@ -73,7 +73,7 @@ TEST_F(HeldInputsTest, CountsInputsThatHoldTheSameCommandButNotTheirRepeatedPres
     EXPECT_EQ(account(), "a:2;");
 }
 
-TEST_F(HeldInputsTest, TakesAPressWithoutAnAnswerAsDownAndAReleaseWithoutOneAsNone) {
+TEST_F(HeldInputsTest, CountsAnUnansweredPressButNotAnUnansweredRelease) {
     follow({heldCommand(1, "a")});
     held.sending(std::vector<Item>{{1, 1}});
     EXPECT_EQ(account(), "a:1;");

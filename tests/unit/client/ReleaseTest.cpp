@@ -17,12 +17,12 @@ std::string zerosInHex(std::size_t count) {
     return " " + toHex(zeros(count)) + " ";
 }
 
-// Any connection can end a command by its name, registered as 1, and be rid of it again.
+// Any connection can register a command as 1, end it, and unregister it.
 const Turn kEndByName{
     "55 66 77 88 03 00 00 00 01 00 00 00 08 63 2F 64 65 66 67 68 69 "
     "07 00 00 00 01 00 00 00 03 04 00 00 00 01 00 00 00",
     "18 00 00 00 03 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 01 00 00 00 01 00 00 00"};
-// The simulator does not have it, and so does not hold it.
+// The simulator does not have it, so cannot hold it.
 const Turn kNothingToEnd{kEndByName.request,
                          "20 00 00 00 03 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00 "
                          "04 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00"};
@@ -60,7 +60,7 @@ TEST_F(TarnelReleaseTest, SendsAReleaseBeforeItCloses) {
     EXPECT_FALSE(client.isConnected());
 }
 
-TEST_F(TarnelReleaseTest, SendsNothingMoreWhereNothingIsHeld) {
+TEST_F(TarnelReleaseTest, SendsNothingMoreIfNothingIsHeld) {
     ScriptedServer server({{{defining(), kPress, kRelease}}});
     tarnel::Client client(optionsFor(server));
     client.define(definitions());
@@ -102,7 +102,7 @@ TEST_F(TarnelReleaseTest, EndsByNameIfTheConnectionIsOutOfStep) {
     client.exchange({{7, 1}});
 }
 
-TEST_F(TarnelReleaseTest, ThrowsBeforeNewDefinitionsWhereLossesAreThrown) {
+TEST_F(TarnelReleaseTest, ThrowsBeforeNewDefinitionsIfLossesAreThrown) {
     ScriptedServer server(
         {{{defining(), kPress, answeredWith(kRelease, "")}, End::ByServer}, {{kEndByName}}});
     tarnel::Client client(optionsFor(server));
@@ -145,14 +145,14 @@ TEST_F(VelmarReleaseTest, EndsByNameBeforeItRegistersOnANewConnection) {
     EXPECT_THROW(client.run("c/defghi", velmar::Action::Once), ClosedError);
 }
 
-TEST_F(VelmarReleaseTest, TakesAnEndForDoneIfTheNewConnectionDidIt) {
+TEST_F(VelmarReleaseTest, CountsAnEndThatTheNewConnectionSent) {
     ScriptedServer server({{{kRegister, kBegin}, End::ByServer}, {{kEndByName, kRegister}}});
     velmar::Client client(optionsFor(server, OnLoss::Reconnect));
     begin(client);
     client.run("c/defghi", velmar::Action::End);
 }
 
-TEST_F(VelmarReleaseTest, TellsWhatItCouldNotReleaseOnClose) {
+TEST_F(VelmarReleaseTest, ReportsWhatItCouldNotReleaseOnClose) {
     auto server = std::make_unique<ScriptedServer>(
         std::vector<ScriptedServer::Connection>{{{kRegister, kBegin}, End::ByServer}});
     Options options = optionsFor(*server);
@@ -172,7 +172,7 @@ TEST_F(VelmarReleaseTest, TellsWhatItCouldNotReleaseOnClose) {
     EXPECT_EQ(reason, place + ": releasing c/defghi: Connection refused");
 }
 
-TEST_F(VelmarReleaseTest, NamesInACancellationWhatItCouldNotRelease) {
+TEST_F(VelmarReleaseTest, NamesWhatItCouldNotReleaseWhenCancelled) {
     auto server = std::make_unique<ScriptedServer>(
         std::vector<ScriptedServer::Connection>{{{kRegister, kBegin}, End::ByServer}});
     bool isCancelled = false;
@@ -188,7 +188,7 @@ TEST_F(VelmarReleaseTest, NamesInACancellationWhatItCouldNotRelease) {
     EXPECT_TRUE(text.ends_with("; " + place + ": releasing c/defghi: Connection refused")) << text;
 }
 
-TEST_F(VelmarReleaseTest, LeavesAllToAProgramThatWantsIt) {
+TEST_F(VelmarReleaseTest, ReleasesNothingIfToldNotTo) {
     ScriptedServer server({{{kRegister, kBegin}}, {{kRegister}}});
     Options options = optionsFor(server);
     options.releaseHeld = false;

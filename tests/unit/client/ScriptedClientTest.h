@@ -26,7 +26,7 @@ protected:
         return options;
     }
 
-    // The text of what the action throws.
+    // The text of the exception that the action throws.
     template <typename Wanted, typename Action>
     static std::string textOf(Action action) {
         try {

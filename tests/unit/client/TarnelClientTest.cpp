@@ -22,7 +22,7 @@ const Turn kAsk{"11 22 33 44 DE AD BE EF 08 00 00 00 00 00 00 00",
                 "FF FF 00 00 04 00 00 00 AA 00 00 00"};
 const Turn kSend{"11 22 33 44 DE AD BE EF 08 00 00 00 01 00 00 00 07 00 00 00 09 00 00 00",
                  kAsk.answer};
-// Which is how a message that arrived in pieces is answered on a new connection.
+// The answer to a message that arrived in pieces on a new connection.
 constexpr const char* kTorn = "0C 00 00 00 FF FF 00 00 04 00 00 00 AA 00 00 00";
 
 std::string zerosInHex(std::size_t count) {
@@ -46,7 +46,7 @@ Turn defining() {
         "FF FF 00 00 04 00 00 00 AA 00 00 00"};
 }
 
-// One command output, of a name of one letter behind the prefix.
+// One command output with a name of one letter after the prefix.
 Definitions observing(OutputId id, char letter) {
     Definitions made;
     made.add(Output::ofCommand(id, std::string("kyr/") + letter));
@@ -74,7 +74,7 @@ TEST_F(TarnelClientTest, AsksDefinesAndExchanges) {
     EXPECT_EQ(client.exchange().get<std::int32_t>(1), 5);
 }
 
-TEST_F(TarnelClientTest, SendsNoActionThatIsNotDeclared) {
+TEST_F(TarnelClientTest, RefusesAnUndeclaredAction) {
     ScriptedServer server({{{defining()}}});
     Client client(optionsFor(server));
     EXPECT_EQ(textOf<std::invalid_argument>([&] { client.exchange(); }),
@@ -136,7 +136,7 @@ TEST_F(TarnelClientTest, SendsTheItemsOfACallThatBeginsWithoutAConnection) {
     EXPECT_EQ(client.exchange({{7, 9}}).get<std::int32_t>(1), 5);
 }
 
-TEST_F(TarnelClientTest, ThrowsALossWhereThatIsWanted) {
+TEST_F(TarnelClientTest, ThrowsALossIfAskedTo) {
     ScriptedServer server(
         {{{defining(), answeredWith(kAsk, "")}, End::ByServer}, {{defining(), kAsk}}});
     Client client(optionsFor(server));
@@ -176,7 +176,7 @@ TEST_F(TarnelClientTest, ConnectsAnewBeforeAnIdentifierGetsAnotherCommand) {
     client.define(observing(1, 'b'));
 }
 
-TEST_F(TarnelClientTest, TellsOfAnotherAircraft) {
+TEST_F(TarnelClientTest, ReportsAnotherAircraft) {
     constexpr const char* kOther =
         "18 00 00 00 01 00 00 00 04 00 00 00 05 00 00 00 "
         "FF FF 00 00 04 00 00 00 BB 00 00 00";

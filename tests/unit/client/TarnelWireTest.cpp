@@ -26,7 +26,7 @@ Bytes recordOf(const Input& input) {
     return record;
 }
 
-// What is not zero in a record: the bytes of each field, four of them, by offset.
+// The fields of a record that are not zero: their four bytes, by offset.
 std::string numbersOf(const Bytes& record) {
     std::string text;
     for (std::size_t offset = 0; offset < record.size(); offset += 4) {
@@ -52,7 +52,7 @@ TEST(ClientTarnelWireTest, AsksForTheVersion) {
     EXPECT_EQ(version.revision, 6U);
 }
 
-TEST(ClientTarnelWireTest, AcceptsNoVersionOfAnotherShape) {
+TEST(ClientTarnelWireTest, RejectsAVersionOfAnotherShape) {
     for (const char* wrong :
          {"B1 6B 00 B5 01 00 07 0A 06 00 00", "FF FF 00 00 04 00 00 00 00 00 00 00",
           "B1 6B 00 B5 01 00 07 0A 06 00 00 00 00"}) {
@@ -130,7 +130,7 @@ TEST(ClientTarnelWireTest, WritesFixedValuesHoldAndRepeat) {
         "0: 01 00 00 00; 20: 2C 01 00 00; 32: 06 00 00 00; ");
 }
 
-TEST(ClientTarnelWireTest, WritesOutputsBehindInputs) {
+TEST(ClientTarnelWireTest, WritesOutputsAfterInputs) {
     Definitions definitions;
     definitions.add(Output::ofFloatArray(3, "a/b", 8, 2)).add(Input::toInt(1, "c"));
     definitions.add(Output::ofCommand(4, "kyr/d"));
@@ -202,7 +202,7 @@ TEST_F(AnswerTest, HasTheIdentifierOfACommandTwiceWithoutAnAircraft) {
     EXPECT_FALSE(answer.isAircraftLoaded());
 }
 
-TEST_F(AnswerTest, OfAnotherLengthSaysWhichOnesItMayHave) {
+TEST_F(AnswerTest, OfAnotherLengthNamesTheAllowedLengths) {
     try {
         read("FF FF 00 00 04 00 00 00 5C 2B 57 A4");
         FAIL() << "was accepted";
@@ -212,7 +212,7 @@ TEST_F(AnswerTest, OfAnotherLengthSaysWhichOnesItMayHave) {
     }
 }
 
-TEST(ClientTarnelWireTest, AcceptsNoEntryOfAnotherShape) {
+TEST(ClientTarnelWireTest, RejectsAnEntryOfAnotherShape) {
     Definitions definitions;
     definitions.add(Output::ofCommand(1, "kyr/a"));
     for (const char* wrong : {

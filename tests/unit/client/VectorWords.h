@@ -7,7 +7,7 @@
 
 #include "support/WireVectors.h"
 
-// What the words of a vector's statement stand for.
+// The values of the words in a vector's statement.
 
 inline std::int32_t asInt(const std::string& text) {
     return static_cast<std::int32_t>(std::stol(text));

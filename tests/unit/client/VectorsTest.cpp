@@ -11,8 +11,8 @@
 #include "tarnel/Wire.h"
 #include "velmar/Wire.h"
 
-// The library's encoders and decoders do what tests/vectors says: every request that it can send
-// has these bytes, and every answer is read as what it means, or as unexpected.
+// The library follows tests/vectors: its requests have these bytes, and it reads every answer as
+// its meaning says, or as unexpected.
 
 namespace {
 
@@ -21,7 +21,7 @@ using detail::ByteReader;
 using detail::ByteWriter;
 using detail::UnexpectedAnswer;
 
-// One conversation, as the client's half of it.
+// The client's side of one conversation.
 class VectorsTest : public testing::TestWithParam<WireVector> {
 protected:
     void expectRequest(const WireStep& step) {

@@ -40,7 +40,7 @@ TEST_F(VelmarClientTest, SpeaksOfNamesAndSendsNumbers) {
     EXPECT_THROW(client.run("c/defghi", Action::Once), std::out_of_range);
 }
 
-TEST_F(VelmarClientTest, SendsNothingThatTheServerWouldMisread) {
+TEST_F(VelmarClientTest, RefusesWhatTheServerWouldMisread) {
     ScriptedServer server({{{kRegisterFloat}}});
     Client client(optionsFor(server));
     client.registerDataref({"a/b", Type::Float});

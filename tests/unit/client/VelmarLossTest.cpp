@@ -70,7 +70,7 @@ TEST_F(VelmarClientTest, AllocatesNothingForAnAnswerThatIsTooLong) {
                   "got 4294967295 bytes");
 }
 
-TEST_F(VelmarClientTest, TakesBytesThatNobodyAskedForAsATornConnection) {
+TEST_F(VelmarClientTest, TreatsUnexpectedBytesAsATornConnection) {
     const std::string twice = kRegisterFloat.answer + " 00 00 00 00";
     ScriptedServer server(
         {{{answeredWith(kRegisterFloat, twice.c_str())}}, {{kRegisterFloat, kRead}}});
@@ -94,7 +94,7 @@ TEST_F(VelmarClientTest, ThrowsWhenTheConnectionIsLost) {
     EXPECT_EQ(client.read("a/b"), Value(1.0F));
 }
 
-TEST_F(VelmarClientTest, ReconnectsByItselfWhereThatIsWanted) {
+TEST_F(VelmarClientTest, ReconnectsByItselfIfAskedTo) {
     ScriptedServer server({{{kRegisterFloat}, End::ByReset}, {{kRegisterFloat, kRead}}});
     Client client(optionsFor(server, OnLoss::Reconnect));
     client.registerDataref({"a/b", Type::Float});
@@ -156,7 +156,7 @@ TEST_F(VelmarClientTest, EndsAWaitThatIsCancelled) {
     EXPECT_FALSE(client.isConnected());
 }
 
-TEST_F(VelmarClientTest, KeepsANameThatIsGoneForTheNextTry) {
+TEST_F(VelmarClientTest, KeepsARefusedNameForTheNextTry) {
     const Turn refusal =
         answeredWith(kRegisterFloat, "10 00 00 00 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00");
     ScriptedServer server(
@@ -187,7 +187,7 @@ TEST_F(VelmarClientTest, DoesNotBackOffForItsFirstConnection) {
               place + ": connecting: Connection refused");
 }
 
-TEST_F(VelmarClientTest, BacksOffForItsFirstConnectionWhereThatIsWanted) {
+TEST_F(VelmarClientTest, BacksOffForItsFirstConnectionIfAskedTo) {
     Options options;
     {
         ScriptedServer server(Script(1));

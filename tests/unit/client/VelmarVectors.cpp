@@ -92,7 +92,7 @@ void writePacket(ByteWriter& writer, const WireWords& words, VectorDatarefs& dat
     }
 }
 
-// The library does not read or unregister a number that the server does not know.
+// The library never reads or unregisters an unknown number.
 void expectReply(ByteReader& reader, const WireWords& words, const VectorDatarefs& datarefs) {
     namespace wire = velmar::wire;
     const std::string& type = words.at(1);

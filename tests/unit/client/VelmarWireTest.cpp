@@ -47,12 +47,12 @@ TEST(ClientVelmarWireTest, RegistersDatarefs) {
               "01 00 00 00 07 00 00 00 02 00 00 00 00 00 00 00 03 61 2F 62");
     EXPECT_EQ(registered(0x01020304, dataref(Type::IntArray, 8)),
               "01 00 00 00 04 03 02 01 04 00 00 00 08 00 00 00 03 61 2F 62");
-    // A size is of no account for what is no array, and is not sent.
+    // A size has no effect on a scalar and is not sent.
     EXPECT_EQ(registered(1, dataref(Type::Byte, 9)),
               "01 00 00 00 01 00 00 00 03 00 00 00 00 00 00 00 03 61 2F 62");
 }
 
-TEST(ClientVelmarWireTest, PutsZerosBehindACommandOfAShortName) {
+TEST(ClientVelmarWireTest, PutsZerosAfterACommandWithAShortName) {
     const auto registered = [](const std::string& name) {
         const std::string hex =
             written([&](auto& writer) { wire::writeRegisterCommand(writer, 9, name); });
@@ -94,7 +94,7 @@ TEST(ClientVelmarWireTest, WritesEachTypeWithItsLength) {
     EXPECT_EQ(wrote(std::vector<float>{0.5F}), "06 00 00 00 07 00 00 00 04 00 00 00 00 00 00 3F");
 }
 
-TEST(ClientVelmarWireTest, TellsSuccessFromRefusal) {
+TEST(ClientVelmarWireTest, DistinguishesSuccessFromRefusal) {
     const auto dataref = [](auto& reader) { return wire::readRegisterDatarefReply(reader, 7); };
     EXPECT_TRUE(readFrom("01 00 00 00 07 00 00 00 01 00 00 00", dataref));
     EXPECT_FALSE(readFrom("01 00 00 00 07 00 00 00 02 00 00 00 01 00 00 00", dataref));
@@ -103,7 +103,7 @@ TEST(ClientVelmarWireTest, TellsSuccessFromRefusal) {
     EXPECT_FALSE(readFrom("03 00 00 00 09 00 00 00 02 00 00 00 02 00 00 00", command));
 }
 
-TEST(ClientVelmarWireTest, AcceptsNoReplyOfAnotherShape) {
+TEST(ClientVelmarWireTest, RejectsAReplyOfAnotherShape) {
     const auto dataref = [](auto& reader) { return wire::readRegisterDatarefReply(reader, 7); };
     for (const char* wrong : {
              "", "01 00 00 00 07 00 00",
@@ -134,7 +134,7 @@ TEST(ClientVelmarWireTest, ReadsEachType) {
               Value(std::vector<float>{0.5F, 2.0F}));
 }
 
-TEST(ClientVelmarWireTest, AcceptsNoValueOfAnotherLength) {
+TEST(ClientVelmarWireTest, RejectsAValueOfAnotherLength) {
     const auto array = [](auto& reader) {
         return wire::readReadReply(reader, 7, dataref(Type::FloatArray, 2));
     };

@@ -25,7 +25,7 @@ std::map<std::string, std::string>& aliases() {
     return names;
 }
 
-// What the plugin's plain function does.
+// As the plugin's plain function.
 CommandObserver* observing = nullptr;
 
 int callBack(void* command, int phase, void* refcon) {
@@ -40,7 +40,7 @@ auto call(const std::string& function, const std::string& arguments, const void*
 
 } // namespace
 
-// In front of the simulator's function of this name.
+// Replaces the simulator's function of this name.
 XPLMCommandRef XPLMFindCommand(const char* name) {
     const auto found = aliases().find(name);
     return headless::Simulator::Current().Commands().Find(
@@ -130,7 +130,7 @@ TEST_F(CommandObserverTest, KeepsAnIdPerCommand) {
     EXPECT_THAT(first.commands, ElementsAre(Pair(4294967295U, 0), Pair(7, 2)));
 }
 
-TEST_F(CommandObserverTest, TellsNamesApartByTheirLetterCase) {
+TEST_F(CommandObserverTest, DistinguishesNamesByLetterCase) {
     observer.RegisterProtocolForCommandCallback(&first, 7, "kyr/button");
     observer.RegisterProtocolForCommandCallback(&second, 8, "kyr/Button");
     simulator.Commands().Once(simulator.Commands().Lookup("kyr/Button"));
@@ -164,12 +164,12 @@ TEST_F(CommandObserverTest, DoesNotLookAtTheRefcon) {
     EXPECT_THAT(first.commands, ElementsAre(Pair(7, 0)));
 }
 
-TEST_F(CommandObserverTest, PassesACommandOnThatNobodyRegistered) {
+TEST_F(CommandObserverTest, PassesOnACommandWithoutListeners) {
     EXPECT_EQ(observer.HandleCommand(gear, 0, nullptr), 1);
     EXPECT_EQ(observer.HandleCommand(nullptr, 0, nullptr), 1);
 }
 
-TEST_F(CommandObserverTest, PassesACommandOnWhoseListenersAllLeft) {
+TEST_F(CommandObserverTest, PassesOnACommandAfterItsListenersLeft) {
     first.commandResult = 0;
     observer.RegisterProtocolForCommandCallback(&first, 7, kGear);
     observer.UnregisterProtocolForCommandCallback(&first, kGear);
@@ -177,7 +177,7 @@ TEST_F(CommandObserverTest, PassesACommandOnWhoseListenersAllLeft) {
     EXPECT_THAT(first.commands, IsEmpty());
 }
 
-TEST_F(CommandObserverTest, PassesACommandOnOnlyIfEveryListenerReturnsOne) {
+TEST_F(CommandObserverTest, PassesOnACommandOnlyIfEveryListenerReturnsOne) {
     observer.RegisterProtocolForCommandCallback(&first, 7, kGear);
     observer.RegisterProtocolForCommandCallback(&second, 8, kGear);
     const auto result = [&](int firstResult, int secondResult) {
@@ -191,7 +191,7 @@ TEST_F(CommandObserverTest, PassesACommandOnOnlyIfEveryListenerReturnsOne) {
     EXPECT_EQ(result(0, 0), 0);
     EXPECT_EQ(result(2, 1), 0);
     EXPECT_EQ(result(1, -1), 0);
-    // Both were asked every time, whatever the other returned.
+    // Both were called every time, whatever the other returned.
     EXPECT_EQ(first.commands.size(), 6U);
     EXPECT_EQ(second.commands.size(), 6U);
 }
@@ -248,7 +248,7 @@ TEST_F(CommandObserverTest, RemovesOneListenerAndKeepsTheOthers) {
     EXPECT_THAT(second.commands, ElementsAre(Pair(8, 0)));
 }
 
-TEST_F(CommandObserverTest, IgnoresTheLeavingOfAProtocolThatDoesNotListen) {
+TEST_F(CommandObserverTest, IgnoresAProtocolThatLeavesWithoutListening) {
     observer.UnregisterProtocolForCommandCallback(&first, "kyr/unknown");
     observer.RegisterProtocolForCommandCallback(&first, 7, kGear);
     simulator.Recorder().Clear();

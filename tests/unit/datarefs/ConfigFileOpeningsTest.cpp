@@ -18,7 +18,7 @@
 
 namespace {
 
-// Counts how often files of a folder were opened, and closed after writing, since it was made.
+// Counts how often files of a folder were opened, and closed after writing, since construction.
 class FolderWatch final {
 public:
     explicit FolderWatch(const char* folder) : watch(::inotify_init1(IN_NONBLOCK)) {
@@ -55,8 +55,8 @@ protected:
     static std::string nameOf(int number) { return "kyr/output/" + std::to_string(number); }
 };
 
-// Whoever edits, replaces or reads the file while a client defines its outputs finds all of it, and
-// finds it closed. One opening for all of them would have to stay open in between.
+// Someone who edits, replaces or reads the file while a client defines its outputs finds it
+// complete and closed. A single opening for all outputs would stay open in between.
 TEST_F(ConfigFileOpeningsTest, OpensAndClosesTheFileForEachNewDataref) {
     FolderWatch watch("Resources/plugins");
     for (int i = 0; i < 200; ++i) {

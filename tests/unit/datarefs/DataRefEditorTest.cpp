@@ -112,7 +112,7 @@ TEST_F(DataRefEditorTest, IsOnlyLookedUpWhenItIsNotLoaded) {
     EXPECT_EQ(simulator.Recorder().Refusals(headless::Refusal::UnknownPlugin), 0U);
 }
 
-TEST_F(DataRefEditorTest, NeverHearsOfTheStartWhenItIsLoadedAfterTheFirstFlightLoop) {
+TEST_F(DataRefEditorTest, HearsNothingOfTheStartIfLoadedAfterTheFirstFlightLoop) {
     provider->RegisterInt("kyr/a");
     provider->ProcessFlightLoop();
     loadEditor();

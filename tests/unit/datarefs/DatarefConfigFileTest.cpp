@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 class DatarefConfigFileTest : public DatarefProviderFixture {
 protected:
-    // Parses a file of this content, which must come out as it was.
+    // Parses a file with this content; the file must stay unchanged.
     void parse(const std::string& content) {
         directory.Write(kConfigFile, content);
         provider->ParseConfig();
@@ -140,7 +140,7 @@ TEST_F(DatarefConfigFileTest, IgnoresWhatFollowsTheFieldsOfAType) {
     EXPECT_EQ(sizeOf(3), 2);
 }
 
-// A scalar's type word then ends in the carriage return; a size stops at it.
+// A scalar's type word then ends with the carriage return; a size stops before it.
 TEST_F(DatarefConfigFileTest, IgnoresAScalarBeforeACarriageReturnAndAcceptsAnArray) {
     parse("kyr/a int\r\nkyr/b int_array 5\r\nkyr/c int\n");
     EXPECT_THAT(registrations(), ElementsAre("kyr/b, 16, writable", "kyr/c, 1, writable"));
@@ -197,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(
                     LineCase{"ANegativeFloatArraySize", "kyr/a float_array -1"},
                     LineCase{"AByteArraySizeOfZero", "kyr/a byte_array 0"},
                     LineCase{"ASizeInHexDigits", "kyr/a int_array 0x10"},
-                    LineCase{"ASizeThatIsNoNumber", "kyr/a int_array many"},
+                    LineCase{"ASizeThatIsNotANumber", "kyr/a int_array many"},
                     LineCase{"ASizeThatIsASign", "kyr/a int_array -"},
                     LineCase{"ASizeBeyondALong", "kyr/a int_array 99999999999999999999999"},
                     LineCase{"ASizeBeyondAnInt", "kyr/a int_array 99999999999"},
@@ -218,7 +218,7 @@ void PrintTo(const SizeCase& row, std::ostream* out) {
 class DatarefConfigSizeTest : public DatarefProviderFixture,
                               public testing::WithParamInterface<SizeCase> {};
 
-TEST_P(DatarefConfigSizeTest, IsReadUpToTheFirstCharacterThatIsNoDigit) {
+TEST_P(DatarefConfigSizeTest, IsReadUpToTheFirstNonDigit) {
     directory.Write(kConfigFile, "kyr/a int_array " + GetParam().text + "\n");
     provider->ParseConfig();
     EXPECT_EQ(provider->GetIntArray(refcon(1), nullptr, 0, 0), GetParam().size);

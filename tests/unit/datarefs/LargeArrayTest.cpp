@@ -64,7 +64,7 @@ TEST_F(LargeArrayTest, IsIgnoredInTheFileWhenThereIsNoMemoryForIt) {
     EXPECT_EQ(directory.Read(kConfigFile), content + "\nkyr/a int_array 4");
 }
 
-// A refused name stands in the file all the same.
+// A refused name stays in the file.
 TEST_F(LargeArrayTest, LeavesTheEarlierLineOfItsNameInForce) {
     simulator.Datarefs().RefuseRegistration("kyr/a");
     directory.Write(kConfigFile, "kyr/a int\nkyr/a int_array 2147483647\n");

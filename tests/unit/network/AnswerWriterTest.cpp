@@ -98,8 +98,8 @@ TEST_F(AnswerWriterTest, CountsTheRoomAfterWhatWasGathered) {
     EXPECT_EQ(writer.Room(), 58U);
 }
 
-// A block that ended at the end of the storage would leave the position there, and the reader who
-// gets there would find the buffer full.
+// A block that ends at the end of the storage would leave the position there, and a reader who gets
+// there would find the buffer full.
 TEST_F(AnswerWriterTest, WrapsAtTheEndOfTheStorageAsValuesDo) {
     RingBuffer buffer(16, &logger);
     advance(buffer, 4);
@@ -143,7 +143,7 @@ TEST_F(AnswerWriterTest, LeavesTheBlockWriteOfTheRingBufferAsItIs) {
     EXPECT_EQ(buffer.GetNumReadBytesAvailable(), 16U);
 }
 
-TEST_F(AnswerWriterTest, ReportsTheFirstValueForWhichThereIsNoRoom) {
+TEST_F(AnswerWriterTest, ReportsTheFirstValueThatDoesNotFit) {
     RingBuffer buffer(8, &logger);
     {
         AnswerWriter writer(&buffer);

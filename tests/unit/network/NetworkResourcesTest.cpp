@@ -19,7 +19,7 @@ TEST_F(NetworkResourcesTest, AlwaysInitialises) {
     EXPECT_TRUE(resources.Init());
 }
 
-TEST_F(NetworkResourcesTest, CleansUpInAnyStateWithoutAWord) {
+TEST_F(NetworkResourcesTest, CleansUpSilentlyInAnyState) {
     resources.Cleanup();
     EXPECT_TRUE(resources.Init());
     resources.Cleanup();

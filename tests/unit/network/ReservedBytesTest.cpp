@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kBufferOfAConnection = 0x0FFFFFFF;
 
-void expectUsableToBothEnds(std::size_t size) {
+void expectUsable(std::size_t size) {
     const ReservedBytes reserved(size);
     reserved.Get()[0] = 0x11;
     reserved.Get()[size - 1] = 0x22;
@@ -22,19 +22,19 @@ void expectUsableToBothEnds(std::size_t size) {
     EXPECT_EQ(reserved.Get()[size - 1], 0x22);
 }
 
-TEST(ReservedBytesTest, AreUsableToBothEndsWhateverTheirNumber) {
-    expectUsableToBothEnds(2);
-    expectUsableToBothEnds(0xFFFFF);
-    expectUsableToBothEnds(0x100000);
-    expectUsableToBothEnds(kBufferOfAConnection);
+TEST(ReservedBytesTest, AreUsableFromEndToEnd) {
+    expectUsable(2);
+    expectUsable(0xFFFFF);
+    expectUsable(0x100000);
+    expectUsable(kBufferOfAConnection);
 }
 
-TEST(ReservedBytesTest, ThrowWhenThereIsNoRoom) {
+TEST(ReservedBytesTest, ThrowWhenAddressSpaceIsShort) {
     EXPECT_THROW(ReservedBytes(std::numeric_limits<std::size_t>::max() / 4), std::bad_alloc);
 }
 
-// Another plugin beside ours may fork, however many clients there are.
-TEST(ReservedBytesTest, DoNotStandInTheWayOfAForkWhenTheyOutgrowTheMachine) {
+// Another plugin may fork, however many clients there are.
+TEST(ReservedBytesTest, AllowAForkEvenWhenLargerThanTheMachinesMemory) {
     struct sysinfo machine {};
     ASSERT_EQ(::sysinfo(&machine), 0);
     const std::size_t total = (machine.totalram + machine.totalswap) * machine.mem_unit;

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Values are copied at once where they can be, so every position and every fill is another case.
+// Values are copied in one piece if possible, so every position and every fill is a different case.
 class RingBufferPositionsTest : public RingBufferTest {
 protected:
     static constexpr int kSize = 16;
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(RingBufferPositionsTest, ReportsExactlyTheValuesForWhichThereIsNoRoom) {
+TEST_F(RingBufferPositionsTest, ReportsExactlyTheValuesThatDoNotFit) {
     forEachState([&](RingBuffer& buffer, int held) {
         buffer.WriteUInt32(0);
         expectReportOnlyIf(held > 11);
@@ -52,7 +52,7 @@ TEST_F(RingBufferPositionsTest, ReportsExactlyTheValuesForWhichThereIsNoRoom) {
     });
 }
 
-TEST_F(RingBufferPositionsTest, ReportsExactlyTheValuesThatAreNotThere) {
+TEST_F(RingBufferPositionsTest, ReportsExactlyTheMissingValues) {
     forEachState([&](RingBuffer& buffer, int held) {
         buffer.ReadUInt32();
         expectReportOnlyIf(held < 4);

@@ -108,7 +108,7 @@ TEST(RingBufferDeathTest, EndsTheProcessWithTheLineOfAShortage) {
                 "Error@RingBuffer::ReadInt16 : GetNumReadBytesAvailable\\(\\) < 2\n$");
 }
 
-// The same operations with exactly what they need, so that the limits above are the limits.
+// The same operations with exactly what they need succeed.
 TEST_F(RingBufferTest, ReportsNothingWhenExactlyEnoughIsThere) {
     RingBuffer buffer(5, &logger);
     buffer.WriteFloat(1.0F);

@@ -27,7 +27,7 @@ TEST_F(RingBufferTest, HoldsOneByteLessThanItsSize) {
     EXPECT_THAT(logger.messages, IsEmpty());
 }
 
-TEST_F(RingBufferTest, CountsWithTheWriterBehindTheReader) {
+TEST_F(RingBufferTest, CountsAfterTheWriterHasWrapped) {
     RingBuffer buffer(16, &logger);
     advance(buffer, 12);
     fill(buffer, fromHex("01 02 03 04 05 06"));
@@ -121,7 +121,7 @@ TEST_F(RingBufferTest, ReadsEveryTypeIntactAtEveryPositionOfTheStorage) {
     }
 }
 
-TEST_F(RingBufferTest, PutsEverythingReadSinceTheRestorePointBack) {
+TEST_F(RingBufferTest, PutsBackEverythingReadSinceTheRestorePoint) {
     RingBuffer buffer(16, &logger);
     fill(buffer, fromHex("01 02 03 04 05"));
     buffer.ReadUInt8();

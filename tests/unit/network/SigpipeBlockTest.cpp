@@ -72,8 +72,8 @@ protected:
         ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     }
 
-    // As the connection does; with the error of the send.
-    int sendToNobody() const {
+    // Sends as the connection does. Returns the error of the send.
+    int sendToClosedPeer() const {
         const SigpipeBlock block;
         EXPECT_EQ(::send(broken, "x", 1, 0), -1);
         EXPECT_TRUE(isPending());
@@ -85,8 +85,8 @@ protected:
     struct sigaction formerAction {};
 };
 
-TEST_F(SigpipeBlockTest, LeavesNothingOfASendToNobodyButItsError) {
-    EXPECT_EQ(sendToNobody(), EPIPE);
+TEST_F(SigpipeBlockTest, LeavesOnlyTheErrorOfASendToAClosedPeer) {
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     EXPECT_FALSE(isPending());
     EXPECT_FALSE(isBlocked());
     EXPECT_EQ(handled, 0);
@@ -94,21 +94,21 @@ TEST_F(SigpipeBlockTest, LeavesNothingOfASendToNobodyButItsError) {
 
 TEST_F(SigpipeBlockTest, LeavesTheSignalBlockedWhereItWas) {
     blockSigpipe();
-    EXPECT_EQ(sendToNobody(), EPIPE);
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     EXPECT_FALSE(isPending());
     EXPECT_TRUE(isBlocked());
 }
 
 TEST_F(SigpipeBlockTest, TakesTheSignalOfAProcessThatIgnoresIt) {
     ::signal(SIGPIPE, SIG_IGN);
-    EXPECT_EQ(sendToNobody(), EPIPE);
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     EXPECT_FALSE(isPending());
 }
 
 TEST_F(SigpipeBlockTest, LeavesASignalThatWasPendingBefore) {
     blockSigpipe();
     ::raise(SIGPIPE);
-    EXPECT_EQ(sendToNobody(), EPIPE);
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     EXPECT_TRUE(isPending());
     EXPECT_EQ(handled, 0);
 }
@@ -116,7 +116,7 @@ TEST_F(SigpipeBlockTest, LeavesASignalThatWasPendingBefore) {
 TEST_F(SigpipeBlockTest, LeavesASignalThatWaitsForTheWholeProcess) {
     blockSigpipe();
     ::kill(::getpid(), SIGPIPE);
-    EXPECT_EQ(sendToNobody(), EPIPE);
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     EXPECT_TRUE(isPending());
 }
 
@@ -132,7 +132,7 @@ TEST_F(SigpipeBlockTest, LeavesTheSignalOfAnotherThread) {
         survived = takePending();
     });
     isPendingThere.get_future().wait();
-    EXPECT_EQ(sendToNobody(), EPIPE);
+    EXPECT_EQ(sendToClosedPeer(), EPIPE);
     hasSent.set_value();
     other.join();
     EXPECT_TRUE(survived);

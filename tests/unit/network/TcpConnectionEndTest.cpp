@@ -47,13 +47,13 @@ TEST_F(TcpConnectionTest, ClosesQuietlyAfterAResetSeenWhileSending) {
     EXPECT_THAT(logger.messages, IsEmpty());
 }
 
-// Sent into a connection that the client has closed and reset, an answer raises SIGPIPE.
+// An answer sent after the client closed and reset the connection raises SIGPIPE.
 TEST_F(TcpConnectionTest, OutlivesAClientThatSendsTwoRequestsAndVanishes) {
     tarnel->feed = takeAllAndAnswer("abc");
     receive(tarnelRequest(fromHex("01")));
     peer.Send(tarnelRequest(fromHex("02")));
     peer.Close();
-    tick(); // The first answer provokes the reset.
+    tick(); // The first answer causes the reset.
     ASSERT_TRUE(waitBroken(accepted));
     tick(); // The second request has arrived before it.
     ASSERT_THAT(fed, ElementsAre("01", "02"));
@@ -63,7 +63,7 @@ TEST_F(TcpConnectionTest, OutlivesAClientThatSendsTwoRequestsAndVanishes) {
     EXPECT_THAT(logger.At(LogLevelError), IsEmpty());
 }
 
-// The reset falls right before the send, after all that could be asked of the socket first.
+// The reset arrives right before the send, after all checks of the socket.
 TEST_F(TcpConnectionTest, OutlivesAClientThatResetsBetweenTwoSystemCalls) {
     prepareAnswer("abc");
     faults.PassAfter(SocketCall::Send, [this] {
@@ -126,7 +126,7 @@ TEST_F(TcpConnectionOnOddSocketTest, TracesThatTheSocketIsNotConnected) {
             LogLevelVerbose, "Verbose@TcpConnection::ProcessEvents : recv() : text of error 107")));
 }
 
-TEST_F(TcpConnectionOnOddSocketTest, TracesThatTheDescriptorIsNoSocket) {
+TEST_F(TcpConnectionOnOddSocketTest, TracesThatTheDescriptorIsNotASocket) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
     TcpConnection connection(ends[0], &logger, &utilities, &factory);

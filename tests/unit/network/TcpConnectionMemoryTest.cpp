@@ -92,7 +92,8 @@ TEST_F(TcpConnectionMemoryTest, StaysFlatOverManyExchanges) {
     for (int i = 0; i < 20'000; ++i) {
         exchange();
     }
-    // Moving through either buffer would add 160,000 kB. A sanitizer keeps some freed memory.
+    // If positions moved through a buffer, this would be 160,000 kB. A sanitizer keeps some freed
+    // memory.
     EXPECT_LT(residentKilobytes() - before, 60'000);
 }
 

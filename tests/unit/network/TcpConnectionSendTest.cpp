@@ -84,9 +84,9 @@ TEST_F(TcpConnectionTest, CountsEveryPartialSendFromTheStartOfThePayload) {
     EXPECT_EQ(fed.back(), "01");
 }
 
-TEST_F(TcpConnectionTest, CannotFinishAnAnswerOfWhichExactlyFourBytesWereLeft) {
+TEST_F(TcpConnectionTest, CannotFinishAnAnswerWithExactlyFourBytesLeft) {
     prepareAnswer("ABC");
-    faults.ShortenSend(3); // Three bytes into the payload: nothing of it is left.
+    faults.ShortenSend(3); // The payload has three bytes: nothing is left.
     tick();
     EXPECT_EQ(toHex(answer(3)), "03 00 00");
     tick();
@@ -104,7 +104,7 @@ TEST_F(TcpConnectionTest, IsFatalWhenAPartialSendLeavesFewerThanFourBytes) {
                             "amount"));
 }
 
-// Real back-pressure: a payload in which every four bytes hold their own position.
+// Real back-pressure. Every four bytes of the payload hold their own position.
 TEST_F(TcpConnectionTest, SendsTheRestToASlowReaderByTheSameRule) {
     constexpr std::uint32_t kWords = 2'000'000;
     constexpr std::size_t kPayload = 4UL * kWords;

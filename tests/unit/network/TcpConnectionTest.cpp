@@ -107,7 +107,7 @@ TEST_F(TcpConnectionTest, TriesOneReceivePerTick) {
     EXPECT_EQ(faults.Count(SocketCall::Receive), 2U);
 }
 
-TEST_F(TcpConnectionTest, HandsTheBytesBehindTheIdentificationToItsProtocol) {
+TEST_F(TcpConnectionTest, HandsTheBytesAfterTheIdentificationToItsProtocol) {
     receive(tarnelRequest(fromHex("01 02 03")));
     EXPECT_THAT(fed, ElementsAre("01 02 03"));
 }

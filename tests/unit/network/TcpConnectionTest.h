@@ -25,8 +25,8 @@ inline Bytes text(const std::string& characters) {
     return {characters.begin(), characters.end()};
 }
 
-// A connection over loopback whose protocols are fakes: by default they take whatever there is and
-// answer nothing.
+// A connection over loopback whose protocols are fakes: by default they read all bytes and answer
+// nothing.
 class TcpConnectionTest : public testing::Test {
 protected:
     TcpConnectionTest() {
@@ -42,7 +42,7 @@ protected:
         return {{0x44332211, tarnel}, {0x88776655, velmar}};
     }
 
-    // Takes all that is buffered and notes it.
+    // Takes all buffered bytes and records them.
     std::function<int(IRingBuffer&, IRingBuffer&)> takeAllAndAnswer(const std::string& answer) {
         return [this, answer](IRingBuffer& in, IRingBuffer& out) {
             fed.push_back(toHex(drain(in)));
@@ -54,14 +54,14 @@ protected:
 
     void tick() { connection->ProcessEvents(); }
 
-    // One receiving tick with `bytes`, none of it before they have arrived.
+    // One receiving tick, after all `bytes` have arrived.
     void receive(const Bytes& bytes) {
         peer.Send(bytes);
         ASSERT_TRUE(waitReadable(accepted));
         tick();
     }
 
-    // Everything the peer gets until `size` bytes have come.
+    // The next `size` bytes that the peer receives.
     Bytes answer(std::size_t size) {
         Bytes got;
         driveUntil(
@@ -76,7 +76,7 @@ protected:
         return driveUntil([&] { peer.Receive(); }, [&] { return peer.SawEnd(); });
     }
 
-    // Received and handled; the answer waits to be sent.
+    // Receives a request and handles it; the answer waits to be sent.
     void prepareAnswer(const std::string& payload) {
         tarnel->feed = takeAllAndAnswer(payload);
         receive(kTarnel);

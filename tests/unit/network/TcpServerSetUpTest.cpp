@@ -27,7 +27,7 @@ int optionOf(int socket, int option) {
     return value;
 }
 
-// Of the sockets of this process that are bound to the server's port: the listening one first, then
+// The sockets of this process that are bound to the server's port: the listening one first, then
 // the accepted ones.
 std::vector<int> receiveBuffersOnThePort() {
     constexpr int kMoreThanAnyDescriptor = 256;
@@ -166,7 +166,7 @@ TEST_F(TcpServerTest, SharesThePortWithAProgramThatDoesNotListen) {
 
 // --- Socket options
 
-// How much the system grants is its own affair; it is what any socket gets that asks for as much.
+// The system decides how much it grants: the same as to any socket that asks for as much.
 TEST_F(TcpServerTest, AsksForRoomForALargeRequestBeforeItListens) {
     const int asking = ::socket(AF_INET, SOCK_STREAM, 0);
     const int fourMebibytes = 4194304;

@@ -86,7 +86,7 @@ TEST_F(TcpServerTest, RemovesAClientOneTickAfterItsDisconnectWasSeen) {
     EXPECT_THAT(deleted, ElementsAre(1));
 }
 
-TEST_F(TcpServerTest, ServesTheOthersWhenAClientIsGone) {
+TEST_F(TcpServerTest, ServesTheOthersAfterAClientLeft) {
     start();
     const auto first = connect();
     const auto second = connect();
@@ -144,7 +144,7 @@ TEST_F(TcpServerTest, TurnsAClientAwayWhoseSocketCannotBeSetUp) {
     EXPECT_TRUE(seesTheEnd(peer));
 }
 
-TEST_F(TcpServerTest, TurnsAClientAwayForWhichThereIsNoMemory) {
+TEST_F(TcpServerTest, TurnsAClientAwayWhenMemoryIsShort) {
     start();
     const auto first = connect();
     factory.make = []() -> std::map<unsigned int, IProtocol*> { throw std::bad_alloc(); };

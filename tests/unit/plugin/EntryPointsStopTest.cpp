@@ -1,4 +1,4 @@
-// The entry points at the stop, after it, and where something goes wrong.
+// The entry points at the stop, after it, and when something fails.
 
 #include <cerrno>
 #include <csignal>

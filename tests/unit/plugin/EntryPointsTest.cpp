@@ -1,4 +1,4 @@
-// The entry points from the first start on, while the plugin runs.
+// The entry points from the first start on.
 
 #include "EntryPointsTest.h"
 

@@ -53,7 +53,7 @@ protected:
         std::locale::global(former);
     }
 
-    // Until an answer begins to arrive.
+    // Runs frames until an answer begins to arrive.
     void exchange(TcpPeer& client, const Bytes& message) {
         client.Send(tarnelRequest(message));
         EXPECT_TRUE(driveUntil([&] { simulator.RunFrame(0.02); },
@@ -150,7 +150,7 @@ TEST_F(ForeignLocaleTest, LeavesTheNumberOfASocketErrorAsItIs) {
 
 TEST_F(ForeignLocaleTest, LeavesTheCountOfATornVelmarNameAsItIs) {
     TcpPeer client(kPluginPort);
-    // 'A', 0x41, is the length of the name; 12 bytes of it are there.
+    // 'A', 0x41, is the length of the name; only 12 bytes follow.
     client.Send(join({fromHex("55 66 77 88 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00 41"),
                       name("sim/aircraft", 12)}));
     EXPECT_EXIT(

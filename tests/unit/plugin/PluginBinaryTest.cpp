@@ -22,7 +22,7 @@ using testing::ElementsAre;
 
 const std::string kPlugin = ORVANE_PLUGIN_PATH;
 
-// Of a program that is given the plugin.
+// The output of a program, run with the plugin as its argument.
 std::vector<std::string> linesAbout(const std::string& program) {
     return linesOf(outputOf(program + " '" + kPlugin + "'"));
 }
@@ -84,7 +84,7 @@ TEST(PluginBinaryTest, ExportsTheFiveEntryPointsAndNothingElse) {
                                       "XPluginStart", "XPluginStop"));
 }
 
-// Such a symbol keeps the module in the process for good.
+// Such a symbol keeps the module in the process.
 TEST(PluginBinaryTest, HasNoUniqueSymbols) {
     for (const Symbol& symbol : dynamicSymbols("")) {
         EXPECT_NE(symbol.kind, 'u') << symbol.name;

@@ -21,7 +21,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What a start asks of the provider.
+// The provider's calls at a start.
 const std::vector<std::string> kCallsOfAStart{
     "ParseConfig", "RegisterInt kyr/autopilot_external_control",
     "RegisterInt kyr/autopilot_trigger_disable",
@@ -117,7 +117,7 @@ TEST_F(XPlanePluginTest, StartsInThisOrder) {
     EXPECT_EQ(provider.calls, kCallsOfAStart);
 }
 
-TEST_F(XPlanePluginTest, WantsItsFirstCallTwoFlightLoopsLater) {
+TEST_F(XPlanePluginTest, AsksForItsFirstCallTwoFlightLoopsLater) {
     start();
     const auto calls = simulator.Recorder().CallsOf("XPLMRegisterFlightLoopCallback");
     ASSERT_EQ(calls.size(), 1U);
@@ -356,7 +356,7 @@ TEST_F(XPlanePluginTest, StopsItsFlightLoopAndItsServer) {
     EXPECT_THROW(TcpPeer{kPluginPort}, std::system_error);
 }
 
-// The test is inverted: what it has, it leaves to the simulator.
+// The condition is inverted: the simulator drops the registered ones.
 TEST_F(XPlanePluginTest, UnregistersNoDatarefThatItHas) {
     provider.handle = simulator.Datarefs().Register("kyr/a", xplmType_Int, true, {});
     start();

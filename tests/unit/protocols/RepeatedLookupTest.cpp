@@ -12,7 +12,7 @@ protected:
         }
     }
 
-    // The target's value; 0 for none.
+    // The target's value; 0 if there is none.
     int find(int identifier, std::size_t position) {
         const int* const found = lookup.Find(targets, identifier, position);
         return found != nullptr ? *found : 0;

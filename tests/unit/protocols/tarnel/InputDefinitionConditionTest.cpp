@@ -46,7 +46,7 @@ TEST_F(InputDefinitionTest, AsksTheReceivedValueAndNotTheFixedOneForItsCondition
     EXPECT_THAT(effects(), IsEmpty());
 }
 
-// Conditions on a dataref, which is of each type in turn and has this value.
+// Conditions on a dataref of each type in turn, with this value.
 
 struct ConditionValue {
     std::string name;

@@ -41,8 +41,8 @@ protected:
         simulator.Recorder().Enable();
     }
 
-    // What was done to the simulator since the last time, in order: "function(arguments)". Reads
-    // and look-ups are left out.
+    // The calls to the simulator since the last time, in order: "function(arguments)". Without
+    // reads and look-ups.
     std::vector<std::string> effects() {
         std::vector<std::string> found;
         for (const auto& call : simulator.Recorder().Calls()) {

@@ -84,7 +84,7 @@ TEST_F(OutputInfoTest, LooksUpAnOwnNameOfAnyOtherType) {
     EXPECT_THAT(found(), ElementsAre("kyr/a", "kyr/a", "kyr/a", "kyr/a"));
 }
 
-TEST_F(OutputInfoTest, IsNoCommandWhenItIsADataref) {
+TEST_F(OutputInfoTest, IsNotACommandWhenItIsADataref) {
     EXPECT_FALSE(make({.name = "sim/int", .type = 1})->IsCommand());
     EXPECT_FALSE(make({.name = "kyr/int", .type = 1})->IsCommand());
 }

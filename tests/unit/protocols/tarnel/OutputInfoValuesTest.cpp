@@ -69,7 +69,7 @@ int fillWithNines(void* /*refcon*/, int* values, int /*offset*/, int max) {
     return max;
 }
 
-// A dataref of another plugin that was taken back no longer fills anything.
+// A dataref that another plugin unregistered gives no values.
 TEST_F(OutputInfoTest, NeverSendsTheElementsOfAnEarlierReport) {
     const XPLMDataRef handle = simulator.Datarefs().Register("other/ints", xplmType_IntArray, true,
                                                              {.readInts = fillWithNines});
@@ -161,7 +161,7 @@ TEST_F(OutputInfoTest, LeavesNoTraceOfAnOwnArrayWithANegativeCount) {
     EXPECT_FALSE(directory.Has("Resources/plugins/xplaneorvane_datarefs.cfg"));
 }
 
-TEST_F(OutputInfoTest, NamesTheElementTypeOfADummyForWhichThereIsNoRoom) {
+TEST_F(OutputInfoTest, NamesTheElementTypeOfADummyThatDoesNotFit) {
     const auto fatalLineOf = [&](std::int32_t type) {
         RingBuffer narrow(64, &logger);
         const auto output = make({.name = "no/such", .type = type, .count = 100});

@@ -316,7 +316,7 @@ TEST_F(TarnelDefinitionsTest, NotifiesTheFirstOfTwoCommandOutputsOfOneIdentifier
                               kPlane}));
 }
 
-TEST_F(TarnelDefinitionsTest, DoesNotNotifyAnOutputThatIsNoCommand) {
+TEST_F(TarnelDefinitionsTest, DoesNotNotifyAnOutputThatIsNotACommand) {
     loadPlane();
     exchange(definitionsMessage({}, {{.id = 5, .name = "sim/int", .type = 1}}));
     EXPECT_EQ(protocol.HandleCommand(5, 0), 1);

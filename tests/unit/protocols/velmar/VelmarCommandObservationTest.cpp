@@ -10,7 +10,7 @@ class VelmarCommandObservationTest : public VelmarProtocolTest {
 protected:
     VelmarCommandObservationTest() { protocol = makeProtocol(); }
 
-    // Before the observer, with which it unregisters.
+    // Destroyed before the observer, which it uses to unregister.
     ~VelmarCommandObservationTest() override { protocol.reset(); }
 
     std::unique_ptr<VelmarProtocol> makeProtocol() {
@@ -116,7 +116,7 @@ TEST_F(VelmarCommandObservationTest, ReportsACommandOfTwoIdentifiersNoMoreWhenOn
     EXPECT_EQ(poll(), "00 00 00 00");
 }
 
-// The replaced command is still listened to, under the number that is now the other's.
+// The replaced command is still observed, under the number that the other has now.
 TEST_F(VelmarCommandObservationTest, ReportsAReplacedCommandUnderItsFormerIdentifier) {
     registerCommand(7, "sim/first");
     registerCommand(7, "sim/second");
@@ -124,7 +124,7 @@ TEST_F(VelmarCommandObservationTest, ReportsAReplacedCommandUnderItsFormerIdenti
     EXPECT_EQ(poll(), "01 00 00 00 07 00 00 00 02");
 }
 
-TEST_F(VelmarCommandObservationTest, TouchesNothingThatIsGoneWhenItsCommandsAreFiredAfterwards) {
+TEST_F(VelmarCommandObservationTest, IsNotCalledAfterItWasDeleted) {
     registerCommand(7, "sim/fire");
     begin("sim/fire");
     protocol.reset();
@@ -135,7 +135,7 @@ TEST_F(VelmarCommandObservationTest, TouchesNothingThatIsGoneWhenItsCommandsAreF
     EXPECT_EQ(passedOn("sim/fire", xplm_CommandEnd), 2U);
 }
 
-TEST_F(VelmarCommandObservationTest, LeavesNoListenerOfAReplacedCommandBehind) {
+TEST_F(VelmarCommandObservationTest, LeavesNoListenerOfAReplacedCommand) {
     registerCommand(7, "sim/first");
     registerCommand(7, "sim/second");
     protocol.reset();

@@ -35,7 +35,7 @@ protected:
 
     ~VelmarExchangeTest() override { ::close(ends[1]); }
 
-    // What the client has received after its bytes were looked at once, in hex.
+    // What the client receives after two ticks, in hex.
     std::string send(const char* hex) {
         const Bytes bytes = fromHex(hex);
         const ssize_t sent = ::send(ends[1], bytes.data(), bytes.size(), 0);

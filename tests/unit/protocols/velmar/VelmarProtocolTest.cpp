@@ -6,7 +6,7 @@ namespace {
 
 constexpr const char* kUnknownDataref7 = "05 00 00 00 07 00 00 00 02 00 00 00 01 00 00 00";
 
-TEST_F(VelmarProtocolTest, BearsItsIdentification) {
+TEST_F(VelmarProtocolTest, HasItsIdentification) {
     EXPECT_EQ(protocol->GetProtocolIdentification(), 0x88776655U);
 }
 
@@ -200,7 +200,7 @@ TEST_F(VelmarProtocolTest, ConsumesTypeAndIdentifierOfAWriteToAnUnknownDataref) 
     EXPECT_EQ(toHex(drain(in)), "04 00 00 00 07 00 00 00");
 }
 
-TEST_F(VelmarProtocolTest, LetsAWriteWaitWhoseLengthDoesNotFitAndAllThatFollowsIt) {
+TEST_F(VelmarProtocolTest, LetsAWriteOfTheWrongLengthAndAllAfterItWait) {
     registerInt(7, "sim/a");
     EXPECT_EQ(ask("06 00 00 00  07 00 00 00  08 00 00 00  01 00 00 00 02 00 00 00  08 00 00 00"),
               "");
@@ -229,7 +229,7 @@ TEST_F(VelmarProtocolTest, ConsumesAnUnknownTypeWithoutAReply) {
     EXPECT_TRUE(logger.messages.empty());
 }
 
-TEST_F(VelmarProtocolTest, TakesTheIdentificationOfASecondRequestForAnUnknownType) {
+TEST_F(VelmarProtocolTest, TreatsTheIdentificationOfASecondRequestAsAnUnknownType) {
     EXPECT_EQ(ask("08 00 00 00  55 66 77 88  05 00 00 00  09 00 00 00"),
               "00 00 00 00 05 00 00 00 09 00 00 00 02 00 00 00 01 00 00 00");
 }

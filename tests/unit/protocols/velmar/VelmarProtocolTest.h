@@ -15,7 +15,7 @@
 #include "support/RecordingLogger.h"
 #include "support/TextOf.h"
 
-// One client's protocol before a simulator of its own, with the packets that its tests send most.
+// One client's protocol with its own simulator, and common packets.
 class VelmarProtocolTest : public testing::Test {
 protected:
     static Bytes text(std::string_view characters) { return name(characters, characters.size()); }
@@ -43,7 +43,7 @@ protected:
     }
     std::string ask(const char* hex) { return ask(fromHex(hex)); }
 
-    // The line with which one Feed ends the process; nothing when it does not.
+    // The line with which one Feed ends the process; empty if it does not.
     std::string fatalLineOf(const Bytes& packets) {
         fill(in, packets);
         return textOf<FatalReport>([&] { protocol->Feed(&in, &out); });
@@ -70,7 +70,7 @@ protected:
     FakeCommandObserver observer;
     RingBuffer in{1024, &logger};
     RingBuffer out{1024, &logger};
-    // The services that the protocol does not use are not there.
+    // The protocol does not use the other services.
     std::unique_ptr<VelmarProtocol> protocol =
         std::make_unique<VelmarProtocol>(nullptr, &observer, &logger, nullptr, nullptr);
 };

@@ -14,7 +14,7 @@ constexpr const char* kNoInt = "Error@RingBuffer::ReadInt32 : GetNumReadBytesAva
 constexpr const char* kNoFloat = "Error@RingBuffer::ReadFloat : GetNumReadBytesAvailable() < 4";
 constexpr const char* kNoByte = "Error@RingBuffer::ReadUInt8 : GetNumReadBytesAvailable() < 1";
 
-// Each packet is cut after every byte, and whatever happens is named; a waiting one is completed.
+// Each packet is cut after every byte. If the plugin waits, the packet is completed.
 class VelmarTornPacketsTest : public VelmarProtocolTest {
 protected:
     void SetUp() override {
@@ -39,8 +39,8 @@ protected:
         }
     }
 
-    // Every cut from `first` to `last` bytes inclusive is answered by nothing and left unread, and
-    // the rest completes the packet.
+    // Every cut from `first` to `last` bytes inclusive is not answered and left unread, and the
+    // rest completes the packet.
     void expectWaiting(const Bytes& packet, std::size_t first, std::size_t last,
                        const std::string& reply) {
         for (std::size_t cut = first; cut <= last; ++cut) {
@@ -142,7 +142,7 @@ TEST_F(VelmarTornPacketsTest, EndsTheProcessOnAWriteTornBeforeItsByte) {
     EXPECT_FALSE(hasCalled("XPLMSetDatai"));
 }
 
-TEST_F(VelmarTornPacketsTest, LetsAWriteWaitThatIsTornInAnIntArray) {
+TEST_F(VelmarTornPacketsTest, LetsAWriteTornInAnIntArrayWait) {
     const Bytes packet = fromHex("06 00 00 00  04 00 00 00  08 00 00 00  01 00 00 00 02 00 00 00");
     for (std::size_t cut = 12; cut <= 19; ++cut) {
         drain(in);
@@ -154,7 +154,7 @@ TEST_F(VelmarTornPacketsTest, LetsAWriteWaitThatIsTornInAnIntArray) {
     EXPECT_EQ(simulator.Datarefs().GetIntArray("sim/all"), (std::vector<int>{1, 2}));
 }
 
-TEST_F(VelmarTornPacketsTest, LetsAWriteWaitThatIsTornInAFloatArray) {
+TEST_F(VelmarTornPacketsTest, LetsAWriteTornInAFloatArrayWait) {
     const Bytes packet = fromHex("06 00 00 00  05 00 00 00  08 00 00 00  00 00 80 3F 00 00 00 C0");
     for (std::size_t cut = 12; cut <= 19; ++cut) {
         drain(in);

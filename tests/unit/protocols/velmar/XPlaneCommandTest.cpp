@@ -91,7 +91,7 @@ TEST_F(XPlaneCommandTest, EndsTheProcessOnATornNameWithTheLengthAsARawCharacter)
               "FATAL@VelmarDataRef::FromStream : tried to read string with A bytes, got 8");
 }
 
-TEST_F(XPlaneCommandTest, PutsALengthThatIsNoTextIntoTheLineAsItIs) {
+TEST_F(XPlaneCommandTest, PutsANonPrintableLengthIntoTheLineUnchanged) {
     EXPECT_EQ(fatalLineOf(fromHex("07 00 00 00  FF  61 62 63 64 65 66 67 68 69 6A")),
               "FATAL@VelmarDataRef::FromStream : tried to read string with \xFF bytes, got 10");
     drain(in);

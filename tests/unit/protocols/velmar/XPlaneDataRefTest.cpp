@@ -121,7 +121,7 @@ TEST_F(XPlaneDataRefTest, EndsTheProcessOnATornNameWithTheLengthAsARawCharacter)
     EXPECT_EQ(logger.At(LogLevelError).size(), 1U);
 }
 
-TEST_F(XPlaneDataRefTest, PutsALengthThatIsNoTextIntoTheLineAsItIs) {
+TEST_F(XPlaneDataRefTest, PutsANonPrintableLengthIntoTheLineUnchanged) {
     EXPECT_EQ(
         textOf<FatalReport>([&] { read(fromHex("07 00 00 00  01 00 00 00  00 00 00 00  FF")); }),
         "FATAL@XPlaneDataRef::FromStream : tried to read string with \xFF bytes, got 0");

@@ -80,7 +80,7 @@ constexpr std::array kRows{
     Row{"drud", 'd', true, true, true},
     Row{"drud", 'u', false, true, true},
     Row{"drud", 'r', true, true, false},
-    // The state at the reset shows only in what follows it.
+    // The state at the reset shows only later.
     Row{"dur", 'd', true, false, true},
     Row{"drur", 'd', true, false, true},
     Row{"drur", 'u', false, false, false},

@@ -13,7 +13,7 @@ using orvane::tool::config::Reason;
 
 namespace {
 
-// What becomes of the only line.
+// The result for the only line.
 ConfigLine readLine(const std::string& text) {
     const ConfigReport report = readConfig(text);
     EXPECT_EQ(report.lines.size(), 1U) << text;
@@ -124,7 +124,7 @@ TEST(ConfigReaderTest, IgnoresWhatACommentSignCuts) {
                   "no number of elements after int_array");
 }
 
-TEST(ConfigReaderTest, IgnoresSizesThatAreNone) {
+TEST(ConfigReaderTest, IgnoresInvalidSizes) {
     expectIgnored("kyr/a int_array\n", Reason::NoSize, "no number of elements after int_array");
     expectIgnored("kyr/a byte_array \n", Reason::NoSize, "no number of elements after byte_array");
     expectIgnored("kyr/a int_array many\n", Reason::SizeNotANumber, "\"many\" is not a number");
@@ -150,7 +150,7 @@ TEST(ConfigReaderTest, ReadsSizesAsThePluginDoes) {
     EXPECT_EQ(line.notes, std::vector<std::string>{"the number of elements \"3.5\" reads as 3"});
 }
 
-TEST(ConfigReaderTest, SaysWhatIsNotLookedAt) {
+TEST(ConfigReaderTest, SaysWhatIsIgnored) {
     EXPECT_EQ(readLine("kyr/a float 8\n").notes,
               std::vector<std::string>{"\"8\" and everything after it is ignored"});
     EXPECT_EQ(readLine("kyr/a int_array 8 9 10\n").notes,

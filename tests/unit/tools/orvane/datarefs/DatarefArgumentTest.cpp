@@ -59,7 +59,7 @@ TEST(DatarefArgumentTest, TakesAUnit) {
     EXPECT_EQ(parseDatarefArgument("a:float[3]@kt").text, "a:float[3]@kt");
 }
 
-TEST(DatarefArgumentTest, TakesAValueWhereOneIsWanted) {
+TEST(DatarefArgumentTest, TakesAValueIfOneIsNeeded) {
     const DatarefArgument argument = parseAssignment("a/b:float[2]@deg=1.5,-2");
     EXPECT_EQ(argument.name, "a/b");
     EXPECT_EQ(argument.type, Type::FloatArray);
@@ -181,7 +181,7 @@ TEST(DatarefArgumentTest, PutsElementsIntoWhatTheirArrayHad) {
     EXPECT_EQ(whole[1].first, "b");
 }
 
-TEST(DatarefArgumentTest, WantsAValueOnlyWhereOneIsWanted) {
+TEST(DatarefArgumentTest, RequiresAValueOnlyIfOneIsNeeded) {
     EXPECT_EQ(argumentRefusal("a=1"), "a=1: unexpected value; only \"set\" takes one");
     EXPECT_EQ(refusal([] { parseAssignment("a:int"); }),
               "a:int: a value is missing: NAME=VALUE or NAME:TYPE=VALUE");

@@ -153,7 +153,7 @@ TEST_F(DriveTableTest, ShowsNumbersOfAnySizeInTheSameWidth) {
     EXPECT_EQ(shown[8].substr(0, 41), "speed                           123456.0 ");
 }
 
-TEST_F(DriveTableTest, GivesUpTheCurveFirstAndIsNeverWiderThanTheTerminal) {
+TEST_F(DriveTableTest, DropsTheCurveFirstAndIsNeverWiderThanTheTerminal) {
     for (int i = 0; i < 20; ++i) {
         see({{1, 65535}},
             {Value(1.0F), Value(Floats{0, 0}), Value(0.0F + static_cast<float>(i)), Value(false)});

@@ -6,12 +6,12 @@
 
 namespace {
 
-// What is wrong with an input that begins with these lines, from line 3 on.
+// The problems of an input with these lines, from line 3 on.
 std::string inputProblems(const std::string& lines) {
     return problemsOf("[[input]]\nname = \"a\"\n" + lines);
 }
 
-TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
+TEST(ProfileReaderTest, ReportsInvalidMotions) {
     EXPECT_EQ(inputProblems(kFloat + "wave = { form = \"saw\", period = 0 }\n"),
               "p:5:17: \"form\" is \"saw\"; it can be sine or triangle or square or sweep\n"
               "p:5:33: \"period\" is not a number from 0.01 to 86400\n");
@@ -34,7 +34,7 @@ TEST(ProfileReaderTest, ReportsMotionsThatAreNone) {
         "p:5:1: \"a\" already moves\n");
 }
 
-TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {
+TEST(ProfileReaderTest, ReportsEveryProblemInTheOrderOfTheFile) {
     EXPECT_EQ(problemsOf("speling = 1\n"
                          "[connection]\n"
                          "host = \"\"\n"
@@ -57,7 +57,7 @@ TEST(ProfileReaderTest, ReportsEverythingThatIsWrongInTheOrderOfItsPlace) {
               "p:13:11: the command sim/nope cannot be observed: only those under kyr/ can\n");
 }
 
-TEST(ProfileReaderTest, ReportsWhatIsNoTomlAtItsPlace) {
+TEST(ProfileReaderTest, ReportsInvalidTomlWithItsPlace) {
     EXPECT_TRUE(problemsOf("[[input]]\nname = \n").starts_with("p:2:8: "))
         << problemsOf("[[input]]\nname = \n");
     EXPECT_TRUE(problemsOf("a = 1\na = 2\n").starts_with("p:2:")) << problemsOf("a = 1\na = 2\n");
@@ -67,7 +67,7 @@ TEST(ProfileReaderTest, ReportsAProfileWithNothingInIt) {
     EXPECT_EQ(problemsOf(""), "p:1:1: the profile has neither inputs nor outputs\n");
 }
 
-TEST(ProfileReaderTest, ReportsTablesThatAreNone) {
+TEST(ProfileReaderTest, ReportsInvalidTables) {
     EXPECT_EQ(problemsOf("input = 3\noutput = [1]\nconnection = \"x\"\n"),
               "p:1:9: \"input\" is not a list: write [[input]]\n"
               "p:2:11: an element of \"output\" is not a table\n"
@@ -76,7 +76,7 @@ TEST(ProfileReaderTest, ReportsTablesThatAreNone) {
               "p:1:1: \"input\" is not a list: write [[input]]\n");
 }
 
-TEST(ProfileReaderTest, ReportsNamesThatAreMissingOrNotPossible) {
+TEST(ProfileReaderTest, ReportsMissingAndInvalidNames) {
     EXPECT_EQ(problemsOf("[[input]]\n" + kFloat), "p:1:1: \"name\" is missing\n");
     EXPECT_EQ(problemsOf("[[input]]\nname = 4\n" + kFloat),
               "p:2:8: \"name\" is not a string in quotes\n");
@@ -89,7 +89,7 @@ TEST(ProfileReaderTest, ReportsNamesThatAreMissingOrNotPossible) {
               "p:2:8: a name cannot contain control characters\n");
 }
 
-TEST(ProfileReaderTest, ReportsTargetsThatAreMissingOrTwo) {
+TEST(ProfileReaderTest, ReportsMissingAndDoubleTargets) {
     EXPECT_EQ(inputProblems("type = \"int\"\n"),
               "p:1:1: one of \"dataref\", \"command\" is missing\n");
     EXPECT_EQ(inputProblems("dataref = \"sim/x\"\ncommand = \"sim/c\"\n"),
@@ -129,7 +129,7 @@ TEST(ProfileReaderTest, ReportsScalingThatHasNoEffect) {
               "p:6:11: \"scaling\" has no effect on a fixed value\n");
 }
 
-TEST(ProfileReaderTest, ReportsRangesThatAreNone) {
+TEST(ProfileReaderTest, ReportsInvalidRanges) {
     EXPECT_EQ(
         inputProblems(kFloat + "scaling = { float_range = [0, \"x\"] }\n"),
         "p:5:27: \"float_range\" has an element that is not a number that a float can hold\n");
@@ -151,7 +151,7 @@ TEST(ProfileReaderTest, ReportsRangesThatAreNone) {
               "p:5:35: unknown key \"element\"\n");
 }
 
-TEST(ProfileReaderTest, ReportsConditionsThatAreNone) {
+TEST(ProfileReaderTest, ReportsInvalidConditions) {
     EXPECT_EQ(inputProblems(kFloat + "skip = { when_value = 2 }\n"),
               "p:5:23: \"when_value\" is not a whole number from 0 to 1\n");
     EXPECT_EQ(inputProblems(kFloat + "skip = { while_zero = \"sim/z\" }\n"),
@@ -176,11 +176,11 @@ TEST(ProfileReaderTest, ReportsFixedValuesOfTheWrongType) {
               "p:5:9: \"fixed\" is not a whole number from -2147483648 to 2147483647\n");
     EXPECT_EQ(inputProblems(kFloat + "fixed = inf\n"),
               "p:5:9: \"fixed\" is not a number that a float can hold\n");
-    // Of an element of an int array the server sets nothing else.
+    // The server sets an element of an int array to nothing else.
     EXPECT_TRUE(inputProblems(kInt + "element = 0\nfixed = 2\n").starts_with("p:6:9: "));
 }
 
-TEST(ProfileReaderTest, ReportsNumbersAndTargetsThatAreTaken) {
+TEST(ProfileReaderTest, ReportsNumbersAndTargetsInUse) {
     EXPECT_EQ(problemsOf("[[input]]\nname = \"a\"\ncommand = \"sim/1\"\naction = 5\n"
                          "[[input]]\nname = \"b\"\ncommand = \"sim/2\"\naction = 5\n"
                          "[[input]]\nname = \"a\"\ncommand = \"sim/3\"\naction = 6\n"
@@ -192,7 +192,7 @@ TEST(ProfileReaderTest, ReportsNumbersAndTargetsThatAreTaken) {
               "p:19:10: \"action\" is not a whole number from 0 to 2147483647\n");
 }
 
-TEST(ProfileReaderTest, ReportsOutputsThatCannotBe) {
+TEST(ProfileReaderTest, ReportsImpossibleOutputs) {
     EXPECT_EQ(outputProblems("dataref = \"sim/x\"\ntype = \"int\"\ncount = 0\n"),
               "p:5:9: \"count\" is not a whole number from 1 to 1000000\n");
     EXPECT_EQ(outputProblems("dataref = \"sim/x\"\ntype = \"int\"\nfirst = 2\n"),
@@ -207,7 +207,7 @@ TEST(ProfileReaderTest, ReportsOutputsThatCannotBe) {
                     .starts_with("p:6:11: "));
 }
 
-TEST(ProfileReaderTest, ReportsAnswersThatNoSimulatorWouldSurvive) {
+TEST(ProfileReaderTest, ReportsAnswersThatWouldBeTooLarge) {
     std::string text;
     for (int i = 0; i < 17; ++i) {
         text += "[[output]]\nname = \"o" + std::to_string(i) +

@@ -147,7 +147,7 @@ TEST(ProfileReaderTest, KnowsAxes) {
     }
 }
 
-// How the only input of a profile with these lines is described.
+// The description of the only input of a profile with these lines.
 std::string wayOf(const std::string& lines) {
     return validProfile("[[input]]\nname = \"a\"\n" + lines).inputs.at(0).mapping;
 }

@@ -53,7 +53,7 @@ TEST_F(TableSourceTest, SendsNothingForAnEmptyField) {
     EXPECT_EQ(rowsOf("pitch,brakes\n,1\n5,\n,\n"), " 2=1; 1=5;;");
 }
 
-TEST_F(TableSourceTest, OverlooksBlanksCommentsEmptyLinesAndCarriageReturns) {
+TEST_F(TableSourceTest, IgnoresBlanksCommentsEmptyLinesAndCarriageReturns) {
     EXPECT_EQ(rowsOf("# a table\r\n\r\n pitch , brakes\r\n# more\n 7 ,\t0\r\n\n8,0"),
               " 1=7 2=0; 1=8 2=0;");
     EXPECT_EQ(problemText, "");

@@ -24,7 +24,7 @@ TEST(LineFileTest, WritesEachLineAtOnce) {
     EXPECT_EQ(file.Bytes(), 8U);
 }
 
-TEST(LineFileTest, KeepsAFileThatIsThereUnlessToldOtherwise) {
+TEST(LineFileTest, KeepsAnExistingFileUnlessForced) {
     const TemporaryDirectory directory;
     directory.Write("f.csv", "precious\n");
     try {

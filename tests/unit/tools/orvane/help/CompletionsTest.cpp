@@ -34,12 +34,12 @@ TEST(CompletionsTest, OfferTheValuesOfAnOption) {
     EXPECT_EQ(completions({"--host", ""}), "");
 }
 
-TEST(CompletionsTest, OfferFilesForAnArgumentThatIsOne) {
+TEST(CompletionsTest, OfferFilesForAFileArgument) {
     EXPECT_EQ(completions({"play", ""}), ":files\n-\n");
     EXPECT_EQ(completions({"group", "hold", "na"}), "");
 }
 
-TEST(CompletionsTest, TellAValueFromACommand) {
+TEST(CompletionsTest, DistinguishAValueFromACommand) {
     EXPECT_EQ(completions({"--host", "play", "group", ""}), "hold\tHold names\n");
     EXPECT_EQ(completions({"--json", "group", ""}), "hold\tHold names\n");
     // As bash cuts "--host=play".
@@ -48,7 +48,7 @@ TEST(CompletionsTest, TellAValueFromACommand) {
     EXPECT_EQ(completions({"play", "--input", "="}), ":files\nsine\nsquare\n");
 }
 
-TEST(CompletionsTest, OfferAfterHelpWhatIsACommand) {
+TEST(CompletionsTest, OfferCommandsAfterHelp) {
     EXPECT_EQ(completions({"help", "g"}), "group\tDo more\n");
     EXPECT_EQ(completions({"help", "group", ""}), "hold\tHold names\n");
 }

@@ -72,12 +72,12 @@ TEST(RoundTripsTest, ShowsABarForASingleValueAmongMany) {
                                                 }));
 }
 
-TEST(RoundTripsTest, TellsTheFrameRateFromTwoFramesPerExchange) {
+TEST(RoundTripsTest, ComputesTheFrameRateFromTwoFramesPerExchange) {
     EXPECT_DOUBLE_EQ(framesPerSecond(Milliseconds(40), Milliseconds(0.1)), 50.0);
     EXPECT_DOUBLE_EQ(framesPerSecond(Milliseconds(20), Milliseconds(9.9)), 100.0);
 }
 
-TEST(RoundTripsTest, TellsNoFrameRateThroughASlowNetwork) {
+TEST(RoundTripsTest, GivesNoFrameRateThroughASlowNetwork) {
     EXPECT_EQ(framesPerSecond(Milliseconds(40), Milliseconds(20)), 0.0);
     EXPECT_EQ(framesPerSecond(Milliseconds(40), Milliseconds(35)), 0.0);
 }

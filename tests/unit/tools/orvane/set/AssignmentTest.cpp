@@ -67,12 +67,12 @@ TEST(AssignmentTest, SaysWhichValueIsWrong) {
     EXPECT_EQ(refusalOf("a:int[2]=1"), "a:int[2]: expected 2 elements, got 1 in \"1\"");
 }
 
-TEST(AssignmentTest, IsTakenWhenItReadsSo) {
+TEST(AssignmentTest, IsTakenWhenItReadsBack) {
     EXPECT_TRUE(wasTaken(Value(1.0F), Value(0.0F), Value(1.0F)));
     EXPECT_TRUE(wasTaken(Value(1.0F), Value(1.0F), Value(1.0F)));
 }
 
-TEST(AssignmentTest, IsTakenWhenItIsNotANumberAndReadsSo) {
+TEST(AssignmentTest, IsTakenWhenItIsNotANumberAndReadsBack) {
     const Value nan(std::nanf(""));
     EXPECT_TRUE(wasTaken(nan, Value(0.0F), nan));
     EXPECT_FALSE(wasTaken(nan, Value(0.0F), Value(0.0F)));

@@ -13,7 +13,7 @@ using orvane::tool::rightAligned;
 
 namespace {
 
-// An e, and an accent that is put on it.
+// An e with a combining accent.
 constexpr const char* kAccented = "e\u0301";
 
 TEST(DisplayWidthTest, CountsColumnsInsteadOfBytes) {

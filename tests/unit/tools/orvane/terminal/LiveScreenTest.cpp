@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-// With a pipe in place of standard output.
+// Standard output is a pipe.
 class LiveScreenTest : public testing::Test {
 protected:
     LiveScreenTest() {
@@ -65,7 +65,7 @@ TEST_F(LiveScreenTest, DrawsOverTheLastDrawing) {
     EXPECT_EQ(written(), "\x1b[2A\rthree\x1b[K\n\x1b[J");
 }
 
-TEST_F(LiveScreenTest, LeavesWhatWasToldMeanwhile) {
+TEST_F(LiveScreenTest, KeepsMessagesPrintedMeanwhile) {
     screen.Draw({"one", "two"}, start);
     written();
     testing::internal::CaptureStderr();

@@ -26,7 +26,7 @@ TEST(SparklineTest, DrawsWhatDoesNotMoveInTheMiddle) {
     EXPECT_EQ(sparkline(Numbers{}, true), "");
 }
 
-TEST(SparklineTest, LeavesABlankForWhatIsNoNumber) {
+TEST(SparklineTest, LeavesABlankForANotANumber) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(sparkline(Numbers{0, nan, 1, infinity}, false), "_ ^ ");

@@ -30,7 +30,7 @@ protected:
     int pipe[2] = {-1, -1};
 };
 
-TEST_F(TerminalTest, IsNoneWhereNobodyCouldMoveACursor) {
+TEST_F(TerminalTest, IsNotATerminalWithoutCursorControl) {
     EXPECT_TRUE(Terminal(theirs).IsTerminal());
     EXPECT_FALSE(Terminal(pipe[1]).IsTerminal());
     ::setenv("TERM", "dumb", 1);
@@ -39,7 +39,7 @@ TEST_F(TerminalTest, IsNoneWhereNobodyCouldMoveACursor) {
     EXPECT_FALSE(Terminal(theirs).IsTerminal());
 }
 
-TEST_F(TerminalTest, ColoursUnlessToldOtherwise) {
+TEST_F(TerminalTest, ColoursUnlessNoColorIsSet) {
     EXPECT_EQ(Terminal(theirs).Bold("x"), "\x1b[1mx\x1b[0m");
     EXPECT_EQ(Terminal(pipe[1]).Bold("x"), "x");
     ::setenv("NO_COLOR", "", 1);

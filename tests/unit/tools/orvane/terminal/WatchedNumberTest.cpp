@@ -26,7 +26,7 @@ TEST(WatchedNumberTest, RemembersTheExtremesAndTheLatest) {
     EXPECT_EQ(number.History().front(), 5.0);
 }
 
-TEST(WatchedNumberTest, RemembersAsOftenAsItIsTold) {
+TEST(WatchedNumberTest, RemembersAValueForEachInterval) {
     WatchedNumber number(milliseconds(200));
     const WatchedNumber::TimePoint start;
     for (int i = 0; i <= 10; ++i) {

@@ -115,7 +115,7 @@ protected:
         see(parseDatarefArguments({"a:int[30]"}), {Value(std::vector<std::int32_t>(30))});
     }
 
-    // The names of the rows in a terminal of ten lines, and what stands below them.
+    // The names of the rows in a terminal of ten lines, and the text below them.
     std::string shown(std::size_t first) const {
         const Lines all = lines(80, 10, first);
         EXPECT_EQ(all.size(), 9U);
