@@ -47,6 +47,32 @@ protected:
         ASSERT_EQ(simulator->Get("test/int"), std::to_string(value));
     }
 
+    void misbehave(TestClient& client) {
+        switch (random() % 5) {
+        case 0:
+            client.Send(version);
+            client.CloseWithReset();
+            break;
+        case 1:
+            client.Send(version);
+            client.HalfClose();
+            break;
+        case 2:
+            client.Send(hugeRequest);
+            break;
+        case 3:
+            client.Send(version);
+            simulator->Step();
+            client.Send(version);
+            client.Close();
+            break;
+        default:
+            client.Send(join({version, version}));
+            client.Close();
+            break;
+        }
+    }
+
     // Everything that the storm opened is closed, and new clients are served.
     void expectCalm() {
         EXPECT_TRUE(driveUntil([&] { simulator->Step(); },
@@ -122,30 +148,7 @@ TEST_F(StormTest, SurvivesClientsThatResetHalfCloseStopReadingOrVanish) {
     std::deque<std::unique_ptr<TestClient>> present;
     for (int i = 0; i < 300; ++i) {
         // With a small receive buffer an answer stays half sent.
-        TestClient& client = *present.emplace_back(std::make_unique<TestClient>(4096));
-        switch (random() % 5) {
-        case 0:
-            client.Send(version);
-            client.CloseWithReset();
-            break;
-        case 1:
-            client.Send(version);
-            client.HalfClose();
-            break;
-        case 2:
-            client.Send(hugeRequest);
-            break;
-        case 3:
-            client.Send(version);
-            simulator->Step();
-            client.Send(version);
-            client.Close();
-            break;
-        default:
-            client.Send(join({version, version}));
-            client.Close();
-            break;
-        }
+        misbehave(*present.emplace_back(std::make_unique<TestClient>(4096)));
         simulator->Step(static_cast<int>(random() % 4));
         expectBystanderUnharmed();
         if (present.size() > 10) {

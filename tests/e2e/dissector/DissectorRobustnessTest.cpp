@@ -39,6 +39,28 @@ std::vector<std::string> treesOf(const std::filesystem::path& file,
     return trees;
 }
 
+// Segments of changed seeds in either direction.
+void drawConnection(DrawnCapture& capture, const std::vector<Bytes>& seeds, std::mt19937& random) {
+    const auto below = [&random](std::size_t limit) { return random() % limit; };
+    if (below(4) > 0) {
+        capture.Connect();
+    } else {
+        capture.JoinConnection();
+    }
+    for (std::size_t segment = below(12) + 1; segment > 0; --segment) {
+        Bytes bytes = seeds[below(seeds.size())];
+        for (std::size_t changes = below(4); changes > 0; --changes) {
+            bytes[below(bytes.size())] = static_cast<unsigned char>(random());
+        }
+        bytes.resize(below(3) > 0 ? bytes.size() : below(700) + 1);
+        if (below(2) > 0) {
+            capture.FromClient(bytes);
+        } else {
+            capture.FromServer(bytes);
+        }
+    }
+}
+
 TEST_F(DissectorRobustnessTest, ShowsTheSameInEveryPass) {
     capture.Connect();
     capture.FromClientInPieces(definitions(), 100);
@@ -91,7 +113,6 @@ TEST_F(DissectorRobustnessTest, StopsBeforeWiresharksLimitOfItems) {
 
 TEST_F(DissectorRobustnessTest, NeverFailsOnRandomBytes) {
     std::mt19937 random(2026);
-    const auto below = [&random](std::size_t limit) { return random() % limit; };
     const std::vector<Bytes> seeds{
         kTarnel,
         kVelmar,
@@ -104,23 +125,7 @@ TEST_F(DissectorRobustnessTest, NeverFailsOnRandomBytes) {
         join({kVelmar, registerCommand(1, "test/once"), writeDataref(7, f32(1.0F)), readDataref(7),
               runCommand(1, 1), pollCommandStates(), unregisterDataref(7)})};
     for (int connection = 0; connection < 100; ++connection) {
-        if (below(4) > 0) {
-            capture.Connect();
-        } else {
-            capture.JoinConnection();
-        }
-        for (std::size_t segment = below(12) + 1; segment > 0; --segment) {
-            Bytes bytes = seeds[below(seeds.size())];
-            for (std::size_t changes = below(4); changes > 0; --changes) {
-                bytes[below(bytes.size())] = static_cast<unsigned char>(random());
-            }
-            bytes.resize(below(3) > 0 ? bytes.size() : below(700) + 1);
-            if (below(2) > 0) {
-                capture.FromClient(bytes);
-            } else {
-                capture.FromServer(bytes);
-            }
-        }
+        drawConnection(capture, seeds, random);
     }
     const auto file = capture.Finish();
     for (const char* pass : {"-1", "-2"}) {

@@ -6,10 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "DatarefProviderTest.h"
+#include "DatarefProviderFixture.h"
 #include "datarefs/DatarefProvider.h"
 
 namespace {
+
+using DatarefProviderTest = DatarefProviderFixture;
 
 // One read of an array of 4 elements that holds 1, 2, 3 and, as ever, 0.
 struct ArrayRead {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -46,6 +47,21 @@ protected:
             found.push_back(call.arguments);
         }
         return found;
+    }
+
+    // The whole array of this refcon.
+    std::vector<int> intArray(std::uintptr_t number) {
+        std::vector<int> values(
+            static_cast<std::size_t>(provider->GetIntArray(refcon(number), nullptr, 0, 0)), -7);
+        provider->GetIntArray(refcon(number), values.data(), 0, INT_MAX);
+        return values;
+    }
+    std::vector<float> floatArray(std::uintptr_t number) {
+        std::vector<float> values(
+            static_cast<std::size_t>(provider->GetFloatArray(refcon(number), nullptr, 0, 0)),
+            -7.0F);
+        provider->GetFloatArray(refcon(number), values.data(), 0, INT_MAX);
+        return values;
     }
 
     static void* refcon(std::uintptr_t number) { return reinterpret_cast<void*>(number); }

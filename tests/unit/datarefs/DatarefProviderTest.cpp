@@ -1,16 +1,16 @@
-#include "DatarefProviderTest.h"
-
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DatarefProviderFixture.h"
 #include "datarefs/DatarefProvider.h"
 
 namespace {
 
 using testing::IsEmpty;
+using DatarefProviderTest = DatarefProviderFixture;
 
 TEST_F(DatarefProviderTest, TouchesNeitherTheFileNorTheSimulatorWhenItIsMade) {
     EXPECT_THAT(simulator.Recorder().Calls(), IsEmpty());

@@ -7,13 +7,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "DatarefProviderTest.h"
+#include "DatarefProviderFixture.h"
 #include "datarefs/DatarefProvider.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using DatarefProviderTest = DatarefProviderFixture;
 
 struct RegistrationCase {
     std::string name;
