@@ -11,6 +11,7 @@
 #include "common/LoggingService.h"
 #include "headless/xplm/Simulator.h"
 #include "support/FakeWallClock.h"
+#include "support/GroupedDigits.h"
 
 namespace {
 
@@ -21,13 +22,6 @@ using testing::KilledBySignal;
 // 2024-03-05 09:07:02 and 2031-12-31 23:59:58, both UTC.
 constexpr std::int64_t kMarchMorning = 1'709'629'622'000'000'000;
 constexpr std::int64_t kLastSeconds = 1'956'527'998'000'000'000;
-
-// Groups every digit, as some countries' locales group thousands.
-class GroupedDigits final : public std::numpunct<char> {
-protected:
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\1"; }
-};
 
 class LoggingServiceTest : public testing::Test {
 protected:

@@ -8,6 +8,7 @@
 
 #include "DatarefProviderFixture.h"
 #include "datarefs/DatarefProvider.h"
+#include "support/GroupedDigits.h"
 
 namespace {
 
@@ -304,11 +305,7 @@ TEST_F(DatarefConfigFileTest, TriesAgainToDeclareANameThatItCouldNotWrite) {
 }
 
 TEST_F(DatarefConfigFileTest, WritesTheSizeWithoutTheGroupsOfALocale) {
-    class Grouping final : public std::numpunct<char> {
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
-    const std::locale former = std::locale::global(std::locale(std::locale(), new Grouping));
+    const std::locale former = std::locale::global(std::locale(std::locale(), new GroupedDigits));
     provider->ensureDatarefInConfig("kyr/a", "int_array", 65536);
     std::locale::global(former);
     EXPECT_EQ(directory.Read(kConfigFile), "\nkyr/a int_array 65536");

@@ -13,6 +13,7 @@
 #include "headless/xplm/Simulator.h"
 #include "support/Bytes.h"
 #include "support/Deadline.h"
+#include "support/GroupedDigits.h"
 #include "support/TarnelMessages.h"
 #include "support/TcpPeer.h"
 #include "support/TemporaryDirectory.h"
@@ -28,13 +29,6 @@ using testing::EndsWith;
 using testing::MatchesRegex;
 
 constexpr const char* kLocalConfigFile = "Resources/plugins/xplaneorvane_datarefs.cfg";
-
-// Groups every digit, as some countries' locales group thousands.
-class GroupedDigits final : public std::numpunct<char> {
-protected:
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\1"; }
-};
 
 class ForeignLocaleTest : public testing::Test {
 protected:
