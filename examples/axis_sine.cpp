@@ -1,4 +1,4 @@
-// Moves the yoke back and forth: an axis of a device, played by a sine.
+// Moves the yoke back and forth: a sine stands in for the axis of a device.
 //
 // Usage: axis_sine [HOST [SECONDS]]
 
@@ -21,7 +21,7 @@ constexpr tarnel::OutputId kPosition = 1;
 constexpr double kPeriodSeconds = 4.0;
 constexpr std::chrono::milliseconds kStep(20);
 
-// What a device would deliver: 0 to 65535.
+// A raw axis value as a device sends it: 0 to 65535.
 std::int32_t rawAxis(double seconds) {
     const double phase = 2.0 * std::numbers::pi * seconds / kPeriodSeconds;
     return static_cast<std::int32_t>(std::lround(32'767.5 + 32'767.5 * std::sin(phase)));

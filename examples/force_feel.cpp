@@ -1,6 +1,6 @@
-// A control that pushes back: reads how fast the aircraft flies and how far the yoke is pulled,
-// computes the force that its pilot should feel, and shares it with the simulator's other plugins
-// as the plugin's own dataref kyr/example/pitch_force.
+// Force feedback: reads the airspeed and the position of the yoke, computes the force that the
+// pilot should feel, and shares it with the simulator's other plugins as the plugin's own dataref
+// kyr/example/pitch_force.
 //
 // Usage: force_feel [HOST [SECONDS]]
 
@@ -32,13 +32,13 @@ float newtons(float yoke, float knots) {
     return std::clamp(-yoke * pressure * kNewtonsAtCruise, -kMostNewtons, kMostNewtons);
 }
 
-// Inputs travel as 0 to 65535, which the server spreads over the range of the input.
+// Inputs are sent as 0 to 65535, which the server maps to the range of the input.
 std::int32_t toRaw(float force) {
     return static_cast<std::int32_t>(
         std::lround((force + kMostNewtons) / (2.0F * kMostNewtons) * 65'535.0F));
 }
 
-// Inputs are looked up before outputs are made, so the dataref is made by definitions of its own.
+// Inputs are looked up before outputs are created, so a first define creates the dataref.
 void define(tarnel::Client& client) {
     tarnel::Definitions definitions;
     definitions.add(tarnel::Output::ofFloat(kYoke, "sim/cockpit2/controls/yoke_pitch_ratio"));

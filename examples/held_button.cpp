@@ -1,5 +1,5 @@
-// Holds the brakes for as long as it runs, as a button on a panel would: from before the simulator
-// starts, across its restarts, until Ctrl-C. Whenever it ends, the brakes are let go.
+// Holds the brakes as long as it runs, like a button on a panel: it may start before the simulator,
+// survives its restarts, and ends at Ctrl-C. However it ends, it releases the brakes.
 //
 // Usage: held_button [HOST]
 
@@ -51,14 +51,14 @@ orvane::Callbacks callbacks() {
     };
 }
 
-// What was held on a connection that is lost is let go on the next one, where the button, which is
-// still pressed, holds it again.
+// A command held on a lost connection is released on the next one, where the button, which is still
+// pressed, holds it again.
 void hold(tarnel::Client& client) {
     while (isStopped == 0) {
         try {
             client.exchange({{kBrakes, 1}});
         } catch (const orvane::TimeoutError&) {
-            // The simulator loads something. The next call connects again.
+            // The simulator is loading. The next call reconnects.
         }
         std::this_thread::sleep_for(kStep);
     }
@@ -79,9 +79,9 @@ int main(int argc, char** argv) {
         client.define(definitions);
         say("holding the brakes until Ctrl-C");
         hold(client);
-        client.close(); // lets go
+        client.close(); // releases the brakes
     } catch (const orvane::CancelledError& why) {
-        say(why.what()); // Ctrl-C within a call: the brakes are let go, or the text names them
+        say(why.what()); // Ctrl-C during a call: the brakes are released, or the text names them
     } catch (const orvane::Error& error) {
         std::fprintf(stderr, "held_button: %s\n", error.what());
         return 1;

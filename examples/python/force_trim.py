@@ -1,7 +1,7 @@
-"""Trims while the yoke is held: the pilot pulls, and the trim follows until the yoke is let go.
+"""Trims while the yoke is held: the pilot pulls, and the trim follows until the yoke is released.
 
-The trim command is held down as a button would be. Ctrl-C ends the program, and the client releases
-what is held; so it does when the simulator restarts.
+The trim command is held down like a button. The client releases it at Ctrl-C, and when the
+simulator restarts.
 
 Usage: force_trim.py [HOST]
 """

@@ -18,12 +18,12 @@ HEADING = f"{GAUGES}/heading_AHARS_deg_mag_pilot:float"
 def main(host: str = "127.0.0.1", seconds: float = 10.0) -> None:
     end = time.monotonic() + seconds
     shown = {}
-    # Started before the simulator, it waits.
+    # Waits if the simulator is not running yet.
     with Client(host, on_start=OnStart.WAIT) as client:
         for changes in client.changes([SPEED, ALTITUDE, HEADING], rate=10, deadband=0.1):
             shown.update(changes)
             line = f"{shown[SPEED]:5.1f} kt  {shown[ALTITUDE]:7.0f} ft  {shown[HEADING]:03.0f} deg"
-            # On a terminal each line takes the place of the one before.
+            # On a terminal each line replaces the previous one.
             print(line, end="\r" if sys.stdout.isatty() else "\n", flush=True)
             if time.monotonic() >= end:
                 break

@@ -1,6 +1,6 @@
-"""Plots an axis and the force that follows from it, live. Needs matplotlib.
+"""Plots an axis and the resulting force live. Needs matplotlib.
 
-Without a display it plots for a while and saves what it has as a picture.
+Without a display it plots for a while and saves a picture.
 
 Usage: live_plot.py [HOST [PICTURE.png [SECONDS]]]
 """
@@ -67,8 +67,8 @@ def main(host: str = "127.0.0.1", picture: str = "", seconds: float = 10.0) -> N
             figure.savefig(picture)
             print(f"{picture}: {len(points)} points")
         else:
-            # The client's rate is the plot's: each frame waits for its answer.
-            # It lives as long as the figure.
+            # The plot sets the rate: each of its frames waits for an answer.
+            # Kept alive as long as the figure.
             figure.animation = FuncAnimation(figure, update, interval=1, cache_frame_data=False)
             pyplot.show()
 

@@ -1,7 +1,6 @@
 """Records a few seconds, and shows a table of the recording. Needs numpy.
 
-Every answer is a row of a numpy array, without copying a value by itself; the file can be read with
-numpy.load again.
+Every answer is a row of a numpy array, without copying single values; numpy.load reads the file.
 
 Usage: recording_table.py FILE.npy [HOST [SECONDS]]    records and shows
        recording_table.py FILE.npy --show              shows a recording

@@ -1,4 +1,4 @@
-"""A taste of the package: `python -m orvane get|set|watch NAME...`."""
+"""A small command-line tool: `python -m orvane get|set|watch NAME...`."""
 
 import argparse
 import os
@@ -11,7 +11,7 @@ from typing import Dict, List, NoReturn, Optional, Sequence
 import orvane
 from orvane.velmar import Client, Value, Writable
 
-# As of the command-line tool orvane, which does all this and more.
+# The same as those of the command-line tool orvane, which does all this and more.
 EXIT_USAGE = 1
 EXIT_CONNECTION = 2
 EXIT_REFUSED = 3
@@ -43,7 +43,7 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     except KeyboardInterrupt:
         return 0
     except BrokenPipeError:
-        # The reader has gone; what Python would still write at its end goes nowhere.
+        # The reader has gone; drop what Python would still write at exit.
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
         return 0
     except orvane.Refused as error:
@@ -131,7 +131,7 @@ def _without_last_zeros(values: Sequence[float]) -> List[float]:
 
 
 def _number_text(value: float) -> str:
-    """With the fewest digits that read back as the same 32-bit float."""
+    """With the fewest digits that parse back to the same 32-bit float."""
     if isinstance(value, int):
         return str(value)
     bits = struct.pack("f", value)

@@ -1,4 +1,4 @@
-"""What all clients are made of."""
+"""The base classes of all clients."""
 
 import asyncio
 import weakref
@@ -51,16 +51,16 @@ class AnyClient(Generic[S]):
         """All times are in seconds.
 
         host: a name or an IPv4 address; the server speaks IPv4 only.
-        timeout: for connecting, and for each answer from the request on. The server answers in the
-            second frame after a request, so a simulator at 20 frames per second takes 0.1.
-        on_loss: what a call does that finds its connection lost.
-        on_start: what the client does when the simulator is not there yet.
+        timeout: for connecting, and for each answer, counted from the request. The server answers
+            in the second frame after a request: a simulator at 20 frames per second takes 0.1.
+        on_loss: what a call does when the connection is lost.
+        on_start: what the client does if it cannot connect at first.
         backoff: how long to wait between two tries to connect, and when to give up.
-        cancelled: asked ten times a second while a call waits. True ends the call with a
+        cancelled: called ten times a second while a call waits. True ends the call with a
             CancelledError.
-        release_held: whether commands that were begun and not ended are ended when the client goes,
-            is cancelled or interrupted, reconnects, or defines anew.
-        release_within: how long that may take when the client goes.
+        release_held: whether commands that were begun and not ended are ended when the client
+            closes, is cancelled or interrupted, reconnects, or sends new definitions.
+        release_within: how long that may take when the client closes.
         """
         options = Options(
             host=host,
@@ -89,22 +89,22 @@ class AnyClient(Generic[S]):
         disconnected: Optional[Callable[[Error], None]] = None,
         not_released: Optional[Callable[[List[str], Error], None]] = None,
     ) -> None:
-        """Functions that are called within the calls of the client, and may not call it.
+        """Functions that are called during the calls of the client. They may not call it.
 
-        connected: after each new connection with its declarations, but for the first one.
-        disconnected: with the reason, when the connection was lost, or given up because of an
-            answer that was wrong or late. Not for `close` and `reconnect`.
-        not_released: with the names of commands that may still be down, and the reason why they
-            could not be released. Without it they are told as a NotReleasedWarning. The next
-            connection and the next `close` try again.
+        connected: after each new connection, once the declarations are repeated; not the first.
+        disconnected: with the reason, when the connection was lost, or closed because an answer
+            was wrong or late. Not for `close` and `reconnect`.
+        not_released: with the names of commands that may still be down, and why they could not be
+            released. Without it there is a NotReleasedWarning. The next connection and the next
+            `close` try again.
         """
         self._session.link.callbacks = Callbacks(connected, disconnected, not_released)
 
 
 class BlockingClient(AnyClient[S]):
-    """Calls block until their answer is there. Used from one thread at a time.
+    """Calls block until their answer arrives. Use it from one thread at a time.
 
-    `with` closes it; a client that is forgotten is closed when it is collected or the program ends.
+    `with` closes it; a forgotten client is closed when it is collected or the program ends.
     """
 
     def _open(self) -> None:
@@ -137,10 +137,9 @@ class BlockingClient(AnyClient[S]):
 class AsyncioClient(AnyClient[S]):
     """Calls are awaited. Tasks of one event loop may share a client: their calls take turns.
 
-    `async with` connects and closes it; a client that is forgotten while it holds a command
-    releases it when it is collected or the program ends, which may block for `release_within`. A
-    call that is cancelled closes the connection and releases what is held before it raises
-    asyncio's CancelledError.
+    `async with` connects and closes it; a forgotten client that holds a command releases it when it
+    is collected or the program ends, which may block for `release_within`. A cancelled call closes
+    the connection and releases what is held before it raises asyncio's CancelledError.
     """
 
     def _open(self) -> None:
@@ -153,7 +152,7 @@ class AsyncioClient(AnyClient[S]):
         await self._run(self._session.link.start())
 
     async def _run(self, plan: Plan[T]) -> T:
-        # Made here, since it belongs to the loop that runs.
+        # Made here, since it belongs to the running loop.
         self._turn = self._turn or asyncio.Lock()
         async with self._turn:
             return await self._shell.run(self._session.link.call(plan))
@@ -183,6 +182,6 @@ def _forget(shell: BlockingShell, link: Link) -> None:
 
 
 def _abandon(link: Link) -> None:
-    """Its event loop may be gone, so what it holds is released without one."""
+    """Releases what is held without the event loop, which may be gone."""
     if not link.is_done:
         BlockingShell().run(link.abandon())

@@ -1,6 +1,6 @@
 """What can go wrong between a client and the server.
 
-The text of each error says host, port, what was being done, and, where that applies, what was
+The text of each error names the host, the port and the call, and, where it applies, what was
 expected and what came instead.
 """
 
@@ -12,45 +12,45 @@ class Error(Exception):
 
 
 class ConnectError(Error):
-    """The server was not reached: no such host, nobody listens, no way there."""
+    """The server was not reached: no such host, nobody listens, no route."""
 
 
 class TimeoutError(Error):
-    """No answer in time: the simulator may be paused or loading, when it serves nobody.
+    """No answer in time: the simulator may be paused or loading.
 
-    The connection is closed, since a late answer would be taken for that of another request.
+    The connection is closed, since a late answer would be taken for the next one.
     """
 
 
 class ClosedError(Error):
     """The connection ended while it was in use, or there was none.
 
-    Most often the simulator ended.
+    Usually the simulator has ended.
     """
 
 
 class ProtocolError(Error):
-    """The answer was not one that this request can have, twice in a row.
+    """Twice in a row, the answer did not fit the request.
 
     The connection is closed.
     """
 
 
 class CancelledError(Error):
-    """`cancelled` said so.
+    """`cancelled` returned True.
 
     The connection is closed, for the same reason as after a TimeoutError.
     """
 
 
 class Refused(Error):
-    """The server answered, and the answer is no: the simulator does not have some of the names."""
+    """The simulator does not have some of the names."""
 
     def __init__(self, message: str, names: Sequence[str]) -> None:
         super().__init__(message)
         self.refused_names: Tuple[str, ...] = tuple(names)
-        """All that were refused in this call, in the order of the call."""
+        """All names that were refused in this call, in its order."""
 
 
 class NotReleasedWarning(RuntimeWarning):
-    """Commands that a client has begun are still down, and nobody listens to `not_released`."""
+    """Commands that a client has begun are still down, and there is no `not_released`."""

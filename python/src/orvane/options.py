@@ -8,35 +8,34 @@ from orvane.errors import Error
 
 
 class OnLoss(enum.Enum):
-    """What a call does that finds its connection lost."""
+    """What a call does when the connection is lost."""
 
     THROW = "throw"
-    """Raises, and so does every call until `reconnect` has made a new connection."""
+    """Raises, as does every later call until `reconnect` has made a new connection."""
 
     RECONNECT = "reconnect"
     """Reconnects by itself, as `reconnect` does, and repeats the declarations.
 
-    An answer that does not come in time is raised as a TimeoutError all the same; the next call
-    reconnects then.
+    A late answer still raises a TimeoutError; the next call then reconnects.
     """
 
 
 class OnStart(enum.Enum):
-    """What a new client does when the simulator is not there yet."""
+    """What a new client does if it cannot connect."""
 
     THROW = "throw"
     """Raises a ConnectError or a TimeoutError at once."""
 
     WAIT = "wait"
-    """Tries again and again, as `reconnect` does."""
+    """Tries again, as `reconnect` does."""
 
 
 @dataclass(frozen=True)
 class Backoff:
     """How long to wait between two tries, in seconds.
 
-    `first_delay`, then twice as long after each try, up to `longest_delay`. It gives up, with a
-    ConnectError, when `within` is over.
+    `first_delay`, then twice as long each time, up to `longest_delay`. After `within` it gives up
+    with a ConnectError.
     """
 
     first_delay: float = 0.25
@@ -61,7 +60,7 @@ class Options:
 
 @dataclass
 class Callbacks:
-    """What a client calls, within its own calls. A callback may not call its client."""
+    """What a client calls during its own calls. A callback may not call its client."""
 
     connected: Optional[Callable[[], None]] = None
     disconnected: Optional[Callable[[Error], None]] = None

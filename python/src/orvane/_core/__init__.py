@@ -1,1 +1,1 @@
-"""What both styles of client share, without input or output: bytes in, events out."""
+"""What both styles of client share, without I/O: bytes in, events out."""

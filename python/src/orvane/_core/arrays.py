@@ -1,4 +1,4 @@
-"""Arrays as they travel: little-endian ints and floats of 32 bits."""
+"""Arrays on the wire: little-endian 32-bit ints and floats."""
 
 import sys
 from array import array

@@ -1,4 +1,4 @@
-"""What the server would silently read as something else is a ValueError before it is sent."""
+"""A ValueError before anything is sent that the server would silently misread."""
 
 from numbers import Integral, Real
 

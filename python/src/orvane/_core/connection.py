@@ -1,4 +1,4 @@
-"""Exchanges on one connection, and what is said when they fail."""
+"""Exchanges on one connection, and the texts of their errors."""
 
 import os
 import time
@@ -21,17 +21,17 @@ from orvane.options import Options
 
 
 class UnknownHost(ConnectError):
-    """A ConnectError that no waiting mends."""
+    """A ConnectError that waiting does not fix."""
 
 
 class Connection:
-    """At most one request is outstanding. Any error of an exchange leaves it out of step."""
+    """At most one request is outstanding. After a failed exchange it is out of step."""
 
     def __init__(self, options: Options) -> None:
         self._options = options
 
     def place(self, doing: str) -> str:
-        """The beginning of the text of an error."""
+        """The beginning of an error text."""
         return f"{self._options.host}:{self._options.port}: {doing}: "
 
     def usual_limit(self) -> Limit:
@@ -84,7 +84,7 @@ class Connection:
             raise self._lost(doing, frame, _error_text(error)) from error
 
     def _expect_silence(self, waiting: Optional[bytes], doing: str) -> None:
-        """Tells a connection that ended, or is out of step, before anything is sent on it."""
+        """Detects a connection that has ended or is out of step before anything is sent on it."""
         if waiting:
             raise UnexpectedAnswer("no bytes before the request", "some")
         if waiting is not None:
@@ -103,5 +103,5 @@ class Connection:
 
 
 def _error_text(error: OSError) -> str:
-    # asyncio has texts of its own, but the same numbers.
+    # asyncio has its own texts, but the same numbers.
     return os.strerror(error.errno) if error.errno else str(error) or type(error).__name__

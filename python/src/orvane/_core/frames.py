@@ -1,4 +1,4 @@
-"""Answers as they come: a length, and that many bytes."""
+"""Answers on the wire: a length, and that many bytes."""
 
 import struct
 from typing import List, Optional
@@ -8,7 +8,7 @@ _HEADER_SIZE = 4
 
 
 class UnexpectedAnswer(Exception):
-    """An answer that its request cannot have."""
+    """An answer that does not fit its request."""
 
     def __init__(self, expected: str, got: str) -> None:
         super().__init__(f"expected {expected}, got {got}")
@@ -20,11 +20,11 @@ def count_of_bytes(count: int) -> str:
 
 
 class FrameReader:
-    """Puts one answer together from bytes as they arrive."""
+    """Assembles one answer from bytes as they arrive."""
 
     def __init__(self, most: int) -> None:
         self._most = most
-        # Nearly always one, which is not copied to be put together.
+        # Nearly always a single one, which is then not copied.
         self._pieces: List[bytes] = []
         self._count = 0
         self._size: Optional[int] = None
@@ -32,7 +32,7 @@ class FrameReader:
     def feed(self, data: bytes) -> Optional[bytes]:
         """The payload of the answer, once it is complete.
 
-        UnexpectedAnswer: it is longer than it may be, or something follows it.
+        UnexpectedAnswer: it is too long, or something follows it.
         """
         self._pieces.append(data)
         self._count += len(data)
@@ -59,7 +59,7 @@ class FrameReader:
 
     @property
     def got(self) -> str:
-        """What it has got of that."""
+        """How much of that has arrived."""
         return count_of_bytes(self._count - (_HEADER_SIZE if self._size is not None else 0))
 
     def _read_length(self) -> int:
@@ -72,7 +72,7 @@ class FrameReader:
 
 
 class ByteReader:
-    """Takes values from an answer, little-endian. Reading beyond its end is an UnexpectedAnswer."""
+    """Takes values from an answer, little-endian. Reading past its end is an UnexpectedAnswer."""
 
     def __init__(self, data: bytes) -> None:
         self._bytes = data
@@ -94,7 +94,7 @@ class ByteReader:
         return value
 
     def expect_uint32(self, value: int, what: str) -> None:
-        """Reads a uint32 that can have one value only."""
+        """Reads a uint32 that must have this value."""
         position = self._position
         got = self.read_uint32()
         if got != value:

@@ -26,13 +26,13 @@ T = TypeVar("T")
 RELEASING = "releasing what is held"
 DECLARING = "repeating the declarations"
 BETWEEN_RELEASES = 0.02  # seconds
-# They can be torn like any other request.
+# Declarations can be torn like any other request.
 TRIES_TO_DECLARE = 2
 
 
 @dataclass(frozen=True)
 class Repeat:
-    """What may be done a second time, on a new connection."""
+    """When work may be repeated on a new connection."""
 
     when_torn: bool = False
     """after an answer of unexpected shape"""
@@ -41,17 +41,17 @@ class Repeat:
 
 
 class NotRepeated(Exception):
-    """The connection was lost on the way, a new one was made, and the work not repeated on it."""
+    """The connection was lost and made anew, and the work was not repeated on it."""
 
 
 class Owner(Protocol):
-    """What a link keeps a connection for. Commands that are held are counted by name."""
+    """What a link needs from its owner. Held commands are counted by name."""
 
     def declare(self) -> Plan[None]:
         """Repeats the declarations on a new connection."""
 
     def take_held(self) -> "Counter[str]":
-        """What is held on the connection, which is over; the owner forgets it."""
+        """What was held on the connection, which has ended; the owner forgets it."""
 
     def release_here(self, limit: Limit) -> Plan[None]:
         """Releases what is held on the connection, and forgets it."""
@@ -61,10 +61,10 @@ class Owner(Protocol):
 
 
 class Link:
-    """Any failure in the middle of an exchange closes the connection.
+    """Any failure during an exchange closes the connection.
 
-    Each new connection begins with the declarations, and each that ends leaves behind what was held
-    on it, which is released by name.
+    Each new connection begins with the declarations. What was held on a connection that has ended
+    is released by name.
     """
 
     def __init__(self, options: Options, owner: Owner) -> None:
@@ -73,18 +73,18 @@ class Link:
         self.is_connected = False
         self._connection = Connection(options)
         self._owner = owner
-        # What was begun on former connections and not ended since.
+        # What was begun on earlier connections and not ended since.
         self._left_over: "Counter[str]" = Counter()
         self._is_told = False
 
     def exchange(
         self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
     ) -> Plan[bytes]:
-        """On the connection that is there; see `Connection.exchange`."""
+        """On the current connection; see `Connection.exchange`."""
         return self._connection.exchange(request, doing, most, limit)
 
     def place(self, doing: str) -> str:
-        """The beginning of the text of an error."""
+        """The beginning of an error text."""
         return self._connection.place(doing)
 
     def wait_for(self, pace: Pace) -> Plan[None]:
@@ -98,9 +98,9 @@ class Link:
     # Work ----------------------------------------------------------------------------------------
 
     def carry_out(self, doing: str, repeat: Repeat, work: Callable[[], Plan[T]]) -> Plan[T]:
-        """Does the work, on a new connection if there is none, and once more if `repeat` allows.
+        """Does the work, connecting first if needed, and repeats it if `repeat` allows.
 
-        NotRepeated: it was not done, or nobody knows.
+        NotRepeated: it may or may not have been done.
         """
         if not self.is_connected:
             yield from self._connect_for(doing)
@@ -124,9 +124,7 @@ class Link:
 
     def _connect_for(self, doing: str) -> Plan[None]:
         if self.options.on_loss is OnLoss.THROW:
-            raise ClosedError(
-                f"{self.place(doing)}not connected: the connection was closed before"
-            )
+            raise ClosedError(f"{self.place(doing)}not connected: the connection was closed before")
         yield from self.reconnect()
 
     def _attempt(self, doing: str, work: Callable[[], Plan[T]]) -> Plan[T]:
@@ -150,26 +148,26 @@ class Link:
     def start(self) -> Plan[None]:
         """The first connection."""
         if self.options.on_start is OnStart.WAIT:
-            # A name that does not exist is most likely a slip of the pen.
+            # A name that does not exist is probably mistyped.
             yield from self._back_off(lambda: self._make_declared(TRIES_TO_DECLARE), UnknownHost)
         else:
             yield from self._make_declared(TRIES_TO_DECLARE)
 
     def reconnect(self) -> Plan[None]:
-        """With back-off. ConnectError when its time is over; other errors at once."""
+        """Reconnects with back-off. ConnectError when its time is over; other errors at once."""
         yield from self.release_before()
         yield from self.disconnect()
         yield from self._back_off(lambda: self._connect_anew(TRIES_TO_DECLARE))
 
     def renew(self) -> Plan[None]:
-        """For a server that was there a moment ago: backs off only with OnLoss.RECONNECT."""
+        """For a server that has just answered: backs off only with OnLoss.RECONNECT."""
         if self.options.on_loss is OnLoss.RECONNECT:
             yield from self.reconnect()
         else:
             yield from self._connect_anew(TRIES_TO_DECLARE)
 
     def disconnect(self) -> Plan[None]:
-        """Closes the connection; what was held on it is left over."""
+        """Closes the connection; what was held on it is kept for a later release."""
         held = self._owner.take_held()
         if held:
             self._left_over += held
@@ -234,7 +232,7 @@ class Link:
     # What is held --------------------------------------------------------------------------------
 
     def call(self, work: Plan[T]) -> Plan[T]:
-        """A call of the client's user: when it is cancelled or interrupted, nothing stays held."""
+        """Runs a call of the user; if it is cancelled or interrupted, nothing stays held."""
         try:
             return (yield from work)
         except CancelledError as error:
@@ -249,7 +247,7 @@ class Link:
             raise
 
     def release_before(self, share: float = 1.0) -> Plan[None]:
-        """On the connection that is there, if there is one.
+        """Releases what is held on the current connection, if there is one.
 
         If that fails, the next connection releases what was held. `share` is of `release_within`.
         """
@@ -263,12 +261,12 @@ class Link:
     def close(self) -> Plan[List[str]]:
         """Releases what is held and closes the connection. Returns what may still be held."""
         limit = self._release_limit()
-        # A connection that does not answer may be out of step, where a new one is answered.
+        # A connection that does not answer may be out of step; a new one may still be answered.
         yield from self.release_before(share=0.5)
         return (yield from self._release_elsewhere(limit))
 
     def abandon(self) -> Plan[List[str]]:
-        """The same, without the connection that is there."""
+        """The same, without the current connection."""
         return (yield from self._release_elsewhere(self._release_limit()))
 
     def _release_elsewhere(self, limit: Limit) -> Plan[List[str]]:
@@ -300,7 +298,7 @@ class Link:
 
     @property
     def is_done(self) -> bool:
-        """Nothing is open, and all that is held was released, or told not to be."""
+        """Nothing is open, and everything held was released or reported."""
         return not self.is_connected and (self._is_told or not self._left_over)
 
     def _tell_not_released(self, why: Exception) -> None:

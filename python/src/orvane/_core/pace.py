@@ -1,4 +1,4 @@
-"""A rate that is kept."""
+"""A steady rate."""
 
 import time
 
@@ -6,7 +6,7 @@ import time
 class Pace:
     """Times that are 1 / `rate` seconds apart, the first one now.
 
-    A time that is missed is left out, so that nothing is caught up with.
+    Missed times are skipped, not made up.
     """
 
     def __init__(self, rate: float) -> None:
@@ -16,5 +16,5 @@ class Pace:
         self.due = time.monotonic()
 
     def advance(self) -> None:
-        """The time that was due is over."""
+        """Moves on to the next time."""
         self.due = max(self.due + self._interval, time.monotonic())

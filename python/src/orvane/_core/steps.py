@@ -1,9 +1,9 @@
-"""What the core asks of whoever does its input and output.
+"""The I/O steps that the core asks for.
 
-A plan is a generator. It yields steps, one at a time, and gets the result of each: bytes for those
-that have some. A step that fails is thrown into the plan: as an OSError of the network, as `Late`,
-as `Cancelled`, or as whatever interrupts the program. The plan may then yield further steps, to
-clean up. All times are those of `time.monotonic`, in seconds.
+A plan is a generator. It yields steps, one at a time, and gets the result of each, if any, as
+bytes. A failed step is thrown into the plan: as an OSError of the network, as `Late`, as
+`Cancelled`, or as whatever interrupts the program. The plan may then yield further steps to clean
+up. All times are those of `time.monotonic`, in seconds.
 """
 
 from typing import Generator, NamedTuple, Optional, TypeVar, Union
@@ -16,7 +16,7 @@ class Late(Exception):
 
 
 class Cancelled(Exception):
-    """The client's `cancelled` has said so."""
+    """The client's `cancelled` has returned True."""
 
 
 class NoSuchHost(OSError):
@@ -24,14 +24,14 @@ class NoSuchHost(OSError):
 
 
 class Limit(NamedTuple):
-    """Until when a step may take, and whether `cancelled` ends it."""
+    """The deadline of a step, and whether `cancelled` ends it."""
 
     deadline: float
     is_cancellable: bool = True
 
 
 class Connect(NamedTuple):
-    """Makes a connection; there is none."""
+    """Makes a connection. There must be none."""
 
     host: str
     port: int
@@ -39,7 +39,7 @@ class Connect(NamedTuple):
 
 
 class Send(NamedTuple):
-    """Sends all the bytes, in one call as far as the system takes them."""
+    """Sends all the bytes, if possible in one call."""
 
     data: bytes
     limit: Limit
@@ -52,11 +52,11 @@ class Receive(NamedTuple):
 
 
 class Look(NamedTuple):
-    """What has arrived without being asked for: None if nothing has, no bytes if the end has."""
+    """Returns what has arrived unasked: None if nothing, no bytes at the end of the connection."""
 
 
 class Wait(NamedTuple):
-    """Waits until the deadline, which is not a failure."""
+    """Waits until the deadline, which is not an error."""
 
     limit: Limit
 

@@ -1,1 +1,1 @@
-"""The two styles of input and output: each carries out the core's plans."""
+"""The two styles of I/O: each carries out the core's plans."""

@@ -11,7 +11,7 @@ T = TypeVar("T")
 
 
 class _Stream(asyncio.Protocol):
-    """What has arrived on a connection, and who waits for it."""
+    """What has arrived on a connection, and the task that waits for it."""
 
     def __init__(self) -> None:
         self.arrived = bytearray()
@@ -38,7 +38,7 @@ class _Stream(asyncio.Protocol):
             self.waiter.set_result(None)
 
     def peek(self) -> Optional[bytes]:
-        """What can be taken, no bytes at the end, None if there is nothing yet."""
+        """The bytes that have arrived, no bytes at the end, None if there is nothing yet."""
         if self.arrived:
             return bytes(self.arrived)
         if self.failure is not None:
@@ -55,7 +55,7 @@ class AsyncioShell:
         self._transport: Optional[asyncio.Transport] = None
 
     async def run(self, plan: Plan[T]) -> T:
-        """Carries the plan out to its end, and returns its result or raises its error."""
+        """Carries out the whole plan, and returns its result or raises its error."""
         try:
             step = next(plan)
             while True:
@@ -100,7 +100,7 @@ class AsyncioShell:
         made = transport.get_extra_info("socket")
         made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
 
-    # The first call hands over everything that the system takes.
+    # The first call sends everything that the system takes.
     def _send(self, data: bytes) -> None:
         assert self._transport is not None
         self._transport.write(data)

@@ -12,7 +12,7 @@ from orvane._shells.ready import wait_readable, wait_writable
 T = TypeVar("T")
 
 _CHUNK = 65536
-# What a connection that is being made answers, on the systems there are.
+# The results of a connection in progress on different systems.
 _UNDER_WAY = (0, errno.EINPROGRESS, errno.EWOULDBLOCK, errno.EAGAIN)
 
 
@@ -24,7 +24,7 @@ class BlockingShell:
         self._socket: Optional[socket.socket] = None
 
     def run(self, plan: Plan[T]) -> T:
-        """Carries the plan out to its end, and returns its result or raises its error."""
+        """Carries out the whole plan, and returns its result or raises its error."""
         try:
             step = next(plan)
             while True:
@@ -92,10 +92,10 @@ class BlockingShell:
         error = made.getsockopt(socket.SOL_SOCKET, socket.SO_ERROR)
         if error != 0:
             raise OSError(error, "")
-        # A request is one write that waits for its answer; nothing is gained by holding it back.
+        # Requests are single writes that wait for an answer: delaying them gains nothing.
         made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
 
-    # The first call hands over everything; what a full socket does not take follows as it can.
+    # Usually the first call sends everything; a full socket takes the rest later.
     def _send(self, step: Send) -> None:
         sent = self._try_to_send(step.data)
         while sent < len(step.data):

@@ -24,5 +24,5 @@ else:
         return bool(select.select([waited], [], [], seconds)[0])
 
     def wait_writable(waited: socket.socket, seconds: float) -> bool:
-        # A connection that fails is told as an exceptional condition.
+        # A failed connection shows as an exceptional condition.
         return any(select.select([], [waited], [waited], seconds))

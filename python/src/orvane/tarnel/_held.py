@@ -1,4 +1,4 @@
-"""Which held commands are down, by what was sent."""
+"""Which held commands are down, judging by what was sent."""
 
 from collections import Counter
 from typing import Dict, Iterable, List, Optional, Sequence, Tuple
@@ -9,7 +9,7 @@ _PRESSED = 1
 
 
 class _HeldInput:
-    """A held command of the definitions. As far as nobody knows, it is down."""
+    """A held command of the definitions. It counts as down unless it is known to be up."""
 
     def __init__(self, input: Input) -> None:
         self.input = input
@@ -25,7 +25,7 @@ class _HeldInput:
 
     @property
     def release(self) -> Optional[int]:
-        """The value that surely releases it; None if there is none."""
+        """The value that certainly releases it; None if there is none."""
         if self.input.fixed is not None or self._is_conditional:
             return None
         return 2 if self.input.skipped_when_zero else 0
@@ -38,7 +38,7 @@ class _HeldInput:
     def _presses(self, value: int) -> bool:
         return (value if self.input.fixed is None else self.input.fixed) == _PRESSED
 
-    # A dataref decides whether a value counts.
+    # A dataref decides whether the server skips a value.
     @property
     def _is_conditional(self) -> bool:
         conditions = (self.input.skipped_while_positive, self.input.skipped_while_zero)
@@ -46,7 +46,7 @@ class _HeldInput:
 
 
 class HeldInputs:
-    """All of them, of one connection."""
+    """All held commands of one connection."""
 
     def __init__(self, inputs: Sequence[Input] = ()) -> None:
         self._by_action: Dict[int, List[_HeldInput]] = {}
@@ -55,17 +55,17 @@ class HeldInputs:
                 self._by_action.setdefault(input.action, []).append(_HeldInput(input))
 
     def sending(self, items: Iterable[Tuple[int, int]]) -> None:
-        """What these press may be down from now on."""
+        """Called before items are sent: what they press may now be down."""
         for held, value in self._of(items):
             held.sending(value)
 
     def sent(self, items: Iterable[Tuple[int, int]]) -> None:
-        """The answer to them is there: what they release is up."""
+        """Called when the items were answered: what they release is up."""
         for held, value in self._of(items):
             held.sent(value)
 
     def releasing_items(self) -> List[Tuple[int, int]]:
-        """What releases those that can be released so."""
+        """Items that release all commands that a value can release."""
         items = {
             (held.input.action, held.release): None
             for held in self._down()
@@ -78,7 +78,7 @@ class HeldInputs:
         return Counter(held.input.target for held in self._down() if held.release is None)
 
     def take(self) -> "Counter[str]":
-        """All that are down, by name; none are any more."""
+        """All that are down, by name; forgets them."""
         down = Counter(held.input.target for held in self._down())
         for held in self._down():
             held.is_down = False

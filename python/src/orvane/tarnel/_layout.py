@@ -1,4 +1,4 @@
-"""Where the values are in the answers of some definitions."""
+"""Where the values are in the answers to some definitions."""
 
 import struct
 from collections import Counter
@@ -36,8 +36,7 @@ class Place:
 class Layout:
     """One shape of an answer: with an aircraft, or without, when commands have longer entries.
 
-    What is not a value is known before an answer comes. All of it is compared at once, as one
-    number.
+    Everything but the values is known beforehand, and is compared at once, as one number.
     """
 
     def __init__(self, outputs: Sequence[Output], has_aircraft: bool) -> None:
@@ -79,7 +78,7 @@ class Layout:
             self._explain(payload)
 
     def structure(self) -> "dtype[Any]":
-        """As numpy's structured values are described. Needs numpy."""
+        """The structure for numpy. Needs numpy."""
         if self._structure is None:
             self._structure = self._make_structure()
         return self._structure
@@ -119,7 +118,7 @@ class Layout:
 
 
 class Layouts:
-    """Both shapes, of which the size of an answer tells the one that it has."""
+    """Both shapes; the size of an answer shows which one it has."""
 
     def __init__(self, outputs: Sequence[Output]) -> None:
         self._with = Layout(outputs, has_aircraft=True)

@@ -1,4 +1,4 @@
-"""Names and elements, as far as a record can hold them."""
+"""Checks of names and elements for a record."""
 
 from typing import Mapping, Optional, Tuple, TypeVar
 
@@ -6,7 +6,7 @@ from orvane._core import checks
 
 K = TypeVar("K")
 
-# A field has room for a zero byte besides.
+# Plus a zero byte.
 _LONGEST_NAME = 99
 
 

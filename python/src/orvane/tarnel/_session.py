@@ -1,4 +1,4 @@
-"""What a Tarnel client knows: the definitions, and what the server does not forget."""
+"""What a Tarnel client knows: the definitions, and what the server remembers."""
 
 from collections import Counter
 from typing import Callable, Dict, Iterable, List, Mapping, Optional, Tuple, Union
@@ -18,9 +18,9 @@ from orvane.velmar._release import release_by_name
 Items = Union[Mapping[int, int], Iterable[Tuple[int, int]]]
 
 _ALWAYS = Repeat(when_torn=True, when_lost=True)
-# Items that arrived in pieces were not executed; after a loss they may be minutes old.
+# Items that arrived in pieces were not executed; after a lost connection they may be minutes old.
 _WHEN_TORN = Repeat(when_torn=True)
-# What the server's buffer holds, with room for the head of the message.
+# As many as the server's buffer holds after the head of the message.
 _MOST_ITEMS = 30_000_000
 
 
@@ -33,10 +33,10 @@ class Session:
         self._definitions: Optional[Definitions] = None
         self._layouts = Layouts(())
         self._held = HeldInputs()
-        # Whether the server has the definitions, and its answer when it last got them.
+        # Whether the server has the definitions, and its last answer to them.
         self._is_defined = False
         self._declared: Optional[Answer] = None
-        # Commands that were ever observed on this connection, by the identifier they had first.
+        # All commands ever observed on this connection, by their first identifier.
         self._observed: Dict[str, int] = {}
         self._aircraft: Optional[int] = None
 
@@ -64,7 +64,7 @@ class Session:
         doing = "defining"
 
         def send() -> Plan[None]:
-            # A connection that was made on the way began with the definitions.
+            # A new connection has already sent the definitions.
             if not self._is_defined:
                 yield from self._send_definitions(doing)
 
@@ -137,9 +137,9 @@ class Session:
         self._is_defined = True
 
     def _clashes(self, wanted: Definitions) -> bool:
-        """Whether the server would report a command under a former identifier.
+        """Whether the server would report a command under an earlier identifier.
 
-        Or a former command under an identifier that is another's now.
+        Or an earlier command under an identifier that now belongs to another.
         """
         former_names = {id: name for name, id in self._observed.items()}
         return any(

@@ -26,7 +26,7 @@ VERSION_ANSWER_SIZE = 12
 
 @dataclass(frozen=True)
 class Version:
-    """Of the server's protocol: 1.0.7.10 and 6 of those known today."""
+    """Of the server's protocol: 1.0.7.10 and 6 for the servers known today."""
 
     parts: Tuple[int, int, int, int]
     revision: int

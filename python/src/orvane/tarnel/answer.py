@@ -15,7 +15,7 @@ OutputValue = Union[int, float, bool, "array[int]", "array[float]"]
 class Answer(Mapping[int, OutputValue]):
     """The values of all declared outputs by identifier, in the order of their declaration.
 
-    They are as they were before the request that it answers was carried out. An int is an `int`, a
+    They are from before the answered request was carried out. An int is an `int`, a
     float a `float`, a command a `bool`, an array an `array.array`. While no aircraft is loaded all
     of them are zero.
     """

@@ -12,9 +12,9 @@ from orvane.tarnel.definitions import Definitions
 
 class _WithAircraft(AnyClient[Session]):
     def on_aircraft_changed(self, callback: Optional[Callable[[int], None]]) -> None:
-        """Called like the others: with the id of another aircraft than in the answer before.
+        """Called like the other callbacks, with the new id, when the aircraft has changed.
 
-        Or with 0 when it was unloaded; not for the first one that is seen.
+        0 means that it was unloaded. Not called for the first id.
         """
         self._session.aircraft_changed = callback
 
@@ -22,42 +22,42 @@ class _WithAircraft(AnyClient[Session]):
 class Client(_WithAircraft, BlockingClient[Session]):
     """A connection that declares inputs and outputs once and then exchanges values.
 
-    An answer whose shape does not fit the declarations means that the request reached the server in
-    pieces: the client then connects anew, declares everything again and asks once more; only a
-    second failure is raised, as a ProtocolError.
+    An answer that does not fit the declarations means that the request reached the server in
+    pieces. The client then reconnects, repeats the declarations and asks again; only a second
+    failure is raised, as a ProtocolError.
     """
 
     _session_type = Session
 
     def version(self) -> Version:
-        """Also tells whether a server of this protocol is there at all."""
+        """Also shows whether the server speaks this protocol at all."""
         return self._run(self._session.version())
 
     def define(self, definitions: Definitions) -> Answer:
-        """Replaces all that was declared before, also for later connections, and also if it raises.
+        """Replaces all earlier declarations, also for later connections, even if it raises.
 
-        Held commands that are down are released first. The server keeps the first identifier of a
-        command output for as long as a connection lives: if one changes here, or becomes another
-        command's, the client reconnects first.
+        Held commands that are down are released first. For as long as a connection lives, the
+        server keeps the first identifier of a command output: if that changes, or is given to
+        another command, the client reconnects first.
         """
         return self._run(self._session.define(definitions))
 
     def exchange(self, items: Items = ()) -> Answer:
-        """Sends values, by action or as pairs, and reports the outputs. Without items it only asks.
+        """Sends values, by action or as pairs, and returns the outputs. Without items it only asks.
 
-        The effect of the items is seen in the next answer. ValueError, and nothing is sent: an
-        action that is not declared, a value that is not a 32-bit int, or no definitions at all.
+        The next answer shows the effect of the items. ValueError, and nothing is sent: an action
+        that is not declared, a value that is not a 32-bit int, or no definitions at all.
 
-        With OnLoss.RECONNECT, the items of a call that lost the connection on the way are not sent
-        again, since they may be minutes old when the simulator is back; the answer is the one to
-        the repeated definitions.
+        With OnLoss.RECONNECT, a call that loses the connection does not send its items again, since
+        they may be minutes old when the simulator is back; it returns the answer to the repeated
+        definitions.
         """
         return self._run(self._session.exchange(items))
 
     def answers(self, rate: float, items: Optional[Callable[[], Items]] = None) -> Iterator[Answer]:
-        """An endless row of exchanges, `rate` times a second.
+        """Exchanges `rate` times a second, endlessly.
 
-        `items` is called before each of them for what it sends.
+        `items` is called before each exchange and returns what to send.
         """
         pace = Pace(rate)
         plan = self._session.next_answer

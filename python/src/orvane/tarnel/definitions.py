@@ -6,7 +6,7 @@ from typing import FrozenSet, Sequence, Set
 from orvane.tarnel.inputs import Input
 from orvane.tarnel.outputs import Output, OutputType
 
-# The server has buffers of 0x0FFFFFFF bytes, and ends the simulator's process when one is full.
+# The server's buffers have 0x0FFFFFFF bytes; it ends the simulator's process when one is full.
 _LARGEST_MESSAGE = 0x0FFFFFFB
 
 _FRAME_SIZE = 4  # the length before an answer
@@ -20,9 +20,9 @@ _AIRCRAFT_SIZE = 12
 class Definitions:
     """All that a client declares at once.
 
-    The order is kept: it is the order in which inputs of one action are applied, and in which
-    outputs are reported. ValueError: two outputs have the same identifier, a command has two
-    identifiers, or a message becomes longer than the server can hold (256 MiB).
+    The order is kept: inputs of one action are applied in it, and outputs reported in it.
+    ValueError: two outputs have the same identifier, a command has two identifiers, or a message
+    becomes longer than the server can hold (256 MiB).
     """
 
     inputs: Sequence[Input] = ()
@@ -45,7 +45,7 @@ class Definitions:
 
     @property
     def request_size(self) -> int:
-        """Bytes of the request, with all that frames it.
+        """Bytes of the request, framing included.
 
         On a network keep it within one packet, 1400 bytes, or at least below 10 KB.
         """
@@ -53,7 +53,7 @@ class Definitions:
 
     @property
     def answer_size(self) -> int:
-        """Bytes of an answer with an aircraft loaded, with all that frames it.
+        """Bytes of an answer with an aircraft loaded, framing included.
 
         On a network keep it below 64 KB.
         """

@@ -9,7 +9,7 @@ from orvane.tarnel._names import check_element, check_name, only_name
 
 
 class TargetType(enum.IntEnum):
-    """Of an input, as it travels."""
+    """Of an input, on the wire."""
 
     INT = 1
     FLOAT = 2
@@ -19,7 +19,7 @@ class TargetType(enum.IntEnum):
 
 
 class ConditionType(enum.IntEnum):
-    """How the dataref of a condition is read, as it travels."""
+    """How the dataref of a condition is read, on the wire."""
 
     INT = 1
     FLOAT = 2
@@ -29,7 +29,7 @@ class ConditionType(enum.IntEnum):
 
 @dataclass(frozen=True)
 class ConditionDataref:
-    """The dataref that a condition looks at; `element` is that of an array."""
+    """The dataref that a condition reads; `element` is that of an array."""
 
     name: str
     type: ConditionType = ConditionType.FLOAT
@@ -44,39 +44,39 @@ class ConditionDataref:
 class Input:
     """What the server does with the values of an action.
 
-    `action` is the number under which values are sent, a 32-bit int; several inputs may share one,
-    and each of them gets the value. Exactly one argument says what gets it; values are 32-bit ints:
+    `action` is the number under which values are sent, a 32-bit int; if several inputs share one,
+    each gets the value. Exactly one argument says what gets it; values are 32-bit ints:
 
     - `to_int`, `to_int_element`: a dataref, or the `element` of an array, gets the value.
     - `to_float`, `to_float_element`: gets the value / 65535, or as scaled.
-    - `to_command`: a command, pressed by the value 1 and released by any other. It runs once per 1
-      unless held. Without a repeat interval the server runs the commands of the actions 1002 to
-      1005 twice per 1.
+    - `to_command`: the value 1 presses a command, any other releases it. It runs once per 1 unless
+      held. Without a repeat interval the server runs the commands of actions 1002 to 1005 twice
+      per 1.
 
-    Scaling of floats; 0 to 65535 is spread over the range:
+    Scaling of floats, which maps 0 to 65535 to a range:
 
     - `scaled_by_int_range`, `scaled_by_float_range`: (minimum, maximum).
     - `scaled_by_datarefs`: (minimum, maximum), the names of two float datarefs that are read for
-      each value. Where both have the same value other than 0, the range goes from minus that value
-      to plus that value.
+      each value. If both have the same value v other than 0, the range goes from -v to v.
     - `scaled_by_dataref_elements`: (minimum, maximum, element), of float arrays.
 
     Conditions, of which an input has at most one:
 
     - `skipped_when_one`, `skipped_when_zero`: this value is ignored.
-    - `skipped_while_positive`, `skipped_while_zero`: all values are, while a dataref is so.
+    - `skipped_while_positive`, `skipped_while_zero`: all values are ignored while a dataref is
+      positive or zero.
 
     Others:
 
-    - `fixed`: the target gets this instead of what is sent. An element of an int array always
-      gets 1 then, so that nothing else is accepted for it.
-    - `held`: a command begins with the first 1 and ends with the first other value. The client
-      releases what is left over.
+    - `fixed`: the target gets this value instead of the one sent. For an element of an int array
+      only 1 is accepted, since the server always writes 1.
+    - `held`: a command begins at the first 1 and ends at the first other value. The client releases
+      it if it is left down.
     - `repeated_every`: seconds for which further 1s of a command that is not held are ignored;
       at least 0.001, in whole milliseconds.
 
-    ValueError for what the server would silently read as something else. A name that the simulator
-    does not know cannot be noticed: the input has no effect.
+    ValueError for anything that the server would silently misread. A name that the simulator does
+    not know goes unnoticed: the input has no effect.
     """
 
     action: int

@@ -1,4 +1,4 @@
-"""What a client wants to have reported."""
+"""What the server reports to a client."""
 
 import enum
 from dataclasses import dataclass, field
@@ -12,7 +12,7 @@ _OWN_PREFIX = "kyr/"
 
 
 class OutputType(enum.IntEnum):
-    """Of an output, as it travels."""
+    """Of an output, on the wire."""
 
     INT = 1
     FLOAT = 2
@@ -25,19 +25,19 @@ class OutputType(enum.IntEnum):
 class Output:
     """A value that the server reports in every answer.
 
-    `id` is a number of your choice, unique among the outputs, from 0 to 4294967295 but for 65535,
-    which is the aircraft's. Exactly one argument says what is reported, and as what:
+    `id` is a number of your choice, unique among the outputs, from 0 to 4294967295 except 65535,
+    which is reserved for the aircraft. Exactly one argument says what is reported, and as what:
 
     - `of_int`, `of_float`: a dataref, as an int or a float.
     - `of_int_array`, `of_float_array`: `count` elements of one, from `first_element` on, as an
       `array.array`.
-    - `of_command`: a command under "kyr/", as a bool: true while it is down, or when it was pressed
-      since the answer before.
+    - `of_command`: a command under "kyr/", as a bool: true while it is down, or if it was pressed
+      since the previous answer.
 
-    A dataref whose name begins with "kyr/" is the plugin's own and is made if it does not exist.
-    Any other must be the simulator's; one that it does not know is reported as zero.
+    A dataref whose name begins with "kyr/" is the plugin's own and is created if it does not exist.
+    Any other must be the simulator's; an unknown one is reported as zero.
 
-    ValueError for what the server would silently read as something else.
+    ValueError for anything that the server would silently misread.
     """
 
     id: int

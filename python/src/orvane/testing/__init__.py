@@ -7,8 +7,8 @@
         ...  # let the program connect to 127.0.0.1:48000
         assert simulator.get("sim/cockpit2/controls/gear_handle_down") == 0
 
-For pytest there is a fixture `simulator`, see `orvane.testing.pytest_plugin`. Linux only, as
-`headless-sim` is.
+For pytest there is a fixture `simulator`, see `orvane.testing.pytest_plugin`. Linux only, like
+`headless-sim`.
 """
 
 from orvane.testing.console import ExpectationFailed, SimulatorError

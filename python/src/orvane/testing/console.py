@@ -7,7 +7,7 @@ import time
 from pathlib import Path
 from typing import IO, Optional, Sequence
 
-# Seconds. Nothing takes that long but on a very busy machine.
+# Seconds. Only a very busy machine takes that long.
 _PATIENCE = 60.0
 
 
@@ -23,7 +23,7 @@ class Console:
     """A running `headless-sim --console --paused`, in its folder."""
 
     def __init__(self, command: Sequence[str], folder: Path) -> None:
-        """SimulatorError: it does not start. Its complaints are in its output."""
+        """SimulatorError: it does not start. Its messages are in its output."""
         self._output = folder / "headless-sim.txt"
         self._unread = b""
         with self._output.open("wb") as output:
@@ -115,5 +115,5 @@ def _close(pipe: Optional[IO[bytes]]) -> None:
     if pipe is not None:
         try:
             pipe.close()
-        except OSError:  # what was not written yet
+        except OSError:  # drops what was not written yet
             pass

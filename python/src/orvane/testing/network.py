@@ -1,4 +1,4 @@
-"""A network of this process's own, since the plugin's port is fixed."""
+"""A private network for this process, since the plugin's port is fixed."""
 
 import ctypes
 import errno
@@ -19,12 +19,10 @@ _INTERFACE_REQUEST = struct.Struct("16sH22x")
 
 
 def enter_private_network() -> bool:
-    """Moves the calling thread, and what it starts from now on, into a network namespace of its
-    own.
+    """Moves the calling thread, and whatever it starts, into a new network namespace.
 
-    It has a loopback device and nothing else: other programs' simulators are out of reach, as is
-    the rest of the world. Returns False, and changes nothing, where the system does not permit
-    that.
+    It has only a loopback device: nothing outside is reachable, not even other simulators on this
+    machine. Returns False and changes nothing if the system does not permit it.
     """
     if sys.platform != "linux":
         return False

@@ -9,9 +9,9 @@ It flies. A mark gives it the arguments of `orvane.testing.Simulator`:
     @pytest.mark.simulator(hz=200, datarefs={"my/lamp": "int"})
 
 `--orvane-headless-sim` and `--orvane-plugin` say where the program and the plugin are, as do the
-environment variables ORVANE_HEADLESS_SIM and ORVANE_PLUGIN. Where the system permits it, a run with
-such tests moves into a network of its own, so that several can fly at a time; with
-`--orvane-network=shared` it does not, as it must not if the tests need another network.
+environment variables ORVANE_HEADLESS_SIM and ORVANE_PLUGIN. If the system permits it, a run with
+such tests moves into its own network, so that several can run at a time. `--orvane-network=shared`
+prevents that, for tests that need another network.
 """
 
 from typing import Any, Dict, Iterator
@@ -42,7 +42,7 @@ def pytest_configure(config: pytest.Config) -> None:
 def pytest_collection_finish(session: pytest.Session) -> None:
     needs_one = any("simulator" in getattr(item, "fixturenames", ()) for item in session.items)
     if needs_one and session.config.getoption("--orvane-network") == "private":
-        # Where that is not permitted, a simulator that finds its port taken says so.
+        # If that is not permitted, a simulator that finds its port taken says so.
         enter_private_network()
 
 

@@ -28,10 +28,10 @@ class Phases:
 
 
 class Simulator:
-    """A `headless-sim` with the plugin in it, in a folder of its own that is deleted at the end.
+    """A `headless-sim` with the plugin in it, in a new folder that is deleted at the end.
 
-    It stands still until told to `fly` or `step`. A client waits for its answers, so a test whose
-    client is in the same thread lets it fly.
+    It stands still until it is told to `fly` or `step`. A client waits for its answers, so a test
+    whose client is in the same thread lets it fly.
     """
 
     def __init__(
@@ -44,10 +44,10 @@ class Simulator:
         commands: Iterable[str] = (),
         arguments: Sequence[str] = (),
     ) -> None:
-        """Nothing is started yet.
+        """Does not start it yet.
 
-        headless_sim, plugin: the program and the lin.xpl; by default what the environment variables
-            ORVANE_HEADLESS_SIM and ORVANE_PLUGIN say, and else the `headless-sim` in the PATH.
+        headless_sim, plugin: the program and the lin.xpl; by default from the environment variables
+            ORVANE_HEADLESS_SIM and ORVANE_PLUGIN, else the `headless-sim` in the PATH.
         hz: frames per second while it flies.
         datarefs: further datarefs, by name: "int", "float", "int[8]" ...; all are 0 and writable.
         commands: further commands.
@@ -75,7 +75,7 @@ class Simulator:
         self._launch()
 
     def stop(self) -> None:
-        """Ends it as its user would, and deletes its folder."""
+        """Ends it normally, and deletes its folder."""
         if self._console is not None:
             self._console.quit()
             self._console = None
@@ -113,11 +113,11 @@ class Simulator:
         self._is_flying = False
 
     def step(self, frames: int = 1) -> None:
-        """So many frames, while it stands still."""
+        """Runs this many frames while it stands still."""
         self.ask(f"step {frames}")
 
     def wait_until(self, condition: Callable[[], bool], seconds: float = 10.0) -> None:
-        """Lets frames pass until it is so. AssertionError: it is not in that time."""
+        """Lets frames pass until the condition is true. AssertionError: not within that time."""
         deadline = time.monotonic() + seconds
         while not condition():
             if time.monotonic() > deadline:
@@ -139,7 +139,7 @@ class Simulator:
         return numbers if len(numbers) > 1 else numbers[0]
 
     def set(self, dataref: str, value: Union[float, Sequence[float], str]) -> None:
-        """Sets it as the simulator itself would, also where plugins may not."""
+        """Sets it as the simulator itself would, even where plugins may not."""
         if isinstance(value, (int, float)):
             text = _text(value)
         else:
@@ -168,11 +168,11 @@ class Simulator:
 
     @property
     def log(self) -> List[str]:
-        """The lines of its log so far."""
+        """Its log lines so far."""
         return (self.folder / "Log.txt").read_text(errors="replace").splitlines()
 
     def play(self, statements: str) -> None:
-        """The statements of a scenario, one a line. `#` begins a comment.
+        """Carries out the statements of a scenario, one per line. `#` begins a comment.
 
         ExpectationFailed: something is not as the scenario expects it, which ends it.
         SimulatorError: a statement is refused, or the simulator has ended.
@@ -182,7 +182,7 @@ class Simulator:
                 self.ask(line.strip())
 
     def ask(self, statement: str) -> str:
-        """One statement of the simulator's console, and its reply.
+        """Sends one statement to the simulator's console, and returns its reply.
 
         ExpectationFailed: it is one that checks, and it is not so.
         SimulatorError: it is refused, or the simulator has ended.

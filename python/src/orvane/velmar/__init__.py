@@ -1,4 +1,4 @@
-"""Datarefs and commands by name. For all but controls.
+"""Datarefs and commands by name. For everything but controls.
 
     from orvane.velmar import Client
 

@@ -1,4 +1,4 @@
-"""Packets and their replies, in as few requests as the limits permit."""
+"""Packets and their replies, in as few requests as the limits allow."""
 
 from typing import Callable, List, Sequence, TypeVar
 
@@ -13,7 +13,7 @@ T = TypeVar("T")
 
 
 def exchange(link: Link, doing: str, packets: "List[Packet[T]]") -> Plan[List[T]]:
-    """One request on the connection that is there."""
+    """One request on the current connection."""
     most = sum(packet.longest_reply for packet in packets)
     payload = yield from link.exchange(_wire.request_of(packets), doing, most)
     return _wire.read_replies(payload, packets)
@@ -34,7 +34,7 @@ def ask_each(
     items: Sequence[K],
     make: "Callable[[K], List[Packet[T]]]",
 ) -> Plan[List[List[T]]]:
-    """The packets of all items, whose names are told in errors, and the replies to each."""
+    """Sends the packets of all items, and returns the replies to each. Errors mention the names."""
     replies: List[List[T]] = []
     costs = [make(item) for item in items]
     for batch in cut_into_requests(range(len(items)), costs):

@@ -1,4 +1,4 @@
-"""Long lists, cut into requests that arrive whole."""
+"""Long lists, split into requests that arrive whole."""
 
 from typing import Any, List, Sequence, TypeVar
 
@@ -6,11 +6,11 @@ from orvane.velmar._wire import IDENTIFICATION, Packet
 
 T = TypeVar("T")
 
-# A request that does not arrive as a whole can end the simulator; up to this size it is one packet
-# on nearly every network, with room for the headers of TCP and of a tunnel.
+# A request that does not arrive whole can end the simulator. Up to this size it is one packet on
+# nearly every network, with room for the headers of TCP and a tunnel.
 LARGEST_REQUEST = 1_400
-# What the server's system does not take in one call arrives damaged; up to here it takes
-# everything, on a new connection and a slow network too.
+# An answer that the server's system does not take in one call arrives damaged. Up to this size it
+# takes everything, even on a new connection and a slow network.
 LARGEST_ANSWER = 64 * 1024 - 1
 _FRAME_SIZE = 4
 
@@ -18,10 +18,10 @@ _FRAME_SIZE = 4
 def cut_into_requests(
     jobs: Sequence[T], costs: Sequence["List[Packet[Any]]"], before: "Sequence[Packet[Any]]" = ()
 ) -> List[List[T]]:
-    """Cuts `jobs`, in order, into requests within both limits.
+    """Splits `jobs`, in order, into requests within both limits.
 
     `costs` has the packets of each, and `before` those that each request begins with. A job that
-    alone is beyond a limit gets a request of its own.
+    exceeds a limit by itself gets its own request.
     """
     base_request = len(IDENTIFICATION) + sum(len(packet.data) for packet in before)
     base_answer = _FRAME_SIZE + sum(packet.longest_reply for packet in before)

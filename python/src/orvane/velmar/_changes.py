@@ -1,4 +1,4 @@
-"""What is new in a row of readings."""
+"""What is new from reading to reading."""
 
 from array import array
 from typing import Dict, Iterable, List, Optional, Sequence, Set
@@ -7,17 +7,17 @@ from orvane.velmar.values import CommandReport, CommandState, Value
 
 
 class Changes:
-    """Values that differ by more than the deadband from what was reported of them before."""
+    """Values that differ by more than the deadband from what was last reported."""
 
     def __init__(self, names: Iterable[str], deadband: float) -> None:
         if not deadband >= 0:
-            raise ValueError(f"a deadband of {deadband} is not 0 or more")
+            raise ValueError(f"a deadband must be at least 0, not {deadband}")
         self.names = _list_of(names)
         self._deadband = deadband
         self._reported: Dict[str, Value] = {}
 
     def among(self, values: Sequence[Value]) -> Dict[str, Value]:
-        """Of the names' values: those that are new, which at first all are."""
+        """The new ones among the names' values; at first all are new."""
         changed = {
             name: value
             for name, value in zip(self.names, values)
@@ -33,7 +33,7 @@ class Changes:
         return len(old) != len(new) or any(map(self._differ, old, new))
 
     def _differ(self, former: float, value: float) -> bool:
-        # Two values that are not numbers are the same; a number and another are not.
+        # NaN equals NaN; a number and NaN differ.
         is_number, was_number = value == value, former == former
         if not (is_number and was_number):
             return is_number != was_number
@@ -41,7 +41,7 @@ class Changes:
 
 
 def _list_of(names: Iterable[str]) -> List[str]:
-    # A text is a row of names, too: those of its characters, which nobody means.
+    # A string is iterable, too, but nobody means its characters.
     return [names] if isinstance(names, str) else list(names)
 
 
@@ -52,14 +52,14 @@ def _elements(value: Value) -> Sequence[float]:
 
 
 class Presses:
-    """Each press once: a command that stays down is not pressed again, nor when it is released."""
+    """Each press once: staying down or being released is not a press."""
 
     def __init__(self, names: Iterable[str]) -> None:
         self.names = _list_of(names)
         self._down: Set[str] = set()
 
     def among(self, reports: Sequence[CommandReport]) -> List[CommandReport]:
-        """Of what happened since the call before: the presses of these names."""
+        """The presses of these names since the previous call."""
         new = [
             report
             for report in reports

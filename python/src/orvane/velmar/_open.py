@@ -1,8 +1,7 @@
-"""Datarefs whose type nobody has named.
+"""Datarefs without a given type.
 
-The server does not say which type a dataref has, and one that is read as another type is 0. So it
-is read as each type, and the first type that gives something else is kept. A write as another type
-is dropped.
+The server does not report types, and reading a dataref as a wrong type gives 0. So it is read as
+each type, and the first type that gives something else is kept. A write as a wrong type is dropped.
 """
 
 from array import array
@@ -12,7 +11,7 @@ from typing import Iterable, List, Optional, Sequence, Tuple, cast
 from orvane._core.checks import INT32
 from orvane.velmar.values import Dataref, Type, Value, Writable
 
-# As many elements has an array that is found; those that it does not have are 0.
+# The number of elements of a guessed array; missing ones are 0.
 _ELEMENTS_LOOKED_AT = 64
 
 
@@ -26,7 +25,7 @@ def candidates(name: str) -> List[Dataref]:
 
 
 def find_type(name: str, values: Sequence[Value]) -> Tuple[Optional[Dataref], Value]:
-    """What a dataref is by its values as each candidate, if that can be told, and its value."""
+    """The type of a dataref, judging by its values as each candidate, if known, and its value."""
     for candidate, value in zip(candidates(name), values):
         if any(value) if isinstance(value, array) else value != 0:
             return candidate, value
@@ -34,7 +33,7 @@ def find_type(name: str, values: Sequence[Value]) -> Tuple[Optional[Dataref], Va
 
 
 def ways_to_write(name: str, value: Writable) -> List[Tuple[Dataref, Writable]]:
-    """As what a value is written: as floats and, if all of it is whole, as ints."""
+    """How to write a value: as floats and, if all of it is whole, as ints."""
     if isinstance(value, Real):
         number = float(value)
         ways: List[Tuple[Dataref, Writable]] = [(Dataref(name, Type.FLOAT), number)]

@@ -20,7 +20,7 @@ _REGISTERING = "registering"
 
 
 class Registrar:
-    """The plans on the names of a link's owner."""
+    """Plans that register the names of a link's owner."""
 
     def __init__(self, link: Link) -> None:
         self._link = link
@@ -48,7 +48,7 @@ class Registrar:
         self._refuse_missing(_REGISTERING, new, found)
 
     def register_as_needed(self, texts: Sequence[str]) -> Plan[List[str]]:
-        """Of "NAME" and "NAME:TYPE", registers what is not. Returns the names."""
+        """Registers each new "NAME" or "NAME:TYPE". Returns the names."""
         parsed = [parse_dataref(text) for text in texts]
         yield from self.register_datarefs(dataref for _, dataref in parsed if dataref is not None)
         names = [name for name, _ in parsed]
@@ -62,7 +62,7 @@ class Registrar:
         return names
 
     def add_ways(self, name: str, ways: Sequence[Dataref]) -> Plan[None]:
-        """Further ways to access a dataref of no known type."""
+        """Further ways to access a dataref of unknown type."""
         new = self.names.add_ways(name, ways)
         found = yield from self._register(new, self._register_dataref)
         self._refuse_missing(_REGISTERING, [each.name for each in new], found)

@@ -1,4 +1,4 @@
-"""What is registered, and under which numbers on the present connection."""
+"""What is registered, and its numbers on the current connection."""
 
 from typing import Dict, List, Optional, Sequence
 
@@ -7,17 +7,17 @@ from orvane.velmar.values import Dataref
 
 
 class Registry:
-    """Names are wanted for as long as the client lives, numbers known for as long as a connection.
+    """Names live as long as the client, numbers as long as a connection.
 
-    A dataref that is accessed in several ways has a number for each. A number is given only once,
-    so nothing is ever written to a number that has become something else.
+    A dataref that is accessed in several ways has a number for each. A number is never reused, so
+    nothing is ever written to the wrong dataref.
     """
 
     def __init__(self) -> None:
         # None: its type is not known yet.
         self.datarefs: Dict[str, Optional[Dataref]] = {}
         self.commands: List[str] = []
-        # Further ways in which datarefs of no known type were written.
+        # Further ways in which datarefs of unknown type were written.
         self._ways: Dict[str, List[Dataref]] = {}
         self._dataref_numbers: Dict[Dataref, int] = {}
         self._command_numbers: Dict[str, int] = {}
@@ -46,7 +46,7 @@ class Registry:
         return candidates(name) + self._ways.get(name, [])
 
     def add_ways(self, name: str, ways: Sequence[Dataref]) -> List[Dataref]:
-        """Of ways to write a dataref of no known type, those that are new."""
+        """The new ones among ways to write a dataref of unknown type."""
         new = [way for way in ways if way not in self.variants(name)]
         self._ways.setdefault(name, []).extend(new)
         return new

@@ -1,4 +1,4 @@
-"""Ends commands by name, on a connection that knows nothing of them."""
+"""Ends commands by name, on a connection where they are not registered."""
 
 from collections import Counter
 from typing import Any, List
@@ -12,7 +12,7 @@ from orvane.velmar.values import Action
 
 
 def release_by_name(link: Link, held: "Counter[str]", limit: Limit) -> Plan[None]:
-    """Each as often as it was begun. A command that the simulator does not have is left alone.
+    """Ends each command as often as it was begun, except those that the simulator does not have.
 
     Every connection speaks this protocol, whichever its client uses. No number may be in use.
     """

@@ -26,8 +26,8 @@ from orvane.velmar.values import (
     Writable,
 )
 
-# A write may be done twice at once, but not when the simulator is back after minutes; an action may
-# not be done twice at all.
+# A write may be repeated at once, but not when the simulator is back after minutes; an action must
+# never be repeated.
 _WHEN_TORN = Repeat(when_torn=True)
 _NEVER = Repeat()
 
@@ -87,13 +87,13 @@ class Session:
     # Commands ------------------------------------------------------------------------------------
 
     def run(self, name: str, action: Action) -> Plan[None]:
-        """Alone in its request: an answer that is not empty cannot be blamed on anything else."""
+        """Alone in its request, so that its answer must be empty."""
         if name not in self._names.commands:
             yield from self.registrar.register_commands([name])
         doing = doing_it("running", [name])
 
         def send() -> Plan[None]:
-            # It may be down as soon as it is sent, and is until it surely is not.
+            # It counts as down from the moment it is sent until it is certainly up.
             if action is Action.BEGIN:
                 self._held[name] += 1
             yield from exchange(self.link, doing, [self._run(name, action)])
@@ -119,9 +119,9 @@ class Session:
         return (yield from self.link.carry_out(doing, ALWAYS, send))
 
     def poll_presses(self) -> Plan[List[CommandReport]]:
-        """A command that is registered again in the request of the poll starts afresh.
+        """Registering a command again in the same request resets its state.
 
-        No press can fall in between. Commands of other requests are reported with their own.
+        No press gets lost in between. Commands of other requests are reported with their own.
         """
         names = self._names.commands
         reports: List[CommandReport] = []
@@ -170,7 +170,7 @@ class Session:
     # What goes on --------------------------------------------------------------------------------
 
     def next_changes(self, pace: Pace, changes: Changes) -> Plan[Dict[str, Value]]:
-        """The next readings of which some are new."""
+        """The next readings with new values."""
         while True:
             yield from self.link.wait_for(pace)
             changed = changes.among((yield from self.read(changes.names)))

@@ -31,15 +31,15 @@ _COMMAND = 2
 _WORD = 4
 # Of a reply without a value.
 _LONGEST_REPLY = 16
-# The server ends its process if fewer bytes follow the type of a command's registration: the
-# number, the length and eight characters. Zeros are packets that it skips.
+# The server ends its process if fewer bytes than the number, the length and eight characters follow
+# the type of a command's registration. It skips zeros.
 _SHORTEST_SAFE_NAME = 8
 _PADDING = bytes(8)
 
 
 @dataclass(frozen=True)
 class Packet(Generic[T]):
-    """A packet and the reply that it has: at most how long that is, and how it is read.
+    """A packet, the largest size of its reply, and how to read that.
 
     `read` raises UnexpectedAnswer for anything else.
     """
@@ -87,7 +87,7 @@ def read(number: int, dataref: Dataref) -> Packet[Value]:
 
 
 def write(number: int, dataref: Dataref, value: Writable) -> Packet[None]:
-    """ValueError: the value is not one of this dataref."""
+    """ValueError: the dataref cannot take the value."""
     data = _words(_WRITE, number, dataref.value_size) + _encode(dataref, value)
 
     def read_reply(reader: ByteReader) -> None:
@@ -101,7 +101,7 @@ def run(number: int, action: Action) -> Packet[None]:
 
 
 def poll(commands: int) -> Packet[List[Tuple[int, CommandState]]]:
-    """Of so many commands. Replied: the numbers of those that were pressed."""
+    """Polls this many commands. Replied: the numbers of those that were pressed."""
 
     def read_reply(reader: ByteReader) -> List[Tuple[int, CommandState]]:
         count = reader.read_uint32()
@@ -116,7 +116,7 @@ def request_of(packets: "List[Packet[Any]]") -> bytes:
 
 
 def read_replies(payload: bytes, packets: "List[Packet[T]]") -> List[T]:
-    """What is replied to each. UnexpectedAnswer."""
+    """The replies to the packets. UnexpectedAnswer."""
     reader = ByteReader(payload)
     replies = [packet.read(reader) for packet in packets]
     reader.expect_end()
@@ -172,7 +172,7 @@ def _decode(dataref: Dataref, data: bytes) -> Value:
 
 
 def _code(type: Type) -> str:
-    """Of its numbers, as `struct` and `array` know them."""
+    """The code of its numbers in `struct` and `array`."""
     if type is Type.BYTE:
         return "B"
     return "i" if type in (Type.INT, Type.INT_ARRAY) else "f"

@@ -28,21 +28,20 @@ Values = Mapping[str, Writable]
 class Client(BlockingClient[Session]):
     """Datarefs and commands by name.
 
-    A name is registered when it is first used. A dataref is named as "NAME", which has the type
-    that it was registered with, or as "NAME:TYPE" with int, float, byte, int[N] or float[N]. The
-    server does not say which type a dataref has: one without is read as float, int, float[64] and
-    int[64], and the first type that gives something other than 0 is kept. Name the type where a 0
-    matters.
+    A name is registered when it is first used. A dataref is named "NAME", with the type that it was
+    registered with, or "NAME:TYPE" with int, float, byte, int[N] or float[N]. The server does not
+    report types: without one, a dataref is read as float, int, float[64] and int[64], and the first
+    type that gives something other than 0 is kept. Name the type if 0 matters.
 
         client["sim/cockpit2/controls/gear_handle_down:int"] = 0
 
-    An answer of another shape than asked for means that the request reached the server in pieces:
-    the client then connects anew, registers everything again and asks once more; only a second
-    failure is raised, as a ProtocolError. `run` raises at the first, since the command may have
-    been run. With OnLoss.RECONNECT, writes and actions that lost the connection on the way are not
-    repeated either, and a ClosedError says so; the new connection is there by then.
+    An answer of unexpected shape means that the request reached the server in pieces. The client
+    then reconnects, registers everything again and asks again; only a second failure is raised, as
+    a ProtocolError. `run` raises at the first, since the command may have been run. With
+    OnLoss.RECONNECT, writes and actions that lose the connection are not repeated either: they
+    raise a ClosedError once the new connection is there.
 
-    Refused: the simulator does not have names. All of them are told; the others are registered.
+    Refused: the simulator does not have some names. All others are registered.
     """
 
     _session_type = Session
@@ -50,10 +49,10 @@ class Client(BlockingClient[Session]):
     # Names ---------------------------------------------------------------------------------------
 
     def register_dataref(self, name: str, type: Type = Type.FLOAT, size: int = 0) -> None:
-        """Registers it as this type; arrays with so many elements, from element 0 on.
+        """Registers it as this type; arrays with `size` elements, from element 0 on.
 
-        Again with another type or size it replaces itself. ValueError: an empty name, one of more
-        than 255 bytes, an array without a size.
+        Registering it again with another type or size replaces it. ValueError: an empty name, one
+        of more than 255 bytes, an array without a size.
         """
         self.register_datarefs([Dataref(name, type, size)])
 
@@ -61,7 +60,7 @@ class Client(BlockingClient[Session]):
         self._run(self._session.registrar.register_datarefs(datarefs))
 
     def register_command(self, name: str) -> None:
-        """A command that is registered again begins with "not pressed"."""
+        """A command that is registered again starts as not pressed."""
         self.register_commands([name])
 
     def register_commands(self, names: Iterable[str]) -> None:
@@ -94,7 +93,7 @@ class Client(BlockingClient[Session]):
         ...
 
     def read(self, names: Union[str, NameList]) -> Union[Value, List[Value]]:
-        """The value of one dataref, or those of several, in one request as far as one is enough.
+        """The value of one dataref, or those of several, in one request if it is large enough.
 
         An int, a float, or an `array.array` of them; of a byte an int from 0 to 255.
         """
@@ -114,18 +113,18 @@ class Client(BlockingClient[Session]):
         """Writes one value, or several by name.
 
         ValueError: not of the registered type or size. Without a type a value is written as a float
-        and, if it is whole, as an int. That it arrived does not mean that it stays: the simulator
-        drops what it cannot write, without a word.
+        and, if it is whole, as an int. Success does not mean that the dataref has changed:
+        the simulator silently drops what it cannot write.
         """
         self._run(self._session.write(_values(names, value)))
 
     def changes(
         self, names: Iterable[str], rate: float, deadband: float = 0.0
     ) -> Iterator[Dict[str, Value]]:
-        """Endlessly reads datarefs, `rate` times a second, and yields the values that are new.
+        """Reads datarefs `rate` times a second, endlessly, and yields the values that are new.
 
-        At first these are all; later those that differ by more than `deadband` from what was
-        yielded of them before, of an array if an element does.
+        First these are all; later those that differ, in any element, by more than `deadband` from
+        what was last yielded.
         """
         pace, changes = Pace(rate), Changes(names, deadband)
         return iter(lambda: self._run(self._session.next_changes(pace, changes)), None)
@@ -135,7 +134,7 @@ class Client(BlockingClient[Session]):
     def run(self, name: str, action: Action = Action.ONCE) -> None:
         """Runs, begins or ends a command.
 
-        What was begun and not ended the client ends when it goes.
+        When the client closes, it ends what was begun and not ended.
         """
         self._run(self._session.run(name, action))
 
@@ -149,20 +148,20 @@ class Client(BlockingClient[Session]):
             self._run(self._session.end_if_held(name))
 
     def poll(self) -> List[CommandReport]:
-        """The commands that were pressed since they were registered; each call reports it again."""
+        """The commands pressed since they were registered; each call reports them again."""
         return self._run(self._session.poll())
 
     def poll_presses(self) -> List[CommandReport]:
-        """The commands that were pressed since the call before, several presses of one as one.
+        """The commands that were pressed since the previous call, several presses of one as one.
 
         A command that is held is reported as down by each call.
         """
         return self._run(self._session.poll_presses())
 
     def presses(self, names: Iterable[str], rate: float = 20.0) -> Iterator[CommandReport]:
-        """Endlessly looks, `rate` times a second, and yields each press of these commands once.
+        """Polls `rate` times a second, endlessly, and yields each press of these commands once.
 
-        Several presses of one between two looks are one.
+        Several presses of one command between two polls count as one.
         """
         pace, presses = Pace(rate), Presses(names)
         looks = iter(lambda: self._run(self._session.next_presses(pace, presses)), None)

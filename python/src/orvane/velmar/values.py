@@ -9,21 +9,21 @@ from typing import Optional, Sequence, Union
 from orvane._core.checks import check_name
 
 _LONGEST_NAME = 255
-# The server ends the simulator's process when an answer does not fit into its buffer of 0x0FFFFFFF
+# The server ends the simulator's process if an answer does not fit into its buffer of 0x0FFFFFFF
 # bytes.
 _MOST_ELEMENTS = 60_000_000
 
 Value = Union[int, float, "array[int]", "array[float]"]
-"""What is read: of a byte an int from 0 to 255."""
+"""What is read: a byte as an int from 0 to 255."""
 
 Writable = Union[int, float, Sequence[int], Sequence[float]]
-"""What can be written: arrays also as lists and tuples."""
+"""What can be written: arrays, and lists and tuples."""
 
 
 class Type(enum.IntEnum):
-    """How a dataref is accessed: your choice, which the server does not check.
+    """How a dataref is accessed. You choose, and the server does not check.
 
-    A dataref that does not offer it reads as 0.
+    A dataref without this type reads as 0.
     """
 
     INT = 1
@@ -38,7 +38,7 @@ class Type(enum.IntEnum):
 
 
 class Action(enum.IntEnum):
-    """What is done with a command."""
+    """What to do with a command."""
 
     ONCE = 1
     BEGIN = 2
@@ -46,7 +46,7 @@ class Action(enum.IntEnum):
 
 
 class CommandState(enum.Enum):
-    """Of a command, since it was looked at before."""
+    """Of a command, since the last poll."""
 
     UP = 0
     DOWN = 1
