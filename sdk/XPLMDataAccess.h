@@ -25,7 +25,7 @@ enum {
 
 // Returns null for an unknown name. Look-ups are slow; handles stay valid.
 XPLM_API XPLMDataRef XPLMFindDataRef(const char* inDataRefName);
-// How many datarefs there are; indices count from 0 and stay while the simulator runs.
+// The number of datarefs; indices start at 0 and stay valid while the simulator runs.
 XPLM_API int XPLMCountDataRefs(void);
 XPLM_API void XPLMGetDataRefsByIndex(int offset, int count, XPLMDataRef* outDataRefs);
 
@@ -85,7 +85,7 @@ XPLM_API void XPLMUnregisterDataAccessor(XPLMDataRef inDataRef);
 // Shared data: a dataref that belongs to all plugins and lives in the simulator.
 typedef void (*XPLMDataChanged_f)(void* inRefcon);
 
-// Makes the data if need be. Returns 0 when the name exists with another type.
+// Creates the data if needed. Returns 0 when the name exists with another type.
 XPLM_API int XPLMShareData(const char* inDataName, XPLMDataTypeID inDataType,
                            XPLMDataChanged_f inNotificationFunc, void* inNotificationRefcon);
 // The arguments are those of XPLMShareData.

@@ -148,7 +148,7 @@ enum {
     xplm_WindowDecorationSelfDecoratedResizable = 3
 };
 
-// Plugins of older SDKs give a shorter structure; structSize tells.
+// Plugins of older SDKs pass a shorter structure; structSize shows which.
 typedef struct {
     int structSize;
     int left;

@@ -36,7 +36,7 @@ XPLM_API void XPLMGetNthAircraftModel(int inIndex, char* outFileName, char* outP
 
 typedef void (*XPLMPlanesAvailable_f)(void* inRefcon);
 
-// 1 when the caller has the planes now; else the callback tells when to ask again.
+// 1 if the caller has the planes now; else the callback says when to ask again.
 XPLM_API int XPLMAcquirePlanes(char** inAircraft, XPLMPlanesAvailable_f inCallback, void* inRefcon);
 XPLM_API void XPLMReleasePlanes(void);
 XPLM_API void XPLMSetActiveAircraftCount(int inCount);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Plugins: who is there, switching them on and off, messages, and features of the SDK.
+// Plugins: the loaded ones, enabling and disabling, messages, and features of the SDK.
 
 #include "XPLMDefs.h"
 
@@ -25,7 +25,7 @@
 
 // The plugin that calls.
 XPLM_API XPLMPluginID XPLMGetMyID(void);
-// 256 characters each; null where the caller does not want to know.
+// 256 characters each; null if not needed.
 XPLM_API void XPLMGetPluginInfo(XPLMPluginID inPlugin, char* outName, char* outFilePath,
                                 char* outSignature, char* outDescription);
 XPLM_API int XPLMCountPlugins(void);

@@ -11,7 +11,7 @@ XPLM_API void XPLMGetPrefsPath(char* outPrefsPath);
 XPLM_API const char* XPLMGetDirectorySeparator(void);
 // Cuts the path at its last separator and returns the file's name, which is in the same memory.
 XPLM_API char* XPLMExtractFileAndPath(char* inFullPath);
-// Names follow each other, each with its zero. Returns 1 when all of them fitted.
+// Names follow each other, each zero-terminated. Returns 1 if all fitted.
 XPLM_API int XPLMGetDirectoryContents(const char* inDirectoryPath, int inFirstReturn,
                                       char* outFileNames, int inFileNameBufSize, char** outIndices,
                                       int inIndexCount, int* outTotalFiles, int* outReturnedFiles);
@@ -55,19 +55,19 @@ enum {
 };
 
 XPLM_API int XPLMInitialized(void);
-// Null where the caller does not want to know.
+// Null if not needed.
 XPLM_API void XPLMGetVersions(int* outXPlaneVersion, int* outXPLMVersion,
                               XPLMHostApplicationID* outHostID);
 XPLM_API XPLMLanguageCode XPLMGetLanguage(void);
-// A function of the SDK by name; null when there is none.
+// A function of the SDK by name; null if unknown.
 XPLM_API void* XPLMFindSymbol(const char* inString);
 
 typedef void (*XPLMError_f)(const char* inMessage);
 
-// Is told of bad arguments that the calling plugin gives.
+// Called about bad arguments of the calling plugin.
 XPLM_API void XPLMSetErrorCallback(XPLMError_f inCallback);
 
-// Appends the text to the simulator's log as it stands; no newline is added.
+// Appends the text to the simulator's log unchanged; no newline is added.
 XPLM_API void XPLMDebugString(const char* inString);
 
 XPLM_API void XPLMSpeakString(const char* inString);

@@ -56,7 +56,7 @@ XPLM_API void XPLMGetMETARForAirport(const char* airport_id, XPLMFixedString150_
 // 1 when detailed weather was found, 0 when the answer is the general one.
 XPLM_API int XPLMGetWeatherAtLocation(double latitude, double longitude, double altitude_m,
                                       XPLMWeatherInfo_t* out_info);
-// What is set counts from the end of the update on.
+// Settings take effect at the end of the update.
 XPLM_API void XPLMBeginWeatherUpdate(void);
 XPLM_API void XPLMEndWeatherUpdate(int isIncremental, int updateImmediately);
 XPLM_API void XPLMSetWeatherAtLocation(double latitude, double longitude,

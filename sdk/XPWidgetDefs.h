@@ -1,6 +1,6 @@
 #pragma once
 
-// Widgets: what they are and what they are told.
+// Widgets: types and messages.
 
 #include "XPLMDefs.h"
 
@@ -44,7 +44,8 @@ typedef struct {
     int dheight;
 } XPWidgetGeometryChange_t;
 
-// Who is asked: the widget; it and its parents; it and its children; all of its callbacks; one.
+// Who gets the message: the widget; it and its parents; it and its children; all of its callbacks;
+// one.
 typedef int XPDispatchMode;
 
 enum {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Widgets: making, arranging and asking them. Any output may be null.
+// Widgets: creating, arranging and querying them. Any output may be null.
 
 #include "XPLMDisplay.h"
 #include "XPWidgetDefs.h"
