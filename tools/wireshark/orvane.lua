@@ -5,10 +5,10 @@
 --     tshark -X lua_script:orvane.lua -r capture.pcapng -Y orvane
 -- Needs Wireshark 3.6 or newer. The server's port, 48000, is a preference: orvane.port.
 --
--- A request does not contain its length, and an answer does not say what it answers. So this follows
--- each connection as the plugin does: what is defined and registered, which requests wait for an
--- answer, and where the plugin would lose its place, close the connection or end the process.
--- docs/tarnel.md and docs/velmar.md describe the protocols.
+-- A request does not contain its length, and an answer does not say what it answers. So this
+-- follows each connection as the plugin does: what is defined and registered, which requests wait
+-- for an answer, and where the plugin would lose its place, close the connection or end the
+-- process. docs/tarnel.md and docs/velmar.md describe the protocols.
 --
 -- Each stretch of a stream is parsed once, in the order of the capture, into a record (sections
 -- "Requests" and "Answers"). Wireshark may show a record many times, in any order (section
@@ -350,8 +350,8 @@ local function new_cursor(stream, side, tvb, pinfo, record)
     }
 end
 
--- Whether the bytes are there. If not, `missing` is how many the stretch lacks, 0 if only the capture
--- lacks them.
+-- Whether the bytes are there. If not, `missing` is how many the stretch lacks, 0 if only the
+-- capture lacks them.
 local function has(cursor, offset, count)
     local ends = offset + count
     cursor.missing = math.max(ends - cursor.total, 0)
@@ -682,8 +682,8 @@ local function revert(stream, packet)
     end
 end
 
--- Each of these returns the packet's length, or nil if it is incomplete, and fills in what it finds.
--- `at` is the position of the type.
+-- Each of these returns the packet's length, or nil if it is incomplete, and fills in what it
+-- finds. `at` is the position of the type.
 local parse_packet = {}
 
 parse_packet[1] = function(cursor, at, packet)
@@ -859,8 +859,8 @@ local function take_for_padding(packets, packet)
     end
 end
 
--- Packets from `at` to the end. Returns them, and where the first incomplete one begins, if there is
--- one.
+-- Packets from `at` to the end. Returns them, and where the first incomplete one begins, if there
+-- is one.
 local function parse_velmar(cursor, at)
     local packets = {}
     while at < cursor.total do
@@ -885,8 +885,8 @@ local function ask(cursor, start)
     return cursor.total
 end
 
--- If Wireshark may not reassemble segments, or the capture lacks bytes, an incomplete request is taken
--- for complete.
+-- If Wireshark may not reassemble segments, or the capture lacks bytes, an incomplete request is
+-- taken for complete.
 local function give_up(cursor, request)
     cursor.side.skip = cursor.missing
     request.is_incomplete = true
@@ -895,8 +895,8 @@ local function give_up(cursor, request)
     note(request, "capture", "the rest is not in the capture or not reassembled")
 end
 
--- Waits for the rest of a Tarnel message or Velmar packet that begins at `at` and is cut by the end of
--- the segment. `line` is the last log line if the plugin does not wait.
+-- Waits for the rest of a Tarnel message or Velmar packet that begins at `at` and is cut by the end
+-- of the segment. `line` is the last log line if the plugin does not wait.
 local function postpone(cursor, start, at, request, line)
     local missing = cursor.missing
     local label = request.protocol == VELMAR and "Velmar packet, cut" or "Tarnel request, cut"
@@ -1093,8 +1093,8 @@ local function find_place(cursor, unread, identification)
     end
 end
 
--- After it has lost its place, the plugin looks at four bytes each time that more arrive. Each segment
--- counts as one arrival.
+-- After it has lost its place, the plugin looks at four bytes each time that more arrive. Each
+-- segment counts as one arrival.
 local function look(cursor, at, why)
     local stream = cursor.stream
     local unread = stream.unread .. cursor.tvb:raw(at, cursor.captured - at)
@@ -1118,8 +1118,8 @@ local function look(cursor, at, why)
     end
 end
 
--- The rest of a request whose beginning was answered. If it has several segments, it is unknown which
--- of them came before the answer.
+-- The rest of a request whose beginning was answered. If it has several segments, it is unknown
+-- which of them came before the answer.
 local function parse_torn_rest(cursor, at, torn)
     local why = string.format("torn, frame %d answers the part that had arrived", torn.answer)
     if cursor.stream.unread and torn.missing <= (last(tcp_length) or 0) then
@@ -1458,8 +1458,8 @@ local function stream_of(pinfo)
     return streams[key]
 end
 
--- The same stretch may come again when a frame is shown again. At most one reassembled stretch ends in
--- a frame.
+-- The same stretch may come again when a frame is shown again. At most one reassembled stretch ends
+-- in a frame.
 local function record_of(tvb, pinfo)
     local key = string.format("%d %d %d", pinfo.number, tvb:offset(), tvb:reported_len())
     local record = records[key]

@@ -114,6 +114,10 @@ void checkDistinct(const std::vector<DatarefArgument>& arguments) {
 
 } // namespace
 
+bool isOwnName(std::string_view name) {
+    return name.starts_with("kyr/");
+}
+
 velmar::Dataref DatarefArgument::Dataref() const {
     if (!elements) {
         return {name, type.value_or(Type::Float), size};

@@ -14,6 +14,9 @@
 
 namespace orvane::tool {
 
+// Whether a name is one of the plugin's own, which it creates for an output.
+bool isOwnName(std::string_view name);
+
 struct TypeAndSize {
     velmar::Type type = velmar::Type::Float;
     std::uint32_t size = 0;

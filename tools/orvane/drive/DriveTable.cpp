@@ -20,7 +20,6 @@ namespace {
 
 constexpr std::size_t kMostRows = 500;
 constexpr std::size_t kBarColumns = 10;
-constexpr double kHighestRaw = 65535;
 constexpr std::size_t kShortestCurve = 4;
 constexpr std::size_t kLongestMapping = 32; // before the curve goes first
 constexpr std::size_t kNarrowestLabel = 8;
@@ -71,7 +70,7 @@ std::string markOf(const ProfileInput& input, std::int32_t sent, bool unicode) {
     if (!input.isAxis) {
         return "";
     }
-    const double part = std::clamp(sent / kHighestRaw, 0.0, 1.0);
+    const double part = std::clamp(sent / kHighestAxisValue, 0.0, 1.0);
     std::string text = bar(part * kBarColumns, unicode);
     for (std::size_t i = displayWidth(text); i < kBarColumns; ++i) {
         text += unicode ? "·" : ".";

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 
-namespace orvane::tool {
+#include "tools/orvane/datarefs/DatarefArgument.h"
 
-bool isOwnName(const std::string& name) {
-    return name.starts_with("kyr/");
-}
+namespace orvane::tool {
 
 bool Profile::HasInputsOnOwnNames() const {
     return std::any_of(expectedNames.begin(), expectedNames.end(),

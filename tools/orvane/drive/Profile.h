@@ -40,9 +40,6 @@ struct ExpectedName {
     std::string user{}; // input "pitch"
 };
 
-// Whether the plugin creates this name for an output.
-bool isOwnName(const std::string& name);
-
 // A session as a user describes it in a TOML file: the server, the inputs and the outputs.
 struct Profile {
     static constexpr double kUsualRate = 50;

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/drive/ProfileMotionTable.h"
 
 namespace orvane::tool {

@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/drive/InputNames.h"
 #include "tools/orvane/drive/ProfileInputTable.h"
 #include "tools/orvane/drive/ProfileOutputTable.h"

@@ -10,7 +10,6 @@ namespace {
 
 constexpr double kSweepPeriods = 10;
 constexpr double kSweepGain = 10;
-constexpr double kHighestRaw = 65535;
 
 double sine(double periods) {
     return std::sin(2 * std::numbers::pi * periods);
@@ -64,7 +63,7 @@ double levelOf(Waveform waveform, double periods) {
 }
 
 std::int32_t axisValue(double level) {
-    const double raw = (std::clamp(level, -1.0, 1.0) + 1) / 2 * kHighestRaw;
+    const double raw = (std::clamp(level, -1.0, 1.0) + 1) / 2 * kHighestAxisValue;
     return static_cast<std::int32_t>(std::lround(raw));
 }
 

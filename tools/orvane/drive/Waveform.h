@@ -16,6 +16,8 @@ std::optional<Waveform> waveformNamed(std::string_view name);
 // repeats.
 double levelOf(Waveform waveform, double periods);
 
+inline constexpr double kHighestAxisValue = 65535;
+
 // The raw axis value for a level: 0 to 65535, with 32768 in the middle.
 std::int32_t axisValue(double level);
 

@@ -71,7 +71,7 @@ void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
         return;
     }
     const bool isArray = dataref.size > 0 || dataref.elements;
-    const bool isOwnArray = isArray && dataref.name.starts_with("kyr/");
+    const bool isOwnArray = isArray && isOwnName(dataref.name);
     tell(fmt::format("{}: {} was not taken, it reads {}{}", dataref.name,
                      valueText(outcome.written), valueText(outcome.reads),
                      isOwnArray ? kOwnArrays : ""));

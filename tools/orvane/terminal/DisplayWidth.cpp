@@ -98,9 +98,4 @@ std::string leftAligned(std::string_view text, std::size_t columns) {
     return std::string(text) + std::string(columns > width ? columns - width : 0, ' ');
 }
 
-std::string rightAligned(std::string_view text, std::size_t columns) {
-    const std::size_t width = displayWidth(text);
-    return std::string(columns > width ? columns - width : 0, ' ') + std::string(text);
-}
-
 } // namespace orvane::tool

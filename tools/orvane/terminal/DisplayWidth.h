@@ -18,8 +18,7 @@ std::string_view endOf(std::string_view text, std::size_t columns);
 // The text, or ".." and its end if it is wider: names differ at their ends.
 std::string lastColumns(std::string_view text, std::size_t columns);
 
-// The text padded with spaces to this many columns.
+// The text, followed by spaces up to this many columns.
 std::string leftAligned(std::string_view text, std::size_t columns);
-std::string rightAligned(std::string_view text, std::size_t columns);
 
 } // namespace orvane::tool

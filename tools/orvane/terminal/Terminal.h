@@ -13,8 +13,6 @@ public:
     explicit Terminal(int fileDescriptor);
 
     bool IsTerminal() const { return isTerminal; }
-    // Also false when NO_COLOR is set and not empty.
-    bool MayColour() const { return mayColour; }
     // Judged by the name of the locale.
     bool KnowsUnicode() const { return knowsUnicode; }
 
@@ -22,7 +20,7 @@ public:
     std::size_t Columns() const;
     std::size_t Rows() const;
 
-    // The text unchanged if nothing is coloured.
+    // The text unchanged if it is not a terminal, or if NO_COLOR is set and not empty.
     std::string Bold(std::string_view text) const;
 
 private:
