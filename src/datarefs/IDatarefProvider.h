@@ -42,6 +42,6 @@ public:
     virtual int GetBytes(void* refcon, void* values, int offset, int max) = 0;
     virtual void SetBytes(void* refcon, void* values, int offset, int count) = 0;
 
-    // Takes back every registration; the configuration file stays as it is.
+    // Takes back every registration; the configuration file is left alone.
     virtual void UnregisterAll() {}
 };

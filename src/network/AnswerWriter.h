@@ -48,7 +48,7 @@ private:
     template <typename Value>
     void putAll(const Value* values, std::size_t count);
 
-    // For a full block, or if the ring buffer has hardly any room.
+    // For a full block, or if the ring buffer has little room.
     void putDirectly(float value);
     void putDirectly(std::int32_t value);
     void putDirectly(std::uint32_t value);

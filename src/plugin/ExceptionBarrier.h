@@ -17,6 +17,6 @@ template <typename Body>
 void withExceptionBarrier(Body&& body) noexcept {
     try {
         std::forward<Body>(body)();
-    } catch (...) { // NOLINT(bugprone-empty-catch): there is nobody to tell.
+    } catch (...) { // NOLINT(bugprone-empty-catch): there is nobody to report to.
     }
 }

@@ -15,7 +15,7 @@ void reportShortName(ILoggingService* log, const char* className, std::uint8_t l
     std::string message = "FATAL@";
     message += className;
     message += "::FromStream : tried to read string with ";
-    // The length stands in the line as the byte itself; users search for it that way.
+    // The line has the length as a raw byte; users search for it that way.
     message += static_cast<char>(length);
     message += " bytes, got " + std::to_string(received);
     log->Log(LogLevelError, message);
