@@ -79,7 +79,7 @@ Connection::~Connection() {
 Bytes Connection::exchange(std::span<const std::uint8_t> request, const std::string& doing,
                            std::size_t most) {
     const auto deadline = Clock::now() + options->timeout;
-    checkThatNothingWaits(doing);
+    checkNothingUnread(doing);
     send(request, doing, deadline);
     std::array<std::uint8_t, kHeaderSize> header{};
     awaitAnswer(doing, deadline);
@@ -130,7 +130,7 @@ int Connection::connectTo(const sockaddr_in& address, Clock::time_point deadline
 }
 
 // Detects a connection that has ended or is out of step, before anything is sent on it.
-void Connection::checkThatNothingWaits(const std::string& doing) const {
+void Connection::checkNothingUnread(const std::string& doing) const {
     std::uint8_t byte = 0;
     ssize_t waiting = 0;
     do {

@@ -39,7 +39,7 @@ private:
     void connectToAny(Clock::time_point deadline);
     // Returns 0 or an error number.
     int connectTo(const sockaddr_in& address, Clock::time_point deadline);
-    void checkThatNothingWaits(const std::string& doing) const;
+    void checkNothingUnread(const std::string& doing) const;
     void send(std::span<const std::uint8_t> request, const std::string& doing,
               Clock::time_point deadline) const;
     // Waits for the first byte of an answer.

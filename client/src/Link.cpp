@@ -70,7 +70,7 @@ Link::Outcome Link::tryToCarryOut(const std::string& doing, Repeat repeat, const
         if (!repeat.whenTorn) {
             throw;
         }
-        connectAnew(1);
+        connectAgain(1);
     } catch (const ClosedError&) {
         if (options.onLoss == OnLoss::Throw) {
             throw;
@@ -117,7 +117,7 @@ void Link::backOffUntilConnected() {
 
 std::optional<std::string> Link::tryToConnect() {
     try {
-        connectAnew(kTriesToDeclare);
+        connectAgain(kTriesToDeclare);
         return std::nullopt;
     } catch (const ConnectError& error) {
         return error.what();
@@ -133,15 +133,15 @@ void Link::renew() {
         if (options.onLoss == OnLoss::Reconnect) {
             backOffUntilConnected();
         } else {
-            connectAnew(kTriesToDeclare);
+            connectAgain(kTriesToDeclare);
         }
     });
 }
 
-void Link::connectAnew(int triesToDeclare) {
+void Link::connectAgain(int triesToDeclare) {
     connection.reset();
     connection = makeDeclared(triesToDeclare);
-    releasedInVain = false;
+    releaseFailed = false;
     if (callbacks.connected) {
         callbacks.connected();
     }

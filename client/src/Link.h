@@ -74,7 +74,7 @@ private:
     void backOffUntilConnected();
     // Returns the reason for another try, if one is needed.
     std::optional<std::string> tryToConnect();
-    void connectAnew(int triesToDeclare);
+    void connectAgain(int triesToDeclare);
     std::unique_ptr<Connection> makeDeclared(int tries);
     void drop(const Error& reason);
 
@@ -90,7 +90,7 @@ private:
     ISession& session;
     Callbacks callbacks;
     std::unique_ptr<Connection> connection;
-    bool releasedInVain = false; // since the last connection
+    bool releaseFailed = false; // since the last connection
 };
 
 } // namespace orvane::detail

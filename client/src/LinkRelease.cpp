@@ -13,7 +13,7 @@ namespace {
 using std::chrono::milliseconds;
 
 // A plugin that is reloaded listens again within a frame or two.
-constexpr milliseconds kBetweenTries(20);
+constexpr milliseconds kRetryInterval(20);
 
 } // namespace
 
@@ -28,7 +28,7 @@ void Link::close() noexcept {
 
 void Link::closeForGood() noexcept {
     callbacks = {};
-    if (!releasedInVain) {
+    if (!releaseFailed) {
         close();
     }
 }
@@ -57,7 +57,7 @@ void Link::release() {
     try {
         releaseElsewhere(begin + options.releaseWithin);
     } catch (const Error& error) {
-        releasedInVain = true;
+        releaseFailed = true;
         if (callbacks.notReleased) {
             callbacks.notReleased(session.held(), error);
         }
@@ -70,8 +70,8 @@ void Link::releaseHere(Clock::time_point end) {
         return;
     }
     const std::string doing = releasing();
-    const Options hasty = optionsUntil(end);
-    connection->use(hasty);
+    const Options limited = optionsUntil(end);
+    connection->use(limited);
     attempt(doing, [&](Connection& on) { session.release(on, doing); });
     connection->use(options);
 }
@@ -80,12 +80,12 @@ void Link::releaseElsewhere(Clock::time_point end) {
     const std::string doing = releasing();
     for (;;) {
         try {
-            const Options hasty = optionsUntil(end);
-            Connection other(hasty, doing);
+            const Options limited = optionsUntil(end);
+            Connection other(limited, doing);
             session.releaseByName(other, doing);
             return;
         } catch (const ConnectError&) {
-            const auto next = Clock::now() + kBetweenTries;
+            const auto next = Clock::now() + kRetryInterval;
             if (next >= end) {
                 throw;
             }
@@ -97,10 +97,11 @@ void Link::releaseElsewhere(Clock::time_point end) {
 }
 
 Options Link::optionsUntil(Clock::time_point end) const {
-    Options hasty = options;
-    hasty.timeout = std::max(milliseconds(1), std::chrono::ceil<milliseconds>(end - Clock::now()));
-    hasty.cancelled = nullptr;
-    return hasty;
+    Options limited = options;
+    limited.timeout =
+        std::max(milliseconds(1), std::chrono::ceil<milliseconds>(end - Clock::now()));
+    limited.cancelled = nullptr;
+    return limited;
 }
 
 std::string Link::releasing() const {

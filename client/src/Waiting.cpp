@@ -11,7 +11,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kBetweenQuestions(100);
+constexpr milliseconds kCheckInterval(100);
 constexpr milliseconds kLongestPoll(3'600'000);
 // poll ignores negative descriptors.
 constexpr int kNoSocket = -1;
@@ -20,7 +20,7 @@ constexpr int kNoSocket = -1;
 
 Waited waitFor(int socket, short events, Clock::time_point deadline,
                const std::function<bool()>& cancelled) {
-    const milliseconds longest = cancelled ? kBetweenQuestions : kLongestPoll;
+    const milliseconds longest = cancelled ? kCheckInterval : kLongestPoll;
     for (;;) {
         if (cancelled && cancelled()) {
             return Waited::Cancelled;

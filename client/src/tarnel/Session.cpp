@@ -21,7 +21,7 @@ constexpr Repeat kAlways{.whenTorn = true, .whenLost = true};
 constexpr Repeat kWhenTorn{.whenTorn = true, .whenLost = false};
 
 // As many as the server's buffer holds after the head of the message.
-constexpr std::size_t kMostItems = 30'000'000;
+constexpr std::size_t kMaxItems = 30'000'000;
 
 } // namespace
 
@@ -49,9 +49,9 @@ Answer Client::Session::define(Definitions newDefinitions) {
         replaceDefinitions(std::move(newDefinitions));
         throw;
     }
-    const bool startAnew = link.isConnected() && needsNewConnection(newDefinitions);
+    const bool mustReconnect = link.isConnected() && needsNewConnection(newDefinitions);
     replaceDefinitions(std::move(newDefinitions));
-    if (startAnew) {
+    if (mustReconnect) {
         link.renew();
     }
     const std::string doing = "defining";
@@ -68,7 +68,7 @@ Answer Client::Session::define(Definitions newDefinitions) {
 void Client::Session::replaceDefinitions(Definitions newDefinitions) {
     definitions = std::make_shared<const Definitions>(std::move(newDefinitions));
     isDefined = false;
-    leaveOver();
+    moveToLeftOver();
     if (tracksHeld) {
         heldInputs.follow(*definitions);
     }
@@ -140,11 +140,11 @@ void Client::Session::release(Connection& on, const std::string& doing) {
 }
 
 void Client::Session::releaseByName(Connection& on, const std::string& doing) {
-    leaveOver();
+    moveToLeftOver();
     velmar::endByName(on, doing, leftOver, 1);
 }
 
-void Client::Session::leaveOver() {
+void Client::Session::moveToLeftOver() {
     heldInputs.addTo(leftOver);
     heldInputs.forgetAll();
 }
@@ -173,7 +173,7 @@ void Client::Session::checkItems(std::span<const Item> items) const {
     if (!definitions) {
         throw std::invalid_argument("values cannot be exchanged before anything is defined");
     }
-    if (items.size() > kMostItems) {
+    if (items.size() > kMaxItems) {
         throw std::invalid_argument(std::to_string(items.size()) +
                                     " items are more than the server can hold");
     }

@@ -48,7 +48,7 @@ private:
     bool needsNewConnection(const Definitions& wanted) const;
     void checkItems(std::span<const Item> items) const;
     // Moves what the definitions hold to `leftOver`.
-    void leaveOver();
+    void moveToLeftOver();
     void noteAircraft(std::uint32_t id);
 
     Answer exchangeItems(detail::Connection& on, const std::string& doing,

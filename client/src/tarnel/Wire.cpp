@@ -136,7 +136,7 @@ Value readEntry(ByteReader& reader, const Output& output, bool isAircraftLoaded)
 }
 
 // Only commands differ: without an aircraft, their entries have the identifier twice.
-bool tellsOfAnAircraft(std::size_t size, std::span<const Output> outputs) {
+bool hasAircraft(std::size_t size, std::span<const Output> outputs) {
     const std::size_t shortest = shortestAnswer(outputs);
     const std::size_t longest = longestAnswer(outputs);
     if (size != shortest && size != longest) {
@@ -206,7 +206,7 @@ Version readVersion(std::span<const std::uint8_t> payload) {
 }
 
 Answer readAnswer(std::span<const std::uint8_t> payload, std::span<const Output> outputs) {
-    const bool isAircraftLoaded = tellsOfAnAircraft(payload.size(), outputs);
+    const bool isAircraftLoaded = hasAircraft(payload.size(), outputs);
     ByteReader reader(payload);
     Answer answer;
     answer.outputs.reserve(outputs.size());

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kLongestName = 255;
 // The server ends the simulator's process if an answer does not fit into its buffer of 0x0FFFFFFF
 // bytes.
-constexpr std::uint32_t kMostElements = 60'000'000;
+constexpr std::uint32_t kMaxElements = 60'000'000;
 
 [[noreturn]] void refuse(const std::string& why) {
     throw std::invalid_argument(why);
@@ -69,9 +69,9 @@ void checkDataref(const Dataref& dataref) {
         refuse(dataref.name + " has unknown type " +
                std::to_string(static_cast<std::uint32_t>(dataref.type)));
     }
-    if (isArray(dataref.type) && (dataref.size < 1 || dataref.size > kMostElements)) {
+    if (isArray(dataref.type) && (dataref.size < 1 || dataref.size > kMaxElements)) {
         refuse("the array " + dataref.name + " has " + std::to_string(dataref.size) +
-               " elements; 1 to " + std::to_string(kMostElements) + " are allowed");
+               " elements; 1 to " + std::to_string(kMaxElements) + " are allowed");
     }
 }
 

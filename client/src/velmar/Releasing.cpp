@@ -61,19 +61,19 @@ void takeReply(ByteReader& reader, const ReleaseStep& step, HeldCommands& held) 
     }
 }
 
-using Doubtful = std::map<wire::Number, std::string>;
+using Uncertain = std::map<wire::Number, std::string>;
 
 // The simulator runs a command that is down in every frame, so a poll in a later frame than its
 // registration sees it.
-std::vector<wire::Number> thoseDown(Connection& on, const std::string& doing,
-                                    const Doubtful& doubtful) {
+std::vector<wire::Number> commandsDown(Connection& on, const std::string& doing,
+                                       const Uncertain& uncertain) {
     ByteWriter request = wire::beginRequest();
     wire::writePoll(request);
-    const Bytes answer = on.exchange(request.bytes(), doing, wire::pollReplySize(doubtful.size()));
+    const Bytes answer = on.exchange(request.bytes(), doing, wire::pollReplySize(uncertain.size()));
     ByteReader reader(answer);
     std::vector<wire::Number> down;
     for (const wire::PollEntry& entry : wire::readPollReply(reader)) {
-        if (entry.state == CommandState::Down && doubtful.contains(entry.number)) {
+        if (entry.state == CommandState::Down && uncertain.contains(entry.number)) {
             down.push_back(entry.number);
         }
     }
@@ -81,16 +81,16 @@ std::vector<wire::Number> thoseDown(Connection& on, const std::string& doing,
     return down;
 }
 
-void endIfDown(Connection& on, const std::string& doing, const Doubtful& doubtful,
+void endIfDown(Connection& on, const std::string& doing, const Uncertain& uncertain,
                HeldCommands& held) {
     std::vector<ReleaseStep> steps;
-    for (const wire::Number number : thoseDown(on, doing, doubtful)) {
-        const std::string& command = doubtful.at(number);
+    for (const wire::Number number : commandsDown(on, doing, uncertain)) {
+        const std::string& command = uncertain.at(number);
         const int times = held.all().at(command).perhaps;
         steps.insert(steps.end(), static_cast<std::size_t>(times), {Kind::End, number, command});
     }
     takeSteps(on, doing, steps, held);
-    for (const auto& [number, command] : doubtful) {
+    for (const auto& [number, command] : uncertain) {
         held.forget(command);
     }
 }
@@ -121,23 +121,23 @@ void takeSteps(Connection& on, const std::string& doing, std::span<const Release
 void endByName(Connection& on, const std::string& doing, HeldCommands& held,
                wire::Number firstNumber) {
     std::vector<ReleaseStep> steps;
-    Doubtful doubtful;
+    Uncertain uncertain;
     wire::Number number = firstNumber;
     for (const auto& [command, times] : held.all()) {
         steps.push_back({Kind::Register, number, command});
         steps.insert(steps.end(), static_cast<std::size_t>(times.begun),
                      {Kind::End, number, command});
         if (times.perhaps > 0) {
-            doubtful.emplace(number, command);
+            uncertain.emplace(number, command);
         } else {
             steps.push_back({Kind::Unregister, number, command});
         }
         ++number;
     }
     takeSteps(on, doing, steps, held);
-    std::erase_if(doubtful, [&](const auto& each) { return !held.all().contains(each.second); });
-    if (!doubtful.empty()) {
-        endIfDown(on, doing, doubtful, held);
+    std::erase_if(uncertain, [&](const auto& each) { return !held.all().contains(each.second); });
+    if (!uncertain.empty()) {
+        endIfDown(on, doing, uncertain, held);
     }
 }
 

@@ -19,10 +19,10 @@ struct Limits {
     std::optional<double> seconds;
     double interval = 0.0;
 
-    std::uint64_t MostTurns() const {
+    std::uint64_t MaxCount() const {
         return count.value_or(std::numeric_limits<std::uint64_t>::max());
     }
-    double MostSeconds() const { return seconds.value_or(std::numeric_limits<double>::infinity()); }
+    double MaxSeconds() const { return seconds.value_or(std::numeric_limits<double>::infinity()); }
 };
 
 // -T; the caller adds its bounds.

@@ -12,7 +12,7 @@ namespace {
 
 using std::chrono::steady_clock;
 constexpr std::chrono::hours kVeryLong(24 * 365);
-constexpr std::chrono::seconds kBetweenTries(1);
+constexpr std::chrono::seconds kRetryInterval(1);
 
 } // namespace
 
@@ -58,7 +58,7 @@ void ReconnectingClient::restore() {
             return;
         } catch (const Error& error) {
             tell(error.what());
-            sleepUntil(std::min(end, steady_clock::now() + kBetweenTries));
+            sleepUntil(std::min(end, steady_clock::now() + kRetryInterval));
         }
     }
 }

@@ -1,4 +1,4 @@
-// orvane: looks into a simulator through the plugin, and controls it.
+// orvane: reads and controls a simulator through the plugin.
 
 #include <csignal>
 #include <exception>
@@ -77,7 +77,7 @@ ExitCode print(const std::string& text) {
 }
 
 ExitCode parseAndRun(int argc, char** argv) {
-    CLI::App app("Look into a simulator through the XPlaneOrvane plugin, and control it", "orvane");
+    CLI::App app("Read and control a simulator through the XPlaneOrvane plugin", "orvane");
     GlobalOptions globals;
     Work work;
     declare(app, globals, work);
@@ -102,7 +102,7 @@ ExitCode parseAndRun(int argc, char** argv) {
     return work();
 }
 
-ExitCode complain(ExitCode code, const std::string& line) {
+ExitCode fail(ExitCode code, const std::string& line) {
     tell(line);
     return code;
 }
@@ -113,21 +113,21 @@ ExitCode run(int argc, char** argv) {
     } catch (const ReaderGone&) {
         return ExitCode::Done;
     } catch (const Failure& failure) {
-        return complain(failure.Code(), failure.what());
+        return fail(failure.Code(), failure.what());
     } catch (const orvane::ConnectError& error) {
-        return complain(ExitCode::CannotConnect, error.what());
+        return fail(ExitCode::CannotConnect, error.what());
     } catch (const orvane::ClosedError& error) {
-        return complain(ExitCode::CannotConnect, error.what());
+        return fail(ExitCode::CannotConnect, error.what());
     } catch (const orvane::TimeoutError& error) {
-        return complain(ExitCode::TimedOut, error.what());
+        return fail(ExitCode::TimedOut, error.what());
     } catch (const orvane::CancelledError&) {
-        return complain(ExitCode::TimedOut, "interrupted before the answer came");
+        return fail(ExitCode::TimedOut, "interrupted before the answer came");
     } catch (const orvane::Refused& error) {
-        return complain(ExitCode::NotFoundOrRefused, error.what());
+        return fail(ExitCode::NotFoundOrRefused, error.what());
     } catch (const orvane::Error& error) {
-        return complain(ExitCode::UnexpectedAnswer, error.what());
+        return fail(ExitCode::UnexpectedAnswer, error.what());
     } catch (const std::exception& error) {
-        return complain(ExitCode::WrongUsage, error.what());
+        return fail(ExitCode::WrongUsage, error.what());
     }
 }
 

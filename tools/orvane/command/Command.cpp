@@ -27,7 +27,7 @@ namespace {
 using std::chrono::steady_clock;
 using Names = std::vector<std::string>;
 
-constexpr double kUsualInterval = 0.05;
+constexpr double kDefaultInterval = 0.05;
 
 constexpr Description kCommand{
     "command", "Run and observe commands",
@@ -81,7 +81,7 @@ struct HoldOptions {
 
 struct ObserveOptions {
     Names names;
-    Limits limits{.count = {}, .seconds = {}, .interval = kUsualInterval};
+    Limits limits{.count = {}, .seconds = {}, .interval = kDefaultInterval};
 };
 
 void checkDistinct(const Names& names) {
@@ -109,7 +109,7 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
     Options options = globals.ForClient();
     options.releaseHeld = false; // what is begun here stays down
     velmar::Client client(options);
-    registerOrRefuse(client, names);
+    registerOrFail(client, names);
     for (const std::string& name : names) {
         client.run(name, action);
         if (action == velmar::Action::Begin) {
@@ -139,7 +139,7 @@ ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
 
 void show(const CommandEvent& event, double seconds, RecordWriter& records) {
     if (records.IsWanted()) {
-        records.Write({{"time", inThousandths(seconds)},
+        records.Write({{"time", toThreeDecimals(seconds)},
                        {"command", event.command},
                        {"event", nameOf(event.kind)}});
     } else {
@@ -154,18 +154,18 @@ ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
     ReconnectingClient reconnecting(globals, endOf(limits), [](const std::string& line) {
         tell(line.empty() ? "the simulator is back" : line);
     });
-    registerOrRefuse(reconnecting.Client(), options.names);
+    registerOrFail(reconnecting.Client(), options.names);
     RecordWriter records(globals.OutputFormat(), {"time", "command", "event"});
     CommandEvents events;
     std::uint64_t presses = 0;
-    while (!reconnecting.IsOver() && presses < limits.MostTurns()) {
+    while (!reconnecting.IsOver() && presses < limits.MaxCount()) {
         std::vector<velmar::CommandReport> reports;
         reconnecting.Try([&] { reports = reconnecting.Client().pollPresses(); });
         for (const CommandEvent& event : events.Take(reports)) {
             show(event, pace.Elapsed(), records);
             presses += event.kind == CommandEvent::Kind::Down ? 0 : 1;
         }
-        pace.WaitForNext(limits.MostSeconds());
+        pace.WaitForNext(limits.MaxSeconds());
     }
     return ExitCode::Done;
 }

@@ -19,21 +19,21 @@ using std::chrono::steady_clock;
 using Names = std::vector<std::string>;
 
 // How often to check that the simulator is still there.
-constexpr std::chrono::milliseconds kBetweenChecks(500);
+constexpr std::chrono::milliseconds kCheckInterval(500);
 
 void beginAndWait(velmar::Client& client, const Names& names, steady_clock::time_point end) {
     for (const std::string& name : names) {
         client.run(name, velmar::Action::Begin);
     }
     while (steady_clock::now() < end &&
-           sleepUntil(std::min(end, steady_clock::now() + kBetweenChecks))) {
+           sleepUntil(std::min(end, steady_clock::now() + kCheckInterval))) {
         client.poll();
     }
 }
 
 } // namespace
 
-void registerOrRefuse(velmar::Client& client, const Names& names) {
+void registerOrFail(velmar::Client& client, const Names& names) {
     try {
         client.registerCommands(names);
     } catch (const Refused& refused) {
@@ -53,7 +53,7 @@ void holdCommands(const GlobalOptions& globals, const Names& names, steady_clock
         notReleased = fmt::format("{} could not be released and may still be down: {}",
                                   fmt::join(commands, ", "), error.what());
     }});
-    registerOrRefuse(client, names);
+    registerOrFail(client, names);
     std::exception_ptr failure;
     try {
         beginAndWait(client, names, end);

@@ -16,6 +16,6 @@ void holdCommands(const GlobalOptions& globals, const std::vector<std::string>& 
                   std::chrono::steady_clock::time_point end);
 
 // Registers commands. Failure, after a line for each missing one: the simulator lacks some.
-void registerOrRefuse(velmar::Client& client, const std::vector<std::string>& names);
+void registerOrFail(velmar::Client& client, const std::vector<std::string>& names);
 
 } // namespace orvane::tool

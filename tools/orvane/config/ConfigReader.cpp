@@ -79,7 +79,7 @@ public:
         const bool isCut = comment != std::string_view::npos && content.back() != ' ';
         line = ConfigLine{};
         line.number = number;
-        judge(splitFields(content), isCut);
+        check(splitFields(content), isCut);
         report.lines.push_back(std::move(line));
     }
 
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    void judge(const Fields& fields, bool isCut) {
+    void check(const Fields& fields, bool isCut) {
         const std::string_view typeField = fields.size() > 1 ? fields[1] : std::string_view();
         const std::optional<DatarefType> type = findType(typeField);
         if (!type) {

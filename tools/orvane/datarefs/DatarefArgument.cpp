@@ -28,9 +28,9 @@ constexpr std::size_t kLongestName = 255;
 
 std::uint32_t parseSize(std::string_view text, std::string_view digits) {
     const std::uint32_t size = parsedNumber<std::uint32_t>(digits).value_or(0);
-    if (size < 1 || size > DatarefArgument::kMostElements) {
+    if (size < 1 || size > DatarefArgument::kMaxElements) {
         refuse(text, fmt::format("an array has 1 to {} elements, as in {}[8]",
-                                 DatarefArgument::kMostElements, text.substr(0, text.find('['))));
+                                 DatarefArgument::kMaxElements, text.substr(0, text.find('['))));
     }
     return size;
 }
@@ -68,7 +68,7 @@ void readElements(std::string_view text, std::string_view rest, DatarefArgument&
     }
     try {
         argument.elements =
-            parseElementRange(rest.substr(1, closing - 1), DatarefArgument::kMostElements);
+            parseElementRange(rest.substr(1, closing - 1), DatarefArgument::kMaxElements);
     } catch (const std::invalid_argument& reason) {
         refuse(text, reason.what());
     }

@@ -29,7 +29,7 @@ struct TypeAndSize {
 // UNIT is only shown. If there is no type, the user of the argument finds one.
 struct DatarefArgument {
     // A larger answer would not arrive whole, even on the simulator's machine.
-    static constexpr std::uint32_t kMostElements = 500'000;
+    static constexpr std::uint32_t kMaxElements = 500'000;
 
     std::string name; // including the elements
     std::optional<velmar::Type> type;

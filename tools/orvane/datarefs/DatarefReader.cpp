@@ -115,21 +115,21 @@ std::vector<Value> DatarefReader::readWhole() {
 
 void DatarefReader::FindTypes() {
     for (std::size_t candidate = 0; candidate < kCandidates.size(); ++candidate) {
-        look(candidate);
+        probe(candidate);
     }
     readOpenAsFloats();
 }
 
 void DatarefReader::TryAnotherType() {
-    look(nextCandidate);
+    probe(nextCandidate);
     readOpenAsFloats();
     nextCandidate = (nextCandidate + 1) % kCandidates.size();
 }
 
-void DatarefReader::look(std::size_t candidate) {
+void DatarefReader::probe(std::size_t candidate) {
     const TypeAndSize& type = kCandidates[candidate];
     std::vector<std::size_t> places;
-    for (const std::size_t place : openAndZero()) {
+    for (const std::size_t place : openZeros()) {
         // Elements can only belong to an array.
         if (!known[place].elements || type.size > 0) {
             places.push_back(place);
@@ -163,7 +163,7 @@ void DatarefReader::readOpenAsFloats() {
     registerAs(places, {Type::Float});
 }
 
-std::vector<std::size_t> DatarefReader::openAndZero() {
+std::vector<std::size_t> DatarefReader::openZeros() {
     std::vector<std::size_t> places;
     if (std::find(isOpen.begin(), isOpen.end(), true) == isOpen.end()) {
         return places;

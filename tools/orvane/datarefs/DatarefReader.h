@@ -55,9 +55,9 @@ public:
 
 private:
     std::vector<velmar::Value> readWhole();
-    void look(std::size_t candidate);
+    void probe(std::size_t candidate);
     void readOpenAsFloats();
-    std::vector<std::size_t> openAndZero();
+    std::vector<std::size_t> openZeros();
     void registerAs(const std::vector<std::size_t>& places, const TypeAndSize& type);
 
     velmar::Client& client;

@@ -131,8 +131,8 @@ DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, cons
 DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
     DriveLimits limits;
     limits.rate = options.rate.value_or(profile.rate);
-    limits.seconds = options.limits.MostSeconds();
-    limits.exchanges = options.limits.MostTurns();
+    limits.seconds = options.limits.MaxSeconds();
+    limits.exchanges = options.limits.MaxCount();
     return limits;
 }
 
@@ -176,7 +176,7 @@ void declareOptions(CLI::App& command, DriveOptions& options) {
         ->capture_default_str();
     command
         .add_option("--amplitude", options.waveform.amplitude,
-                    "Amplitude of a waveform; 1 is the full range")
+                    "Amplitude of a waveform, where 1 is the full range")
         ->check(between(0.0, 1.0))
         ->type_name("RATIO")
         ->capture_default_str();

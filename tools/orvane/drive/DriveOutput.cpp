@@ -19,7 +19,7 @@ namespace orvane::tool {
 namespace {
 
 // Enough for two days at the default rate; later ones are not counted.
-constexpr std::size_t kMostRoundTrips = 10'000'000;
+constexpr std::size_t kMaxRoundTrips = 10'000'000;
 
 Record jsonOf(bool isDown) {
     return isDown;
@@ -45,9 +45,9 @@ std::string aircraftOrNone(std::uint32_t id) {
 
 } // namespace
 
-DriveOutput::DriveOutput(const Profile& profile, DriveView chosenView)
+DriveOutput::DriveOutput(const Profile& profile, const DriveView& view)
     : profile(profile),
-      view(std::move(chosenView)),
+      view(view),
       // A file is for machines.
       format(view.output.path.empty() || view.format == Format::Json ? view.format : Format::Csv),
       columns(columnsOf(profile)),
@@ -72,7 +72,7 @@ void DriveOutput::Begin() {
 Record DriveOutput::recordOf(const Exchange& exchange) const {
     // The names are unique; operator[] would compare each with all before it.
     Record::object_t fields;
-    fields.emplace_back("time", inThousandths(exchange.seconds));
+    fields.emplace_back("time", toThreeDecimals(exchange.seconds));
     const tarnel::Answer& answer = exchange.answer;
     for (const ProfileOutput& output : profile.outputs) {
         fields.emplace_back(output.name, std::visit([](const auto& value) { return jsonOf(value); },
@@ -98,7 +98,7 @@ void DriveOutput::Show(const Exchange& exchange) {
     ++shown;
     seconds = exchange.seconds;
     aircraft = exchange.answer.aircraftId;
-    if (view.hasSummary && roundTripsMs.size() < kMostRoundTrips) {
+    if (view.hasSummary && roundTripsMs.size() < kMaxRoundTrips) {
         roundTripsMs.push_back(exchange.roundTripMs);
     }
     if (file) {

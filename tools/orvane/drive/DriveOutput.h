@@ -43,7 +43,7 @@ struct Exchange {
 // On a terminal it shows inputs and outputs in a table. Borrows the profile.
 class DriveOutput final {
 public:
-    DriveOutput(const Profile& profile, DriveView view);
+    DriveOutput(const Profile& profile, const DriveView& view);
 
     // Called before the first exchange: creates the file.
     void Begin();

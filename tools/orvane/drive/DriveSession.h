@@ -15,7 +15,7 @@
 namespace orvane::tool {
 
 struct DriveLimits {
-    double rate = Profile::kUsualRate; // exchanges per second
+    double rate = Profile::kDefaultRate; // exchanges per second
     double seconds = std::numeric_limits<double>::infinity();
     std::uint64_t exchanges = std::numeric_limits<std::uint64_t>::max();
 };

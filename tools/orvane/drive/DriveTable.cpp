@@ -18,7 +18,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr std::size_t kMostRows = 500;
+constexpr std::size_t kMaxRows = 500;
 constexpr std::size_t kBarColumns = 10;
 constexpr std::size_t kShortestCurve = 4;
 constexpr std::size_t kLongestMapping = 32; // before the curve goes first
@@ -110,7 +110,7 @@ DriveTable::DriveTable(const Profile& profile) : profile(profile) {
 }
 
 void DriveTable::add(Row row) {
-    if (rows.size() < kMostRows) {
+    if (rows.size() < kMaxRows) {
         rows.push_back(std::move(row));
     } else {
         ++furtherRows;
@@ -127,7 +127,7 @@ void DriveTable::addRowsOf(std::size_t output) {
         return;
     }
     const auto count = static_cast<std::size_t>(record.count());
-    const std::size_t kept = std::min(count, kMostRows - rows.size());
+    const std::size_t kept = std::min(count, kMaxRows - rows.size());
     for (std::size_t i = 0; i < kept; ++i) {
         const std::int32_t element = record.firstElement() + static_cast<std::int32_t>(i);
         add({fmt::format("{}[{}]", label, element), nullptr, &entry, i, element, unit});

@@ -11,7 +11,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr std::int64_t kMostActions = std::numeric_limits<tarnel::ActionId>::max();
+constexpr std::int64_t kMaxActions = std::numeric_limits<tarnel::ActionId>::max();
 constexpr tarnel::ActionId kFirstAction = 1;
 // The server runs the commands of these twice, so they are never assigned automatically.
 constexpr tarnel::ActionId kFirstDoubled = 1002;
@@ -29,17 +29,17 @@ bool isControl(char character) {
 std::optional<std::string> readColumnName(ProfileTable& table) {
     std::optional<std::string> name = table.String("name");
     if (!table.Has("name")) {
-        table.Complain("\"name\" is missing");
+        table.AddProblem("\"name\" is missing");
     }
     if (!name) {
         return std::nullopt;
     }
     if (name->empty() || *name == "time" || *name == kAircraftId) {
-        table.ComplainAt("name", fmt::format("\"{}\" cannot be a name", *name));
+        table.AddProblemAt("name", fmt::format("\"{}\" cannot be a name", *name));
         return std::nullopt;
     }
     if (std::any_of(name->begin(), name->end(), isControl)) {
-        table.ComplainAt("name", "a name cannot contain control characters");
+        table.AddProblemAt("name", "a name cannot contain control characters");
         return std::nullopt;
     }
     return name;
@@ -48,9 +48,9 @@ std::optional<std::string> readColumnName(ProfileTable& table) {
 void InputNames::Read(ProfileTable& table) {
     const std::optional<std::size_t> position = readName(table);
     positions.push_back(position);
-    const auto action = table.Integer("action", 0, kMostActions);
+    const auto action = table.Integer("action", 0, kMaxActions);
     if (position && action) {
-        giveAction(table, *position, static_cast<tarnel::ActionId>(*action));
+        assignAction(table, *position, static_cast<tarnel::ActionId>(*action));
     }
 }
 
@@ -66,23 +66,23 @@ std::optional<std::size_t> InputNames::readName(ProfileTable& table) {
     return found->second;
 }
 
-void InputNames::giveAction(ProfileTable& table, std::size_t position, tarnel::ActionId action) {
+void InputNames::assignAction(ProfileTable& table, std::size_t position, tarnel::ActionId action) {
     Entry& entry = entries[position];
     if (entry.action && entry.action != action) {
-        table.ComplainAt("action",
-                         fmt::format("\"{}\" already has action {}", entry.name, *entry.action));
+        table.AddProblemAt("action",
+                           fmt::format("\"{}\" already has action {}", entry.name, *entry.action));
         return;
     }
     const auto [found, isNew] = positionOfAction.emplace(action, position);
     if (!isNew && found->second != position) {
-        table.ComplainAt("action", fmt::format("action {} already belongs to \"{}\"", action,
-                                               entries[found->second].name));
+        table.AddProblemAt("action", fmt::format("action {} already belongs to \"{}\"", action,
+                                                 entries[found->second].name));
         return;
     }
     entry.action = action;
 }
 
-void InputNames::NumberTheRest() {
+void InputNames::AssignFreeNumbers() {
     tarnel::ActionId next = kFirstAction;
     for (Entry& entry : entries) {
         if (entry.action) {

@@ -18,7 +18,7 @@ public:
     // Reads "name" and "action". Call it for each input, in order.
     void Read(ProfileTable& table);
     // Call once, after the last input.
-    void NumberTheRest();
+    void AssignFreeNumbers();
 
     struct Entry {
         std::string name;
@@ -31,7 +31,7 @@ public:
 
 private:
     std::optional<std::size_t> readName(ProfileTable& table);
-    void giveAction(ProfileTable& table, std::size_t position, tarnel::ActionId action);
+    void assignAction(ProfileTable& table, std::size_t position, tarnel::ActionId action);
 
     std::vector<Entry> entries;
     std::vector<std::optional<std::size_t>> positions;

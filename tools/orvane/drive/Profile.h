@@ -42,11 +42,11 @@ struct ExpectedName {
 
 // A session as a user describes it in a TOML file: the server, the inputs and the outputs.
 struct Profile {
-    static constexpr double kUsualRate = 50;
+    static constexpr double kDefaultRate = 50;
 
     std::optional<std::string> host;
     std::optional<std::uint16_t> port;
-    double rate = kUsualRate; // exchanges per second
+    double rate = kDefaultRate; // exchanges per second
     std::vector<ProfileInput> inputs;
     std::vector<ProfileOutput> outputs;
     tarnel::Definitions definitions;

@@ -17,17 +17,17 @@ namespace {
 using tarnel::ConditionDataref;
 using tarnel::Input;
 
-constexpr std::int64_t kMostInt32 = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMaxInt32 = std::numeric_limits<std::int32_t>::max();
 
 std::optional<std::int32_t> readElement(ProfileTable& table) {
-    const auto element = table.Integer("element", 0, kMostInt32);
+    const auto element = table.Integer("element", 0, kMaxInt32);
     return element ? std::optional(static_cast<std::int32_t>(*element)) : std::nullopt;
 }
 
 // "float" or "int"; missing is a problem.
 std::optional<std::string> readType(ProfileTable& table) {
     if (!table.Has("type")) {
-        table.Complain("\"type\" is missing: \"float\" or \"int\"");
+        table.AddProblem("\"type\" is missing: \"float\" or \"int\"");
     }
     return table.Choice("type", {"float", "int"});
 }
@@ -226,7 +226,7 @@ bool readTiming(ProfileTable& table, Target& target) {
         target.kind += ", held";
         return true;
     }
-    if (const auto interval = table.Integer("repeat_ms", 1, kMostInt32)) {
+    if (const auto interval = table.Integer("repeat_ms", 1, kMaxInt32)) {
         table.Try("repeat_ms",
                   [&] { target.input.repeatedEvery(std::chrono::milliseconds(*interval)); });
         target.kind += fmt::format(", at most every {} ms", *interval);

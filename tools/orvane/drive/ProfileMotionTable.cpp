@@ -20,7 +20,7 @@ Wave readWave(ProfileTable& table) {
     if (const auto range = table.FloatPair("range")) {
         const auto [from, to] = *range;
         if (from < 0 || from > 1 || to < 0 || to > 1) {
-            table.ComplainAt("range", "\"range\" is not within 0 to 1");
+            table.AddProblemAt("range", "\"range\" is not within 0 to 1");
         }
         wave.centre = static_cast<double>(from) + static_cast<double>(to) - 1;
         wave.amplitude = static_cast<double>(to) - static_cast<double>(from);
@@ -32,7 +32,7 @@ Wave readWave(ProfileTable& table) {
 Steps readSteps(ProfileTable& table) {
     Steps steps{{0}};
     if (!table.Has("values")) {
-        table.Complain("\"values\" is missing");
+        table.AddProblem("\"values\" is missing");
     }
     steps.values = table.Int32List("values").value_or(steps.values);
     steps.seconds = table.Number("seconds", kShortest, kLongest).value_or(steps.seconds);
@@ -44,7 +44,7 @@ Steps readSteps(ProfileTable& table) {
 
 std::optional<Motion> readProfileMotion(ProfileTable& table, bool isAxis) {
     if (table.Has("wave") && table.Has("steps")) {
-        table.ComplainAt("steps", "\"wave\" and \"steps\" exclude each other");
+        table.AddProblemAt("steps", "\"wave\" and \"steps\" exclude each other");
     }
     std::optional<Motion> motion;
     if (std::optional<ProfileTable> steps = table.Table("steps")) {

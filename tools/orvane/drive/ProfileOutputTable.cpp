@@ -12,7 +12,7 @@ using tarnel::Output;
 
 constexpr std::int64_t kLastElement = std::numeric_limits<std::int32_t>::max();
 // The server ends the simulator if an answer exceeds 256 MiB; no array may come near that.
-constexpr std::int64_t kMostElements = 1'000'000;
+constexpr std::int64_t kMaxElements = 1'000'000;
 
 Output datarefOutput(tarnel::OutputId id, const std::string& name, bool isFloat,
                      std::optional<std::int64_t> count, std::int64_t first) {
@@ -28,13 +28,13 @@ Output datarefOutput(tarnel::OutputId id, const std::string& name, bool isFloat,
 std::optional<Output> readDataref(ProfileTable& table, tarnel::OutputId id) {
     const auto name = table.String("dataref");
     if (!table.Has("type")) {
-        table.Complain("\"type\" is missing: \"float\" or \"int\"");
+        table.AddProblem("\"type\" is missing: \"float\" or \"int\"");
     }
     const auto type = table.Choice("type", {"float", "int"});
-    const auto count = table.Integer("count", 1, kMostElements);
+    const auto count = table.Integer("count", 1, kMaxElements);
     const auto first = table.Integer("first", 0, kLastElement);
     if (table.Has("first") && !table.Has("count")) {
-        table.ComplainAt("first", "\"first\" needs \"count\", the number of elements from there");
+        table.AddProblemAt("first", "\"first\" needs \"count\", the number of elements from there");
     }
     std::optional<Output> output;
     if (name && type) {

@@ -69,13 +69,13 @@ void Reader::readConnection() {
     }
     profile.host = connection->String("host");
     if (profile.host && profile.host->empty()) {
-        connection->ComplainAt("host", "\"host\" is empty");
+        connection->AddProblemAt("host", "\"host\" is empty");
     }
     if (const auto port = connection->Integer("port", 1, kHighestPort)) {
         profile.port = static_cast<std::uint16_t>(*port);
     }
     profile.rate =
-        connection->Number("rate", kSlowestRate, kFastestRate).value_or(Profile::kUsualRate);
+        connection->Number("rate", kSlowestRate, kFastestRate).value_or(Profile::kDefaultRate);
     connection->RefuseUnknown();
 }
 
@@ -84,7 +84,7 @@ void Reader::readInputs(std::vector<ProfileTable> tables) {
     for (ProfileTable& table : tables) {
         names.Read(table);
     }
-    names.NumberTheRest();
+    names.AssignFreeNumbers();
     for (const InputNames::Entry& entry : names.Entries()) {
         profile.inputs.push_back({entry.name, entry.action.value_or(0), true});
     }
@@ -103,12 +103,12 @@ void Reader::addInput(ProfileInput& entry, const ProfileTable& table) {
     const tarnel::Input& input = record->input;
     const auto [known, isNew] = targets.emplace(entry.action, input.target(), input.element());
     if (!isNew && !entry.name.empty()) {
-        ProfileTable(table).Complain(
+        ProfileTable(table).AddProblem(
             fmt::format("\"{}\" already drives {}", entry.name, input.target()));
     }
     entry.isAxis = entry.isAxis && record->isAxis;
     if (entry.motion && record->motion) {
-        ProfileTable(table).Complain(fmt::format("\"{}\" already moves", entry.name));
+        ProfileTable(table).AddProblem(fmt::format("\"{}\" already moves", entry.name));
     }
     entry.motion = record->motion ? record->motion : entry.motion;
     describe(entry, *record);
@@ -138,7 +138,7 @@ void Reader::readOutputs(std::vector<ProfileTable> tables) {
 void Reader::addOutput(ProfileTable& table) {
     const std::optional<std::string> name = readColumnName(table);
     if (name && !outputNames.insert(*name).second) {
-        table.ComplainAt("name", fmt::format("there is already an output \"{}\"", *name));
+        table.AddProblemAt("name", fmt::format("there is already an output \"{}\"", *name));
     }
     const std::string unit = table.String("unit").value_or("");
     const tarnel::OutputId id = nextOutput++;
@@ -149,7 +149,7 @@ void Reader::addOutput(ProfileTable& table) {
     }
     table.Try("command", [&] { profile.definitions.add(*output); });
     if (profile.definitions.answerSize() > kLargestAnswer) {
-        table.Complain("with this output the answers exceed 64 MiB");
+        table.AddProblem("with this output the answers exceed 64 MiB");
     }
     profile.outputs.push_back({name.value_or(""), id, unit});
     if (!isOwnName(output->name())) {

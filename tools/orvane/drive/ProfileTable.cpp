@@ -30,8 +30,8 @@ std::optional<double> numberOf(const toml::node& node) {
 
 std::optional<float> floatOf(const toml::node& node) {
     const std::optional<double> number = numberOf(node);
-    constexpr double kMost = std::numeric_limits<float>::max();
-    if (!number || !(std::abs(*number) <= kMost)) {
+    constexpr double kMax = std::numeric_limits<float>::max();
+    if (!number || !(std::abs(*number) <= kMax)) {
         return std::nullopt;
     }
     return static_cast<float>(*number);
@@ -62,7 +62,7 @@ std::optional<std::string> ProfileTable::String(std::string_view key) {
     }
     std::optional<std::string> text = stringOf(*node);
     if (!text) {
-        ComplainAt(key, fmt::format("\"{}\" is not a string in quotes", key));
+        AddProblemAt(key, fmt::format("\"{}\" is not a string in quotes", key));
     }
     return text;
 }
@@ -75,8 +75,8 @@ std::optional<std::int64_t> ProfileTable::Integer(std::string_view key, std::int
     }
     const auto* const number = node->as_integer();
     if (number == nullptr || number->get() < least || number->get() > most) {
-        ComplainAt(key,
-                   fmt::format("\"{}\" is not a whole number from {} to {}", key, least, most));
+        AddProblemAt(key,
+                     fmt::format("\"{}\" is not a whole number from {} to {}", key, least, most));
         return std::nullopt;
     }
     return number->get();
@@ -95,7 +95,7 @@ std::optional<double> ProfileTable::Number(std::string_view key, double least, d
     }
     const std::optional<double> number = numberOf(*node);
     if (!number || !(*number >= least && *number <= most)) {
-        ComplainAt(key, fmt::format("\"{}\" is not a number from {} to {}", key, least, most));
+        AddProblemAt(key, fmt::format("\"{}\" is not a number from {} to {}", key, least, most));
         return std::nullopt;
     }
     return number;
@@ -108,7 +108,7 @@ std::optional<float> ProfileTable::Float(std::string_view key) {
     }
     const std::optional<float> number = floatOf(*node);
     if (!number) {
-        ComplainAt(key, fmt::format("\"{}\" is not {}", key, kFloat));
+        AddProblemAt(key, fmt::format("\"{}\" is not {}", key, kFloat));
     }
     return number;
 }
@@ -116,7 +116,7 @@ std::optional<float> ProfileTable::Float(std::string_view key) {
 bool ProfileTable::Flag(std::string_view key) {
     const toml::node* const node = find(key);
     if (node != nullptr && !node->is_boolean()) {
-        ComplainAt(key, fmt::format("\"{}\" is neither true nor false", key));
+        AddProblemAt(key, fmt::format("\"{}\" is neither true nor false", key));
     }
     return node != nullptr && node->value_exact<bool>().value_or(false);
 }
@@ -127,7 +127,7 @@ std::optional<ProfileTable> ProfileTable::Table(std::string_view key) {
         return std::nullopt;
     }
     if (!node->is_table()) {
-        ComplainAt(key, fmt::format("\"{}\" is not a table", key));
+        AddProblemAt(key, fmt::format("\"{}\" is not a table", key));
         return std::nullopt;
     }
     return ProfileTable(*node->as_table(), *problems);
@@ -141,7 +141,7 @@ std::vector<ProfileTable> ProfileTable::Tables(std::string_view key) {
     }
     const toml::array* const array = node->as_array();
     if (array == nullptr) {
-        ComplainAt(key, fmt::format("\"{}\" is not a list: write [[{}]]", key, key));
+        AddProblemAt(key, fmt::format("\"{}\" is not a list: write [[{}]]", key, key));
         return tables;
     }
     for (const toml::node& element : *array) {
@@ -167,7 +167,7 @@ std::optional<std::string> ProfileTable::Choice(std::string_view key,
             return text;
         }
     }
-    ComplainAt(
+    AddProblemAt(
         key, fmt::format("\"{}\" is \"{}\"; it can be {}", key, *text, fmt::join(choices, " or ")));
     return std::nullopt;
 }
@@ -181,13 +181,13 @@ std::optional<std::pair<Element, Element>> ProfileTable::pair(std::string_view k
     }
     const toml::array* const array = node->as_array();
     if (array == nullptr || array->size() != 2) {
-        ComplainAt(key, fmt::format("\"{}\" is not a list of two", key));
+        AddProblemAt(key, fmt::format("\"{}\" is not a list of two", key));
         return std::nullopt;
     }
     const std::optional<Element> first = read(*array->get(0));
     const std::optional<Element> second = read(*array->get(1));
     if (!first || !second) {
-        ComplainAt(key, fmt::format("\"{}\" has an element that is not {}", key, wanted));
+        AddProblemAt(key, fmt::format("\"{}\" has an element that is not {}", key, wanted));
         return std::nullopt;
     }
     return std::pair(*first, *second);
@@ -212,14 +212,14 @@ std::optional<std::vector<std::int32_t>> ProfileTable::Int32List(std::string_vie
     }
     const toml::array* const array = node->as_array();
     if (array == nullptr || array->empty()) {
-        ComplainAt(key, fmt::format("\"{}\" is not a list of whole numbers", key));
+        AddProblemAt(key, fmt::format("\"{}\" is not a list of whole numbers", key));
         return std::nullopt;
     }
     std::vector<std::int32_t> numbers;
     for (const toml::node& element : *array) {
         const std::optional<std::int32_t> number = int32Of(element);
         if (!number) {
-            ComplainAt(key, fmt::format("\"{}\" has an element that is not {}", key, kInt32));
+            AddProblemAt(key, fmt::format("\"{}\" has an element that is not {}", key, kInt32));
             return std::nullopt;
         }
         numbers.push_back(*number);
@@ -232,24 +232,24 @@ std::string_view ProfileTable::OneOf(const std::vector<std::string_view>& keys) 
     for (const std::string_view key : keys) {
         known.emplace(key);
         if (Has(key) && !found.empty()) {
-            ComplainAt(key, fmt::format("\"{}\" and \"{}\" exclude each other", found, key));
+            AddProblemAt(key, fmt::format("\"{}\" and \"{}\" exclude each other", found, key));
             return {};
         }
         found = Has(key) ? key : found;
     }
     if (found.empty()) {
-        Complain(fmt::format("one of \"{}\" is missing", fmt::join(keys, "\", \"")));
+        AddProblem(fmt::format("one of \"{}\" is missing", fmt::join(keys, "\", \"")));
     }
     return found;
 }
 
-void ProfileTable::ComplainAt(std::string_view key, const std::string& reason) {
+void ProfileTable::AddProblemAt(std::string_view key, const std::string& reason) {
     const toml::node* const node = table->get(key);
     const toml::source_position place = (node == nullptr ? *table : *node).source().begin;
     problems->push_back({place.line, place.column, reason});
 }
 
-void ProfileTable::Complain(const std::string& reason) {
+void ProfileTable::AddProblem(const std::string& reason) {
     const toml::source_position place = table->source().begin;
     problems->push_back({place.line, place.column, reason});
 }
@@ -258,14 +258,14 @@ void ProfileTable::Try(std::string_view key, const std::function<void()>& step) 
     try {
         step();
     } catch (const std::invalid_argument& refused) {
-        ComplainAt(key, refused.what());
+        AddProblemAt(key, refused.what());
     }
 }
 
 void ProfileTable::Refuse(const std::vector<std::string_view>& keys, const std::string& reason) {
     for (const std::string_view key : keys) {
         if (find(key) != nullptr) {
-            ComplainAt(key, fmt::format("\"{}\" {}", key, reason));
+            AddProblemAt(key, fmt::format("\"{}\" {}", key, reason));
         }
     }
 }

@@ -47,8 +47,8 @@ public:
     std::string_view OneOf(const std::vector<std::string_view>& keys);
 
     // Adds a problem at the key's value, or where the table begins.
-    void ComplainAt(std::string_view key, const std::string& reason);
-    void Complain(const std::string& reason);
+    void AddProblemAt(std::string_view key, const std::string& reason);
+    void AddProblem(const std::string& reason);
     // Calls the library; a std::invalid_argument becomes a problem at the key.
     void Try(std::string_view key, const std::function<void()>& step);
 

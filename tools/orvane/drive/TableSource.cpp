@@ -50,9 +50,9 @@ void TableSource::readHeader(const Profile& profile) {
     const std::optional<std::string> line = nextLine();
     const auto names = line ? csvFields(*line) : std::nullopt;
     if (!names) {
-        rows.Complain(line ? "a quote is not closed"
-                           : "the table is empty; it begins with the names of "
-                             "inputs, separated by commas");
+        rows.AddProblem(line ? "a quote is not closed"
+                             : "the table is empty; it begins with the names of "
+                               "inputs, separated by commas");
         return;
     }
     bool isValid = true;
@@ -70,7 +70,7 @@ std::optional<TableSource::Column> TableSource::columnNamed(const std::string& n
                                                             const Profile& profile) {
     const auto isSame = [&](const Column& column) { return column.name == name; };
     if (std::any_of(columns.begin(), columns.end(), isSame)) {
-        rows.Complain(fmt::format("there are two columns \"{}\"", name));
+        rows.AddProblem(fmt::format("there are two columns \"{}\"", name));
         return std::nullopt;
     }
     if (name == "time") {
@@ -78,7 +78,7 @@ std::optional<TableSource::Column> TableSource::columnNamed(const std::string& n
     }
     const ProfileInput* const input = profile.FindInput(name);
     if (input == nullptr) {
-        rows.Complain(fmt::format("the profile has no input \"{}\"", name));
+        rows.AddProblem(fmt::format("the profile has no input \"{}\"", name));
         return std::nullopt;
     }
     return Column{name, false, input->action};
@@ -110,7 +110,7 @@ bool TableSource::readValue(std::string_view field, const Column& column, InputR
     }
     const std::optional<std::int32_t> value = parsedNumber<std::int32_t>(field);
     if (!value) {
-        rows.Complain(
+        rows.AddProblem(
             fmt::format("\"{}\" for \"{}\" is not a whole number from -2147483648 to "
                         "2147483647",
                         field, column.name));

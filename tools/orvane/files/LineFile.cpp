@@ -15,7 +15,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr mode_t kUsualMode = 0666;
+constexpr mode_t kDefaultMode = 0666;
 
 ssize_t writeOnce(int file, std::string_view text) {
     ssize_t written = 0;
@@ -34,7 +34,7 @@ LineFile::LineFile(const std::string& path, Existing existing)
         return;
     }
     const int whenThere = existing == Existing::Keep ? O_EXCL : O_TRUNC;
-    file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | whenThere, kUsualMode);
+    file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | whenThere, kDefaultMode);
     if (file == -1) {
         const char* const advice = errno == EEXIST ? " (--force overwrites it)" : "";
         throw Failure(ExitCode::WrongUsage,

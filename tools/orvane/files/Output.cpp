@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kToBeginAndClear = "\r\x1b[K";
 
-std::size_t told = 0;
+std::size_t errorLines = 0;
 bool hasStatus = false;
 
 } // namespace
@@ -51,15 +51,15 @@ void printError(std::string_view line) {
 void printErrorText(std::string_view lines) {
     clearStatus();
     fmt::print(stderr, "{}", lines);
-    ++told;
+    ++errorLines;
 }
 
 void tell(std::string_view line) {
     printError(fmt::format("orvane: {}", line));
 }
 
-std::size_t toldLines() {
-    return told;
+std::size_t errorLineCount() {
+    return errorLines;
 }
 
 void showStatus(std::string_view text) {

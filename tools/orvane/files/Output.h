@@ -9,7 +9,7 @@ namespace orvane::tool {
 // The reader of standard output has gone, as `head` does. The tool then ends quietly with status 0.
 class ReaderGone final : public std::exception {
 public:
-    const char* what() const noexcept override { return "nobody reads the output any more"; }
+    const char* what() const noexcept override { return "the reader of the output has gone"; }
 };
 
 // Writes to standard output unchanged and unbuffered, so that the reader of a pipe sees each line
@@ -31,7 +31,7 @@ void printErrorText(std::string_view lines);
 // The same, with "orvane: " in front.
 void tell(std::string_view line);
 // The number of lines printed on standard error, so that a drawing notices a line in between.
-std::size_t toldLines();
+std::size_t errorLineCount();
 
 // Shows a text on standard error without a line end, in place of the previous one.
 void showStatus(std::string_view text);

@@ -62,7 +62,7 @@ Record aircraftRecord(std::uint32_t id) {
     return id == 0 ? Record() : Record(id);
 }
 
-double inThousandths(double number) {
+double toThreeDecimals(double number) {
     constexpr double kThousand = 1000;
     return std::round(number * kThousand) / kThousand;
 }

@@ -28,7 +28,7 @@ std::string aircraftText(std::uint32_t id);
 // Null without an aircraft.
 Record aircraftRecord(std::uint32_t id);
 // Rounds seconds and milliseconds for records.
-double inThousandths(double number);
+double toThreeDecimals(double number);
 
 // A record as CSV, without a line end: the fields that `columns` names, in its order.
 std::string csvLine(const std::vector<std::string>& columns, const Record& record);

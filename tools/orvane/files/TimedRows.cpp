@@ -19,9 +19,9 @@ std::optional<std::vector<std::string>> TimedRows::Fields(std::string_view line,
                                                           std::size_t columns) {
     auto fields = csvFields(line);
     if (!fields) {
-        Complain("a quote is not closed");
+        AddProblem("a quote is not closed");
     } else if (fields->size() != columns) {
-        Complain(fmt::format("{} fields, but {} columns", fields->size(), columns));
+        AddProblem(fmt::format("{} fields, but {} columns", fields->size(), columns));
         fields.reset();
     }
     return fields;
@@ -30,18 +30,18 @@ std::optional<std::vector<std::string>> TimedRows::Fields(std::string_view line,
 std::optional<double> TimedRows::Seconds(std::string_view field) {
     const std::optional<double> seconds = parsedNumber<double>(field);
     if (!seconds || !(*seconds >= 0 && *seconds <= kLatestSeconds)) {
-        Complain(fmt::format("\"{}\" is not a time in seconds", field));
+        AddProblem(fmt::format("\"{}\" is not a time in seconds", field));
         return std::nullopt;
     }
     if (*seconds < lastSeconds) {
-        Complain(fmt::format("{} s comes after {} s", *seconds, lastSeconds));
+        AddProblem(fmt::format("{} s comes after {} s", *seconds, lastSeconds));
         return std::nullopt;
     }
     lastSeconds = *seconds;
     return seconds;
 }
 
-void TimedRows::Complain(const std::string& reason) {
+void TimedRows::AddProblem(const std::string& reason) {
     problems.push_back({std::max<std::size_t>(lines.Number(), 1), 0, reason});
 }
 

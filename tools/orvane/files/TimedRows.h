@@ -20,7 +20,7 @@ public:
     std::optional<std::vector<std::string>> Fields(std::string_view line, std::size_t columns);
     // A time in seconds. Empty if it is not one, or is before the time of an earlier row.
     std::optional<double> Seconds(std::string_view field);
-    void Complain(const std::string& reason);
+    void AddProblem(const std::string& reason);
 
 private:
     const InputLines& lines;

@@ -61,7 +61,7 @@ Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
             {"revision", info.version.revision},
             {"aircraft_loaded", isLoaded},
             {kAircraftId, aircraftRecord(info.aircraftId)},
-            {"round_trip_ms", inThousandths(info.roundTripMs)}};
+            {"round_trip_ms", toThreeDecimals(info.roundTripMs)}};
 }
 
 std::vector<std::string> linesOf(const GlobalOptions& globals, const ServerInfo& info) {

@@ -94,22 +94,22 @@ Measurement measure(const GlobalOptions& globals, double seconds) {
 Record recordOf(const Measurement& measured) {
     const std::vector<double>& times = measured.roundTripsMs;
     Record record{{"round_trips", times.size()},
-                  {"seconds", inThousandths(measured.seconds)},
-                  {"connect_ms", inThousandths(measured.connect.count())},
-                  {"min_ms", inThousandths(percentile(times, 0.0))},
-                  {"p50_ms", inThousandths(percentile(times, 50.0))},
-                  {"p90_ms", inThousandths(percentile(times, 90.0))},
-                  {"p99_ms", inThousandths(percentile(times, 99.0))},
-                  {"max_ms", inThousandths(percentile(times, 100.0))},
+                  {"seconds", toThreeDecimals(measured.seconds)},
+                  {"connect_ms", toThreeDecimals(measured.connect.count())},
+                  {"min_ms", toThreeDecimals(percentile(times, 0.0))},
+                  {"p50_ms", toThreeDecimals(percentile(times, 50.0))},
+                  {"p90_ms", toThreeDecimals(percentile(times, 90.0))},
+                  {"p99_ms", toThreeDecimals(percentile(times, 99.0))},
+                  {"max_ms", toThreeDecimals(percentile(times, 100.0))},
                   {"frames_per_second", nullptr}};
     if (measured.framesPerSecond > 0.0) {
-        record["frames_per_second"] = inThousandths(measured.framesPerSecond);
+        record["frames_per_second"] = toThreeDecimals(measured.framesPerSecond);
     }
     Record buckets = Record::array();
     for (const Bucket& bucket : histogram(times)) {
         buckets.push_back(
-            {{"from_ms", inThousandths(bucket.from)},
-             {"to_ms", std::isinf(bucket.to) ? Record() : Record(inThousandths(bucket.to))},
+            {{"from_ms", toThreeDecimals(bucket.from)},
+             {"to_ms", std::isinf(bucket.to) ? Record() : Record(toThreeDecimals(bucket.to))},
              {"count", bucket.count}});
     }
     record["histogram"] = std::move(buckets);

@@ -23,7 +23,7 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr double kUsualRate = 20;
+constexpr double kDefaultRate = 20;
 
 constexpr Description kRecord{
     "record", "Record the values of datarefs in a file",
@@ -90,9 +90,9 @@ private:
     }
 
     void recordRows() {
-        Pace pace(1 / options.rate.value_or(kUsualRate));
+        Pace pace(1 / options.rate.value_or(kDefaultRate));
         const Limits& limits = options.limits;
-        while (rows < limits.MostTurns() && pace.Due() < limits.MostSeconds() &&
+        while (rows < limits.MaxCount() && pace.Due() < limits.MaxSeconds() &&
                pace.WaitUntil(pace.Due())) {
             const std::vector<velmar::Value> values = reader.Read();
             elapsed = pace.Elapsed();

@@ -27,7 +27,7 @@ public:
     Recording Read() {
         const std::optional<std::string> header = next();
         if (!header) {
-            complain("not a recording: it has no header");
+            addProblem("not a recording: it has no header");
         } else if (readHeader(*header)) {
             while (const std::optional<std::string> line = next()) {
                 readRow(*line);
@@ -50,18 +50,18 @@ private:
     bool readHeader(const std::string& line) {
         const auto fields = csvFields(line);
         if (!fields || fields->size() < 2 || fields->front() != kTime) {
-            complain("not a recording: its first line is not \"time,NAME:TYPE,...\"");
+            addProblem("not a recording: its first line is not \"time,NAME:TYPE,...\"");
             return false;
         }
         bool isValid = true;
         for (std::size_t i = 1; i < fields->size(); ++i) {
             isValid = readColumn((*fields)[i]) && isValid;
         }
-        return isValid && complainOfFailure([this] { shareArrays(recording.datarefs); });
+        return isValid && addProblemIfFailed([this] { shareArrays(recording.datarefs); });
     }
 
     bool readColumn(const std::string& text) {
-        return complainOfFailure([&] {
+        return addProblemIfFailed([&] {
             const DatarefArgument argument = parseDatarefArgument(text);
             if (!argument.type) {
                 throw Failure(ExitCode::WrongUsage, fmt::format("{}: the type is missing", text));
@@ -71,12 +71,12 @@ private:
     }
 
     // True if `step` did not fail.
-    bool complainOfFailure(const std::function<void()>& step) {
+    bool addProblemIfFailed(const std::function<void()>& step) {
         try {
             step();
             return true;
         } catch (const Failure& failure) {
-            complain(failure.what());
+            addProblem(failure.what());
             return false;
         }
     }
@@ -102,14 +102,14 @@ private:
             try {
                 row.values.push_back(parseValue(fields[i + 1], *dataref.type, dataref.size));
             } catch (const Failure& failure) {
-                complain(fmt::format("{}: {}", dataref.name, failure.what()));
+                addProblem(fmt::format("{}: {}", dataref.name, failure.what()));
                 return std::nullopt;
             }
         }
         return row;
     }
 
-    void complain(const std::string& reason) { rows.Complain(reason); }
+    void addProblem(const std::string& reason) { rows.AddProblem(reason); }
 
     InputLines& lines;
     TimedRows rows;

@@ -25,7 +25,7 @@ std::vector<AssignmentWriter::Outcome> AssignmentWriter::Write() {
 }
 
 // A 0 reads back with any type, so it is written with all of them.
-bool AssignmentWriter::wants(std::size_t index, std::size_t candidate) const {
+bool AssignmentWriter::needs(std::size_t index, std::size_t candidate) const {
     const std::vector<Assignment::Candidate>& candidates = assignments[index].candidates;
     return candidate < candidates.size() &&
            (!outcomes[index].isTaken || isZero(candidates[0].value));
@@ -37,7 +37,7 @@ bool AssignmentWriter::write(std::size_t candidate) {
     std::vector<DatarefArgument> arguments;
     std::vector<velmar::Value> values;
     for (std::size_t i = 0; i < assignments.size(); ++i) {
-        if (wants(i, candidate)) {
+        if (needs(i, candidate)) {
             places.push_back(i);
             arguments.push_back(assignments[i].candidates[candidate].argument);
             values.push_back(assignments[i].candidates[candidate].value);

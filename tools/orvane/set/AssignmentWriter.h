@@ -26,7 +26,7 @@ public:
     std::vector<Outcome> Write();
 
 private:
-    bool wants(std::size_t index, std::size_t candidate) const;
+    bool needs(std::size_t index, std::size_t candidate) const;
     bool write(std::size_t candidate);
     std::vector<std::string> registerAll(const std::vector<DatarefArgument>& arguments);
 

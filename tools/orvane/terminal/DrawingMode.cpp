@@ -52,7 +52,7 @@ bool isInForeground() {
     return group == -1 || group == ::getpgrp();
 }
 
-void take() {
+void takeTerminal() {
     isTaken = isInForeground() && ::tcgetattr(STDOUT_FILENO, &settingsBefore) == 0;
     if (isTaken) {
         termios quiet = settingsBefore;
@@ -63,7 +63,7 @@ void take() {
 }
 
 // Works even if the shell has already put the process into the background.
-void giveBack() {
+void restoreTerminal() {
     if (isTaken) {
         const Blocked notStopped(SIGTTOU);
         put(kShowCursor);
@@ -90,15 +90,15 @@ void raiseUncaught(int signal) {
 }
 
 extern "C" void onEnd(int signal) {
-    giveBack();
+    restoreTerminal();
     raiseUncaught(signal);
 }
 
 extern "C" void onStop(int signal) {
     const int error = errno;
-    giveBack();
+    restoreTerminal();
     raiseUncaught(signal);
-    take();
+    takeTerminal();
     put(shownDrawing);
     errno = error;
 }
@@ -137,19 +137,19 @@ DrawingMode::DrawingMode() {
     const Blocked notStopped(SIGTSTP);
     shownDrawing.clear();
     handleSignals();
-    take();
+    takeTerminal();
 }
 
 DrawingMode::~DrawingMode() {
     const Blocked notStopped(SIGTSTP);
-    giveBack();
+    restoreTerminal();
     leaveSignals();
 }
 
 void DrawingMode::Show(const std::string& change, std::string drawing) {
     const Blocked notStopped(SIGTSTP);
     if (!isTaken) {
-        take();
+        takeTerminal();
     }
     writeOut(change);
     shownDrawing = std::move(drawing);

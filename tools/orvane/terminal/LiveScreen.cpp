@@ -34,11 +34,11 @@ void LiveScreen::Draw(const std::vector<std::string>& lines, TimePoint now) {
     drawnAt = now;
     linesDrawn = lines.size();
     columns = terminal.Columns();
-    linesTold = toldLines();
+    errorLinesBefore = errorLineCount();
 }
 
 std::string LiveScreen::moveToFirstLine() const {
-    if (linesDrawn == 0 || linesTold != toldLines()) {
+    if (linesDrawn == 0 || errorLinesBefore != errorLineCount()) {
         return "";
     }
     // After a change of width, the drawn lines may be folded.

@@ -32,7 +32,7 @@ private:
     std::optional<TimePoint> drawnAt;
     std::size_t linesDrawn = 0;
     std::size_t columns = 0;
-    std::size_t linesTold = 0;
+    std::size_t errorLinesBefore = 0;
 };
 
 } // namespace orvane::tool

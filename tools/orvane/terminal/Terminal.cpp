@@ -11,8 +11,8 @@ namespace orvane::tool {
 
 namespace {
 
-constexpr std::size_t kUsualColumns = 80;
-constexpr std::size_t kUsualRows = 24;
+constexpr std::size_t kDefaultColumns = 80;
+constexpr std::size_t kDefaultRows = 24;
 
 std::string_view environment(const char* name) {
     const char* const value = std::getenv(name);
@@ -51,12 +51,12 @@ Terminal::Terminal(int fileDescriptor)
 
 std::size_t Terminal::Columns() const {
     const winsize size = sizeOf(fileDescriptor);
-    return size.ws_col > 0 ? size.ws_col : kUsualColumns;
+    return size.ws_col > 0 ? size.ws_col : kDefaultColumns;
 }
 
 std::size_t Terminal::Rows() const {
     const winsize size = sizeOf(fileDescriptor);
-    return size.ws_row > 0 ? size.ws_row : kUsualRows;
+    return size.ws_row > 0 ? size.ws_row : kDefaultRows;
 }
 
 std::string Terminal::Bold(std::string_view text) const {

@@ -32,8 +32,8 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr double kUsualWatchInterval = 0.2;
-constexpr std::chrono::seconds kBetweenGuesses(1);
+constexpr double kDefaultWatchInterval = 0.2;
+constexpr std::chrono::seconds kGuessInterval(1);
 constexpr std::size_t kLastRow = 1'000'000'000;
 
 constexpr Description kWatch{
@@ -58,7 +58,7 @@ Examples:
 
 struct WatchOptions {
     std::vector<std::string> names;
-    Limits limits{.count = {}, .seconds = {}, .interval = kUsualWatchInterval};
+    Limits limits{.count = {}, .seconds = {}, .interval = kDefaultWatchInterval};
     std::size_t firstRow = 1;
     std::string udp;
 };
@@ -88,11 +88,11 @@ public:
             return ExitCode::NotFoundOrRefused;
         }
         client.Try([this] { reader.FindTypes(); });
-        while (!client.IsOver() && readings < options.limits.MostTurns()) {
+        while (!client.IsOver() && readings < options.limits.MaxCount()) {
             if (client.Try([this] { read(); })) {
                 show();
             }
-            pace.WaitForNext(options.limits.MostSeconds());
+            pace.WaitForNext(options.limits.MaxSeconds());
         }
         if (screen && readings > 0) {
             draw();
@@ -109,7 +109,7 @@ private:
     }
 
     void read() {
-        if (steady_clock::now() - guessedAt >= kBetweenGuesses) {
+        if (steady_clock::now() - guessedAt >= kGuessInterval) {
             reader.TryAnotherType();
             guessedAt = steady_clock::now();
         }
@@ -151,7 +151,7 @@ private:
     }
 
     Record recordOf() const {
-        Record record{{"time", inThousandths(pace.Elapsed())}};
+        Record record{{"time", toThreeDecimals(pace.Elapsed())}};
         for (std::size_t i = 0; i < values.size(); ++i) {
             record[reader.Known()[i].name] = valueJson(values[i]);
         }
@@ -180,10 +180,10 @@ private:
         if (screen && readings > 0) {
             lostBecause = reason.empty() ? "" : "waiting for the simulator";
             draw();
-        } else if (line != lastTold) {
+        } else if (line != lastReported) {
             tell(line);
         }
-        lastTold = line;
+        lastReported = line;
     }
 
     const GlobalOptions& globals;
@@ -199,7 +199,7 @@ private:
     std::uint64_t readings = 0;
     steady_clock::time_point guessedAt = steady_clock::now();
     std::string lostBecause;
-    std::string lastTold;
+    std::string lastReported;
     std::optional<LiveScreen> screen;
     std::optional<DatagramSender> datagrams;
     std::string lastSendFailure;

@@ -46,7 +46,7 @@ std::vector<Element> elementsOf(const velmar::Value& value) {
 
 } // namespace
 
-struct WatchTable::Extract {
+struct WatchTable::RowRange {
     std::size_t begin = 0;
     std::size_t end = 0; // one after the last
 };
@@ -82,7 +82,7 @@ std::vector<std::string> WatchTable::Lines(const std::string& title, const Termi
                                            std::size_t first) const {
     // One column stays free, since some terminals wrap after a full line; so does one row.
     const Widths used = widths(terminal.Columns() - 1);
-    const Extract shown = extract(first, std::max<std::size_t>(terminal.Rows(), 5) - 3);
+    const RowRange shown = visibleRows(first, std::max<std::size_t>(terminal.Rows(), 5) - 3);
     std::vector<std::string> lines{std::string(beginningOf(title, used.columns)),
                                    terminal.Bold(beginningOf(header(used), used.columns))};
     for (std::size_t i = shown.begin; i < shown.end; ++i) {
@@ -100,7 +100,7 @@ std::vector<std::string> WatchTable::Lines(const std::string& title, const Termi
 }
 
 // If not all rows fit, one line is for the note.
-WatchTable::Extract WatchTable::extract(std::size_t first, std::size_t room) const {
+WatchTable::RowRange WatchTable::visibleRows(std::size_t first, std::size_t room) const {
     if (rows.size() <= room) {
         return {0, rows.size()};
     }

@@ -35,9 +35,9 @@ private:
     // A dataref's name and the index of an element.
     using Key = std::pair<std::string, std::size_t>;
 
-    struct Extract;
+    struct RowRange;
     struct Widths;
-    Extract extract(std::size_t first, std::size_t room) const;
+    RowRange visibleRows(std::size_t first, std::size_t room) const;
     Widths widths(std::size_t columns) const;
     std::string header(const Widths& used) const;
     std::string line(const Row& row, const Widths& used, const Terminal& terminal) const;
