@@ -34,12 +34,12 @@ class Connection:
         """The beginning of an error text."""
         return f"{self._options.host}:{self._options.port}: {doing}: "
 
-    def usual_limit(self) -> Limit:
+    def default_limit(self) -> Limit:
         return Limit(time.monotonic() + self._options.timeout)
 
     def connect(self, limit: Optional[Limit] = None) -> Plan[None]:
         """ConnectError, TimeoutError, CancelledError."""
-        limit = limit or self.usual_limit()
+        limit = limit or self.default_limit()
         place = self.place("connecting")
         try:
             yield Connect(self._options.host, self._options.port, limit)
@@ -62,10 +62,10 @@ class Connection:
 
         UnexpectedAnswer, ClosedError, TimeoutError, CancelledError.
         """
-        limit = limit or self.usual_limit()
+        limit = limit or self.default_limit()
         frame = FrameReader(most)
         try:
-            self._expect_silence((yield Look()), doing)
+            self._expect_no_bytes((yield Look()), doing)
             yield Send(request, limit)
             while True:
                 data = yield Receive(limit)
@@ -75,7 +75,7 @@ class Connection:
                 if payload is not None:
                     return payload
         except Late:
-            raise TimeoutError(self.place(doing) + self._lateness(frame)) from None
+            raise TimeoutError(self.place(doing) + self._timeout_text(frame)) from None
         except Cancelled:
             raise CancelledError(
                 f"{self.place(doing)}expected {frame.expected}, was cancelled and got {frame.got}"
@@ -83,7 +83,7 @@ class Connection:
         except OSError as error:
             raise self._lost(doing, frame, _error_text(error)) from error
 
-    def _expect_silence(self, waiting: Optional[bytes], doing: str) -> None:
+    def _expect_no_bytes(self, waiting: Optional[bytes], doing: str) -> None:
         """Detects a connection that has ended or is out of step before anything is sent on it."""
         if waiting:
             raise UnexpectedAnswer("no bytes before the request", "some")
@@ -95,7 +95,7 @@ class Connection:
             f"{self.place(doing)}expected {frame.expected}, got {frame.got} and {why}"
         )
 
-    def _lateness(self, frame: FrameReader) -> str:
+    def _timeout_text(self, frame: FrameReader) -> str:
         milliseconds = f"{self._options.timeout * 1000:g} ms"
         if frame.has_begun:
             return f"expected {frame.expected} within {milliseconds}, got {frame.got}"

@@ -41,7 +41,7 @@ class FrameReader:
                 return None
             self._size = _HEADER_SIZE + self._read_length()
         if self._count > self._size:
-            raise UnexpectedAnswer("silence after the answer", "bytes")
+            raise UnexpectedAnswer("no bytes after the answer", "some")
         if self._count < self._size:
             return None
         return b"".join(self._pieces)[_HEADER_SIZE:]

@@ -41,7 +41,7 @@ class Repeat:
 
 
 class NotRepeated(Exception):
-    """The connection was lost and made anew, and the work was not repeated on it."""
+    """The connection was lost and replaced, and the work was not repeated on it."""
 
 
 class Owner(Protocol):
@@ -209,7 +209,7 @@ class Link:
         while True:
             yield from self._connection.connect()
             try:
-                yield from self._release_left_over(self._connection.usual_limit())
+                yield from self._release_left_over(self._connection.default_limit())
                 yield from self._owner.declare()
                 self.is_connected = True
                 return

@@ -5,7 +5,7 @@ import socket
 from typing import Any, Awaitable, Callable, Optional, TypeVar
 
 from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
-from orvane._shells.limits import Waiting, named_failure
+from orvane._shells.limits import Waiting, lookup_error
 
 T = TypeVar("T")
 
@@ -95,7 +95,7 @@ class AsyncioShell:
         try:
             transport, _ = await self._within(making, step.limit)
         except socket.gaierror as error:
-            raise named_failure(error) from None
+            raise lookup_error(error) from None
         self._transport = transport
         made = transport.get_extra_info("socket")
         made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)

@@ -6,7 +6,7 @@ import time
 from typing import Any, Callable, Iterable, Optional, Tuple, TypeVar
 
 from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
-from orvane._shells.limits import Waiting, named_failure
+from orvane._shells.limits import Waiting, lookup_error
 from orvane._shells.ready import wait_readable, wait_writable
 
 T = TypeVar("T")
@@ -80,7 +80,7 @@ class BlockingShell:
         try:
             return socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM)
         except socket.gaierror as error:
-            raise named_failure(error) from None
+            raise lookup_error(error) from None
 
     def _connect_to(self, made: socket.socket, address: Any, limit: Limit) -> None:
         made.setblocking(False)

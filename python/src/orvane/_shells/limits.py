@@ -31,7 +31,7 @@ class Waiting:
         return min(left, longest)
 
 
-def named_failure(error: socket.gaierror) -> OSError:
+def lookup_error(error: socket.gaierror) -> OSError:
     """The error of a name look-up, whose numbers differ from those of other errors."""
     kind = NoSuchHost if error.errno == socket.EAI_NONAME else OSError
     return kind(error.strerror)

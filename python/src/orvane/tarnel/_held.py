@@ -73,7 +73,7 @@ class HeldInputs:
         }
         return [(action, value) for action, value in items if value is not None]
 
-    def beyond_items(self) -> "Counter[str]":
+    def other_held(self) -> "Counter[str]":
         """The others, by name."""
         return Counter(held.input.target for held in self._down() if held.release is None)
 

@@ -117,7 +117,7 @@ class Session:
             payload = yield from self.link.exchange(request, doing, self._layouts.longest, limit)
             self._layouts.of(payload)
             self._held.sent(items)
-        yield from self.release_by_name(self._held.beyond_items(), limit)
+        yield from self.release_by_name(self._held.other_held(), limit)
         self._held.take()
 
     def release_by_name(self, held: "Counter[str]", limit: Limit) -> Plan[None]:

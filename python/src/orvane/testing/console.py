@@ -8,7 +8,7 @@ from pathlib import Path
 from typing import IO, Optional, Sequence
 
 # Seconds. Only a very busy machine takes that long.
-_PATIENCE = 60.0
+_TIMEOUT = 60.0
 
 
 class SimulatorError(Exception):
@@ -73,7 +73,7 @@ class Console:
             try:
                 self._process.stdin.write(b"quit\n")
                 self._process.stdin.flush()
-                self._process.wait(_PATIENCE)
+                self._process.wait(_TIMEOUT)
             except (OSError, subprocess.TimeoutExpired):
                 pass
         self.kill()
@@ -86,7 +86,7 @@ class Console:
             _close(pipe)
 
     def _read_line(self) -> str:
-        deadline = time.monotonic() + _PATIENCE
+        deadline = time.monotonic() + _TIMEOUT
         while b"\n" not in self._unread:
             self._read_more(deadline)
         line, _, self._unread = self._unread.partition(b"\n")
@@ -97,14 +97,14 @@ class Console:
         with selectors.DefaultSelector() as selector:
             selector.register(self._process.stdout, selectors.EVENT_READ)
             if not selector.select(deadline - time.monotonic()):
-                raise SimulatorError(f"the simulator has not answered for {_PATIENCE:g} seconds")
+                raise SimulatorError(f"the simulator has not answered for {_TIMEOUT:g} seconds")
         more = os.read(self._process.stdout.fileno(), 65536)
         if not more:
             raise self._ended()
         self._unread += more
 
     def _ended(self) -> SimulatorError:
-        self._process.wait(_PATIENCE)
+        self._process.wait(_TIMEOUT)
         said = self._output.read_text(errors="replace").strip() or "nothing"
         return SimulatorError(
             f"the simulator has ended with status {self._process.returncode} and said: {said}"

@@ -38,7 +38,7 @@ def ask_each(
     replies: List[List[T]] = []
     costs = [make(item) for item in items]
     for batch in cut_into_requests(range(len(items)), costs):
-        doing = doing_it(verb, [names[index] for index in batch])
+        doing = describe(verb, [names[index] for index in batch])
         flat = yield from ask(link, doing, repeat, lambda: _flat(items, batch, make))
         for index in batch:
             count = len(costs[index])
@@ -47,7 +47,7 @@ def ask_each(
     return replies
 
 
-def doing_it(verb: str, names: Sequence[str]) -> str:
+def describe(verb: str, names: Sequence[str]) -> str:
     """ "registering a" or "registering a and 3 more"."""
     more = f" and {len(names) - 1} more" if len(names) > 1 else ""
     return f"{verb} {names[0]}{more}"

@@ -6,7 +6,7 @@ from orvane._core.link import Link, Repeat
 from orvane._core.steps import Plan
 from orvane.errors import Refused
 from orvane.velmar import _wire
-from orvane.velmar._asking import ask, ask_each, doing_it, exchange
+from orvane.velmar._asking import ask, ask_each, describe, exchange
 from orvane.velmar._batches import cut_into_requests
 from orvane.velmar._open import candidates
 from orvane.velmar._registry import Registry
@@ -97,7 +97,7 @@ class Registrar:
         missing: List[str] = []
         costs = [[packet] for packet in make]
         for batch in cut_into_requests(range(len(make)), costs):
-            doing = doing_it("registering again", [names[index] for index in batch])
+            doing = describe("registering again", [names[index] for index in batch])
             found = yield from exchange(self._link, doing, [make[index] for index in batch])
             missing += [names[index] for index, is_found in zip(batch, found) if not is_found]
         present = set(names) - set(missing)
@@ -122,7 +122,7 @@ class Registrar:
     def _unregister(self, name: str, make: "Callable[[], List[Packet[bool]]]") -> Plan[None]:
         # Without a connection the server has forgotten all names anyway.
         if self._link.is_connected:
-            yield from ask(self._link, doing_it("unregistering", [name]), ALWAYS, make)
+            yield from ask(self._link, describe("unregistering", [name]), ALWAYS, make)
 
     def _refuse_missing(self, doing: str, names: Sequence[str], found: "set[str]") -> None:
         missing = [name for name in names if name not in found]

@@ -10,7 +10,7 @@ from orvane._core.steps import Limit, Plan
 from orvane.errors import ClosedError
 from orvane.options import Options
 from orvane.velmar import _wire
-from orvane.velmar._asking import ask_each, doing_it, exchange
+from orvane.velmar._asking import ask_each, describe, exchange
 from orvane.velmar._batches import cut_into_requests
 from orvane.velmar._changes import Changes, Presses
 from orvane.velmar._open import candidates, find_type, ways_to_write
@@ -65,7 +65,7 @@ class Session:
         try:
             yield from ask_each(self.link, "writing", _WHEN_TORN, written, writes, self._writes)
         except NotRepeated:
-            raise self._not_repeated(doing_it("writing", names)) from None
+            raise self._not_repeated(describe("writing", names)) from None
 
     def _reads(self, name: str) -> "List[Packet[Value]]":
         dataref = self._names.datarefs[name]
@@ -90,7 +90,7 @@ class Session:
         """Alone in its request, so that its answer must be empty."""
         if name not in self._names.commands:
             yield from self.registrar.register_commands([name])
-        doing = doing_it("running", [name])
+        doing = describe("running", [name])
 
         def send() -> Plan[None]:
             # It counts as down from the moment it is sent until it is certainly up.
@@ -132,7 +132,7 @@ class Session:
         return reports
 
     def _poll_batch(self, batch: List[str]) -> Plan[List[CommandReport]]:
-        doing = doing_it("polling", batch)
+        doing = describe("polling", batch)
 
         def send() -> Plan[List[CommandReport]]:
             packets: List[Packet[Any]] = [self._poll(), *map(self._register, batch)]
