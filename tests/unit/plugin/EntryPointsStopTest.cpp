@@ -241,16 +241,17 @@ TEST_F(EntryPointsBarrierTest, EndsAStopThatThrows) {
     logger.onLog = {};
 }
 
-int throwingBytes(void* /*refcon*/, void* /*values*/, int /*offset*/, int /*max*/) {
-    throw std::runtime_error("out of memory");
-}
-
 TEST_F(EntryPointsBarrierTest, EndsAMessageThatThrows) {
-    simulator.Datarefs().Register("sim/aircraft/view/acf_descrip", xplmType_Data, true,
-                                  {.readBytes = throwingBytes});
+    bool thrown = false;
+    simulator.Threads().SetWatch([&](const char* /*function*/) {
+        thrown = true;
+        throw std::runtime_error("out of memory");
+    });
     XPluginReceiveMessage(XPLM_PLUGIN_XPLANE, 102, nullptr);
+    EXPECT_TRUE(thrown);
     EXPECT_TRUE(simState.IsPlaneLoaded());
     EXPECT_EQ(simState.GetPlaneId(), 0U);
+    simulator.Threads().SetWatch({});
 }
 
 } // namespace
