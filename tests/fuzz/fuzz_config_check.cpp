@@ -6,6 +6,7 @@
 #include <string>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fuzz/FuzzWorld.h"
 #include "support/TemporaryDirectory.h"
