@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <string_view>
@@ -128,7 +129,8 @@ extern "C" void onCrash(int number) {
         backtrace.Print();
         sayLastLine();
     }
-    ::_exit(CrashReport::kExitStatus);
+    // Where no descriptor is left, a sanitizer would fail in _exit().
+    ::syscall(SYS_exit_group, CrashReport::kExitStatus);
 }
 
 } // namespace

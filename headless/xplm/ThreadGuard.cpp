@@ -19,12 +19,18 @@ std::string callersFile() {
     const int depth = ::backtrace(frames.data(), static_cast<int>(frames.size()));
     Dl_info own{};
     ::dladdr(reinterpret_cast<const void*>(&callersFile), &own);
+    // A sanitizer's backtrace() may come first.
+    bool isPastOwn = false;
     for (int i = 0; i < depth; ++i) {
         Dl_info place{};
-        if (::dladdr(frames[static_cast<std::size_t>(i)], &place) != 0 &&
-            place.dli_fbase != own.dli_fbase) {
+        if (::dladdr(frames[static_cast<std::size_t>(i)], &place) == 0) {
+            continue;
+        }
+        const bool isOwn = place.dli_fbase == own.dli_fbase;
+        if (isPastOwn && !isOwn) {
             return place.dli_fname;
         }
+        isPastOwn = isPastOwn || isOwn;
     }
     return "a plugin";
 }
