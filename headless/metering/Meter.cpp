@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "headless/host/ProcessInfo.h"
+#include "headless/metering/ProcessInfo.h"
 
 namespace headless {
 

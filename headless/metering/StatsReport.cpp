@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "headless/host/ProcessInfo.h"
+#include "headless/metering/ProcessInfo.h"
 
 namespace headless {
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "headless/host/ProcessInfo.h"
+#include "headless/metering/ProcessInfo.h"
 #include "headless/scenario/Statements.h"
 
 namespace headless {

@@ -1,4 +1,4 @@
-#include "headless/host/ProcessInfo.h"
+#include "headless/metering/ProcessInfo.h"
 
 #include <dirent.h>
 #include <unistd.h>
