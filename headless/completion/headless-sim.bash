@@ -1,4 +1,4 @@
-# Completion of headless-sim: the program itself tells its options.
+# Completion for headless-sim; the options come from its --help.
 _headless_sim() {
     local word="${COMP_WORDS[COMP_CWORD]}"
     if [[ "$word" == -* ]]; then

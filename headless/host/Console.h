@@ -6,11 +6,11 @@
 
 namespace headless {
 
-// A line of text in, one line of reply out: how tests and curious people drive a session.
+// Takes a line of text and returns one line of reply. Tests and users drive a session with it.
 //
-// The lines are the statements of scenarios. Every one has exactly one reply; one that cannot be
-// carried out, and an expectation that is not met, has "error: " and the reason. A comment is
-// answered with "ok". Borrows the flight.
+// The lines are scenario statements. Each has exactly one reply. If a statement cannot be carried
+// out or an expectation is not met, the reply is "error: " and the reason. The reply to a comment
+// is "ok". Borrows the flight.
 class Console final {
 public:
     explicit Console(Flight& drivenFlight) : flight(drivenFlight) {}

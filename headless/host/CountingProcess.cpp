@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kPreload = "LD_PRELOAD";
 
-// Empty when it is not known where libraries are, or it is not there.
+// Empty if the libraries' folder is unknown, or the file is missing or cannot be used.
 std::string counterFile() {
     Dl_info library{};
     if (::dladdr(reinterpret_cast<void*>(&Simulator::Current), &library) == 0) {
@@ -24,7 +24,7 @@ std::string counterFile() {
     const std::string simulator = library.dli_fname;
     const std::string file =
         simulator.substr(0, simulator.rfind('/') + 1) + "libheadless-allocations.so";
-    // Blanks and colons part the names of several libraries.
+    // LD_PRELOAD separates libraries with blanks and colons.
     const bool isUsable =
         file.find_first_of(" :") == std::string::npos && ::access(file.c_str(), R_OK) == 0;
     return isUsable ? file : std::string();
@@ -44,14 +44,14 @@ void countAllocations(char** arguments) {
         return;
     }
     if (others.starts_with(file)) {
-        // This is the new one. What it starts is to have the former environment.
+        // The restarted process. Its children get the former environment.
         const std::string former = others.substr(std::min(others.size(), file.size() + 1));
         former.empty() ? ::unsetenv(kPreload) : ::setenv(kPreload, former.c_str(), 1);
         return;
     }
     ::setenv(kPreload, others.empty() ? file.c_str() : (file + ":" + others).c_str(), 1);
     ::execv("/proc/self/exe", arguments);
-    // It goes on without.
+    // The restart failed; continue without counting.
     others.empty() ? ::unsetenv(kPreload) : ::setenv(kPreload, others.c_str(), 1);
 }
 

@@ -2,11 +2,11 @@
 
 namespace headless {
 
-// Makes the process one in which allocations are counted, as LD_PRELOAD does it: starts the program
-// anew with libheadless-allocations.so, which lies beside the simulator's library. Does not return
-// then. Returns when they are counted already, or cannot be; allocationsAreCounted() tells which.
+// Makes the process count allocations, as with LD_PRELOAD: restarts the program with
+// libheadless-allocations.so, from the folder of the simulator's library, and does not return.
+// Returns if allocations are counted already or cannot be; allocationsAreCounted() says which.
 //
-// To be called first thing. Programs that a plugin starts do not count.
+// Call this first. Programs that a plugin starts do not count.
 void countAllocations(char** arguments);
 
 } // namespace headless

@@ -11,23 +11,23 @@ namespace headless {
 
 namespace {
 
-// All that the signal handler can reach.
+// Globals, because the signal handler can reach nothing else.
 Simulator* reported = nullptr;
 pid_t simulatorThread = 0;
-// A plugin that used up its stack leaves none to report on.
+// After a stack overflow the plugin's own stack has no room for the report.
 std::array<char, 0x10000> signalStack;
 
-// How a network plugin says that another program has its port (98 is EADDRINUSE).
+// The last log line of a network plugin whose port is taken (98 is EADDRINUSE).
 constexpr std::string_view kPortTaken = "bind() : Unknown Socket Error Code 98";
 
-// Where the thread is, outermost last.
+// The thread's call stack, innermost frame first.
 class Backtrace final {
 public:
     Backtrace() : depth(::backtrace(frames.data(), static_cast<int>(frames.size()))) {}
 
     void Print() const { ::backtrace_symbols_fd(frames.data(), depth, STDERR_FILENO); }
 
-    // The innermost plugin in it; null when there is none.
+    // The innermost plugin in the backtrace, or null.
     const PluginTexts* Plugin(const PluginRegistry& plugins) const {
         for (int i = 0; i < depth; ++i) {
             Dl_info place{};
@@ -96,7 +96,7 @@ void sayCrash(int number, const char* where, const char* callback) {
     say("); it was here:\n");
 }
 
-// Of the program itself, which nothing is known to do about.
+// The program itself crashed, not a plugin.
 void crash(int number, const Backtrace& backtrace) {
     say("headless-sim: the program itself crashed (");
     say(nameOf(number));
@@ -107,7 +107,7 @@ void crash(int number, const Backtrace& backtrace) {
 }
 
 extern "C" void onCrash(int number) {
-    // What goes wrong from here on ends the process at once.
+    // Any further crash ends the process at once.
     for (const int one : CrashReport::kSignals) {
         ::signal(one, SIG_DFL);
     }
@@ -138,7 +138,7 @@ extern "C" void onCrash(int number) {
 CrashReport::CrashReport(Simulator& reportedSimulator) {
     reported = &reportedSimulator;
     simulatorThread = ::gettid();
-    // Its first call loads a library, which a signal handler must not.
+    // The first call to backtrace() loads a library, which a signal handler must not do.
     void* frame = nullptr;
     ::backtrace(&frame, 1);
     stack_t stack{};

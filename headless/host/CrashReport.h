@@ -7,11 +7,11 @@
 
 namespace headless {
 
-// Says on standard error which plugin ends the process, in which callback and where, when it
-// crashes: by SIGSEGV, SIGBUS, SIGILL, SIGFPE or SIGABRT. The process then exits with kExitStatus.
-// Where the last line of the log tells what to do about it, that is said instead.
+// When a plugin crashes by SIGSEGV, SIGBUS, SIGILL, SIGFPE or SIGABRT, says on standard error which
+// plugin, in which callback and where. The process then exits with kExitStatus. If the last line of
+// the log shows what to do, the report says that instead.
 //
-// Made by the simulator's thread. One at a time in a process; borrows the simulator.
+// Create it on the simulator's thread. One at a time in a process; borrows the simulator.
 class CrashReport final {
 public:
     static constexpr int kExitStatus = 5;
@@ -22,8 +22,8 @@ public:
     CrashReport(const CrashReport&) = delete;
     CrashReport& operator=(const CrashReport&) = delete;
 
-    // Ends the process with "headless-sim: PLUGIN: the plugin WHAT CALLBACK; it is here:" and the
-    // place. For signal handlers.
+    // Ends the process with "headless-sim: PLUGIN: the plugin WHAT CALLBACK; it is here:" and a
+    // backtrace. For signal handlers.
     [[noreturn]] static void End(Simulator& simulator, const char* what);
 
 private:

@@ -88,7 +88,7 @@ std::string DatarefPlace::TypeText() const {
     const bool isFloat = dataref->Offers(xplmType_Double) || HasFloats();
     const std::optional<int> size = dataref->IsLive() ? arraySize(*dataref) : std::nullopt;
     const std::string type = isFloat ? "float" : "int";
-    // Elements are headed by the type of one, as the tool does it.
+    // A selection of elements has the type of one element, as in the tool.
     const bool isWholeArray = size.has_value() && elements.count == Elements::kAll;
     return isWholeArray ? type + "[" + std::to_string(*size) + "]" : type;
 }

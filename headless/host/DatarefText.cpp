@@ -76,7 +76,7 @@ std::string formatInts(IDatarefValue& value, const Elements& elements) {
     return formatAll(ints);
 }
 
-// Values that are too many are dropped.
+// Excess values are dropped.
 template <class Number>
 std::vector<Number> parseElements(std::string_view text, const Elements& elements) {
     std::vector<Number> values = parseAll<Number>(text);

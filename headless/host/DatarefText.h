@@ -9,7 +9,7 @@
 
 namespace headless {
 
-// Some elements of an array, from `first` on.
+// A range of an array's elements, starting at `first`.
 struct Elements {
     static constexpr int kAll = -1;
 
@@ -19,18 +19,20 @@ struct Elements {
 
 // A dataref's value as text, for people and scripts: a number, numbers separated by commas, or the
 // text of a byte dataref up to its first zero. Numbers are the shortest text that reads back the
-// same. Of several types the most precise counts. Only arrays look at `elements`.
+// same. If the dataref has several types, the most precise one is used. `elements` matters for
+// arrays only.
 std::string formatDataref(const Dataref& dataref, const Elements& elements = {});
 
-// Writes what formatDataref() would print; fewer elements than the dataref has set the first ones,
-// a shorter text is followed by zeros. Throws std::invalid_argument for text of another shape.
+// Writes text in the format of formatDataref(). Fewer elements than the dataref has set the first
+// ones; a shorter text is padded with zeros. Throws std::invalid_argument if the text does not
+// match the dataref's type.
 void parseDataref(const Dataref& dataref, std::string_view text, const Elements& elements = {});
 
-// Writes numbers; a whole-number dataref gets the nearest. Nothing is written to text.
+// Writes numbers; an integer dataref gets the nearest integer. Does nothing for text.
 void writeNumbers(const Dataref& dataref, std::span<const double> numbers,
                   const Elements& elements = {});
 
-// How many elements an array has; none for a scalar or text.
+// The number of elements of an array; empty for a scalar or text.
 std::optional<int> arraySize(const Dataref& dataref);
 
 } // namespace headless

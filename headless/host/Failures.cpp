@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kAnswersZero = "headless_failure";
 
-// Those that do not answer 0 when they fail: no plugin, no navigation aid, no menu item.
+// Functions that answer -1 when they fail: no plugin, no navigation aid, no menu item.
 constexpr std::string_view kAnswerMinusOne[] = {"XPLMAppendMenuItem",
                                                 "XPLMAppendMenuItemWithCommand",
                                                 "XPLMFindFirstNavAidOfType",
@@ -41,7 +41,7 @@ std::intptr_t answerProbeError() {
     return xplm_ProbeError;
 }
 
-// What a failing function leads to: it takes whatever it is given, and leaves outputs alone.
+// The replacement for a failing function. It accepts any arguments and leaves outputs alone.
 const void* failureOf(std::string_view function) {
     if (function == "XPLMProbeTerrainXYZ") {
         return reinterpret_cast<const void*>(&answerProbeError);

@@ -8,14 +8,15 @@
 
 namespace headless {
 
-// Functions of the SDK that fail on purpose, to see what plugins make of it.
+// Makes functions of the SDK fail on purpose, to test how plugins handle it.
 //
-// An order is "FUNCTION" or "FUNCTION:N": from the Nth call on, the first when there is no N,
-// counted over all plugins, the function does nothing and answers what it answers when it fails. It
-// holds from a plugin's start on, and for what the plugin is linked to, not for what it looks up.
+// An order is "FUNCTION" or "FUNCTION:N". From the Nth call on (the first if there is no N),
+// counted over all plugins, the function does nothing and returns its failure value. This holds
+// from a plugin's start on, and only for functions that the plugin is linked to, not for those that
+// it looks up.
 class Failures final {
 public:
-    // Throws std::invalid_argument for an order that cannot be read.
+    // Throws std::invalid_argument if an order cannot be parsed.
     Failures(Simulator& failingSimulator, LoadedPlugins& loadedPlugins,
              const std::vector<std::string>& orders);
     ~Failures();
@@ -25,7 +26,7 @@ public:
 private:
     struct Order {
         std::string function;
-        // Calls that still succeed.
+        // The number of calls that still succeed.
         std::int64_t left;
     };
 

@@ -5,20 +5,20 @@
 
 namespace headless {
 
-// Lets frames begin at an even rate of real time.
+// Starts frames at an even rate of real time.
 //
-// Deadlines are absolute, so neither the work in a frame nor late waking adds up. After a pause
-// of more than kMostLag the missed frames are left out instead of being run in a burst.
+// Deadlines are absolute, so neither the work in a frame nor late wakeups add up. After a pause of
+// more than kMostLag, missed frames are skipped instead of run in a burst.
 class FramePacer final {
 public:
     explicit FramePacer(double framesPerSecond);
 
     void SetRate(double framesPerSecond);
 
-    // Sleeps until the next frame is due; less when a signal comes. Returns the seconds since the
-    // frame before began, or the period for the first frame after a restart.
+    // Sleeps until the next frame is due, or until a signal arrives. Returns the seconds since the
+    // previous frame began, or the period for the first frame after a restart.
     double WaitForNextFrame();
-    // The next frame is due now.
+    // Makes the next frame due now.
     void Restart();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace headless {
 
-// How many frames ran and how long the plugin took in them.
+// Counts frames and measures the plugin time in them.
 class FrameStatistics final {
 public:
     void Add(std::chrono::nanoseconds pluginTime);

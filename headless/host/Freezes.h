@@ -5,15 +5,15 @@
 
 namespace headless {
 
-// Times in a flight at which there are no frames for a while, as when scenery is loaded.
+// Times in a flight when no frames run for a while, as when scenery is loaded.
 //
-// One is "3s@10s": for 3 seconds of wall clock at flight second 10.
+// "3s@10s" means 3 seconds of wall clock at flight second 10.
 class Freezes final {
 public:
-    // Throws std::invalid_argument for a text that cannot be read.
+    // Throws std::invalid_argument if a text cannot be parsed.
     explicit Freezes(const std::vector<std::string>& texts);
 
-    // The seconds of those that are due, each once; 0 for none.
+    // The total seconds of the freezes that are due now, or 0. Each freeze is returned once.
     double TakeDue(double flightSeconds);
 
 private:

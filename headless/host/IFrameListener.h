@@ -2,7 +2,7 @@
 
 namespace headless {
 
-// Takes part in the frames of a session.
+// Called before and after each frame of a session.
 class IFrameListener {
 public:
     IFrameListener() = default;
@@ -10,9 +10,9 @@ public:
     IFrameListener(const IFrameListener&) = delete;
     IFrameListener& operator=(const IFrameListener&) = delete;
 
-    // The flight model has moved the aircraft for so many seconds; the plugins come next.
+    // The flight model has moved the aircraft by this many seconds; the plugins run next.
     virtual void BeforeFrame(double seconds) = 0;
-    // All plugins had their turn.
+    // All plugins have run.
     virtual void AfterFrame() = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace headless {
 
-// Where the console's lines come from. Nobody waits in it.
+// Where the console's lines come from. Never blocks.
 class ILineSource {
 public:
     ILineSource() = default;
@@ -13,17 +13,18 @@ public:
     ILineSource(const ILineSource&) = delete;
     ILineSource& operator=(const ILineSource&) = delete;
 
-    // Takes what can be read now without waiting.
+    // Reads what is available, without waiting.
     virtual void Fill() = 0;
-    // The next whole line without its newline. A last line without one counts once the end is read.
+    // The next whole line without its newline. At the end of the input, a last line without a
+    // newline counts too.
     virtual std::optional<std::string> Next() = 0;
-    // The end was read and every line was taken.
+    // The input has ended and every line was taken.
     virtual bool AtEnd() const = 0;
 
-    // No more lines are wanted: gives back what it took, such as a terminal.
+    // No more lines will be read: restores what it changed, such as the terminal.
     virtual void Close() {}
 
-    // Readable when there is something to take.
+    // Readable when there is input; for poll().
     virtual int Descriptor() const = 0;
 };
 

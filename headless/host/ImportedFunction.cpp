@@ -14,7 +14,7 @@ namespace headless {
 
 namespace {
 
-// What the loader filled in for a library, in memory.
+// The import tables of a loaded library, in memory.
 class Imports final {
 public:
     explicit Imports(const link_map& map) : bias(map.l_addr) {

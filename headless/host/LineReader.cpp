@@ -17,7 +17,7 @@ bool isReadable(int descriptor) {
     return ::poll(&waited, 1, 0) > 0;
 }
 
-// The descriptor may have been made non-blocking by somebody else who reads from it.
+// Another reader of the descriptor may have made it non-blocking.
 bool isPassing(int error) {
     return error == EINTR || error == EAGAIN;
 }

@@ -7,8 +7,8 @@
 
 namespace headless {
 
-// Lines from a file descriptor that is read only when it has something, so that the reader never
-// waits. Borrows the descriptor and leaves its flags alone: a terminal is shared with the shell.
+// Reads lines from a file descriptor, only when it has data, so it never blocks. Borrows the
+// descriptor and leaves its flags alone, because the shell shares the terminal.
 class LineReader final : public ILineSource {
 public:
     explicit LineReader(int borrowedDescriptor) : descriptor(borrowedDescriptor) {}

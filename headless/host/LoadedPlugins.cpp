@@ -11,7 +11,7 @@ LoadedPlugins::LoadedPlugins(Simulator& hostingSimulator, std::vector<PluginPlac
                              bool strict)
     : simulator(hostingSimulator), isStrict(strict) {
     for (PluginPlace& place : pluginPlaces) {
-        // The system would load it once.
+        // The system would load it only once.
         for (const Entry& entry : entries) {
             if (std::filesystem::equivalent(entry.place.file, place.file)) {
                 throw PluginError(place.file + ": the plugin is given twice");
@@ -30,7 +30,7 @@ void LoadedPlugins::Start() {
         load(entry);
     }
     for (const Entry& entry : entries) {
-        // An earlier one may have enabled it.
+        // An earlier plugin may have enabled it.
         if (!entry.host->IsEnabled()) {
             entry.host->Enable();
         }

@@ -11,37 +11,38 @@
 
 namespace headless {
 
-// The plugins of a session, in the order of loading. All are started before the first one is
-// enabled, and leave in the reverse order. The simulator outlives them.
+// The plugins of a session, in loading order. All are started before the first is enabled, and they
+// are unloaded in reverse order. The simulator outlives them.
 //
-// People name a plugin by its folder or file, its path or its signature; an empty name is the only
-// one. Throws PluginError for a name that nobody has or that several have.
+// A plugin's name is its folder or file, its path, or its signature; an empty name means the only
+// plugin. Throws PluginError if no plugin, or more than one, has the name.
 class LoadedPlugins final {
 public:
-    // Throws PluginError for a plugin that is there twice.
+    // Throws PluginError if a plugin is given twice.
     LoadedPlugins(Simulator& hostingSimulator, std::vector<PluginPlace> pluginPlaces, bool strict);
     ~LoadedPlugins();
     LoadedPlugins(const LoadedPlugins&) = delete;
     LoadedPlugins& operator=(const LoadedPlugins&) = delete;
 
-    // Loads, starts and enables all. Throws PluginError when one of them cannot be.
+    // Loads, starts and enables all. Throws PluginError if one of them fails.
     void Start();
-    // Unloads one and does that again. Throws PluginError also when its library stays.
+    // Unloads a plugin, then loads, starts and enables it. Also throws PluginError if its library
+    // stays in the process.
     PluginHost& Reload(const std::string& name);
     // Disables, stops and unloads all. Returns the files of those that stay in the process.
     std::vector<std::string> Unload();
 
-    // Throws PluginError also when it is not loaded.
+    // Also throws PluginError if the plugin is not loaded.
     PluginHost& Find(const std::string& name) const;
-    // From now on a function of the SDK is another one for all of them, also for those that come.
+    // Replaces a function of the SDK for all plugins, including those loaded later.
     void Redirect(const std::string& function, const void* target);
-    // A line for people: "1 one enabled; 2 other disabled; third stopped".
+    // One line for people: "1 one enabled; 2 other disabled; third stopped".
     std::string Describe() const;
 
 private:
     struct Entry {
         PluginPlace place;
-        // Null while it is not loaded.
+        // Null while the plugin is not loaded.
         std::unique_ptr<PluginHost> host{};
 
         bool IsCalled(const std::string& name) const;

@@ -107,7 +107,7 @@ void MainLoop::answerConsole() {
 void MainLoop::waitForInput() const {
     std::array<pollfd, 3> waited{
         {{stopSignal.Descriptor(), POLLIN, 0}, {-1, POLLIN, 0}, {-1, POLLIN, 0}}};
-    // Without a console nothing but a signal can end the pause.
+    // Without a console only a signal can end the pause.
     waited[1].fd = options.console ? input.Descriptor() : -1;
     waited[2].fd = stats != nullptr ? stats->Descriptor() : -1;
     ::poll(waited.data(), waited.size(), -1);

@@ -13,25 +13,25 @@
 
 namespace headless {
 
-// Runs a session in real time until a signal, the end of its duration, or the console ends it.
+// Runs a session in real time until a signal arrives, its duration is over, or the console ends it.
 //
-// With a console, lines come from standard input and replies go to standard output between frames;
-// while the session is paused nothing runs but what the console asks for. The end of the input ends
-// the run.
+// With a console, it reads lines from standard input and writes replies to standard output between
+// frames. While the session is paused, only frames that the console asks for run. The end of the
+// input ends the run.
 //
-// The plugin's clock is the wall clock; a frame that came late is longer. A run that begins paused
-// has simulated time alone, in which all frames are equal.
+// The plugin's clock is the wall clock; a late frame is longer. A run that begins paused has only
+// simulated time, in which all frames have the same length.
 class MainLoop final {
 public:
-    // Signals are handled from here on. Borrows all of them; the statistics may be null.
+    // Signals are handled from here on. Borrows all arguments; the statistics may be null.
     MainLoop(Session& runSession, const SessionOptions& sessionOptions, ILineSource& consoleInput,
              StatsReporter* statsReporter = nullptr);
 
-    // Returns the exit status: 0, unless the console says something else.
+    // Returns the exit status: 0, unless the console gives another one.
     int Run();
-    // The run ends when that is so, too.
+    // Also ends the run when the condition holds.
     void EndWhen(std::function<bool()> condition) { isDone = std::move(condition); }
-    // Does this with the flight instead. Frames run when it asks for them.
+    // Runs this with the flight instead. Frames run when it asks for them.
     void Play(const std::function<void(Flight&)>& play);
 
 private:
@@ -42,7 +42,7 @@ private:
     bool mustEnd() const;
     bool isOver() const;
     void answerConsole();
-    // Sleeps until the console or a signal has something to say.
+    // Sleeps until there is console input or a signal.
     void waitForInput() const;
 
     Session& session;

@@ -26,10 +26,10 @@ constexpr unsigned char kCode[] = {0xE0, 0x03, 0x67, 0x9E, 0xE0, 0x03,
                                    0x1F, 0xAA, 0xC0, 0x03, 0x5F, 0xD6};
 #endif
 
-// The largest page of the systems that we know.
+// The largest page size of the supported systems.
 constexpr std::size_t kPage = 0x10000;
 
-// The parts of the file after its headers, and where they begin.
+// The parts of the file after its headers, as offsets.
 struct Layout {
     std::size_t symbols;
     std::size_t hash;
@@ -99,7 +99,7 @@ void putDynamic(std::string& file, const Layout& layout, std::size_t stringBytes
         made.d_un.d_val = value;
         return made;
     };
-    // The name of the library is the first string.
+    // The first string is the library's name.
     const Elf64_Dyn entries[kDynamicEntries] = {entry(DT_SONAME, 1),
                                                 entry(DT_HASH, layout.hash),
                                                 entry(DT_SYMTAB, layout.symbols),
@@ -141,8 +141,8 @@ std::string makeFile(const std::string& soname, const std::vector<std::string>& 
     return file;
 }
 
-// A path that was not opened before: the loader knows its libraries by their paths, and the system
-// gives the same descriptor again.
+// Returns a path that was not opened before. The loader identifies libraries by path, and the
+// system reuses descriptors.
 std::string pathOf(int descriptor) {
     static std::string prefix = "/proc/self/";
     prefix += "./";

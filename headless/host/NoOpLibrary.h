@@ -5,9 +5,9 @@
 
 namespace headless {
 
-// Makes a shared library in memory, whose functions do nothing and answer 0, and its names known to
-// the process for its whole life. `soname` is what other libraries may ask for. Throws PluginError
-// when the system refuses.
+// Makes a shared library in memory whose functions do nothing and answer 0, and makes its names
+// available to the process for its whole life. Other libraries can ask for it by `soname`. Throws
+// PluginError if the system refuses.
 void loadNoOpLibrary(const std::string& soname, const std::vector<std::string>& names);
 
 } // namespace headless

@@ -12,7 +12,7 @@ namespace headless {
 
 namespace {
 
-// By its own name, so that it also stands for the library that plugins ask for.
+// The real name, so that it also stands in for the library that plugins ask for.
 constexpr const char* kLibrary = "libGL.so.1";
 
 bool wantsOpenGl(const PluginFile& plugin) {

@@ -24,7 +24,7 @@ std::string counted(std::size_t count, const std::string& one, const std::string
     return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// Null when it is nowhere.
+// Null if the library is not found.
 void* openLibrary(const std::string& name, const std::vector<std::string>& folders) {
     for (const std::string& folder : folders) {
         if (void* library = ::dlopen((folder + "/" + name).c_str(), RTLD_LAZY | RTLD_LOCAL)) {

@@ -8,22 +8,22 @@
 
 namespace headless {
 
-// What a plugin needs and whether it is here. The libraries that it asks for are loaded to look
-// into them; the plugin itself is not.
+// Lists what a plugin needs and whether it is available. Loads the libraries that the plugin asks
+// for, but not the plugin itself.
 class PluginCheck final {
 public:
     explicit PluginCheck(const PluginFile& file);
 
-    // The file names that the SDK's own library has.
+    // Whether this is a file name of the SDK's own library.
     static bool IsSdkLibrary(std::string_view name);
 
-    // Names of the SDK that the plugin uses, in ascending order.
+    // Functions of the SDK that the plugin uses, in ascending order.
     const std::vector<std::string>& SdkFunctions() const { return sdkFunctions; }
-    // Those of them that only answer 0.
+    // The subset of SdkFunctions() that only answers 0.
     const std::vector<std::string>& NotSimulated() const { return notSimulated; }
-    // OpenGL's, which need not be here.
+    // OpenGL functions, which may be missing.
     const std::vector<std::string>& OpenGl() const { return openGl; }
-    // Names and libraries that nobody has.
+    // Names and libraries that cannot be found anywhere.
     const std::vector<std::string>& Missing() const { return missing; }
 
     // One line each, without the plugin's name: "needs 2 names that nobody has: a, b".

@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// A plugin that cannot be loaded or that refuses to start; what() is one line.
+// A plugin cannot be loaded or refuses to start; what() is one line.
 class PluginError final : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -22,7 +22,7 @@ constexpr Elf64_Half kMachine = EM_AARCH64;
 #error "unknown kind of computer"
 #endif
 
-// A structure at a place in the file; none when it is not all there.
+// Reads a structure at an offset; empty if it does not fit into the file.
 template <class Structure>
 std::optional<Structure> readAt(std::string_view bytes, std::size_t offset) {
     if (offset > bytes.size() || bytes.size() - offset < sizeof(Structure)) {
@@ -33,7 +33,7 @@ std::optional<Structure> readAt(std::string_view bytes, std::size_t offset) {
     return structure;
 }
 
-// The text that begins at a place and ends with a zero.
+// The zero-terminated text at an offset.
 std::string textAt(std::string_view strings, std::size_t offset) {
     if (offset >= strings.size()) {
         return {};

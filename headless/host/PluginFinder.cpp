@@ -25,7 +25,7 @@ bool isFolder(const fs::path& path) {
     return fs::is_directory(path, ignored);
 }
 
-// Of "plugins/My/64/lin.xpl" and its like the folder, else the file.
+// The plugin folder's name, for paths such as "plugins/My/64/lin.xpl"; otherwise the file's.
 std::string nameOf(const fs::path& file) {
     const fs::path folder = file.parent_path();
     const std::string inner = folder.filename().string();
@@ -35,10 +35,10 @@ std::string nameOf(const fs::path& file) {
     return file.stem() == "lin" ? inner : file.stem().string();
 }
 
-// None when the folder has no plugin for this system.
+// Empty if the folder has no plugin for this system.
 std::optional<PluginPlace> findInFolder(const fs::path& folder) {
     const std::string name = fs::canonical(folder).filename().string();
-    // The newest layout first, since a folder may have several for the sake of older simulators.
+    // The newest layout first: a folder may have several, for older simulators.
     for (const fs::path& file : {fs::path("lin_x64") / (name + kSuffix), fs::path("64") / "lin.xpl",
                                  fs::path("lin.xpl"), fs::path(name + kSuffix)}) {
         if (isFile(folder / file)) {

@@ -16,11 +16,11 @@ namespace headless {
 
 namespace {
 
-// The SDK promises the plugin 256 bytes for each text.
+// The SDK guarantees the plugin 256 bytes for each text.
 using StartText = std::array<char, 256>;
 
 std::string absolutePath(const std::string& path) {
-    // With a slash in it, dlopen takes the path as it is and does not search library folders.
+    // If a path has a slash in it, dlopen takes it as it is and does not search library folders.
     const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                                &std::free);
     if (resolved == nullptr) {
@@ -119,7 +119,7 @@ bool PluginHost::Unload() {
     leave();
     const bool wasMapped = library != nullptr;
     if (wasMapped) {
-        // One that was stopped before has no id, but its destructors are its own.
+        // A stopped plugin has no id, but calls from its destructors must be charged to it.
         enroll();
         withCallsRefused("destructors", [this] { ::dlclose(library); });
         library = nullptr;
@@ -163,7 +163,7 @@ void PluginHost::dismiss() {
     }
 }
 
-// In a call that the registry made.
+// Runs within a PluginContext::Call that the registry made.
 void PluginHost::receive(XPLMPluginID from, int message, void* parameter) const noexcept {
     if (started) {
         entryPoints.receiveMessage(from, message, parameter);
@@ -181,7 +181,7 @@ bool PluginHost::callStart() {
     return agreed;
 }
 
-// The plugin counts as enabled in its own XPluginEnable and XPluginDisable.
+// A plugin counts as enabled during its own XPluginEnable and XPluginDisable.
 bool PluginHost::enablePlugin() {
     simulator.Plugins().MarkEnabled(id, true);
     const PluginContext::Call call(simulator.Context(), id, "XPluginEnable");
@@ -208,7 +208,7 @@ void PluginHost::requireNames(bool strict) const {
     }
     provideOpenGl(plugin);
     for (const std::string& name : plugin.Needed()) {
-        // What it wants of the SDK's library is in the process already.
+        // The SDK's functions are in the process already, so an empty library is enough.
         if (PluginCheck::IsSdkLibrary(name)) {
             loadNoOpLibrary(name, {"headless_nothing"});
         }
@@ -216,7 +216,7 @@ void PluginHost::requireNames(bool strict) const {
 }
 
 void PluginHost::load() {
-    // Its constructors may register things already.
+    // Its constructors may already register things.
     enroll();
     withCallsRefused("constructors",
                      [this] { library = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL); });
@@ -238,7 +238,7 @@ void PluginHost::withCallsRefused(const char* callback, const std::function<void
     const auto former = simulator.Threads().SetWatch([this, callback](const char* function) {
         simulator.Recorder().Refuse(Refusal::WrongMoment, function, callback);
     });
-    // An exception that leaves a constructor is a crash of the plugin's.
+    // An exception that leaves a constructor counts as a crash of the plugin.
     [&]() noexcept { action(); }();
     simulator.Threads().SetWatch(former);
 }

@@ -10,7 +10,7 @@
 
 namespace headless {
 
-// What the simulator calls a plugin by.
+// The functions through which the simulator calls a plugin.
 struct PluginEntryPoints {
     int (*start)(char*, char*, char*) = nullptr;
     void (*stop)() = nullptr;
@@ -19,44 +19,44 @@ struct PluginEntryPoints {
     void (*receiveMessage)(XPLMPluginID, int, void*) = nullptr;
 };
 
-// Loads one plugin and takes it through its life, as the simulator does.
+// Loads one plugin and takes it through its life cycle, as the simulator does.
 //
-// While a plugin is not enabled the simulator does not call it.
+// The simulator does not call a plugin that is not enabled.
 //
-// Load on construction, then Start, Enable, messages and flight loops, Disable, Stop, Unload; a
-// stopped plugin may be started again. What the plugin left registered is dropped at Stop. The
-// destructor takes the steps that are missing. The simulator outlives the host.
+// The order is: load on construction, Start, Enable, messages and flight loops, Disable, Stop,
+// Unload. A stopped plugin may be started again. Stop drops what the plugin left registered. The
+// destructor takes any missing steps. The simulator outlives the host.
 class PluginHost final {
 public:
-    // Throws PluginError when the file needs names that nobody has, cannot be loaded or lacks an
-    // entry point. `strict`: also when it uses functions that only answer 0.
+    // Throws PluginError if the file needs names that cannot be found, cannot be loaded or lacks an
+    // entry point; with `strict` also if it uses functions that only answer 0.
     PluginHost(Simulator& hostingSimulator, const std::string& path, bool strict = false);
-    // A plugin that is in the process already and stays there; the name stands for its file.
+    // For a plugin that is linked into the process and stays there; the name stands for its file.
     PluginHost(Simulator& hostingSimulator, std::string name, const PluginEntryPoints& linked);
     ~PluginHost();
     PluginHost(const PluginHost&) = delete;
     PluginHost& operator=(const PluginHost&) = delete;
 
-    // Throw PluginError when the plugin refuses or it is not the time for the step.
+    // These throw PluginError if the plugin refuses or the step is out of order.
     void Start();
     void Enable();
-    // Ignored when it is not the time for the step.
+    // These do nothing if the step is out of order.
     void Disable();
     void Stop();
 
     // From the simulator to the plugin; dropped unless it is enabled.
     void SendMessage(int message, void* parameter);
 
-    // Disables and stops if needed, then unloads. Returns false when the library stays mapped in
-    // the process all the same.
+    // Disables and stops if needed, then unloads. Returns false if the library nevertheless stays
+    // mapped in the process.
     bool Unload();
 
-    // While it is loaded, what it calls by the name of a function of the SDK is another one.
+    // Replaces a function of the SDK for this plugin while it is loaded.
     void Redirect(const std::string& function, const void* target) {
         redirectImport(library, function, target);
     }
 
-    // XPLM_NO_PLUGIN_ID before the first start and once it is stopped.
+    // XPLM_NO_PLUGIN_ID before the first start and after a stop.
     XPLMPluginID Id() const { return id; }
     bool IsStarted() const { return started; }
     bool IsEnabled() const { return enabled; }
@@ -65,26 +65,27 @@ public:
     const PluginTexts& Texts() const { return texts; }
 
 private:
-    // Gives the plugin an id, and takes it and all that was registered under it.
+    // enroll() gives the plugin an id; dismiss() removes the id and all that was registered under
+    // it.
     void enroll();
     void dismiss();
     // Stops it and drops what it registered; it keeps its id.
     void leave();
     bool callStart();
     void receive(XPLMPluginID from, int message, void* parameter) const noexcept;
-    // The steps themselves, which plugins may ask for as well.
+    // The steps themselves; plugins may ask for them too.
     bool enablePlugin();
     void disablePlugin();
     void requireNames(bool strict) const;
     void load();
-    // A plugin may use the SDK from its start to its stop; calls outside of that are told.
+    // A plugin may use the SDK from its start to its stop; this reports calls outside of that.
     void withCallsRefused(const char* callback, const std::function<void()>& action);
     void resolveEntryPoints();
     void requireLoaded() const;
 
     Simulator& simulator;
     std::string file;
-    // Null for a plugin that was linked, and after unloading.
+    // Null for a linked plugin, and after unloading.
     void* library = nullptr;
     PluginEntryPoints entryPoints;
     bool started = false;

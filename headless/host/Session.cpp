@@ -32,7 +32,7 @@ Session::Session(const SessionOptions& sessionOptions)
       freezes(sessionOptions.freezes),
       paused(sessionOptions.paused) {
     simulator.Log().OpenFile(options.logFile);
-    // The file has it all; a long run must not grow by its log.
+    // The log file keeps every line; memory must not grow in a long run.
     simulator.Log().KeepInMemory(false);
     failures = std::make_unique<Failures>(simulator, plugins, options.failures);
 }
@@ -44,7 +44,7 @@ void Session::StartPlugins() {
     simulator.Plugins().Broadcast(XPLM_MSG_SCENERY_LOADED, nullptr);
 }
 
-// The others know of the aircraft already.
+// Only the reloaded plugin gets the messages; the others already had them.
 void Session::ReloadPlugin(const std::string& name) {
     PluginHost& plugin = plugins.Reload(name);
     for (const int message : {XPLM_MSG_PLANE_LOADED, XPLM_MSG_LIVERY_LOADED,
@@ -63,7 +63,7 @@ void Session::UnloadAircraft() {
 }
 
 void Session::RunFrame(double seconds) {
-    // After a frame that took long the aircraft flies on slower, as the simulator's does.
+    // In a slow frame the aircraft advances less than the frame took, as in the simulator.
     world.Advance(seconds,
                   std::min(seconds, std::max(kLongestStep, 1.0 / options.framesPerSecond)));
     for (IFrameListener* listener : listeners) {
@@ -88,7 +88,7 @@ void Session::freeze(double seconds) {
     simulator.Notices().Once("no frames for a while, as --freeze asks");
     const auto end = Clock::now() + std::chrono::duration<double>(seconds);
     while (Clock::now() < end && !StopSignal::Received()) {
-        // Signals wake it.
+        // A signal ends the poll early.
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         ::poll(nullptr, 0, static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1000)));
     }
@@ -106,7 +106,7 @@ double Session::FlownSeconds() const {
            static_cast<double>(statistics.Frames() - framesBeforeRate) / options.framesPerSecond;
 }
 
-// As the simulator does: a plugin that stays in the process starts with what it remembers.
+// As in the simulator, a plugin that stays in the process keeps the values of its variables.
 void Session::meetReloadRequest() {
     for (const std::string& file : plugins.Unload()) {
         simulator.Notices().Once(file +

@@ -16,17 +16,16 @@
 
 namespace headless {
 
-// A simulator with its world, its aircraft and its plugins: all that a run consists of but the
-// pace.
+// A simulator with its world, its aircraft and its plugins: everything in a run except the pace.
 //
-// The simulator is the current one for the session's life. Steps that a plugin refuses or that
-// come at the wrong time throw PluginError; the session goes on after that.
+// The simulator is the current one for the session's life. Steps that a plugin refuses or that are
+// out of order throw PluginError; the session continues after that.
 class Session final {
 public:
     static constexpr const char* kDefaultAircraft = "Orvane Trainer, light single";
 
-    // Builds the world and opens the log. Throws TextFileError or std::runtime_error, one line
-    // each, for files that cannot be read or written.
+    // Builds the world and opens the log. Throws TextFileError or std::runtime_error, each with one
+    // line, for files that cannot be read or written.
     explicit Session(const SessionOptions& sessionOptions);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -34,25 +33,25 @@ public:
     headless::Simulator& Simulator() { return simulator; }
     const FrameStatistics& Statistics() const { return statistics; }
 
-    // What was wrong with the files, one line each.
+    // Problems in the files, one line each.
     const std::vector<std::string>& Warnings() const { return world.Warnings(); }
 
-    // Loads, starts and enables the plugins and tells them of the aircraft, airport and scenery.
+    // Loads, starts and enables the plugins and sends the aircraft, airport and scenery messages.
     void StartPlugins();
-    // Unloads one and does the same again. An empty name is the only plugin.
+    // Unloads one plugin and does the same with it. An empty name means the only plugin.
     void ReloadPlugin(const std::string& name = {});
     // Disables, stops and unloads. Returns the files of those that stay in the process.
     std::vector<std::string> UnloadPlugins() { return plugins.Unload(); }
     LoadedPlugins& Plugins() { return plugins; }
-    // One of them, loaded. Throws PluginError when there is none of the name.
+    // A loaded plugin by name. Throws PluginError if there is no such plugin.
     PluginHost& Plugin(const std::string& name = {}) { return plugins.Find(name); }
 
-    // The description is what the plugin knows an aircraft by.
+    // Plugins identify an aircraft by its description.
     void LoadAircraft(const std::string& description);
     void UnloadAircraft();
 
-    // One frame of the usual length, or of so many seconds: the aircraft moves, then the plugins
-    // have their turn. A reload that one of them asked for comes after that.
+    // Runs one frame of the usual length, or of the given seconds: the aircraft moves, then the
+    // plugins run. A reload that a plugin asked for comes after that.
     void RunFrame() { RunFrame(1.0 / options.framesPerSecond); }
     void RunFrame(double seconds);
 
@@ -61,12 +60,12 @@ public:
 
     double FramesPerSecond() const { return options.framesPerSecond; }
     void SetFramesPerSecond(double rate);
-    // What the frames so far would have taken had none of them been late.
+    // The time that the frames so far would have taken without delays.
     double FlownSeconds() const;
 
-    // What moves the aircraft.
+    // The flight model that moves the aircraft.
     FlightModel& Model() { return world.Model(); }
-    // Is told of all frames from now on; the listener outlives the session's frames.
+    // Calls the listener for all frames from now on; it must outlive the session's frames.
     void AddListener(IFrameListener& listener) { listeners.push_back(&listener); }
 
     const std::string& LogFile() const { return options.logFile; }
@@ -85,7 +84,7 @@ private:
     std::vector<IFrameListener*> listeners;
     FrameStatistics statistics;
     bool paused;
-    // When the rate changed last.
+    // The values at the last change of the rate.
     double secondsBeforeRate = 0.0;
     std::int64_t framesBeforeRate = 0;
 };

@@ -8,46 +8,46 @@
 
 namespace headless {
 
-// What a run of the headless simulator is asked to do. Empty file names mean none.
+// Options of a headless simulator run. Empty file names mean none.
 struct SessionOptions {
     static constexpr double kDefaultFramesPerSecond = 60.0;
     static constexpr double kFewestFramesPerSecond = 0.1;
     static constexpr double kMostFramesPerSecond = 100'000.0;
 
-    // Libraries or folders of plugins, in the order of loading.
+    // Plugin libraries or folders, in loading order.
     std::vector<std::string> plugins{};
     std::string datarefsFile{};
     std::string commandsFile{};
     std::string logFile = "Log.txt";
     double framesPerSecond = kDefaultFramesPerSecond;
-    // Simulated seconds to fly; none: until told to end.
+    // Simulated seconds to fly; if empty, until something ends the run.
     std::optional<double> durationSeconds{};
-    // Refuse a plugin that uses functions which only answer 0, and breaches of the SDK's rules.
+    // Refuse plugins that use functions which only answer 0, and breaches of the SDK's rules.
     bool strict = false;
-    // The version of the simulator whose sizes the default world has: 10, 11 or 12.
+    // The simulator version whose array sizes the default world has: 10, 11 or 12.
     int world = kUsualWorld.number;
     // Elevation of the ground, in metres above mean sea level.
     double groundMetres = 0.0;
-    // Give up a callback that takes as many seconds.
+    // End the process if a callback takes this long.
     std::optional<double> watchdogSeconds{};
     // Functions that fail on purpose (Failures), and times without frames (Freezes).
     std::vector<std::string> failures{};
     std::vector<std::string> freezes{};
-    // Measure what plugins take, and report it, for programs.
+    // Measure what plugins use; report it as JSON.
     bool stats = false;
     bool json = false;
-    // Warn of a plugin's frame that takes more time of the processor.
+    // Warn if a plugin uses more CPU time than this in a frame.
     std::optional<double> budgetMicroseconds{};
-    // Take commands from standard input, and stand still at first.
+    // Take statements from standard input; start paused.
     bool console = false;
     bool paused = false;
-    // Statements to carry out instead; - for standard input. What became of them goes there.
+    // A file of statements to carry out instead, - for standard input, and a file for the results.
     std::string scriptFile{};
     std::string junitFile{};
-    // Flight data to play, and how many times as fast.
+    // Flight data to replay, and how many times as fast.
     std::string replayFile{};
     double replaySpeed = 1.0;
-    // The file to record to, and the datarefs.
+    // The file to record to, followed by the datarefs.
     std::vector<std::string> record{};
 };
 

@@ -7,20 +7,19 @@
 
 namespace headless {
 
-// Measures a run and reports on it: statistics on standard output when it ends and at every
-// SIGUSR1, and on standard error each frame of a plugin that is over its budget, as the options
-// say.
+// Measures a run and reports on it as the options say: statistics on standard output at the end and
+// at every SIGUSR1, and on standard error each frame in which a plugin exceeds its budget.
 //
-// To be made before any plugin is loaded, since the signal is blocked in all threads made later.
+// Create it before any plugin is loaded: only threads started later have the signal blocked.
 class StatsReporter final {
 public:
-    // Throws std::system_error when the system has no descriptor left.
+    // Throws std::system_error if the system has no descriptor left.
     StatsReporter(Simulator& simulator, const SessionOptions& sessionOptions);
     ~StatsReporter();
     StatsReporter(const StatsReporter&) = delete;
     StatsReporter& operator=(const StatsReporter&) = delete;
 
-    // Readable when a report was asked for; for poll().
+    // Readable when a report was requested; for poll().
     int Descriptor() const { return descriptor; }
     void ReportIfAsked();
     void Report() const;

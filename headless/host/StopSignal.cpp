@@ -11,7 +11,7 @@ namespace headless {
 
 namespace {
 
-// All that a signal handler can reach.
+// Globals, because the signal handler can reach nothing else.
 volatile std::sig_atomic_t received = 0;
 volatile std::sig_atomic_t wakeDescriptor = -1;
 
@@ -24,7 +24,7 @@ extern "C" void onStopSignal(int number) {
     }
     received = 1;
     const std::uint64_t one = 1;
-    // The counter cannot be full after one signal or a few; nothing to do if it were.
+    // A few signals cannot fill the counter; an error here could not be handled anyway.
     [[maybe_unused]] const ssize_t written = ::write(wakeDescriptor, &one, sizeof one);
     errno = interrupted;
 }

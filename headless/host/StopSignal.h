@@ -5,19 +5,19 @@
 namespace headless {
 
 // Turns SIGINT and SIGTERM into a flag and a readable file descriptor for the object's life, so
-// that a run ends in order. A second one ends the process at once, since a plugin may hang. One at
-// a time in a process.
+// that a run ends in order. A second signal ends the process at once, because a plugin may hang.
+// One at a time in a process.
 class StopSignal final {
 public:
-    // Throws std::system_error when the system has no descriptor left.
+    // Throws std::system_error if the system has no descriptor left.
     StopSignal();
     ~StopSignal();
     StopSignal(const StopSignal&) = delete;
     StopSignal& operator=(const StopSignal&) = delete;
 
-    // False when there is no such object.
+    // False if no such object exists.
     static bool Received();
-    // Readable once a signal came; for poll().
+    // Readable after a signal; for poll().
     int Descriptor() const { return descriptor; }
 
 private:

@@ -15,16 +15,16 @@ namespace headless {
 
 namespace {
 
-// How often a callback is looked at before it is given up.
+// How many times a callback is checked before it is ended.
 constexpr int kLooks = 4;
 
-// All that the signal handler can reach.
+// Globals, because the signal handler can reach nothing else.
 Simulator* watched = nullptr;
 std::uint64_t callSeen = 0;
 int looks = 0;
 
 int watchdogSignal() {
-    // Not one that plugins are likely to use.
+    // A signal that plugins are unlikely to use.
     return SIGRTMAX - 3;
 }
 
@@ -51,7 +51,7 @@ timespec timeOf(double seconds) {
 Watchdog::Watchdog(Simulator& watchedSimulator, double seconds) {
     watched = &watchedSimulator;
     looks = 0;
-    // Its first call loads a library, which a signal handler must not.
+    // The first call to backtrace() loads a library, which a signal handler must not do.
     void* frame = nullptr;
     ::backtrace(&frame, 1);
     struct sigaction action {};

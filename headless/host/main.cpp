@@ -44,7 +44,7 @@ constexpr const char* kFooter =
     "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
     "  headless-sim --check lin.xpl                 tell whether the plugin can be loaded";
 
-// What to do other than to fly, and where.
+// Options that do something other than fly, and the system folder.
 struct Questions {
     std::string system{};
     bool check = false;
@@ -109,7 +109,7 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_flag("--list-functions", what.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
-    // What is left over is named by requireNoUnknownOption().
+    // requireNoUnknownOption() reports what is left over.
     app.allow_extras();
     app.footer(kFooter);
 }
@@ -146,7 +146,7 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     if (options.watchdogSeconds.has_value()) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
-    // Before the plugin starts, so that no signal can end the process with the plugin in it.
+    // Created before the plugin starts, so that no signal can end the process inside the plugin.
     std::optional<headless::StatsReporter> stats;
     if (options.stats || options.budgetMicroseconds.has_value()) {
         stats.emplace(session.Simulator(), options);
@@ -175,7 +175,7 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     return status == kExitOk ? judged : status;
 }
 
-// A line a function: its name, header, kind, and what differs, separated by tabs.
+// One line per function: name, header, kind, and what differs, separated by tabs.
 int listFunctions() {
     for (const headless::SdkFunction& function : headless::sdkFunctions()) {
         std::cout << function.name << '\t' << function.header << '\t'
@@ -193,7 +193,7 @@ void checkPlugin(const std::string& path) {
     }
 }
 
-// Goes on after a plugin that cannot be loaded.
+// Continues after a plugin that cannot be loaded.
 int checkPlugins(const std::vector<std::string>& paths) {
     int status = kExitOk;
     for (const std::string& path : paths) {

@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// Kilobytes of memory in use; 0 when the system does not tell.
+// Resident memory in kilobytes; 0 if the system does not report it.
 std::size_t residentKilobytes();
 std::size_t openFileDescriptors();
 
