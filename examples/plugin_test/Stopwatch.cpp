@@ -1,5 +1,5 @@
 // A stopwatch: a command starts and stops it, a menu does the same and resets it, and a dataref has
-// the seconds. It stands while the simulator is paused.
+// the seconds. It stops while the simulator is paused.
 
 #include <cstring>
 

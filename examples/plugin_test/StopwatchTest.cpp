@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <orvane/headless/Simulator.h>
 
-// Each test has a simulator of its own, and loads the plugin afresh.
+// Each test has its own simulator and loads the plugin afresh.
 class StopwatchTest : public testing::Test {
 protected:
     orvane::headless::Simulator sim;

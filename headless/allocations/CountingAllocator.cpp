@@ -1,5 +1,5 @@
-// The system's allocator, counting. headless-sim has it in its process only when it is asked for
-// statistics, so that nothing is slower without.
+// The system's allocator with a counter. headless-sim loads it only for statistics, so that other
+// runs are not slower.
 
 #include <cerrno>
 #include <cstddef>
@@ -17,7 +17,7 @@ bool isPowerOfTwo(std::size_t number) {
 
 extern "C" {
 
-// The C library's own, under the names that it keeps for those who replace the others.
+// The C library's own functions, under the names that stay available when others are replaced.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);

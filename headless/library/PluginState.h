@@ -7,7 +7,7 @@
 
 namespace orvane::headless {
 
-// What the host throws, as what the library promises.
+// Converts the host's exceptions to the library's.
 template <class Action>
 void withPublicErrors(Action&& action) {
     try {

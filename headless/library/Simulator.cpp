@@ -72,7 +72,7 @@ struct Simulator::State final : ::headless::IPluginObserver {
     void Switched(int /*plugin*/) override {}
     void Logged(const char* /*text*/) override {}
 
-    // Of a dataref that exists.
+    // Whether the dataref exists and has one of the types.
     bool Offers(std::string_view name, int types) {
         const ::headless::Dataref* dataref = simulator.Datarefs().Lookup(name);
         return dataref != nullptr && dataref->Offers(types);
@@ -125,7 +125,7 @@ void Simulator::runFrames(int count) {
 }
 
 void Simulator::runSeconds(double seconds) {
-    // A hair's breadth more, so that rounding takes no frame away.
+    // A small margin, so that rounding does not lose a frame.
     constexpr double kHair = 1e-6;
     runFrames(std::max(1, static_cast<int>(std::floor(seconds / state->frameSeconds + kHair))));
 }

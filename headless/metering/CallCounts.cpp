@@ -6,7 +6,7 @@
 namespace headless {
 
 void CallCounts::Add(const char* function, std::uint64_t count) {
-    // Texts lie close together; the multiplication spreads their addresses.
+    // The names' addresses are close together; the multiplication spreads them.
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
     constexpr int kBits = std::bit_width(kSlots) - 1;
     std::size_t slot = (reinterpret_cast<std::uintptr_t>(function) * kSpread) >> (64 - kBits);

@@ -8,7 +8,7 @@
 
 namespace headless {
 
-// How often each function of the SDK was called. Counting takes no memory.
+// Counts the calls of each function of the SDK. Counting does not allocate memory.
 class CallCounts final {
 public:
     struct Entry {
@@ -16,18 +16,18 @@ public:
         std::uint64_t count = 0;
     };
 
-    // The text lives with the process; each function has one of its own.
+    // The text must live as long as the process, and each function must have its own.
     void Add(const char* function, std::uint64_t count = 1);
     void Add(const CallCounts& others);
     void Clear();
 
     std::uint64_t Of(std::string_view function) const;
     std::uint64_t Total() const;
-    // Those that were called, the most frequent first, then by name.
+    // The functions that were called, the most frequent first, then by name.
     std::vector<Entry> Entries() const;
 
 private:
-    // More than twice as many as there are functions.
+    // More than twice the number of functions.
     static constexpr std::size_t kSlots = 1024;
 
     struct Slot {
@@ -36,7 +36,7 @@ private:
     };
 
     std::array<Slot, kSlots> slots{};
-    // The slots that are taken, in the order of their first calls.
+    // The slots in use, in the order of their first calls.
     std::array<std::uint16_t, kSlots> taken{};
     std::size_t takenCount = 0;
 };

@@ -10,15 +10,15 @@
 
 namespace headless {
 
-// Measures what each plugin takes from the simulator's thread: time of the processor, calls of the
-// SDK, allocations, memory, lines of the log. What the SDK's functions take counts for the plugin
-// that called them; threads of its own are not measured.
+// Measures what each plugin uses on the simulator's thread: CPU time, calls of the SDK,
+// allocations, memory, lines of the log. What the SDK's functions use is charged to the plugin that
+// called them. The plugin's own threads are not measured.
 //
-// Observes the simulator as long as it lives, and borrows it. Measuring itself takes no memory but
-// for each new plugin.
+// Observes the simulator for its whole life, and borrows it. Measuring allocates memory only for
+// each new plugin.
 class Meter final : public IPluginObserver {
 public:
-    // The plugin's figures are those of the frame that just ran.
+    // The figures are those of the plugin's frame that just ran.
     using FrameObserver = std::function<void(const PluginFigures&)>;
 
     explicit Meter(Simulator& observedSimulator);
@@ -26,14 +26,14 @@ public:
     Meter(const Meter&) = delete;
     Meter& operator=(const Meter&) = delete;
 
-    // Is told of every plugin after every frame.
+    // The observer is called for every plugin after every frame.
     void SetFrameObserver(FrameObserver frameObserver) { observer = std::move(frameObserver); }
 
     // In the order in which they were first called.
     const std::vector<std::unique_ptr<PluginFigures>>& Plugins() const { return plugins; }
-    // Simulated seconds of the frames that were measured.
+    // Simulated seconds of the measured frames.
     double Seconds() const { return seconds; }
-    // Of the process: when the first frame began.
+    // The process's resident memory when the first frame began.
     std::size_t ResidentKilobytesAtFirst() const { return residentAtFirst; }
 
     void Called(const char* function) override;
@@ -50,7 +50,7 @@ private:
     Simulator& simulator;
     FrameObserver observer;
     std::vector<std::unique_ptr<PluginFigures>> plugins;
-    // By plugin id; null for those not seen yet.
+    // By plugin id; null for plugins not seen yet.
     std::vector<PluginFigures*> byId;
     PluginFigures* running = nullptr;
     ThreadUsage runningSince;

@@ -10,12 +10,12 @@
 
 namespace headless {
 
-// What one plugin took, in its frames and outside of them (start, messages, commands by hand). A
-// plugin that is loaded again goes on with the same figures.
+// What one plugin used, in its frames and outside of them (start, messages, commands by hand). If a
+// plugin is loaded again, its figures continue.
 struct PluginFigures {
     std::string file;
 
-    // Of the frame that runs, or since the last one ended.
+    // Of the current frame, or since the last frame ended.
     ThreadUsage usage;
     CallCounts calls;
     std::uint64_t logLines = 0;
@@ -30,7 +30,7 @@ struct PluginFigures {
     std::chrono::nanoseconds outside{0};
     std::uint64_t callsOutside = 0;
 
-    // Moves what was taken to one or the other.
+    // These add the current figures to those in frames or outside of frames.
     void CountAsFrame() {
         frames.Add(usage.cpu);
         callsInFrames.Add(calls);

@@ -111,7 +111,7 @@ std::string statsAsJson(const Meter& meter) {
         {"resident_kb",
          {{"first", meter.ResidentKilobytesAtFirst()}, {"now", residentKilobytes()}}},
         {"plugins", plugins}};
-    // A file's name may be no text at all.
+    // A file name may not be valid text.
     return report.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 

@@ -5,15 +5,15 @@
 
 namespace headless {
 
-// What the calling thread has taken from the machine since it began.
+// What the calling thread has used since it began.
 struct ThreadUsage {
     std::chrono::nanoseconds cpu{0};
-    // 0 when the process does not count them, see allocationsAreCounted().
+    // 0 if the process does not count allocations, see allocationsAreCounted().
     std::uint64_t allocations = 0;
-    // Pages of memory that it touched for the first time.
+    // Pages of memory that the thread touched for the first time.
     std::uint64_t pages = 0;
 
-    // The processor's time is read first, or last, so that the reading itself is not in it.
+    // These read CPU time first or last, to exclude the cost of the reading itself.
     static ThreadUsage AtEnd();
     static ThreadUsage AtBegin();
 

@@ -21,7 +21,7 @@ TimeHistogram::Time TimeHistogram::Mean() const {
 TimeHistogram::Time TimeHistogram::Quantile(double part) const {
     const double wanted = std::ceil(part * static_cast<double>(count));
     std::uint64_t seen = 0;
-    // The last bucket has no end.
+    // The last bucket has no upper end.
     for (std::size_t bucket = 0; bucket + 1 < kBuckets; ++bucket) {
         seen += buckets[bucket];
         if (seen > 0 && static_cast<double>(seen) >= wanted) {
@@ -39,7 +39,7 @@ std::size_t TimeHistogram::bucketOf(std::uint64_t nanoseconds) {
     return std::min<std::uint64_t>(kBuckets - 1, shift * kSteps + (nanoseconds >> shift));
 }
 
-// The last time of the bucket.
+// The longest time in the bucket.
 std::uint64_t TimeHistogram::endOf(std::size_t bucket) {
     if (bucket < kSteps) {
         return bucket;

@@ -7,8 +7,8 @@
 
 namespace headless {
 
-// Times by how often they came, in room that stays the same however many there are. A quantile is
-// at most 1/64 above the true one; the worst and the mean are exact.
+// A histogram of times, of constant size. A quantile is at most 1/64 too high; the worst and the
+// mean are exact.
 class TimeHistogram final {
 public:
     using Time = std::chrono::nanoseconds;
@@ -17,13 +17,13 @@ public:
 
     std::uint64_t Count() const { return count; }
     Time Worst() const { return worst; }
-    // Zero when there are none.
+    // Zero if there are no times.
     Time Mean() const;
-    // The time that this part of them does not exceed: 0.5 is the median.
+    // The time that this fraction of the times does not exceed: 0.5 is the median.
     Time Quantile(double part) const;
 
 private:
-    // Each power of two has as many steps of equal width.
+    // Each power of two has this many steps of equal width.
     static constexpr std::uint64_t kSteps = 64;
     static constexpr std::size_t kBuckets = kSteps * 42;
 

@@ -7,7 +7,7 @@
 
 namespace headless {
 
-// Standard input: with a prompt for a console at a terminal, else as it comes.
+// Standard input: with a prompt if a console is at a terminal, otherwise plain lines.
 std::unique_ptr<ILineSource> makeConsoleInput(Simulator& simulator, bool isConsole);
 
 } // namespace headless

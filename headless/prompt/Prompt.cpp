@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-// After stdio.h, which it needs.
+// These need stdio.h to be included first.
 #include <readline/history.h>
 #include <readline/readline.h>
 
@@ -25,7 +25,7 @@ constexpr const char* kHistory = "/.headless-sim_history";
 constexpr int kMostHistory = 1000;
 constexpr const char* kBlanks = " \t";
 
-// The one that the library's callbacks reach.
+// The prompt for the library's callbacks.
 Prompt* current = nullptr;
 
 bool isReadable(int descriptor) {
@@ -38,7 +38,7 @@ std::string homeFile(const char* name) {
     return home == nullptr ? std::string() : std::string(home) + name;
 }
 
-// A name that may go on is not followed by a blank.
+// A name that can continue gets no blank after it.
 void endWordUnlessItGoesOn(const std::vector<std::string>& completions) {
     const bool goesOn = completions.size() == 1 && completions.front().ends_with('/');
     constexpr int kNothing = 0;
@@ -46,10 +46,10 @@ void endWordUnlessItGoesOn(const std::vector<std::string>& completions) {
     rl_completion_append_character = goesOn ? kNothing : kBlank;
 }
 
-// What the library asks for, one after the other.
+// The completions that the library asks for, one after the other.
 std::vector<std::string> offered;
 
-// In memory that the library frees.
+// The library frees the result.
 char* nextOffered(const char* /*word*/, int state) {
     const auto place = static_cast<std::size_t>(state);
     return place < offered.size() ? ::strdup(offered[place].c_str()) : nullptr;
@@ -64,7 +64,7 @@ bool Prompt::IsPossible() {
 Prompt::Prompt(Simulator& promptSimulator)
     : simulator(promptSimulator), historyFile(homeFile(kHistory)) {
     current = this;
-    // Signals are the run's.
+    // The run handles signals.
     rl_catch_signals = 0;
     rl_catch_sigwinch = 0;
     rl_change_environment = 0;
@@ -86,7 +86,7 @@ Prompt::~Prompt() {
 void Prompt::Close() {
     if (isShown) {
         hide();
-        // What comes next begins a line.
+        // Further output starts on a new line.
         std::fputc('\n', stdout);
         std::fflush(stdout);
     }
@@ -149,7 +149,7 @@ char** Prompt::complete(const char* word, int begin, int /*end*/) {
     const std::string before(rl_line_buffer, static_cast<std::size_t>(begin));
     offered = completionsOf(current->simulator, before, word);
     endWordUnlessItGoesOn(offered);
-    // Not the names of files, if there is none.
+    // If there are no completions, do not offer file names.
     rl_attempted_completion_over = 1;
     return rl_completion_matches(word, &nextOffered);
 }

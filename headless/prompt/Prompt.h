@@ -9,22 +9,22 @@
 
 namespace headless {
 
-// Lines that somebody types at the terminal of standard input: edited, with a history that lasts,
-// and with names completed by the Tab key. Keys are read only when they were pressed, so that the
-// flight goes on meanwhile. Blank lines are left out.
+// Lines that a user types at the terminal of standard input, with editing, a saved history, and Tab
+// completion of names. Reads keys only when they were pressed, so the flight continues meanwhile.
+// Blank lines are skipped.
 //
-// The library behind it has one line at a time for the whole process, so there is one Prompt.
-// Borrows the simulator.
+// The library that it uses has one line at a time for the whole process, so there can be only one
+// Prompt. Borrows the simulator.
 class Prompt final : public ILineSource {
 public:
-    // True when standard input and output are terminals.
+    // True if standard input and output are terminals.
     static bool IsPossible();
 
     explicit Prompt(Simulator& promptSimulator);
     ~Prompt() override;
 
     void Fill() override;
-    // Shows the prompt when there is no line.
+    // Shows the prompt if no line is waiting.
     std::optional<std::string> Next() override;
     bool AtEnd() const override { return ended && lines.empty(); }
     int Descriptor() const override;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kTime = "time";
 
-// Fields are names and numbers, which have no quotes in them.
+// Fields are names and numbers, which contain no quotes.
 std::vector<std::string_view> fieldsOf(std::string_view line) {
     std::vector<std::string_view> fields;
     while (true) {
@@ -35,7 +35,7 @@ std::vector<std::string_view> fieldsOf(std::string_view line) {
     }
 }
 
-// Without the type, whose colon is not in brackets.
+// Removes the type, which follows a colon outside of brackets.
 std::string_view nameIn(std::string_view heading) {
     bool isInBrackets = false;
     for (std::size_t i = 0; i < heading.size(); ++i) {
@@ -58,7 +58,7 @@ void appendNumbers(std::string_view field, std::vector<double>& numbers) {
     }
 }
 
-// Without a header nothing can be read.
+// Without a header the file cannot be read.
 std::vector<std::string_view> headingsIn(std::string_view line, const std::string& place) {
     try {
         return fieldsOf(line);
@@ -119,7 +119,7 @@ private:
         track.rows.push_back(std::move(row));
     }
 
-    // The first row says how many numbers an array has.
+    // The first row determines how many numbers an array has.
     void requireWidth(TrackColumn& column, std::size_t width) const {
         column.width = track.rows.empty() ? width : column.width;
         if (column.width != width) {

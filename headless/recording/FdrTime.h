@@ -9,19 +9,19 @@ namespace headless {
 
 struct TimeOfDay {
     double seconds = 0.0;
-    // Not only hours and minutes.
+    // Whether seconds were given, not only hours and minutes.
     bool hasSeconds = false;
 };
 
 // HH:MM or HH:MM:SS. Throws std::invalid_argument for anything else.
 TimeOfDay timeOfDayIn(const std::string& text);
 
-// The time of a row that comes after those: of the next day, if midnight is between them. Throws
-// std::invalid_argument when it is earlier than the last one.
+// The time of a row that follows these rows; on the next day if midnight is in between. Throws
+// std::invalid_argument if it is earlier than the last row.
 double secondsAfter(const std::vector<TrackRow>& rows, double secondsOfDay);
 
-// Lets rows of the same time follow each other evenly until the next time, but for no longer than
-// the times are exact.
+// Spreads rows with the same time evenly until the next time, but over no more than `resolution`
+// seconds.
 void spreadRows(std::vector<TrackRow>& rows, double resolution);
 
 } // namespace headless

@@ -19,7 +19,7 @@ constexpr double kMetresPerFoot = 0.3048;
 constexpr std::string_view kSeparators = ", \t";
 constexpr const char* kZuluTime = "sim/time/zulu_time_sec";
 
-// What every row has, after its time.
+// The columns of every row, after its time.
 const std::array<TrackColumn, 6> kPose{{{"sim/flightmodel/position/longitude"},
                                         {"sim/flightmodel/position/latitude"},
                                         {"sim/flightmodel/position/elevation", kMetresPerFoot},
@@ -27,7 +27,7 @@ const std::array<TrackColumn, 6> kPose{{{"sim/flightmodel/position/longitude"},
                                         {"sim/flightmodel/position/theta"},
                                         {"sim/flightmodel/position/phi"}}};
 
-// A number of the weather, as a dataref that a world may have.
+// A weather field and the dataref that it sets, if the world has it.
 struct WeatherField {
     std::string_view keyword;
     std::size_t field;
@@ -36,8 +36,7 @@ struct WeatherField {
     double offset;
 };
 
-// Inches of mercury; degrees Fahrenheit; degrees Celsius beyond those of standard air; degrees and
-// knots.
+// Inches of mercury; degrees Fahrenheit; degrees Celsius above standard air; degrees and knots.
 constexpr WeatherField kWeather[] = {
     {"PRES", 0, "sim/weather/barometer_sealevel_inhg", 1.0, 0.0},
     {"TEMP", 0, "sim/weather/temperature_sealevel_c", 1.0 / 1.8, -32.0 / 1.8},
@@ -70,7 +69,7 @@ std::string numberText(double number) {
     return text.str();
 }
 
-// The file's name of an aircraft is all that is known of it.
+// Only the file name of an aircraft is known, so it becomes the description.
 std::string aircraftIn(std::string_view path) {
     path.remove_prefix(path.find_last_of("/\\:") + 1);
     return std::string(path.substr(0, path.rfind('.')));
@@ -133,7 +132,7 @@ private:
         }
     }
 
-    // What cannot be read still has its column in the rows.
+    // A DREF that cannot be read still has its column in the rows.
     void readColumn(std::string_view rest) {
         const std::vector<std::string> fields = fieldsOf(rest.substr(0, rest.find("//")));
         track.columns.emplace_back();
@@ -177,7 +176,7 @@ private:
 
     void readRow(const std::vector<std::string>& fields) {
         const TimeOfDay time = timeOfDayIn(fields[0]);
-        // The time is a column of its own at the end of the pose.
+        // The time is a separate column at the end of the pose.
         const std::size_t wanted = track.columns.size();
         if (fields.size() != wanted) {
             throw std::invalid_argument(std::to_string(fields.size()) + " fields, but " +

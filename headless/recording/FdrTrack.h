@@ -8,13 +8,13 @@ namespace headless {
 
 // Reads the text of a flight data recorder's file, version 4.
 //
-// Line 1 is A or I, line 2 begins with 4. Then keywords, and rows: Zulu time, longitude, latitude,
-// feet, heading, pitch and roll in degrees, and a column for each DREF. Commas, tabs and blanks
-// separate fields. Times without seconds, and rows of the same second, are spread over the minute
-// or the second.
+// Line 1 is A or I, line 2 begins with 4. Keywords follow, then rows: Zulu time, longitude,
+// latitude, feet, heading, pitch and roll in degrees, and a column for each DREF. Commas, tabs and
+// blanks separate fields. Times without seconds are spread over the minute, rows of the same second
+// over the second.
 //
-// Of the keywords, ACFT, TAIL, TIME, PRES, TEMP, DISA and WIND become settings, and TEXT, WARN,
-// MARK and EVNT remarks; COMM, DATE and CALI change nothing. Unknown ones are warned of once.
+// The keywords ACFT, TAIL, TIME, PRES, TEMP, DISA and WIND become settings; TEXT, WARN, MARK and
+// EVNT become remarks; COMM, DATE and CALI change nothing. Each unknown keyword causes one warning.
 Track parseFdr(const std::string& text, const std::string& name);
 
 } // namespace headless

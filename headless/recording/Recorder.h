@@ -10,18 +10,18 @@
 
 namespace headless {
 
-// Writes the values of datarefs after each frame to a file, as comma-separated values that a replay
-// reads back. Each row is written at once and as a whole.
+// Writes the values of datarefs to a file after each frame, as comma-separated values that a replay
+// can read. Each row is written at once and as a whole.
 class Recorder final : public IFrameListener {
 public:
-    // Empties the file or makes it, and writes the header. Throws std::invalid_argument for a
-    // dataref that does not exist or is text, and std::runtime_error when the file cannot be
-    // written. Borrows the simulator.
+    // Empties or creates the file and writes the header. Throws std::invalid_argument for a dataref
+    // that does not exist or is text, and std::runtime_error if the file cannot be written. Borrows
+    // the simulator.
     Recorder(Simulator& recordedSimulator, const std::string& path,
              const std::vector<std::string>& names);
 
     void BeforeFrame(double /*seconds*/) override {}
-    // Throws std::runtime_error when the file cannot be written any more.
+    // Throws std::runtime_error if the file can no longer be written.
     void AfterFrame() override;
 
 private:
@@ -32,7 +32,7 @@ private:
     std::string fileName;
     std::vector<DatarefPlace> places;
     std::ofstream file;
-    // Of the first row.
+    // The time of the first row.
     double begin = -1.0;
 };
 

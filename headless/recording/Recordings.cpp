@@ -29,7 +29,7 @@ void Recordings::Begin(Session& session) {
         replay.emplace(session, std::move(*track), options.replaySpeed);
         warn(replay->Missing(), options.replayFile + ": ");
         session.AddListener(*replay);
-        // A console has the terminal for itself.
+        // A console needs the terminal for itself.
         if (!options.console) {
             session.AddListener(progress.emplace(*replay));
         }

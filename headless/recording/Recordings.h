@@ -13,18 +13,18 @@ namespace headless {
 // What a run replays and records, if anything.
 class Recordings final {
 public:
-    // Reads the replay, before anything flies. Throws TextFileError, one line, when it cannot be
-    // read. What is left out of it is told on standard error.
+    // Reads the replay before anything flies. Throws TextFileError, with one line, if it cannot be
+    // read. Reports skipped parts on standard error.
     explicit Recordings(const SessionOptions& recordingOptions);
 
-    // Takes part in the session's frames from now on; the plugins have started. Throws
-    // std::exception, one line, when something cannot be recorded.
+    // Takes part in the session's frames from now on; the plugins must have started. Throws
+    // std::exception, with one line, if something cannot be recorded.
     void Begin(Session& session);
 
-    // No more frames come. Takes the progress off the terminal.
+    // Call this after the last frame. Removes the progress from the terminal.
     void Finish() { progress.reset(); }
 
-    // There was a replay, and it is over.
+    // True if there was a replay and it is over.
     bool IsReplayOver() const { return replay.has_value() && replay->IsOver(); }
 
 private:

@@ -57,7 +57,7 @@ void Replay::beginFlight() {
         try {
             DatarefPlace(session.Simulator().Datarefs(), setting.dataref).Parse(setting.value);
         } catch (const std::invalid_argument&) {
-            // Worlds need not have it.
+            // The world may lack this dataref.
         }
     }
     session.Model().SetResting(movesAircraft);
@@ -74,7 +74,7 @@ void Replay::BeforeFrame(double seconds) {
     writeRow();
     if (movesAircraft) {
         session.Model().Follow();
-        // What the track itself says of the instruments counts more.
+        // Instrument values in the track take precedence.
         writeRow();
     }
     tellRemarks();

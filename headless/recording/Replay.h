@@ -10,27 +10,28 @@
 
 namespace headless {
 
-// Plays a track into the simulator's datarefs: in each frame the row that is due, until the last
-// one was. Time stands still while sim/time/paused is not 0.
+// Plays a track into the simulator's datarefs: in each frame the row that is due, up to the last
+// one. Time stands still while sim/time/paused is not 0.
 //
-// Where the track has position or attitude, the flight model rests meanwhile, and what follows from
-// them (local coordinates, instruments) is set as well. Datarefs that do not exist are left out.
+// If the track has position or attitude, the flight model rests meanwhile, and values that follow
+// from them (local coordinates, instruments) are set as well. Datarefs that do not exist are
+// skipped.
 class Replay final : public IFrameListener {
 public:
     static constexpr double kSlowest = 0.01;
     static constexpr double kFastest = 1000.0;
 
-    // For a session whose plugins have started, so that their datarefs are there. Loads the
-    // track's aircraft. Borrows the session.
+    // Needs a session whose plugins have started, so that their datarefs exist. Loads the track's
+    // aircraft. Borrows the session.
     Replay(headless::Session& playedSession, Track playedTrack, double playedSpeed);
 
     // Names of datarefs that do not exist.
     const std::vector<std::string>& Missing() const { return missing; }
 
-    // Of the track, not of the flight: until the last row, and so far.
+    // Track time in seconds, not flight time: of the last row, and so far.
     double Length() const { return track.rows.back().seconds; }
     double Elapsed() const { return elapsed; }
-    // The last row was played in a frame that is over.
+    // The frame that played the last row is over.
     bool IsOver() const { return isOver; }
 
     void BeforeFrame(double seconds) override;

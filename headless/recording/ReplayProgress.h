@@ -7,12 +7,12 @@
 
 namespace headless {
 
-// Says on standard error how far a replay has come: on a terminal ten times a second in the same
-// line, elsewhere every ten seconds in one of its own.
+// Shows a replay's progress on standard error: on a terminal ten times a second in the same line,
+// elsewhere a new line every ten seconds.
 class ReplayProgress final : public IFrameListener {
 public:
     explicit ReplayProgress(const Replay& shownReplay);
-    // Takes the line off the terminal.
+    // Clears the line on the terminal.
     ~ReplayProgress() override;
 
     void BeforeFrame(double /*seconds*/) override {}

@@ -12,7 +12,7 @@ namespace headless {
 
 namespace {
 
-// A lone CR ends a line as well.
+// A CR alone also ends a line.
 std::string withNewlines(std::string text) {
     for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos; ++at) {
         if (at + 1 == text.size() || text[at + 1] != '\n') {

@@ -10,17 +10,17 @@
 
 namespace headless {
 
-// Throws TextFileError when the file cannot be read.
+// Throws TextFileError if the file cannot be read.
 std::string wholeFile(const std::string& path);
 
-// Throws std::invalid_argument for what is not a number. "nan" and "inf" are.
+// Throws std::invalid_argument if the text is not a number. Accepts "nan" and "inf".
 double numberIn(std::string_view text);
-// For these as well.
+// Also throws for "nan" and "inf".
 double finiteNumberIn(std::string_view text);
 
-// Calls `parse` for every line that is not blank, whatever ends it: LF, CRLF or CR. What it throws
-// as std::invalid_argument becomes one of the track's warnings, and the line is left out; a
-// TextFileError ends it. Throws TextFileError when no row was read.
+// Calls `parse` for every line that is not blank; LF, CRLF or CR ends a line. If `parse` throws
+// std::invalid_argument, the line is skipped and the error becomes one of the track's warnings; a
+// TextFileError ends the reading. Throws TextFileError if no row was read.
 void parseTrack(Track& track, const std::string& text, const std::string& name,
                 const std::function<void(const std::string& line, int number)>& parse);
 

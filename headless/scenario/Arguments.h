@@ -8,26 +8,26 @@
 
 namespace headless {
 
-// Without blanks and tabs around it.
+// Removes blanks and tabs from both ends.
 std::string_view trimmed(std::string_view text);
 
-// What follows the word of a statement, taken from left to right. What is missing or malformed
-// throws std::invalid_argument. Borrows the text.
+// The text after a statement's first word, read from left to right. Throws std::invalid_argument if
+// something is missing or malformed. Borrows the text.
 class Arguments final {
 public:
     explicit Arguments(std::string_view statementArguments);
 
     bool AtEnd() const { return text.empty(); }
-    // Takes the word if it is the next one.
+    // Takes the word if it comes next.
     bool Take(std::string_view word);
 
-    // `what` is said when there is none.
+    // `what` names the missing word in the error.
     std::string Word(const char* what);
-    // All that is left. Quotes around it are taken off, and in quotes \" and \\ stand for " and \.
+    // All that is left. Removes surrounding quotes; within them \" and \\ stand for " and \.
     std::string Rest(const char* what);
-    // The same; empty when nothing is left.
+    // The same, but empty if nothing is left.
     std::string RestOrNothing() { return AtEnd() ? std::string() : Rest("the text"); }
-    // Up to the first of the words, which is left, or all; quoted as above.
+    // Everything up to the first of the words, which is left, or to the end; quotes as above.
     std::string Until(const std::vector<std::string_view>& words, const char* what);
 
     template <class Number>
@@ -44,7 +44,7 @@ public:
     // "2s", "500ms" or "1min", as seconds.
     double TakeSeconds();
 
-    // Throws when something is left.
+    // Throws if anything is left.
     void RequireEnd() const;
 
 private:

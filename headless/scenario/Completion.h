@@ -7,10 +7,11 @@
 
 namespace headless {
 
-// What can stand at the end of a statement of which `before` is written and `word` is begun: words
-// of the language, datarefs, commands or plugins, in ascending order.
+// What can complete a statement of which `before` is already written and `word` is begun: words of
+// the language, datarefs, commands or plugins, in ascending order.
 //
-// Names are completed part by part, as paths of files are: "sim/" instead of all that begin so.
+// Names are completed part by part, like file paths: "sim/" instead of every name that begins with
+// it.
 std::vector<std::string> completionsOf(Simulator& simulator, const std::string& before,
                                        const std::string& word);
 

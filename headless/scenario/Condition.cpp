@@ -92,7 +92,7 @@ bool Condition::holdsForNumbers(const std::string& got, bool isFloat) const {
     return isInOrder(numbers.front(), wanted.front());
 }
 
-// A float is equal to the decimal fraction that it is nearest to.
+// A float equals the decimal fraction that it is nearest to.
 bool Condition::areEqual(double got, double wanted, bool isFloat) const {
     if (tolerance.has_value()) {
         return std::abs(got - wanted) <= *tolerance;

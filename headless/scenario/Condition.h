@@ -8,18 +8,18 @@
 
 namespace headless {
 
-// What a dataref is compared with: "NAME == VALUE", with != < <= > >= as well, and for == and != a
-// tolerance, "within E". Arrays are equal when all elements are; text is equal or not.
+// A comparison of a dataref: "NAME == VALUE", or with != < <= > >=. With == and != it can have a
+// tolerance, "within E". Arrays are equal if all elements are; text can only be equal or not.
 class Condition final {
 public:
-    // Takes it from the arguments. Throws std::invalid_argument when it is malformed.
+    // Reads the condition from the arguments. Throws std::invalid_argument if it is malformed.
     explicit Condition(Arguments& arguments);
 
-    // As it was written.
+    // The condition as it was written.
     const std::string& Text() const { return text; }
 
-    // What the dataref is instead; nothing when the condition holds. Throws std::invalid_argument
-    // for numbers that cannot be compared as it says.
+    // The dataref's actual value if the condition does not hold, otherwise empty. Throws
+    // std::invalid_argument if the values cannot be compared in this way.
     std::optional<std::string> Otherwise(const DatarefTable& datarefs) const;
 
 private:

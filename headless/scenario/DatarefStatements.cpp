@@ -14,7 +14,7 @@ DatarefPlace placeIn(Flight& flight, const std::string& name) {
     return {flight.Session().Simulator().Datarefs(), name};
 }
 
-// In every frame of that time.
+// Checks the condition in every frame of that time.
 void expectFor(const Condition& condition, double seconds, Flight& flight) {
     headless::Simulator& simulator = flight.Session().Simulator();
     const double begin = simulator.Clock().Now();
@@ -41,7 +41,7 @@ void expectFor(const Condition& condition, double seconds, Flight& flight) {
 } // namespace
 
 Statement readGet(Arguments& arguments) {
-    // Names of plugins' datarefs may have blanks in them.
+    // Names of plugins' datarefs may contain blanks.
     const std::string name = arguments.Rest("the dataref");
     return telling(arguments, [name](Flight& flight) {
         return name + " = " + placeIn(flight, name).Format();

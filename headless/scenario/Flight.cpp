@@ -4,7 +4,7 @@ namespace headless {
 
 namespace {
 
-// Lengths of frames add up to a little less or more than they should.
+// The sum of frame lengths may be slightly off.
 constexpr double kRounding = 1e-6;
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 using Kind = ScenarioOutcome::Kind;
 
-// Control characters have no place in XML, not even escaped.
+// XML does not allow control characters, not even escaped.
 std::string escaped(std::string_view text) {
     std::string xml;
     for (const char character : text) {

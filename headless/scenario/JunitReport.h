@@ -7,11 +7,11 @@
 
 namespace headless {
 
-// What became of a scenario, in the XML that build servers show: a test case for each line that
-// checks something, and for the one that could not be carried out.
+// The outcome of a scenario in the XML that build servers show: a test case for each line that
+// checks something, and for the line that could not be carried out.
 class JunitReport final {
 public:
-    // Empties the file or makes it. Throws std::runtime_error when that is not possible.
+    // Empties or creates the file. Throws std::runtime_error if that fails.
     explicit JunitReport(const std::string& path);
 
     void Write(const ScenarioRun& run);

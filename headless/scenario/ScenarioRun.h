@@ -9,13 +9,13 @@
 
 namespace headless {
 
-// What became of a line of a scenario.
+// The outcome of a scenario's line.
 struct ScenarioOutcome {
     enum class Kind { Met, Failed, Error };
 
     const ScenarioLine* line = nullptr;
     Kind kind = Kind::Met;
-    // What went wrong; empty for what was met.
+    // What went wrong; empty if the line was met.
     std::string message;
     // How long it took.
     double seconds = 0.0;
@@ -23,27 +23,27 @@ struct ScenarioOutcome {
 
 // Carries out a scenario, from its first line to its last or to "quit".
 //
-// It goes on after an expectation that is not met, and ends after a statement that cannot be
+// It continues after an expectation that is not met. It ends after a statement that cannot be
 // carried out, or when the run is to end. Borrows the scenario.
 class ScenarioRun final {
 public:
     static constexpr int kFailedStatus = 3;
 
-    // Replies that tell something go to `replies`, what went wrong to `complaints`: a line each,
+    // Replies with information go to `replies`, problems to `complaints`, one line each:
     // "headless-sim: FILE:LINE: ...".
     ScenarioRun(const Scenario& playedScenario, std::ostream& replies, std::ostream& complaints);
 
     void Play(Flight& flight);
 
-    // kFailedStatus when anything went wrong, else what "quit" said, else 0.
+    // kFailedStatus if anything went wrong, else the status given to "quit", else 0.
     int Status() const { return status; }
 
-    // Of the lines that check something, and of the one that could not be carried out.
+    // The lines that check something, and the line that could not be carried out.
     const std::vector<ScenarioOutcome>& Outcomes() const { return outcomes; }
     const headless::Scenario& Scenario() const { return scenario; }
 
 private:
-    // False when the scenario ends with it.
+    // Returns false if the scenario ends with this line.
     bool play(const ScenarioLine& line, Flight& flight);
     void complain(ScenarioOutcome& outcome, ScenarioOutcome::Kind kind, const std::string& message);
 

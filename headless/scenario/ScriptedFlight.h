@@ -9,14 +9,14 @@
 
 namespace headless {
 
-// A flight by a script, and the report on it if one is asked for.
+// A flight by a script, with a report if one was requested.
 class ScriptedFlight final {
 public:
-    // Reads the script and opens the report, before anything flies. Throws TextFileError or
-    // std::runtime_error, one line each.
+    // Reads the script and opens the report before anything flies. Throws TextFileError or
+    // std::runtime_error, each with one line.
     explicit ScriptedFlight(const SessionOptions& options);
 
-    // Returns the exit status. Replies go to standard output, what went wrong to standard error.
+    // Returns the exit status. Replies go to standard output, problems to standard error.
     int Fly(MainLoop& loop);
 
 private:

@@ -9,18 +9,18 @@
 
 namespace headless {
 
-// A statement of a scenario or of the console, read and ready to be carried out.
+// A statement of a scenario or the console, parsed and ready to be carried out.
 struct Statement {
-    // What it is for: to change something, to tell something, or to check something.
+    // What it does: change something, report something, or check something.
     enum class Purpose { Act, Tell, Check };
 
-    // Carries it out and returns one line of reply. Throws ExpectationFailed when something is not
-    // as it was expected, and another std::exception when it cannot be carried out.
+    // Carries out the statement and returns one line of reply. Throws ExpectationFailed if an
+    // expectation is not met, and another std::exception if the statement cannot be carried out.
     std::function<std::string(Flight&)> execute;
     Purpose purpose = Purpose::Act;
 };
 
-// What a statement names first, for a prompt that completes it.
+// What a statement's first argument names, for completion at the prompt.
 enum class NamedThing { None, Dataref, Command, Plugin, Statement };
 
 struct StatementKind {
@@ -28,20 +28,20 @@ struct StatementKind {
     const char* usage;
     const char* description;
     NamedThing names;
-    // Throws std::invalid_argument for what it cannot read.
+    // Throws std::invalid_argument for arguments that it cannot read.
     Statement (*read)(Arguments& arguments);
 };
 
-// All that can be said, in the order in which help tells it.
+// All statements, in the order that help lists them.
 std::span<const StatementKind> statementKinds();
-// Throws std::invalid_argument when there is none.
+// Throws std::invalid_argument if there is no such statement.
 const StatementKind& statementKind(const std::string& word);
 
-// Throws std::invalid_argument, one line, for what is not a statement.
+// Throws std::invalid_argument, with one line, if the line is not a statement.
 Statement readStatement(const std::string& line);
 
-// The line without its comment, which begins with a # at the beginning of the line or after a
-// blank, and without blanks around it. What is in quotes stays.
+// Returns the line without its comment and without blanks at both ends. A comment begins with a #
+// at the beginning of the line or after a blank, but not in quotes.
 std::string withoutComment(const std::string& line);
 
 } // namespace headless

@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// The readers of all kinds of statements, for their table. Each takes what follows the word.
+// The parsers of all statements, for their table. Each reads the arguments after the first word.
 
 Statement readGet(Arguments& arguments);
 Statement readSet(Arguments& arguments);
@@ -41,14 +41,14 @@ Statement readFileDescriptors(Arguments& arguments);
 Statement readHelp(Arguments& arguments);
 Statement readQuit(Arguments& arguments);
 
-// The reply of what has nothing to tell.
+// The reply of statements that have nothing to report.
 inline constexpr const char* kOk = "ok";
 
-// A statement that changes something, has nothing to tell and takes no more arguments.
+// A statement that changes something, has nothing to report and takes no more arguments.
 Statement acting(Arguments& arguments, std::function<void(Flight&)> act);
-// One that takes no more arguments and is answered with the text.
+// A statement that takes no more arguments and replies with the text.
 Statement telling(Arguments& arguments, std::function<std::string(Flight&)> tell);
-// One that throws ExpectationFailed.
+// A statement that throws ExpectationFailed if its expectation is not met.
 Statement checking(Arguments& arguments, std::function<void(Flight&)> check);
 
 } // namespace headless

@@ -11,7 +11,7 @@ namespace headless {
 
 namespace {
 
-// Until the condition holds.
+// Waits until the condition holds.
 void waitUpTo(double seconds, const Condition& condition, Flight& flight) {
     std::optional<std::string> otherwise;
     flight.RunFor(seconds, [&] {

@@ -1,4 +1,4 @@
 #pragma once
 
-// What programs may use of the library.
+// Marks what programs may use of the library.
 #define ORVANE_HEADLESS_API __attribute__((visibility("default")))
