@@ -10,7 +10,7 @@ public:
     IFrameListener(const IFrameListener&) = delete;
     IFrameListener& operator=(const IFrameListener&) = delete;
 
-    // The flight model has moved the aircraft by this many seconds; the plugins run next.
+    // The flight model has advanced the aircraft by this many seconds; the plugins run next.
     virtual void BeforeFrame(double seconds) = 0;
     // All plugins have run.
     virtual void AfterFrame() = 0;

@@ -10,7 +10,7 @@ namespace headless {
 // Measures a run and reports on it as the options say: statistics on standard output at the end and
 // at every SIGUSR1, and on standard error each frame in which a plugin exceeds its budget.
 //
-// Create it before any plugin is loaded: only threads started later have the signal blocked.
+// Create it before any plugin is loaded: it blocks the signal in all threads started later.
 class StatsReporter final {
 public:
     // Throws std::system_error if the system has no descriptor left.

@@ -15,7 +15,7 @@ namespace headless {
 
 namespace {
 
-// How many times a callback is checked before it is ended.
+// How many times a callback is checked before the process ends.
 constexpr int kLooks = 4;
 
 // Globals, because the signal handler can reach nothing else.

@@ -11,8 +11,8 @@ namespace headless {
 // One at a time in a process; borrows the simulator.
 class Watchdog final {
 public:
-    // Ends a callback that takes `seconds` or up to a quarter more. Throws std::system_error if the
-    // system has no timer left.
+    // Ends the process if a callback takes `seconds`, or up to a quarter more. Throws
+    // std::system_error if the system has no timer left.
     Watchdog(Simulator& watchedSimulator, double seconds);
     ~Watchdog();
     Watchdog(const Watchdog&) = delete;
