@@ -42,7 +42,7 @@ constexpr const char* kFooter =
     "  headless-sim lin.xpl --replay flight.fdr     fly what was recorded\n"
     "  headless-sim plugins/one plugins/two         fly two plugins, given by their folders\n"
     "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
-    "  headless-sim --check lin.xpl                 tell whether the plugin can be loaded";
+    "  headless-sim --check lin.xpl                 check whether the plugin can be loaded";
 
 // Options that do something other than fly, and the system folder.
 struct Questions {
@@ -72,40 +72,42 @@ void declareOptions(CLI::App& app, headless::SessionOptions& options, Questions&
     app.add_option("--log", options.logFile, "Where the simulator's log is written")
         ->capture_default_str();
     app.add_option("--watchdog", options.watchdogSeconds,
-                   "End a plugin that is longer than so many seconds in a callback")
+                   "End the run if a callback takes more seconds than this")
         ->check(CLI::Range(0.1, kMaxDurationSeconds));
     app.add_option("--fail", options.failures,
-                   "A function of the SDK that fails, from call N on: FUNCTION[:N]")
+                   "Make an SDK function fail, from call N on: FUNCTION[:N]")
         ->allow_extra_args(false);
     app.add_option("--freeze", options.freezes,
-                   "No frames for so long at that time of the flight: 3s@10s")
+                   "Run no frames for a while: 3s@10s is 3 s at second 10")
         ->allow_extra_args(false);
     auto* const console =
         app.add_flag("--console", options.console, "Take statements from standard input");
-    auto* const script = app.add_option("--script", options.scriptFile,
-                                        "Carry out the statements of a file; - for standard input")
-                             ->excludes(console);
-    app.add_option("--junit", options.junitFile, "Where to report what became of the script")
+    auto* const script =
+        app.add_option("--script", options.scriptFile,
+                       "Carry out the statements of this file; - for standard input")
+            ->excludes(console);
+    app.add_option("--junit", options.junitFile, "Write the script's results to this file")
         ->needs(script);
     auto* const replay =
         app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv");
-    app.add_option("--speed", options.replaySpeed, "How many times as fast to play it")
+    app.add_option("--speed", options.replaySpeed, "Play it so many times as fast")
         ->check(CLI::Range(headless::Replay::kSlowest, headless::Replay::kFastest))
         ->needs(replay);
     app.add_option("--record", options.record,
-                   "Where to record, FILE.csv, and the datarefs to record; -- ends them")
+                   "Record these datarefs to FILE.csv; -- ends the names")
         ->expected(2, kMostRecorded)
         ->type_name("FILE NAME...");
-    app.add_flag("--stats", options.stats, "At the end and at SIGUSR1, tell what each plugin took");
+    app.add_flag("--stats", options.stats,
+                 "At the end and at SIGUSR1, print what each plugin took");
     app.add_flag("--json", options.json, "Statistics as JSON, and no other summary")
         ->needs("--stats");
     app.add_option("--budget-us", options.budgetMicroseconds,
                    "Warn of each frame in which a plugin takes more CPU time, in microseconds")
         ->check(CLI::Range(0.0, kMaxDurationSeconds));
-    app.add_flag("--paused", options.paused, "Stand still at first");
+    app.add_flag("--paused", options.paused, "Start paused, with simulated time");
     app.add_flag("--strict", options.strict,
-                 "Refuse functions which only answer 0, and breaches of the SDK's rules");
-    app.add_flag("--check", what.check, "Only tell which names the plugin uses and lacks");
+                 "Refuse functions that only answer 0, and breaches of the SDK's rules");
+    app.add_flag("--check", what.check, "Only list the names the plugin uses and lacks");
     app.add_flag("--list-functions", what.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
