@@ -29,7 +29,7 @@ void setAction(Simulator& simulator, const std::string& name,
     }
 }
 
-// When the command begins: the value becomes 1 - value, or `target`.
+// When the command begins, the value becomes 1 - value, or `target`.
 void toggle(Simulator& simulator, const std::string& command, const char* dataref) {
     const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
     setAction(simulator, command, [number](XPLMCommandPhase phase) {
@@ -48,8 +48,8 @@ void assign(Simulator& simulator, const std::string& command, const char* datare
     });
 }
 
-// When the command begins: `step` more, within the limits. `repeats`: also on every frame that the
-// command is held.
+// When the command begins, adds `step`, within the limits. With `repeats`, also on every frame
+// while the command is held.
 void move(Simulator& simulator, const std::string& command, const char* dataref, double step,
           double lowest, double highest, bool repeats) {
     const DatarefNumber number(simulator.Datarefs().Lookup(dataref));

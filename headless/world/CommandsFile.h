@@ -11,13 +11,13 @@ struct CommandDefinition {
     std::string description;
 };
 
-// Reads the simulator's own list of commands (Commands.txt): a name, white space, and a
-// description to the end of the line, which may be missing. Blank lines are skipped.
+// Reads the simulator's own list of commands (Commands.txt): a name, white space, and a description
+// to the end of the line, which may be missing. Blank lines are skipped.
 //
-// A name without a "/" is what no command of the simulator has and throws TextFileError with file
-// and line, as does a line that begins with a blank.
+// A name without a "/" is not a command of the simulator and throws TextFileError with file and
+// line. So does a line that begins with a blank.
 std::vector<CommandDefinition> readCommandsFile(const std::string& path);
-// `name` stands for the file in errors.
+// `name` is the file's name in errors.
 std::vector<CommandDefinition> parseCommands(std::istream& stream, const std::string& name);
 
 } // namespace headless

@@ -4,9 +4,9 @@
 
 namespace headless {
 
-// One number of the simulator's own world, wherever it stands: a scalar dataref of any type or an
-// element of an array. Without a dataref it reads as zero and drops what is written, so the flight
-// model flies in worlds that lack some of its datarefs. Borrows the dataref.
+// One number in the simulator's own world: a scalar dataref of any type or an element of an array.
+// Without a dataref it reads as zero and drops writes, so the flight model works in worlds that
+// lack some of its datarefs. Borrows the dataref.
 class DatarefNumber final {
 public:
     explicit DatarefNumber(const Dataref* borrowedDataref, int elementIndex = 0)

@@ -13,7 +13,7 @@ namespace headless {
 
 namespace {
 
-// More than any dataref of the simulator has; a slip of the keyboard must not exhaust the memory.
+// More than any dataref of the simulator has, so that a typing error cannot exhaust the memory.
 constexpr int kMaxElements = 10'000'000;
 
 struct TypeName {
@@ -40,7 +40,7 @@ std::vector<std::string_view> splitAtTabs(std::string_view line) {
     }
 }
 
-// 0 for what is not a number.
+// 0 if `text` is not a number.
 int parseSize(std::string_view text) {
     if (text.empty()) {
         return DatarefsFile::kOpenSize;
@@ -110,7 +110,7 @@ DatarefDefinition parseDatarefLine(std::string_view line) {
     return definition;
 }
 
-// Takes the lines of a file that it is called with.
+// Collects the lines of a file.
 class Collector final {
 public:
     explicit Collector(const std::string& fileName) : name(fileName) {}
@@ -127,7 +127,7 @@ public:
         }
     }
 
-    // What was read, once there is no more.
+    // The result, after the last line.
     DatarefsFile Take() {
         if (file.definitions.empty() && !file.warnings.empty()) {
             throw TextFileError(file.warnings.front());

@@ -26,10 +26,10 @@ struct StartValue {
     double value;
 };
 
-// Doubles can be read and written as floats, too.
+// Doubles can also be read and written as floats.
 constexpr XPLMDataTypeID kDouble = xplmType_Double | xplmType_Float;
 
-// In place of a number of elements: as many as the version has.
+// Placeholders for element counts that depend on the version.
 constexpr int kEngines = -1;
 constexpr int kAxes = -2;
 

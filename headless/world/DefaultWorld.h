@@ -7,14 +7,14 @@
 
 namespace headless {
 
-// Names the aircraft.
+// The dataref that names the aircraft.
 constexpr std::string_view kAircraftDescription = "sim/aircraft/view/acf_descrip";
 
 // The datarefs and commands that the headless simulator has without any file: the well-known ones
 // of flight controls, flight model, instruments and aircraft. Names and types are the simulator's.
 //
-// Defines what is not defined yet, so a list read from a file goes first. The aircraft stands
-// in the air, trimmed and level. The simulator gets the version.
+// Defines only what is not defined yet, so read lists from files first. The aircraft starts in the
+// air, trimmed and level. Sets the simulator's version.
 void installDefaultWorld(Simulator& simulator, const WorldVersion& version = kUsualWorld);
 
 } // namespace headless

@@ -17,7 +17,7 @@ constexpr double kKnotsPerMetrePerSecond = 1.943844;
 constexpr double kFeetPerMetre = 3.28084;
 constexpr double kSecondsPerMinute = 60.0;
 
-// The aircraft: rates at full deflection and cruising speed, and what balances at half throttle.
+// The aircraft: rates at full deflection and cruising speed, forces balanced at half throttle.
 constexpr double kCruise = 60.0;
 constexpr double kRollRate = 45.0;
 constexpr double kPitchRate = 12.0;
@@ -25,7 +25,7 @@ constexpr double kYawRate = 6.0;
 constexpr double kPitchStability = 0.4;
 constexpr double kTrimmedPitch = 10.0;
 constexpr double kThrust = 6.0;
-// With the gear down, as the aircraft starts.
+// With the gear down, as at the start.
 constexpr double kDrag = kThrust / 2.0 / (kCruise * kCruise) / 1.2;
 constexpr double kFlapDrag = 1.0;
 constexpr double kGearDrag = 0.2;

@@ -5,10 +5,10 @@
 
 namespace headless {
 
-// A point of mass that answers to yoke, pedals, trim and throttle. It is scenery: it makes the
-// instruments move plausibly and inputs visible, and is no model of any aircraft.
+// A point mass that responds to yoke, pedals, trim and throttle. It makes the instruments move
+// plausibly and inputs visible; it models no real aircraft.
 //
-// Its whole state is in the simulator's datarefs, so whoever writes one there is flown from that.
+// Its whole state is in the simulator's datarefs, so flight continues from what is written there.
 // It stands still while sim/time/paused is not 0. Borrows the datarefs; the simulator outlives it.
 class FlightModel final {
 public:
@@ -16,9 +16,9 @@ public:
 
     void Advance(double seconds) const;
 
-    // While somebody else moves the aircraft, Advance() does nothing.
+    // While resting, Advance() does nothing: something else moves the aircraft.
     void SetResting(bool rests) { isResting = rests; }
-    // Lets the local coordinates and the instruments follow from position, attitude and speed.
+    // Updates the local coordinates and the instruments from position, attitude and speed.
     void Follow() const;
 
 private:
@@ -54,7 +54,7 @@ private:
     DatarefNumber up;
     DatarefNumber south;
 
-    // What follows from the state.
+    // Derived from the state.
     DatarefNumber groundSpeed;
     DatarefNumber climb;
     DatarefNumber height;

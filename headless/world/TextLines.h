@@ -7,20 +7,20 @@
 
 namespace headless {
 
-// A text file of the simulator that cannot be read; what() is one line, "FILE:LINE: reason" where a
-// line is to blame.
+// A text file of the simulator that cannot be read. what() is one line, "FILE:LINE: reason" if a
+// line is at fault.
 class TextFileError final : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Calls `parse` for every line that is not blank, without its line ending (LF or CRLF). What it
-// throws as std::invalid_argument becomes a TextFileError that names the file and the line.
-// `number` counts all lines from 1.
+// Calls `parse` for every line that is not blank, without its line ending (LF or CRLF). A
+// std::invalid_argument from it becomes a TextFileError that names the file and the line. `number`
+// counts all lines from 1.
 void forEachLine(std::istream& stream, const std::string& fileName,
                  const std::function<void(const std::string& line, int number)>& parse);
 
-// The same for a file on disk. Throws TextFileError when it cannot be opened.
+// The same for a file on disk. Throws TextFileError if it cannot be opened.
 void forEachLineOfFile(const std::string& path,
                        const std::function<void(const std::string& line, int number)>& parse);
 

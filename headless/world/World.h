@@ -10,21 +10,21 @@
 
 namespace headless {
 
-// What a world is made of. Empty file names mean none.
+// What a world is made of. An empty file name means no file.
 struct WorldOptions {
     std::string datarefsFile{};
     std::string commandsFile{};
-    // The version of the simulator whose sizes it has: 10, 11 or 12.
+    // The version of the simulator whose array sizes it has: 10, 11 or 12.
     int version = kUsualWorld.number;
     // Elevation of the ground, in metres above mean sea level.
     double groundMetres = 0.0;
 };
 
-// The world of a simulator: its datarefs and commands, those of files before the built-in ones, and
-// an aircraft that flies. Borrows the simulator.
+// A simulator's datarefs and commands, those from files before the built-in ones, and an aircraft
+// that flies. Borrows the simulator.
 class World final {
 public:
-    // Throws TextFileError for files that cannot be read.
+    // Throws TextFileError if a file cannot be read.
     World(Simulator& filledSimulator, const WorldOptions& options);
     World(const World&) = delete;
     World& operator=(const World&) = delete;
@@ -32,13 +32,13 @@ public:
     // What was wrong with the files, one line each.
     const std::vector<std::string>& Warnings() const { return warnings; }
 
-    // Time passes; the aircraft flies for so many seconds of it.
+    // Advances time; the aircraft flies for `flownSeconds` of it.
     void Advance(double seconds, double flownSeconds) const;
 
-    // What moves the aircraft.
+    // Moves the aircraft.
     FlightModel& Model() const { return *flightModel; }
 
-    // Another aircraft comes, which plugins know by this description.
+    // Loads another aircraft, which plugins know by this description.
     void LoadAircraft(const std::string& description) const;
 
 private:
