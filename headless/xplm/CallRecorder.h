@@ -12,7 +12,7 @@
 
 namespace headless {
 
-// Why the simulator did not do what a plugin asked for.
+// Why the simulator did not do what a plugin asked.
 enum class Refusal {
     NullHandle,
     UnknownHandle,
@@ -27,13 +27,13 @@ enum class Refusal {
     NotRegistered,
     UnbalancedEnd,
     UnknownPlugin,
-    // It was done all the same.
+    // The simulator did it anyway.
     WrongMoment,
     Count
 };
 
-// One call that a plugin made: the function, its arguments as text (names, values, separated by
-// ", ") and the handle that it used or got; null when there is none.
+// One call that a plugin made: the function, its arguments as text (names, values, joined by ", ")
+// and the handle that it used or got, or null.
 struct RecordedCall {
     std::string function;
     std::string arguments;
@@ -46,11 +46,11 @@ struct RefusedCall {
     std::string detail;
 };
 
-// What plugins asked of the simulator.
+// Records what plugins asked of the simulator.
 //
-// The ordered list of all calls is kept only while recording is enabled, so that long runs do not
-// grow. Refused calls are always counted, and the last kRecentRefusals of them are kept. Plugins
-// may call, and be refused, on threads of their own.
+// The ordered list of all calls is kept only while recording is enabled, so that it does not grow
+// in long runs. Refused calls are always counted, and the last kRecentRefusals of them are kept.
+// Plugins may call, and be refused, on threads of their own.
 class CallRecorder final {
 public:
     static constexpr std::size_t kRecentRefusals = 64;
@@ -69,13 +69,13 @@ public:
         }
     }
 
-    // The SDK's function that a plugin is in, for refusals; kept by address.
+    // The SDK function that a plugin is in, for refusals. The pointer is kept.
     void Enter(const char* sdkFunction) { function = sdkFunction; }
     const char* Entered() const { return function; }
 
     void Refuse(Refusal reason, const char* refusing, const char* detail);
     void Refuse(Refusal reason, const char* detail) { Refuse(reason, function, detail); }
-    // Is told of every refusal after it was counted.
+    // Called for every refusal, after it is counted.
     void AddObserver(std::function<void(const RefusedCall&)> observer) {
         observers.push_back(std::move(observer));
     }

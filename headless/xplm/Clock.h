@@ -5,8 +5,8 @@
 
 namespace headless {
 
-// Simulated time. It stands still but for Advance(), so tests are never in a hurry. In real time,
-// what passes after the beginning of the frame counts as well.
+// Simulated time. Only Advance() moves it, so tests never wait. In real time, Elapsed() adds the
+// time since the frame began.
 class Clock final {
 public:
     void Advance(double seconds) {
@@ -17,16 +17,16 @@ public:
         }
     }
 
-    // Seconds since the simulator was made, at the beginning of the frame.
+    // Seconds from the simulator's creation to the beginning of the frame.
     double Now() const { return now; }
-    // Frames since the simulator was made; the first frame is 1.
+    // Frames since the simulator's creation; the first frame is 1.
     std::int64_t Frame() const { return frame; }
 
     void SetRealTime(bool on) {
         realTime = on;
         frameBegin = std::chrono::steady_clock::now();
     }
-    // Seconds since the simulator was made, now.
+    // Seconds from the simulator's creation to now.
     double Elapsed() const { return realTime ? now + secondsInFrame() : now; }
 
 private:

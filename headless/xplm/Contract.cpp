@@ -6,7 +6,7 @@ namespace {
 
 enum class Verdict { Ordinary, Note, Breach };
 
-// Nothing comes of a null dataref there.
+// Where the SDK ignores a null dataref.
 bool takesNull(const RefusedCall& refused) {
     return refused.detail == "dataref" && (refused.function.starts_with("XPLMGetData") ||
                                            refused.function.starts_with("XPLMSetData") ||
@@ -68,7 +68,7 @@ void Contract::LeftBehind(XPLMPluginID plugin, std::span<const Leftover> all, bo
                 std::string(left.kind) + " (" + left.function + "): " + std::to_string(left.count);
         }
     }
-    // A plugin that is stopped again and again leaves the same each time.
+    // A plugin that is stopped repeatedly leaves the same each time.
     if (file.empty() || list.empty() || !stopped.emplace(file, areTakenBack).second) {
         return;
     }

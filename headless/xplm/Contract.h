@@ -13,16 +13,16 @@
 
 namespace headless {
 
-// What of one kind a plugin did not take back before it went.
+// What a plugin had not released of one kind when it stopped.
 struct Leftover {
     std::size_t count;
     const char* kind;
-    // The function that takes it back.
+    // The function that releases it.
     const char* function;
 };
 
-// Tells where plugins break the rules of the SDK: each breach once for each plugin and function, as
-// a warning, or as a note when the SDK drops it anyway and so nobody is harmed.
+// Reports where plugins break the SDK's rules, each breach once per plugin and function: as a
+// warning, or as a note if the SDK drops the call anyway and no harm is done.
 class Contract final {
 public:
     Contract(Notices& simulatorNotices, const PluginContext& pluginContext,
@@ -31,13 +31,13 @@ public:
     Contract(const Contract&) = delete;
     Contract& operator=(const Contract&) = delete;
 
-    // Of the plugin that runs; nothing when it is the simulator.
+    // A refusal of the running plugin; ignored if that is the simulator.
     void Refused(const RefusedCall& refused);
-    // Those that the simulator takes back with the plugin are a note.
+    // A note if the simulator releases them with the plugin, otherwise a warning.
     void LeftBehind(XPLMPluginID plugin, std::span<const Leftover> all, bool areTakenBack);
 
 private:
-    // Empty for the simulator and for what plays a plugin in a test.
+    // Empty for the simulator and for a test that plays a plugin.
     std::string fileOf(XPLMPluginID plugin) const;
 
     Notices& notices;
@@ -46,7 +46,7 @@ private:
     // Calls may be refused on any thread.
     std::mutex mutex;
     std::set<std::tuple<XPLMPluginID, std::string, Refusal>> told;
-    // By file: what is left at the first stop is told.
+    // By file: only what is left at the first stop is reported.
     std::set<std::pair<std::string, bool>> stopped;
 };
 

@@ -6,13 +6,13 @@
 
 namespace headless {
 
-// How much of a function of the SDK is here.
+// How much of an SDK function is simulated.
 enum class FunctionKind {
     // Does what the SDK documents.
     Real,
-    // Nothing is drawn or heard, but what it is told it keeps and gives back.
+    // Draws and plays nothing, but keeps what it is given and returns it.
     KeepsState,
-    // Does nothing and answers 0; its outputs are filled.
+    // Does nothing and returns 0; its outputs are filled.
     AnswersZero
 };
 
@@ -21,13 +21,13 @@ struct SdkFunction {
     // The SDK's header that declares it.
     std::string_view header;
     FunctionKind kind;
-    // What differs from the simulator; empty when nothing does.
+    // How it differs from the simulator; empty if it does not.
     std::string_view difference;
 };
 
-// All functions of the SDK, in the order of their headers and names: the one list of what is here.
+// All functions of the SDK, in the order of their headers and names: the only list of them.
 std::span<const SdkFunction> sdkFunctions();
-// Null when the SDK has no such function.
+// Null if the SDK has no such function.
 const SdkFunction* findSdkFunction(std::string_view name);
 // "real", "keeps state" or "answers 0".
 std::string_view describe(FunctionKind kind);

@@ -4,16 +4,16 @@
 
 namespace headless {
 
-// The current simulator, for the SDK's C functions: every one of them enters by it. The name is
-// that of the function that calls, for reports.
+// The current simulator. Every C function of the SDK starts with this call. The name is that of the
+// calling function, for reports.
 inline Simulator& here(const char* function = __builtin_FUNCTION()) {
     Simulator& simulator = Simulator::Current();
     simulator.Enter(function);
     return simulator;
 }
 
-// False, and the refusal of the function that was entered recorded, for a null where the SDK needs
-// something.
+// False if the pointer is null where the SDK needs one. Records the refusal for the function that
+// was entered.
 template <class Pointer>
 bool isGiven(Pointer argument, const char* name) {
     if (argument == nullptr) {

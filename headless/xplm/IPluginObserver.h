@@ -4,19 +4,18 @@
 
 namespace headless {
 
-// Sees plugins at work, see Simulator::Observe(). Called on the simulator's thread; it must neither
-// throw nor call the SDK.
+// Observes plugins, see Simulator::Observe(). Called on the simulator's thread; must neither throw
+// nor call the SDK.
 class IPluginObserver {
 public:
     virtual ~IPluginObserver() = default;
 
-    // Around all that plugins do in a frame of so many seconds.
+    // Called before and after all that plugins do in a frame; `seconds` is the frame's length.
     virtual void FrameBegan() = 0;
     virtual void FrameEnded(double seconds) = 0;
-    // A function of the SDK was called. The text lives with the process; each function has one of
-    // its own.
+    // A function of the SDK was called. Each function has its own text, which is never freed.
     virtual void Called(const char* function) = 0;
-    // From now on this plugin's code runs; the simulator's own is XPLM_PLUGIN_XPLANE.
+    // This plugin's code runs from now on; XPLM_PLUGIN_XPLANE is the simulator's own.
     virtual void Switched(XPLMPluginID plugin) = 0;
     // The text was written to the log for a plugin.
     virtual void Logged(const char* text) = 0;

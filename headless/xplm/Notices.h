@@ -9,8 +9,8 @@
 
 namespace headless {
 
-// What the simulator has to say to a plugin's author, each thing once, in the log. Any thread may
-// give a notice.
+// What the simulator reports to a plugin's author, each text once, in the log. Can be used from any
+// thread.
 class Notices final {
 public:
     explicit Notices(Log& simulatorLog) : log(simulatorLog) {}
@@ -18,16 +18,16 @@ public:
     Notices& operator=(const Notices&) = delete;
 
     void Once(const std::string& text);
-    // What is nobody's fault.
+    // For something that is not a fault.
     void Note(const std::string& text) { Once("note: " + text); }
     // A breach of the SDK's rules.
     void Warn(const std::string& text);
 
-    // In the order of their coming.
+    // Oldest first.
     std::vector<std::string> Warnings() const;
 
 private:
-    // False when it was given before.
+    // False if it was given before.
     bool give(const std::string& text);
 
     Log& log;

@@ -7,7 +7,7 @@
 
 namespace headless {
 
-// Outputs of the SDK's functions, which a caller may leave out by a null.
+// Outputs of the SDK's functions; a caller may pass null for one it does not need.
 template <class Value>
 void give(Value* output, const Value& value) {
     if (output != nullptr) {
@@ -15,7 +15,7 @@ void give(Value* output, const Value& value) {
     }
 }
 
-// At most `size` characters with the closing zero.
+// At most `size` characters, including the terminating zero.
 inline void giveText(char* output, std::size_t size, std::string_view text) {
     if (output != nullptr && size > 0) {
         const std::size_t length = std::min(text.size(), size - 1);
@@ -24,7 +24,7 @@ inline void giveText(char* output, std::size_t size, std::string_view text) {
     }
 }
 
-// A structure that begins with its structSize, which the caller sets: as much as he has room for.
+// A structure that begins with its structSize, which the caller sets: fills only that many bytes.
 template <class Structure>
 void giveStructure(Structure* output, const Structure& value) {
     const int size = output->structSize;
@@ -33,7 +33,7 @@ void giveStructure(Structure* output, const Structure& value) {
     output->structSize = size;
 }
 
-// The same for an input: what an older caller's structure lacks is zero.
+// The same for an input: fields that an older caller's structure lacks are zero.
 template <class Structure>
 Structure takeStructure(const Structure& input) {
     Structure taken{};

@@ -11,8 +11,8 @@
 
 namespace headless {
 
-// The objects of one kind that plugins made, in the order of their making. An object's address is
-// its handle; it belongs to the plugin that made it and goes with it.
+// The objects of one kind that plugins made, oldest first. An object's address is its handle. It
+// belongs to the plugin that made it and is removed with it.
 template <class Object>
 class OwnedObjects final {
 public:
@@ -29,7 +29,7 @@ public:
         return added;
     }
 
-    // Null, and the refusal recorded, for null and for what is not the handle of a living object.
+    // Null for null and for anything but the handle of a living object; records the refusal.
     Object* Resolve(const void* handle) {
         if (handle == nullptr) {
             recorder.Refuse(Refusal::NullHandle, kind);
@@ -42,7 +42,7 @@ public:
         return found;
     }
 
-    // The same without a refusal.
+    // The same without recording a refusal.
     Object* Find(const void* handle) const {
         const auto found = owners.find(handle);
         return found == owners.end() ? nullptr
@@ -52,7 +52,7 @@ public:
     XPLMPluginID OwnerOf(const Object& object) const { return owners.at(&object); }
     bool IsActive(const Object& object) const { return context.IsActive(OwnerOf(object)); }
 
-    // False, and the refusal recorded, when there is no such object.
+    // False if there is no such object; records the refusal.
     bool Remove(const void* handle) {
         if (Resolve(handle) == nullptr) {
             return false;
@@ -61,7 +61,7 @@ public:
         return true;
     }
 
-    // How many it had.
+    // Returns how many it had.
     std::size_t DropOf(XPLMPluginID plugin) {
         const std::size_t before = Size();
         for (const Object* object : All()) {
@@ -73,7 +73,7 @@ public:
     }
 
     std::size_t Size() const { return objects.size(); }
-    // Stays as it is while objects come and go; those that went are no longer to be used.
+    // A copy: objects may come and go meanwhile; do not use those that are gone.
     std::vector<Object*> All() const {
         std::vector<Object*> all;
         all.reserve(objects.size());

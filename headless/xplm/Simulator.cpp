@@ -32,7 +32,7 @@ Simulator* current = nullptr;
 
 } // namespace
 
-// What few plugins use, apart, so that not everybody needs its headers.
+// Parts that few plugins use, kept apart so that Simulator.h does not include their headers.
 struct Simulator::Rooms {
     explicit Rooms(Simulator& simulator)
         : errors(simulator.context, simulator.recorder),

@@ -44,12 +44,12 @@ struct WorldPosition;
 
 // The simulator's side of the plugin SDK as an ordinary object.
 //
-// The SDK's C functions forward to Current(). Making a Simulator makes it the current one until it
-// is destroyed, then the former is again, so every test can have a fresh one; simulators are
-// destroyed in the reverse order of their making. One thread: calls from others are reported.
+// The SDK's C functions forward to Current(). A new Simulator is the current one until it is
+// destroyed; then the previous one is current again, so every test can have a fresh one. Destroy
+// simulators in the reverse order of their creation. One thread: calls from others are reported.
 class Simulator final {
 public:
-    // As the SDK tells it: 12.14.
+    // As the SDK reports it: 12.14.
     static constexpr int kUsualVersion = 12140;
 
     Simulator();
@@ -57,7 +57,7 @@ public:
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
 
-    // The last one made that still exists; when there is none, one that lives with the process.
+    // The newest one that still exists; without one, a simulator that lives as long as the process.
     static Simulator& Current();
 
     DatarefTable& Datarefs() { return datarefs; }
@@ -97,36 +97,36 @@ public:
     int Version() const { return version; }
     void SetVersion(int simulatorVersion) { version = simulatorVersion; }
 
-    // Every function of the SDK begins with this; the name is kept by address.
+    // Every function of the SDK calls this first. The pointer is kept.
     void Enter(const char* function) {
         if (threads.Check(function)) {
             recorder.Enter(function);
         }
     }
-    // The function that was entered does nothing here; says so once.
+    // Reports once that the entered function does nothing here.
     void NotSimulated();
 
-    // Somebody who sees what plugins do from now on; null for nobody. Borrowed.
+    // `pluginObserver` sees what plugins do from now on; null for none. Borrowed.
     void Observe(IPluginObserver* pluginObserver);
 
     // The plugin's side of the log; null is recorded and ignored.
     void DebugString(const char* text);
-    // The function that was entered draws, which no plugin is asked to.
+    // For functions that draw: records a refusal, because no plugin is asked to draw.
     void Draw() { recorder.Refuse(Refusal::WrongMoment, "nothing is drawn now"); }
     void Speak(const char* text) { spoken = text == nullptr ? "" : text; }
     const std::string& LastSpoken() const { return spoken; }
     int NextTexture() { return ++textures; }
-    // Tells plugins that the scenery was loaded.
+    // Sends plugins the message that the scenery was loaded.
     void ReloadScenery();
     // Moves the user's aircraft, in every dataref that exists. Degrees true, metres per second.
     void PlaceUser(const WorldPosition& position, double heading, double speed);
 
-    // One frame of simulated time: what is due after the former frame's flight model, then, with
-    // the time advanced, held commands continue and what is due before the next flight model runs.
+    // One frame of simulated time: runs what is due after the previous flight model, advances the
+    // time, continues held commands, then runs what is due before the next flight model.
     void RunFrame(double seconds);
 
-    // Drops what the plugin registered and made through the SDK, as the simulator does when it is
-    // gone, and tells what that was. The commands that it created stay. XPLM_PLUGIN_XPLANE is a
+    // Drops what the plugin registered and made through the SDK, as the simulator does when a
+    // plugin is gone, and reports it. The commands that it created stay. XPLM_PLUGIN_XPLANE is a
     // test that plays the plugin.
     void DropRegistrations(XPLMPluginID plugin = XPLM_PLUGIN_XPLANE);
 

@@ -67,7 +67,7 @@ bool ThreadGuard::examine(const char* function) {
 }
 
 void ThreadGuard::report(const char* function) {
-    // A thread is one plugin's.
+    // A thread belongs to one plugin.
     thread_local const std::string caller = callersFile();
     notices.Warn(caller + ": " + function +
                  " was called from another thread; the SDK belongs to the simulator's thread");

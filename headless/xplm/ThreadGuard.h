@@ -7,15 +7,15 @@
 
 namespace headless {
 
-// Its address is another one in each thread, which costs nothing to tell. The library is never
+// Its address differs in each thread, which makes checking the thread cheap. The library is never
 // loaded late, so the mark has a fixed place.
 extern constinit thread_local char threadMark __attribute__((tls_model("initial-exec")));
 
 // Reports calls from threads other than the simulator's, each function of each caller once. The
 // simulator's thread is the one that made the guard.
 //
-// While somebody sees the calls no thread is the fast one, so that all calls take the way of a
-// stranger's. A call that nobody sees pays nothing for it.
+// While calls are observed, no thread is the fast one and every call takes the slow path. Calls
+// that are not observed cost nothing extra.
 class ThreadGuard final {
 public:
     using Watch = std::function<void(const char* function)>;
@@ -28,10 +28,10 @@ public:
     bool Check(const char* function) { return fastThread == &threadMark || examine(function); }
     bool IsOnSimulatorThread() const { return simulatorThread == &threadMark; }
 
-    // Is told of every call on the simulator's thread; empty for nobody. Returns who was before.
+    // Called for every call on the simulator's thread; empty for none. Returns the previous watch.
     Watch SetWatch(Watch callWatch);
 
-    // Is told of all calls from the simulator's thread; null for nobody. Borrowed.
+    // Called for every call on the simulator's thread; null for none. Borrowed.
     void Observe(IPluginObserver* pluginObserver);
 
 private:
@@ -41,7 +41,7 @@ private:
 
     Notices& notices;
     const char* const simulatorThread = &threadMark;
-    // The simulator's thread while nobody sees its calls, else null.
+    // The simulator's thread while its calls are not observed, else null.
     const char* fastThread = simulatorThread;
     Watch watch;
     IPluginObserver* observer = nullptr;

@@ -6,8 +6,8 @@
 
 namespace headless {
 
-// The functions that a plugin gives with a dataref of its own. Slots of types that the dataref does
-// not offer stay null.
+// The functions that a plugin gives with a dataref that it publishes. Slots of types that the
+// dataref does not offer stay null.
 struct DatarefAccessors {
     XPLMGetDatai_f readInt = nullptr;
     XPLMSetDatai_f writeInt = nullptr;
@@ -25,12 +25,12 @@ struct DatarefAccessors {
     void* writeRefcon = nullptr;
 };
 
-// The value of a dataref that a plugin publishes. Every access is handed to the plugin as it
-// stands: checking offsets and counts is the plugin's part. A null slot reads as zero, and so does
-// all while the plugin is disabled.
+// The value of a dataref that a plugin publishes. Every access is passed to the plugin unchanged:
+// the plugin checks offsets and counts. A null slot reads as zero, and so does everything while the
+// plugin is disabled.
 class AccessorValue final : public IDatarefValue {
 public:
-    // Belongs to the plugin that runs.
+    // Belongs to the running plugin.
     AccessorValue(const DatarefAccessors& pluginAccessors, PluginContext& pluginContext)
         : accessors(pluginAccessors), context(pluginContext), owner(pluginContext.Plugin()) {}
 

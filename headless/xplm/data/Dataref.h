@@ -10,8 +10,8 @@ namespace headless {
 
 // One dataref; its address is the handle that plugins hold.
 //
-// When its plugin goes the object stays as an orphan, without a value: late uses of the handle are
-// harmless, and who registers the name again gives the same handle a value.
+// When its plugin goes, the object stays as an orphan without a value: late uses of the handle are
+// harmless, and registering the name again gives the same handle a value.
 class Dataref final {
 public:
     enum class Owner { Simulator, Plugin };
@@ -26,7 +26,7 @@ public:
     const DatarefDefinition& Definition() const { return definition; }
     bool Offers(XPLMDataTypeID type) const { return (definition.types & type) != 0; }
     bool IsPluginOwned() const { return owner == Owner::Plugin; }
-    // Who registered it; the simulator for its own.
+    // The plugin that registered it; the simulator for its own.
     XPLMPluginID Plugin() const { return plugin; }
 
     bool IsLive() const { return value != nullptr; }

@@ -4,11 +4,11 @@
 
 namespace headless {
 
-// What plugins do with dataref handles: the simulator's reading and writing rules.
+// What plugins do with dataref handles: the simulator's rules for reading and writing.
 //
-// A null, foreign or stale handle and a type that the dataref does not offer (there is no
-// conversion between types) read as zero; writes through those, and to a read-only dataref, are
-// dropped. Each is recorded as a refusal.
+// A null, foreign or stale handle, or a type that the dataref does not offer (types are never
+// converted), reads as zero. Writes through those, and to a read-only dataref, are dropped. Each is
+// recorded as a refusal.
 class DatarefAccess final {
 public:
     DatarefAccess(DatarefTable& datarefTable, CallRecorder& callRecorder)
@@ -33,14 +33,14 @@ public:
     void SetBytes(XPLMDataRef handle, void* values, int offset, int count);
 
 private:
-    // Nothing is looked up for a record that is not kept.
+    // Looks nothing up unless recording is enabled.
     template <class... Arguments>
     void record(const char* function, XPLMDataRef handle, const Arguments&... arguments) {
         if (recorder.IsEnabled()) {
             recorder.Record(function, handle, table.NameOf(handle), arguments...);
         }
     }
-    // Null when the access is refused.
+    // Null if the access is refused.
     IDatarefValue* readable(XPLMDataRef handle, XPLMDataTypeID type, const char* function);
     IDatarefValue* writable(XPLMDataRef handle, XPLMDataTypeID type, const char* function);
     Dataref* offering(XPLMDataRef handle, XPLMDataTypeID type, const char* function);

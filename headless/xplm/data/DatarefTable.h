@@ -17,9 +17,9 @@ namespace headless {
 
 // All datarefs by name: the simulator's own, those that plugins publish, and shared data.
 //
-// Two sides meet here. The host (tests, headless-sim) defines datarefs and reads and writes them by
-// name, also read-only ones: it is the simulator. Plugins find, publish and take back; what they do
-// with a handle is in DatarefAccess. Handles stay valid addresses for the table's life.
+// It has two sides. The host (tests, headless-sim) is the simulator: it defines datarefs and reads
+// and writes them by name, including read-only ones. Plugins find, publish and unregister;
+// DatarefAccess has what they do with a handle. Handles stay valid addresses for the table's life.
 //
 // Host access throws std::out_of_range for an unknown name and std::invalid_argument for a type
 // that the dataref does not offer.
@@ -30,7 +30,7 @@ public:
     DatarefTable(const DatarefTable&) = delete;
     DatarefTable& operator=(const DatarefTable&) = delete;
 
-    // Host side. A name that is defined already is refused with std::invalid_argument.
+    // Host side. Throws std::invalid_argument if the name is already defined.
     Dataref& Define(const DatarefDefinition& definition);
     // Null for an unknown name.
     Dataref* Lookup(std::string_view name) const;
@@ -57,8 +57,8 @@ public:
     // From now on plugins cannot register this name, or any name.
     void RefuseRegistration(const std::string& name) { refusedNames.insert(name); }
     void RefuseAllRegistrations(bool refuse) { refuseAll = refuse; }
-    // Makes orphans of the datarefs that the plugin registered, as the simulator does when it is
-    // gone, and takes its notifications of shared data away.
+    // Turns the plugin's datarefs into orphans, as the simulator does when a plugin is gone, and
+    // removes its notifications of shared data.
     std::size_t DropOf(XPLMPluginID plugin);
 
     // Plugin side.
@@ -66,22 +66,22 @@ public:
     XPLMDataRef Register(const char* name, XPLMDataTypeID types, bool writable,
                          const DatarefAccessors& accessors);
     void Unregister(XPLMDataRef handle);
-    // False when the name exists as something else.
+    // False if the name exists as something else.
     bool Share(const char* name, XPLMDataTypeID type, const DataNotification& notification);
     bool Unshare(const char* name, XPLMDataTypeID type, const DataNotification& notification);
-    // Orphans count: an index belongs to a dataref for good.
+    // Includes orphans, so a dataref's index never changes.
     int Count() const { return static_cast<int>(datarefs.size()); }
     // Null for an index that does not exist.
     XPLMDataRef Nth(int index) const;
-    // Null for a handle that was never given out; orphans are found. Nothing is refused.
+    // Null for a handle that was never given out; finds orphans. Records no refusal.
     const Dataref* Peek(XPLMDataRef handle) const;
-    // The live dataref of a handle. Null, and the refusal recorded, for any other handle.
+    // The live dataref of a handle. Null for any other handle; records the refusal.
     Dataref* Resolve(XPLMDataRef handle, const char* function);
-    // For records: also of a stale handle; "(none)" for a handle that was never given out.
+    // For records. Also works for a stale handle; "(none)" for one that was never given out.
     const char* NameOf(XPLMDataRef handle) const;
 
 private:
-    // Gives an orphan of the name its value, else makes the dataref.
+    // Gives an orphan of the name its value, otherwise adds the dataref.
     Dataref& add(Dataref dataref);
     SharedValue* sharedOf(const char* name, XPLMDataTypeID type) const;
     IDatarefValue& valueOf(std::string_view name, XPLMDataTypeID type) const;
@@ -90,7 +90,7 @@ private:
     CallRecorder& recorder;
     std::vector<std::unique_ptr<Dataref>> datarefs;
     std::unordered_set<const void*> handles;
-    // Orphans included.
+    // Includes orphans.
     std::map<std::string, Dataref*, std::less<>> byName;
     std::map<const Dataref*, SharedValue*> shared;
     std::set<std::string> refusedNames;

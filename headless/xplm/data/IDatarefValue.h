@@ -2,7 +2,7 @@
 
 namespace headless {
 
-// Where a dataref's value lives: in the simulator or behind a plugin's accessors.
+// A dataref's value: kept by the simulator or reached through a plugin's accessors.
 //
 // Array reads with a null buffer return the element count; others return how many they copied.
 class IDatarefValue {

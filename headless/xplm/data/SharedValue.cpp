@@ -67,7 +67,7 @@ void SharedValue::SetBytes(void* values, int offset, int count) {
 }
 
 void SharedValue::grow(int offset, int count) {
-    // A slip must not exhaust the memory.
+    // A wrong offset must not exhaust the memory.
     constexpr int kMostElements = 1 << 24;
     if (offset >= 0 && count > 0 && offset <= kMostElements && count <= kMostElements) {
         value.Grow(offset + count);

@@ -7,7 +7,7 @@
 
 namespace headless {
 
-// Who is told when shared data changes.
+// A callback for changes of shared data.
 struct DataNotification {
     XPLMDataChanged_f callback = nullptr;
     void* refcon = nullptr;
@@ -17,16 +17,16 @@ struct DataNotification {
     bool operator==(const DataNotification&) const = default;
 };
 
-// The value of data that plugins share: it belongs to none of them, an array grows as it is
-// written, and every write is told to all who asked.
+// The value of data that plugins share: no plugin owns it, an array grows as it is written, and
+// every write is reported to all plugins that asked.
 class SharedValue final : public IDatarefValue {
 public:
     SharedValue(const DatarefDefinition& definition, PluginContext& pluginContext)
         : context(pluginContext), value(definition) {}
 
-    // Without a callback nobody is told.
+    // The callback may be null; then nothing is called.
     void Notify(const DataNotification& notification);
-    // False for a notification that was not asked for.
+    // False if the notification was not registered.
     bool Forget(const DataNotification& notification);
     std::size_t DropOf(XPLMPluginID plugin);
 

@@ -14,7 +14,7 @@ std::vector<Element> storageFor(const DatarefDefinition& definition, XPLMDataTyp
                                         : 0U);
 }
 
-// How many of `wanted` elements from `offset` on exist.
+// How many of `wanted` elements exist from `offset` on.
 template <class Element>
 int available(const std::vector<Element>& stored, int offset, int wanted) {
     const int size = static_cast<int>(stored.size());
@@ -69,7 +69,7 @@ void StoredValue::Grow(int elements) {
 int StoredValue::GetInt() {
     constexpr double kLowest = std::numeric_limits<int>::min();
     constexpr double kHighest = std::numeric_limits<int>::max();
-    // Not a number compares false with both limits.
+    // NaN compares false with both limits.
     return number >= kLowest && number <= kHighest ? static_cast<int>(number) : 0;
 }
 

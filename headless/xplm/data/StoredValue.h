@@ -7,15 +7,15 @@
 
 namespace headless {
 
-// The value of one of the simulator's own datarefs, zero at first.
+// The value of one of the simulator's own datarefs, initially zero.
 //
-// A dataref of several scalar types has one number, which each type shows as it can. Access beyond
-// an array's end is cut short; a negative offset or count copies nothing.
+// A dataref of several scalar types keeps one number, converted for each type. Access past an
+// array's end is cut short; a negative offset or count copies nothing.
 class StoredValue final : public IDatarefValue {
 public:
     explicit StoredValue(const DatarefDefinition& definition);
 
-    // Arrays of its types have this many elements or more from now on.
+    // From now on, arrays of its types have at least this many elements.
     void Grow(int elements);
 
     int GetInt() override;

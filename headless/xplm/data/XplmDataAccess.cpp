@@ -101,7 +101,7 @@ void XPLMGetDataRefInfo(XPLMDataRef inDataRef, XPLMDataRefInfo_t* outInfo) {
     if (!headless::isGiven(outInfo, "information")) {
         return;
     }
-    // What the caller's structure has no room for is left out.
+    // Fields that do not fit in the caller's structure are left out.
     XPLMDataRefInfo_t info{outInfo->structSize, "", xplmType_Unknown, 0, XPLM_NO_PLUGIN_ID};
     if (dataref != nullptr) {
         const headless::DatarefDefinition& definition = dataref->Definition();

@@ -11,7 +11,7 @@
 
 namespace headless {
 
-// The SDK's features, which each plugin switches on for itself. All are off at first.
+// The SDK's features, which each plugin enables for itself. All are off at first.
 class Features final {
 public:
     static constexpr const char* kDatarefNotifications = "XPLM_WANTS_DATAREF_NOTIFICATIONS";
@@ -25,7 +25,7 @@ public:
     Features& operator=(const Features&) = delete;
 
     bool Has(const char* feature);
-    // Of the plugin that calls.
+    // For the calling plugin.
     bool IsEnabled(const char* feature) { return IsEnabledFor(context.Plugin(), feature); }
     void Enable(const char* feature, bool enable);
     static void Enumerate(XPLMFeatureEnumerator_f enumerator, void* reference);

@@ -9,17 +9,17 @@
 
 namespace headless {
 
-// Which plugin's code runs, and which plugins are switched on.
+// Which plugin's code runs, and which plugins are active.
 //
-// Whoever calls a plugin makes a Call for as long as that takes, so that what the plugin registers
-// can be told to be its own. Without a call it is the simulator itself (XPLM_PLUGIN_XPLANE), as it
-// is in a test that plays the plugin. A plugin is active unless it was told to be inactive: the
-// simulator does not call an inactive one.
+// Make a Call for as long as a plugin is called, so that what it registers is recorded as its own.
+// Without a Call the simulator itself runs (XPLM_PLUGIN_XPLANE), as in a test that plays the
+// plugin. A plugin is active unless it is set inactive; the simulator does not call an inactive
+// one.
 class PluginContext final {
 public:
     class Call final {
     public:
-        // The name of the callback is kept by address.
+        // The pointer `callbackName` is kept.
         Call(PluginContext& pluginContext, XPLMPluginID called, const char* callbackName)
             : context(pluginContext), plugin(context.plugin), callback(context.callback) {
             ++context.calls;
@@ -35,8 +35,8 @@ public:
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
 
-        // Calls the plugin. An exception that leaves it ends the process while it is known whose it
-        // is.
+        // Calls the plugin. An exception that leaves it ends the process while the plugin is still
+        // known.
         template <class Result, class... Parameters, class... Arguments>
         Result Into(Result (*function)(Parameters...), Arguments... arguments) const noexcept {
             return function(arguments...);
@@ -44,19 +44,19 @@ public:
 
     private:
         PluginContext& context;
-        // Who was called before.
+        // What ran before.
         XPLMPluginID plugin;
         const char* callback;
     };
 
     XPLMPluginID Plugin() const { return plugin; }
-    // For people: "flight loop", "XPluginStart"; "none" outside of calls.
+    // For display: "flight loop", "XPluginStart"; "none" outside of calls.
     const char* Callback() const { return callback; }
 
     // Calls are counted from 1.
     std::uint64_t CallNumber() const { return calls; }
 
-    // A plugin whose code runs may reach itself, also on its way out.
+    // A running plugin may reach itself, even while it stops.
     bool IsActive(XPLMPluginID asked) const {
         if (asked == plugin) {
             return true;
@@ -72,7 +72,7 @@ public:
         inactive[index] = !active;
     }
 
-    // Is told whose code runs, whenever that changes; null for nobody. Borrowed.
+    // Notified whenever the running plugin changes; null for none. Borrowed.
     void Observe(IPluginObserver* pluginObserver) { observer = pluginObserver; }
 
 private:
@@ -86,7 +86,7 @@ private:
     const char* callback = "none";
     std::uint64_t calls = 0;
     IPluginObserver* observer = nullptr;
-    // By plugin id; those beyond the end are active.
+    // By plugin id; ids past the end are active.
     std::vector<bool> inactive;
 };
 

@@ -152,7 +152,7 @@ void PluginRegistry::deliver(XPLMPluginID from, XPLMPluginID plugin, int message
     if (found == plugins.end() || !found->second.enabled) {
         return;
     }
-    // The receiver may remove its plugin, so a copy of it is called.
+    // The receiver may remove its plugin, so call a copy.
     if (const auto receive = found->second.hooks.receive) {
         const PluginContext::Call call(context, plugin, "XPluginReceiveMessage");
         receive(from, message, parameter);

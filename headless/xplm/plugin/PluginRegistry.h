@@ -12,8 +12,8 @@
 
 namespace headless {
 
-// A message from one plugin to another. Of a name sent to a dataref editor (kMessageAddDataref)
-// the text is copied, since the sender's memory is gone when a test looks.
+// A message from one plugin to another. For a name sent to a dataref editor (kMessageAddDataref)
+// the text is copied, because the sender's memory is gone when a test looks.
 struct PluginMessage {
     XPLMPluginID from = XPLM_PLUGIN_XPLANE;
     XPLMPluginID plugin = XPLM_NO_PLUGIN_ID;
@@ -22,7 +22,7 @@ struct PluginMessage {
     std::string text;
 };
 
-// What a plugin tells about itself, and the file that it came from.
+// What a plugin says about itself, and the file that it came from.
 struct PluginTexts {
     std::string name;
     std::string signature;
@@ -30,18 +30,18 @@ struct PluginTexts {
     std::string path;
 };
 
-// How a loaded plugin is reached; empty functions do nothing.
+// How to call a loaded plugin; empty functions do nothing.
 struct PluginHooks {
     std::function<void(XPLMPluginID from, int message, void* parameter)> receive{};
-    // False when the plugin refuses.
+    // False if the plugin refuses.
     std::function<bool()> enable{};
     std::function<void()> disable{};
 };
 
-// The plugins that the simulator knows, switching them on and off, and the messages sent to them.
+// The plugins that the simulator knows. Enables and disables them, and delivers messages to them.
 //
-// Tests add fakes of other plugins, which are enabled at once; the host adds what it loads, which
-// is enabled when it says so. Ids are never used again.
+// Tests add fakes of other plugins, which are enabled at once. The host adds the plugins that it
+// loads, which are enabled when the host says so. Ids are never reused.
 class PluginRegistry final {
 public:
     // Asks the dataref editor to list the dataref whose name the parameter points to.
@@ -57,21 +57,21 @@ public:
     XPLMPluginID AddPlugin(const std::string& signature, PluginHooks hooks = {});
     XPLMPluginID AddLoaded(const std::string& path, PluginHooks hooks);
     void RemovePlugin(XPLMPluginID plugin);
-    // What a plugin said of itself at its start.
+    // What a plugin said about itself at its start.
     void Describe(XPLMPluginID plugin, const PluginTexts& texts);
     // From now on the simulator calls the plugin, or does not.
     void MarkEnabled(XPLMPluginID plugin, bool enabled);
     // Null for a plugin that does not exist.
     const PluginTexts* TextsOf(XPLMPluginID plugin) const;
-    // A message of the simulator's own, to one plugin or to all. Disabled ones receive nothing.
+    // Sends the simulator's own message to one plugin or to all. Disabled ones receive nothing.
     void SendFromSimulator(XPLMPluginID plugin, int message, void* parameter);
     void Broadcast(int message, void* parameter);
-    // Whether somebody asked for all plugins to be loaded anew since the last call.
+    // Whether a reload of all plugins was requested since the last call.
     bool TakeReloadRequest();
     // The last kMaxMessages that plugins sent.
     const std::deque<PluginMessage>& Messages() const { return messages; }
 
-    // Plugin side. XPLM_NO_PLUGIN_ID when nobody has the signature, path or index.
+    // Plugin side. XPLM_NO_PLUGIN_ID if no plugin has the signature, path or index.
     XPLMPluginID FindBySignature(const char* signature);
     XPLMPluginID FindByPath(const char* path);
     int Count() const { return static_cast<int>(plugins.size()); }
@@ -80,8 +80,8 @@ public:
     bool Enable(XPLMPluginID plugin);
     void Disable(XPLMPluginID plugin);
     void RequestReload() { reloadRequested = true; }
-    // The sender is the plugin that runs. XPLM_NO_PLUGIN_ID is all plugins; disabled ones and those
-    // that do not exist receive nothing.
+    // The sender is the running plugin. XPLM_NO_PLUGIN_ID means all plugins; disabled and unknown
+    // ones receive nothing.
     void SendMessage(XPLMPluginID plugin, int message, void* parameter);
 
 private:

@@ -148,7 +148,7 @@ bool FlightLoops::isDue(const Loop& loop) const {
     return false;
 }
 
-// The callback may register others; a loop stays where it is until it is swept away.
+// The callback may register others; a loop stays in place until it is swept away.
 void FlightLoops::call(Loop& loop, double seconds) {
     const double sinceLast = clock.Now() - loop.lastCall;
     loop.lastCall = clock.Now();

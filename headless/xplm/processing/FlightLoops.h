@@ -12,11 +12,11 @@
 
 namespace headless {
 
-// The callbacks that plugins want to have called while the simulator runs.
+// The callbacks that plugins registered to be called while the simulator runs.
 //
-// An interval is in seconds when positive and in flight loops when negative; 0 is never. Callbacks
-// may come and go while they are called; one that is registered during a frame is not called before
-// the next. Those of a disabled plugin wait.
+// An interval is in seconds if positive and in flight loops if negative; 0 is never. Callbacks may
+// come and go while they are called; one registered during a frame is not called before the next
+// frame. Callbacks of a disabled plugin wait.
 class FlightLoops final {
 public:
     FlightLoops(const Clock& simulatedClock, PluginContext& pluginContext,
@@ -25,20 +25,20 @@ public:
     FlightLoops(const FlightLoops&) = delete;
     FlightLoops& operator=(const FlightLoops&) = delete;
 
-    // A pair of callback and refcon that is known already gets the new interval. It runs before the
-    // flight model.
+    // A pair of callback and refcon that is already registered gets the new interval. It runs
+    // before the flight model.
     void Register(XPLMFlightLoop_f callback, float interval, void* refcon);
     void Unregister(XPLMFlightLoop_f callback, void* refcon);
     // The interval counts from now, or from the last call.
     void SetInterval(XPLMFlightLoop_f callback, float interval, bool fromNow, void* refcon);
 
-    // Null when the structure has no callback.
+    // Null if the structure has no callback.
     XPLMFlightLoopID Create(const XPLMCreateFlightLoop_t* parameters);
     void Destroy(XPLMFlightLoopID handle);
     void Schedule(XPLMFlightLoopID handle, float interval, bool fromNow);
 
-    // Calls what is due in this phase at the clock's time and frame. `seconds` is the length of the
-    // frame.
+    // Calls what is due in this phase at the clock's time and frame. `seconds` is the frame's
+    // length.
     void Run(XPLMFlightLoopPhaseType phase, double seconds);
 
     std::size_t Count() const;
@@ -50,10 +50,10 @@ private:
         void* refcon = nullptr;
         XPLMFlightLoopPhaseType phase = xplm_FlightLoop_Phase_BeforeFlightModel;
         XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
-        // Made by Create(), so that only its handle finds it.
+        // Made by Create(), so only its handle finds it.
         bool hasHandle = false;
         float interval = 0.0F;
-        // Time and frame that the interval counts from.
+        // The interval counts from this time and frame.
         double sinceTime = 0.0;
         std::int64_t sinceFrame = 0;
         double lastCall = 0.0;
@@ -68,7 +68,7 @@ private:
     bool isDue(const Loop& loop) const;
     void call(Loop& loop, double seconds);
     void sweep();
-    // For those that a callback must not use on itself.
+    // For functions that a callback must not use on itself.
     void refuseFromWithin(const Loop& loop, const char* function);
 
     const Clock& clock;
@@ -76,7 +76,7 @@ private:
     CallRecorder& recorder;
     std::vector<std::unique_ptr<Loop>> loops;
     bool running = false;
-    // The one that is being called.
+    // The loop whose callback is running.
     const Loop* called = nullptr;
 };
 

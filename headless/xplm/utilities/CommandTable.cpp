@@ -185,7 +185,7 @@ void CommandTable::raise(Command& command, XPLMCommandPhase phase) {
     runHandlers(command, phase, false);
 }
 
-// Walks a copy, because handlers come and go while they run; one that is gone is not called.
+// Uses a copy, because handlers may come and go while they run; skips those that are gone.
 bool CommandTable::runHandlers(Command& command, XPLMCommandPhase phase, bool before) {
     const std::vector<CommandHandler> walked = command.handlers;
     for (const CommandHandler& handler : walked) {

@@ -16,7 +16,7 @@
 
 namespace headless {
 
-// How often each phase of a command came by, by phase number.
+// How often each phase of a command occurred, by phase number.
 using PhaseCounts = std::array<std::size_t, 3>;
 
 struct CommandHandler {
@@ -34,12 +34,12 @@ struct Command {
     std::string name;
     std::string description;
     std::vector<CommandHandler> handlers;
-    // The simulator's own effect, between the handlers before and after it; may be empty.
+    // The simulator's own effect, run between the handlers before and after it; may be empty.
     std::function<void(XPLMCommandPhase)> action;
     int held = 0;
     // The plugins that hold it.
     std::vector<XPLMPluginID> holders{};
-    // Every phase that was raised, and those that no handler before the simulator swallowed.
+    // All phases raised, and those that no handler before the simulator swallowed.
     PhaseCounts pressed{};
     PhaseCounts passedOn{};
 };
@@ -52,10 +52,10 @@ struct CommandEvent {
 
 // All commands by name. Handles stay valid for the table's life.
 //
-// Handlers run in the order of their registration, those before the simulator first; the first
-// that returns 0 swallows the phase. Those of a disabled plugin are left out. Every Begin and End
-// raises its phase, nested ones too; a command is held until as many Ends as Begins came. Handlers
-// may come and go during dispatch.
+// Handlers run in the order of their registration, those before the simulator first; the first that
+// returns 0 swallows the phase. Handlers of a disabled plugin are skipped. Every Begin and End
+// raises its phase, nested ones too; a command is held until it gets as many Ends as Begins.
+// Handlers may come and go during dispatch.
 class CommandTable final {
 public:
     static constexpr std::size_t kMaxEvents = 4096;
@@ -65,19 +65,19 @@ public:
     CommandTable(const CommandTable&) = delete;
     CommandTable& operator=(const CommandTable&) = delete;
 
-    // Host side. A name that is defined already keeps its handle and gets the description.
+    // Host side. A name that is already defined keeps its handle and gets the description.
     Command& Define(const std::string& name, const std::string& description);
     // Null for an unknown name.
     Command* Lookup(std::string_view name) const;
     std::vector<std::string> Names() const;
-    // The phases raised, the last kMaxEvents of them, in order.
+    // The last kMaxEvents phases raised, in order.
     const std::deque<CommandEvent>& Events() const { return events; }
     void ClearEvents() { events.clear(); }
     // Raises the continue phase of every held command; once per frame.
     void ContinueHeld();
-    // Drops the plugin's handlers, as the simulator does when it is gone. How many it had.
+    // Drops the handlers of a plugin that is gone, and returns how many it had.
     std::size_t DropOf(XPLMPluginID plugin);
-    // How many times the plugin began a command without ending it; those stay held. Asked once.
+    // Counts and forgets the plugin's Begins without an End; those commands stay held.
     std::size_t ReleaseOf(XPLMPluginID plugin);
 
     // Plugin side. Null or foreign handles are recorded and ignored.

@@ -4,7 +4,7 @@ namespace headless {
 
 namespace {
 
-// What the SDK answers without calling it an error.
+// What the SDK does not report as an error.
 bool isOrdinary(Refusal reason) {
     return reason == Refusal::UnknownName || reason == Refusal::StaleHandle ||
            reason == Refusal::Ordered;

@@ -8,14 +8,14 @@
 
 namespace headless {
 
-// Tells a plugin what the simulator refused it, when the plugin asked to be told of errors.
+// Reports refused calls to the plugins that set an error callback.
 class ErrorCallbacks final {
 public:
     ErrorCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder);
     ErrorCallbacks(const ErrorCallbacks&) = delete;
     ErrorCallbacks& operator=(const ErrorCallbacks&) = delete;
 
-    // Of the plugin that calls; null for none.
+    // For the calling plugin; null for none.
     void Set(XPLMError_f callback) { callbacks[context.Plugin()] = callback; }
     void DropOf(XPLMPluginID plugin) { callbacks.erase(plugin); }
 

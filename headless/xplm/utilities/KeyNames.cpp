@@ -67,7 +67,7 @@ std::array<std::string, 256> makeNames() {
         set(XPLM_VK_NUMPAD0 + digit, "Numpad " + std::to_string(digit));
     }
     for (int key = XPLM_VK_F1; key <= XPLM_VK_F24; ++key) {
-        // Of a string alone: GCC 12, optimising, warns of a copy that never happens.
+        // Starts from a string, or GCC 12 with optimisation warns of a copy that never happens.
         set(key, std::string("F") + std::to_string(key - XPLM_VK_F1 + 1));
     }
     for (const NamedKey& named : kNamed) {

@@ -2,8 +2,8 @@
 
 namespace headless {
 
-// A virtual key's name for people, "Return" or "F1"; an unknown key has an empty one. The text
-// lives for ever.
+// A virtual key's name for display, "Return" or "F1"; empty for an unknown key. The text is never
+// freed.
 const char* keyName(unsigned char virtualKey);
 
 } // namespace headless

@@ -1,5 +1,5 @@
 // Scripts that run in a plugin open the SDK's libraries by file, in the simulator's folder, where
-// they are not. Those names lead to this library: its dlopen comes before the system's.
+// they do not exist. This dlopen precedes the system's and opens this library for those names.
 
 #include <dlfcn.h>
 
@@ -25,6 +25,6 @@ const char* ownPath() {
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) void* dlopen(const char* path, int mode) {
     static const Open systemOpen = reinterpret_cast<Open>(::dlsym(RTLD_NEXT, "dlopen"));
-    // The last step must be a jump: the system looks at who called to find that caller's folders.
+    // This must stay a tail call: the system uses the return address to find the caller's folders.
     return systemOpen(path != nullptr && isSdkLibrary(path) ? ownPath() : path, mode);
 }

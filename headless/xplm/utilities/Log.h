@@ -8,10 +8,10 @@
 
 namespace headless {
 
-// The simulator's log: text as it was given, in memory and, once a file is opened, there as well.
+// The simulator's log: text as it was given, in memory and, once a file is opened, also there.
 //
-// The file is written without buffering, because a plugin may abort the process right after its
-// last line. Long runs with a file can do without the copy in memory.
+// The file is unbuffered, because a plugin may abort the process right after its last line. Long
+// runs with a file can do without the copy in memory.
 class Log final {
 public:
     Log() { tail.reserve(4 * kTail); }
@@ -21,18 +21,18 @@ public:
 
     void Write(std::string_view added);
 
-    // Empties the file or makes it. Throws std::runtime_error when that is not possible.
+    // Empties or creates the file. Throws std::runtime_error if that fails.
     void OpenFile(const std::string& path);
 
     void EchoToStderr(bool on) { echo = on; }
     void KeepInMemory(bool on) { keep = on; }
 
-    // The last line, without its newline, also when nothing is kept in memory. Of a long line the
-    // end. Valid until the next Write(); takes no memory, so that a signal handler may ask.
+    // The last line, without its newline, even if nothing is kept in memory; only the end of a long
+    // line. Valid until the next Write(). Allocates nothing, so a signal handler may call it.
     std::string_view LastLine() const;
 
     const std::string& Text() const { return text; }
-    // The text split at its newlines, without them. A line without its newline yet is included.
+    // The text split at its newlines, without them. Includes a last line that has no newline yet.
     std::vector<std::string> Lines() const;
 
 private:

@@ -5,7 +5,7 @@
 
 namespace headless {
 
-// The simulator's folder: the working directory, unless told otherwise.
+// The simulator's folder: the working directory, unless set otherwise.
 class SystemFolder final {
 public:
     SystemFolder();
@@ -14,14 +14,14 @@ public:
 
     // With a separator at the end.
     const std::string& Path() const { return path; }
-    // A file in the folder of preferences.
+    // A file in the preferences folder.
     std::string PreferencesFile() const { return path + "Output/preferences/Set X-Plane.prf"; }
-    // A file's path, which may be relative to this folder.
+    // The path of a file, which may be relative to this folder.
     std::string Absolute(const std::string& file) const {
         return file.starts_with('/') ? file : path + file;
     }
 
-    // The names in a folder in ascending order; empty when it cannot be read.
+    // The names in a folder in ascending order; empty if it cannot be read.
     static std::vector<std::string> NamesIn(const std::string& folder);
 
 private:

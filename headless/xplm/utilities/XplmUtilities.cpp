@@ -1,4 +1,4 @@
-// All of XPLMUtilities.h but the commands.
+// All of XPLMUtilities.h except the commands.
 
 #include "XPLMUtilities.h"
 
