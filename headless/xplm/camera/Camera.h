@@ -5,7 +5,7 @@
 
 namespace headless {
 
-// The camera, and the plugin that moves it. Nobody looks through it.
+// The camera, and the plugin that moves it. Nothing is drawn.
 class Camera final {
 public:
     explicit Camera(PluginContext& pluginContext) : context(pluginContext) {}
@@ -13,10 +13,10 @@ public:
     Camera& operator=(const Camera&) = delete;
 
     const XPLMCameraPosition_t& Position() const { return position; }
-    // 0 when nobody controls the camera.
+    // 0 if no plugin controls the camera.
     XPLMCameraControlDuration Duration() const { return duration; }
 
-    // Who controls the camera so far is told that he lost it.
+    // Calls the previous controller's callback, to report that it lost the camera.
     void Control(XPLMCameraControlDuration howLong, XPLMCameraControl_f callback, void* refcon);
     void Release();
 

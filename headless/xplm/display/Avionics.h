@@ -8,7 +8,7 @@
 
 namespace headless {
 
-// A cockpit device: one of the simulator's that a plugin customises, or one of the plugin's own.
+// A cockpit device: one of the simulator's that a plugin customises, or one that a plugin made.
 struct AvionicsDevice {
     XPLMDeviceID device = -1;
     std::string id;
@@ -32,7 +32,7 @@ public:
     XPLMAvionicsID Add(const AvionicsDevice& device) { return devices.Add(device); }
     // One of the simulator's devices; the same handle each time.
     XPLMAvionicsID HandleOf(XPLMDeviceID device);
-    // Null, and the refusal recorded, when there is no such device.
+    // Null if there is no such device; records the refusal.
     AvionicsDevice* Resolve(XPLMAvionicsID handle) { return devices.Resolve(handle); }
     void Remove(XPLMAvionicsID handle);
     void TakeFocus(XPLMAvionicsID handle) { focused = Resolve(handle); }

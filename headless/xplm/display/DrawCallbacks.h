@@ -9,7 +9,7 @@
 
 namespace headless {
 
-// Callbacks for drawing. They are kept and never called: there is nothing to draw on.
+// Callbacks for drawing. They are kept but never called, because nothing is drawn.
 class DrawCallbacks final {
 public:
     DrawCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -19,7 +19,7 @@ public:
 
     // False without a callback.
     bool Register(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
-    // False when it is not registered.
+    // False if it is not registered.
     bool Unregister(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
     std::size_t DropOf(XPLMPluginID plugin);
 

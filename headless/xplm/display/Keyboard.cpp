@@ -37,7 +37,7 @@ bool Keyboard::RemoveSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void
 }
 
 bool Keyboard::passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey) {
-    // Sniffers come and go while they are called.
+    // Sniffers may come and go while they are called.
     for (const Sniffer& sniffer : std::vector<Sniffer>(sniffers)) {
         if (sniffer.beforeWindows == beforeWindows && context.IsActive(sniffer.owner)) {
             const PluginContext::Call call(context, sniffer.owner, "key sniffer");
@@ -56,7 +56,7 @@ void Keyboard::runHotKeys(XPLMKeyFlags flags, char virtualKey) {
         if (hotKeys.Find(key) == nullptr || !hotKeys.IsActive(*key) || key->callback == nullptr) {
             continue;
         }
-        // A hot key without a direction is meant to go down.
+        // A hot key without a direction reacts to key down.
         const XPLMKeyFlags wanted = (key->flags & (xplm_DownFlag | xplm_UpFlag)) != 0
                                         ? key->flags
                                         : key->flags | xplm_DownFlag;

@@ -16,8 +16,8 @@ struct HotKey {
     void* refcon = nullptr;
 };
 
-// Who hears of a key: sniffers before the windows, the window that has the keyboard, sniffers after
-// the windows, hot keys. Each but a hot key may swallow it.
+// Passes on a key in this order: sniffers before the windows, the window that has the keyboard,
+// sniffers after the windows, hot keys. All but hot keys may swallow it.
 class Keyboard final {
 public:
     Keyboard(Windows& allWindows, PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -28,11 +28,11 @@ public:
     Keyboard(const Keyboard&) = delete;
     Keyboard& operator=(const Keyboard&) = delete;
 
-    // Host side: a key goes down or up, as the flags tell.
+    // Host side: a key goes down or up, depending on the flags.
     void Press(char key, XPLMKeyFlags flags, char virtualKey);
     std::size_t DropOf(XPLMPluginID plugin);
 
-    // Plugin side. False without a callback, or when it is not registered.
+    // Plugin side. False without a callback, or if it is not registered.
     bool AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
     bool RemoveSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
     OwnedObjects<HotKey>& HotKeys() { return hotKeys; }
@@ -47,7 +47,7 @@ private:
         bool operator==(const Sniffer&) const = default;
     };
 
-    // False when one of them swallows the key.
+    // False if one of them swallows the key.
     bool passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey);
     void runHotKeys(XPLMKeyFlags flags, char virtualKey);
 

@@ -26,7 +26,7 @@ inline void giveRectangle(const Rectangle& rectangle, int* left, int* top, int* 
     give(bottom, rectangle.bottom);
 }
 
-// The one monitor that there would be, and the mouse in the middle of it.
+// The only monitor, and the mouse in the middle of it.
 constexpr Rectangle kScreen{0, 1080, 1920, 0};
 constexpr int kMouseX = kScreen.right / 2;
 constexpr int kMouseY = kScreen.top / 2;

@@ -8,9 +8,9 @@
 
 namespace headless {
 
-// A plugin's window, as it was told to be.
+// A plugin's window, as the plugin set it up.
 struct Window {
-    // Callbacks, refcon and layer as given; the rectangle in it is not kept up to date.
+    // Callbacks, refcon and layer as given; its rectangle is not kept up to date.
     XPLMCreateWindow_t parameters{};
     Rectangle geometry;
     // In virtual reality, in boxels.
@@ -20,7 +20,7 @@ struct Window {
     std::string title;
     XPLMWindowPositioningMode mode = xplm_WindowPositionFree;
     std::array<float, 4> gravity{0.0F, 1.0F, 0.0F, 1.0F};
-    // Smallest width and height, largest width and height; 0 is no limit.
+    // Smallest width and height, largest width and height; 0 means no limit.
     std::array<int, 4> limits{};
 };
 

@@ -7,10 +7,9 @@
 
 namespace headless {
 
-// All windows, the order in which they lie, and which of them has the keyboard.
+// All windows, their stacking order, and which of them has the keyboard.
 //
-// Nothing is drawn: a window remembers what it is told, and gets keys and clicks when the host
-// gives them.
+// Nothing is drawn: a window keeps what it is given, and gets keys and clicks from the host.
 class Windows final {
 public:
     Windows(PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -20,19 +19,19 @@ public:
 
     XPLMWindowID Create(const XPLMCreateWindow_t& parameters);
     void Destroy(XPLMWindowID handle);
-    // Null, and the refusal recorded, when there is no such window.
+    // Null if there is no such window; records the refusal.
     Window* Resolve(XPLMWindowID handle) { return windows.Resolve(handle); }
 
     void SetPositioningMode(XPLMWindowID handle, XPLMWindowPositioningMode mode);
     void BringToFront(XPLMWindowID handle);
     bool IsInFront(XPLMWindowID handle) const;
-    // Null takes the keyboard away from all windows. Who loses it is told.
+    // Null takes the keyboard away from all windows. Notifies the window that loses it.
     void TakeFocus(XPLMWindowID handle);
     XPLMWindowID Focused() const { return focused; }
 
-    // Host side: to the window with the keyboard. False when there is none.
+    // Host side: sends the key to the window with the keyboard. False if no window has it.
     bool PressKey(char key, XPLMKeyFlags flags, char virtualKey);
-    // To the topmost visible window at the place. False when no window takes it.
+    // Sends the click to the topmost visible window there. False if no window takes it.
     bool Click(int x, int y, XPLMMouseStatus status);
     std::size_t Count() const { return windows.Size(); }
     std::size_t DropOf(XPLMPluginID plugin);

@@ -61,7 +61,7 @@ void XPLMDestroyAvionics(XPLMAvionicsID inHandle) {
     here().Avionics().Remove(inHandle);
 }
 
-// No cockpit here has a place for a device.
+// There is no cockpit to bind a device to.
 int XPLMIsAvionicsBound(XPLMAvionicsID inHandle) {
     here().Avionics().Resolve(inHandle);
     return 0;

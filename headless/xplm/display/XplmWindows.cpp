@@ -35,7 +35,7 @@ XPLMWindowID XPLMCreateWindowEx(XPLMCreateWindow_t* inParams) {
         return nullptr;
     }
     XPLMCreateWindow_t parameters = headless::takeStructure(*inParams);
-    // Older structures end before these.
+    // Older structures end before these fields.
     const auto size = static_cast<std::size_t>(inParams->structSize);
     if (size <= offsetof(XPLMCreateWindow_t, layer)) {
         parameters.layer = xplm_WindowLayerFloatingWindows;
@@ -204,7 +204,7 @@ void XPLMTakeKeyboardFocus(XPLMWindowID inWindow) {
     here().Windows().TakeFocus(inWindow);
 }
 
-// For null: whether the simulator itself has the keyboard.
+// Null asks whether the simulator itself has the keyboard.
 int XPLMHasKeyboardFocus(XPLMWindowID inWindow) {
     return here().Windows().Focused() == inWindow ? 1 : 0;
 }

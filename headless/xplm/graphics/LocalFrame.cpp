@@ -12,7 +12,7 @@ void LocalFrame::SetReference(double latitude, double longitude) {
 }
 
 LocalPosition LocalFrame::ToLocal(const WorldPosition& position) const {
-    // The short way around the globe.
+    // The shorter way around the globe.
     const double east = std::remainder(position.longitude - referenceLongitude, 360.0);
     return {east * metresPerLongitude(), position.altitude,
             (referenceLatitude - position.latitude) * kMetresPerDegree};

@@ -16,16 +16,16 @@ struct LocalPosition {
     double z = 0.0;
 };
 
-// The local coordinates: a flat map around a reference point, y being the altitude. A degree of
-// latitude is 111,320 m everywhere, one of longitude that times the cosine of the reference's
-// latitude, so that conversions there and back give the same again at any distance.
+// The local coordinates: a flat map around a reference point; y is the altitude. A degree of
+// latitude is 111,320 m everywhere; a degree of longitude is that times the cosine of the
+// reference's latitude. Converting there and back gives the same position at any distance.
 class LocalFrame final {
 public:
     static constexpr double kMetresPerDegree = 111'320.0;
     static constexpr double kStartLatitude = 47.26;
     static constexpr double kStartLongitude = 11.34;
 
-    // Degrees. The place of the default world, unless told otherwise.
+    // Degrees. Initially the place of the default world.
     void SetReference(double latitude, double longitude);
 
     LocalPosition ToLocal(const WorldPosition& position) const;

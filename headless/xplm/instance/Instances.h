@@ -8,7 +8,7 @@
 
 namespace headless {
 
-// An object that a plugin placed in the scenery, as it was told to stand.
+// An object that a plugin placed in the scenery, as last positioned.
 struct SceneryInstance {
     XPLMObjectRef object = nullptr;
     std::vector<std::string> datarefs;

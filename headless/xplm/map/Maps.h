@@ -7,13 +7,13 @@
 
 namespace headless {
 
-// A layer as it was told to be; its callbacks are not called, for the map is not drawn.
+// A layer as the plugin set it up. The map is not drawn, so its drawing callbacks are not called.
 struct MapLayer {
     XPLMCreateMapLayer_t parameters{};
     std::string name;
 };
 
-// The map of the user interface, which is there from the beginning, and the layers in it.
+// The user interface's map, which always exists, and its layers.
 class Maps final {
 public:
     Maps(PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -22,11 +22,11 @@ public:
     Maps& operator=(const Maps&) = delete;
 
     static bool Exists(const char* map);
-    // Null when the map does not exist.
+    // Null if the map does not exist.
     XPLMMapLayerID Create(const XPLMCreateMapLayer_t& parameters);
-    // Tells the layer's plugin first. False when there is no such layer.
+    // Notifies the layer's plugin first. False if there is no such layer.
     bool Destroy(XPLMMapLayerID handle);
-    // Null, and the refusal recorded, when there is no such layer.
+    // Null if there is no such layer; records the refusal.
     const MapLayer* Resolve(XPLMMapLayerID handle) { return layers.Resolve(handle); }
     std::size_t DropOf(XPLMPluginID plugin) { return layers.DropOf(plugin); }
 

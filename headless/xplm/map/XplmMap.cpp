@@ -21,7 +21,7 @@ int XPLMDestroyMapLayer(XPLMMapLayerID inLayer) {
     return here().Maps().Destroy(inLayer) ? 1 : 0;
 }
 
-// No map comes into being later.
+// No map is created later.
 void XPLMRegisterMapCreationHook(XPLMMapCreatedCallback_f /*callback*/, void* /*refcon*/) {
     here();
 }

@@ -10,12 +10,12 @@ namespace headless {
 struct MenuItem {
     std::string text{};
     void* reference = nullptr;
-    // Run instead of the menu's handler; null for none.
+    // Runs instead of the menu's handler; null for none.
     XPLMCommandRef command = nullptr;
     XPLMMenuCheck check = xplm_Menu_NoCheck;
     bool enabled = true;
     bool separator = false;
-    // Who appended it.
+    // The plugin that appended it.
     XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
     // The menu that opens from it; null for none.
     XPLMMenuID submenu = nullptr;

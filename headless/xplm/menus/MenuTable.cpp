@@ -12,7 +12,7 @@ MenuTable::MenuTable(PluginContext& pluginContext, CommandTable& commandTable,
       commands(commandTable),
       recorder(callRecorder),
       menus(pluginContext, callRecorder, "menu") {
-    // Nobody's, so that it goes with nobody.
+    // Owned by no plugin, so that it is not removed with one.
     const PluginContext::Call nobody(context, XPLM_NO_PLUGIN_ID, "none");
     pluginsMenu = menus.Add(Menu("Plugins", nullptr, nullptr));
 }
@@ -173,7 +173,7 @@ void MenuTable::choose(const Menu& menu, const MenuItem& item) {
     if (item.command != nullptr) {
         commands.Once(item.command);
     } else if (menu.handler != nullptr && menus.IsActive(menu)) {
-        // Of its own: the handler may change the menu.
+        // A copy, because the handler may change the menu.
         void* const itemReference = item.reference;
         const PluginContext::Call call(context, menus.OwnerOf(menu), "menu handler");
         call.Into(menu.handler, menu.reference, itemReference);

@@ -10,8 +10,8 @@ namespace headless {
 
 // The plugins menu and the menus that plugins make.
 //
-// Each plugin counts the items of a menu that it appended itself, separators included, so its
-// indices stay while other plugins come and go. A plugin's menus and items go with it.
+// Each plugin counts only the items that it appended to a menu, separators included, so its indices
+// stay the same while other plugins come and go. A plugin's menus and items are removed with it.
 class MenuTable final {
 public:
     MenuTable(PluginContext& pluginContext, CommandTable& commandTable, CallRecorder& callRecorder);
@@ -23,7 +23,7 @@ public:
     // The menu that opens from an item; null for none.
     const Menu* Below(const MenuItem& item) const { return menus.Find(item.submenu); }
     // Chooses an item of the plugins menu by the texts of the items that lead to it, "A > B".
-    // Throws std::invalid_argument when there is no such item or it is not enabled.
+    // Throws std::invalid_argument if there is no such item or it is not enabled.
     void Click(const std::string& path);
     std::size_t DropOf(XPLMPluginID plugin);
 
@@ -33,7 +33,7 @@ public:
                       XPLMMenuHandler_f handler, void* reference);
     void Destroy(XPLMMenuID handle);
     void Clear(XPLMMenuID handle);
-    // The new item's index, or -1 when there is no such menu or no text.
+    // The new item's index, or -1 if there is no such menu or the text is null.
     int Append(XPLMMenuID handle, const char* text, void* reference);
     int AppendWithCommand(XPLMMenuID handle, const char* text, XPLMCommandRef command);
     void AppendSeparator(XPLMMenuID handle);
@@ -45,7 +45,7 @@ public:
 
 private:
     int append(Menu& menu, MenuItem item);
-    // Null when the menu or the item does not exist.
+    // Null if the menu or the item does not exist.
     MenuItem* itemAt(XPLMMenuID handle, int index);
     void choose(const Menu& menu, const MenuItem& item);
 

@@ -19,7 +19,7 @@ struct FlightPlanEntry {
     float longitude = 0.0F;
 };
 
-// The entries of an FMS: kMost at most, the one that is shown and the one that is flown to.
+// The entries of an FMS, at most kMost, with the displayed entry and the destination entry.
 class FlightPlan final {
 public:
     static constexpr int kMost = 100;
@@ -27,9 +27,9 @@ public:
     int Count() const { return static_cast<int>(entries.size()); }
     // Empty for an index that does not exist.
     FlightPlanEntry At(int index) const;
-    // An index after the end makes the plan longer; one that no plan has is ignored.
+    // An index past the end makes the plan longer; one outside 0 to kMost - 1 is ignored.
     void Set(int index, const FlightPlanEntry& entry);
-    // Makes the entry empty; empty ones at the end go.
+    // Makes the entry empty and removes empty entries at the end.
     void Clear(int index);
 
     int Displayed() const { return displayed; }
@@ -47,7 +47,7 @@ private:
     int destination = 0;
 };
 
-// By the numbers of XPLMNavFlightPlan; others lead to the pilot's primary plan.
+// By the numbers of XPLMNavFlightPlan; other numbers mean the pilot's primary plan.
 class FlightPlans final {
 public:
     static constexpr std::size_t kCount = 6;

@@ -16,7 +16,7 @@ namespace {
 
 void giveEntry(const FlightPlanEntry& entry, XPLMNavType* type, char* id, XPLMNavRef* reference,
                int* altitude, float* latitude, float* longitude) {
-    // The SDK's examples give this much.
+    // The size that the SDK's examples use.
     constexpr std::size_t kIdSize = 256;
     give(type, entry.type);
     giveText(id, kIdSize, entry.id);
@@ -26,7 +26,7 @@ void giveEntry(const FlightPlanEntry& entry, XPLMNavType* type, char* id, XPLMNa
     give(longitude, entry.longitude);
 }
 
-// The database is empty, so a reference leads to nothing.
+// The database is empty, so a reference finds nothing.
 FlightPlanEntry referenceEntry(XPLMNavRef reference, int altitude) {
     return {xplm_Nav_Unknown, "", reference, altitude, 0.0F, 0.0F};
 }
@@ -181,7 +181,7 @@ void XPLMLoadFMSFlightPlan(int inDevice, const char* inBuffer, unsigned int inBu
     }
 }
 
-// The length of the text, which is not closed by a zero; 0 when it does not fit.
+// The length of the text, without a terminating zero; 0 if it does not fit.
 unsigned int XPLMSaveFMSFlightPlan(int inDevice, char* inBuffer, unsigned int inBufferLen) {
     const std::string text = here().Plans().Of(inDevice).Save();
     if (inBuffer == nullptr || text.size() > inBufferLen) {

@@ -10,10 +10,10 @@
 
 namespace headless {
 
-// The user's aircraft and the others, and who controls the latter.
+// The user's aircraft and the others, and which plugin controls the others.
 //
-// There are kMost aircraft, of which one is active until a plugin asks for more. They have a model
-// and nothing else: no other aircraft flies.
+// There are kMost aircraft; one is active until a plugin asks for more. They have only a model: no
+// other aircraft flies.
 class Aircraft final {
 public:
     static constexpr int kMost = 20;
@@ -23,22 +23,22 @@ public:
     Aircraft(const Aircraft&) = delete;
     Aircraft& operator=(const Aircraft&) = delete;
 
-    // The user's aircraft goes and another one comes: plugins are told both.
+    // Replaces the user's aircraft and sends plugins both messages below.
     void LoadUsers(const std::string& path);
-    // Plugins are told that it goes, or that it came.
+    // Sends plugins the message that it is unloaded, or loaded.
     void TellUnloaded();
     void TellLoaded();
 
     int Active() const { return active; }
-    // XPLM_NO_PLUGIN_ID when nobody does.
+    // XPLM_NO_PLUGIN_ID if no plugin does.
     XPLMPluginID Controller() const { return controller; }
-    // The path of the model; empty for an index that does not exist or has none.
+    // The path of the model; empty for an index that does not exist or has no model.
     std::string ModelOf(int index) const;
 
-    // For the plugin that calls. The callback is told when the planes are free again.
+    // For the calling plugin. The callback is called when the planes are free again.
     bool Acquire(char** wantedModels, XPLMPlanesAvailable_f callback, void* refcon);
     void Release();
-    // Only of the controller.
+    // Refused unless the controller calls.
     void SetActive(int count);
     void SetModel(int index, const char* path);
 

@@ -73,7 +73,7 @@ void XPLMSetAircraftModel(int inIndex, const char* inAircraftPath) {
     here().Aircraft().SetModel(inIndex, inAircraftPath);
 }
 
-// No aircraft has a pilot who could be switched off.
+// No aircraft has an AI pilot to switch off.
 void XPLMDisableAIForPlane(int /*inPlaneIndex*/) {
     here();
 }

@@ -14,8 +14,8 @@ struct SceneryObject {
     std::string path;
 };
 
-// The objects of all plugins. A file that exists can be loaded; what is loaded in the background is
-// there in the next frame.
+// The objects of all plugins. Any existing file can be loaded. Objects loaded in the background are
+// ready in the next frame.
 class Objects final {
 public:
     Objects(const SystemFolder& systemFolder, PluginContext& pluginContext,
@@ -26,11 +26,11 @@ public:
     Objects(const Objects&) = delete;
     Objects& operator=(const Objects&) = delete;
 
-    // Null when there is no such file.
+    // Null if there is no such file.
     XPLMObjectRef Load(const char* path);
     void LoadLater(const char* path, XPLMObjectLoaded_f callback, void* refcon);
     void Unload(XPLMObjectRef handle) { objects.Remove(handle); }
-    // Null, and the refusal recorded, when there is no such object.
+    // Null if there is no such object; records the refusal.
     const SceneryObject* Resolve(XPLMObjectRef handle) { return objects.Resolve(handle); }
 
     // Once per frame.

@@ -59,7 +59,7 @@ void XPLMUnloadObject(XPLMObjectRef inObject) {
     here().Objects().Unload(inObject);
 }
 
-// There is no library of objects.
+// There is no object library.
 int XPLMLookupObjects(const char* /*inPath*/, float /*inLatitude*/, float /*inLongitude*/,
                       XPLMLibraryEnumerator_f /*enumerator*/, void* /*ref*/) {
     here();

@@ -4,7 +4,7 @@ namespace headless {
 
 namespace {
 
-// 0 for a format that is unknown.
+// 0 for an unknown format.
 unsigned bytesPerSample(FMOD_SOUND_FORMAT format) {
     switch (format) {
     case FMOD_SOUND_FORMAT_PCM8:

@@ -8,9 +8,9 @@
 
 namespace headless {
 
-// A sound that is being played. Nothing is heard.
+// A sound that is playing. Nothing is heard.
 struct Sound {
-    // When it is over, in simulated seconds; none for one that repeats until it is stopped.
+    // When it ends, in simulated seconds; empty if it repeats until it is stopped.
     std::optional<double> end;
     XPLMPCMComplete_f callback = nullptr;
     void* refcon = nullptr;
@@ -19,7 +19,7 @@ struct Sound {
     float pitch = 0.0F;
 };
 
-// Sounds last as long as they would and then tell their plugin.
+// Sounds last as long as they really would, then call their plugin.
 class Sounds final {
 public:
     Sounds(const Clock& simulatedClock, PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -29,12 +29,12 @@ public:
     Sounds(const Sounds&) = delete;
     Sounds& operator=(const Sounds&) = delete;
 
-    // Null for a format that is unknown or without a rate.
+    // Null for an unknown format, or a rate or channel count below 1.
     Sound* Play(unsigned bytes, FMOD_SOUND_FORMAT format, int hertz, int channels, bool repeat,
                 XPLMPCMComplete_f callback, void* refcon);
-    // False, and the refusal recorded, when there is no such sound.
+    // False if there is no such sound; records the refusal.
     bool Stop(const void* handle);
-    // Null, and the refusal recorded, when there is no such sound.
+    // Null if there is no such sound; records the refusal.
     Sound* Resolve(const void* handle) { return sounds.Resolve(handle); }
 
     // Once per frame: ends the sounds that are over.

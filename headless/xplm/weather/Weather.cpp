@@ -9,7 +9,7 @@ namespace headless {
 
 namespace {
 
-// The reach of a station that was set without one, nautical miles.
+// The range of a station that was set without one, in nautical miles.
 constexpr double kUsualReach = 30.0;
 constexpr double kMilesPerDegree = 60.0;
 

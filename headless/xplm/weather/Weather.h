@@ -7,19 +7,18 @@
 
 namespace headless {
 
-// The weather: calm, clear and standard everywhere but where a plugin set another. What is set
-// counts from the end of the update on, at once; without an update it is dropped, as the SDK has
-// it.
+// The weather: calm, clear and standard except where a plugin set another. Settings take effect at
+// the end of the update, at once; without an update they are dropped, as in the SDK.
 class Weather final {
 public:
     // Standard weather at an altitude in metres.
     static XPLMWeatherInfo_t Standard(double altitude);
 
-    // What was set nearest to the place and reaches that far; null for none.
+    // The nearest setting whose range includes the place; null for none.
     const XPLMWeatherInfo_t* At(double latitude, double longitude) const;
 
     void BeginUpdate();
-    // Not incremental: what was set before goes.
+    // If not incremental, first removes what was set before.
     void EndUpdate(bool incremental);
     void Set(double latitude, double longitude, const XPLMWeatherInfo_t& information);
     void Erase(double latitude, double longitude);

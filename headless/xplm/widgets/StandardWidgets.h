@@ -4,8 +4,8 @@
 
 namespace headless {
 
-// The function of one of the SDK's own widget classes; null for a class that does not exist.
-// Buttons are pressed and text fields typed into; the others only are there.
+// The function of one of the SDK's own widget classes; null for an unknown class. Buttons can be
+// pressed and text fields typed into; the others do nothing.
 XPWidgetFunc_t standardWidgetFunction(XPWidgetClass widgetClass);
 
 } // namespace headless

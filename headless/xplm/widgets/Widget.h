@@ -18,10 +18,10 @@ struct Widget {
     Widget* parent = nullptr;
     // From back to front.
     std::vector<Widget*> children;
-    // The newest is asked first.
+    // The newest is called first.
     std::vector<XPWidgetFunc_t> callbacks;
     std::map<XPWidgetPropertyID, intptr_t> properties;
-    // Of a root; null for others.
+    // Only for a root; null for others.
     XPLMWindowID window = nullptr;
 };
 

@@ -84,7 +84,7 @@ bool WidgetTree::Send(XPWidgetID handle, XPWidgetMessage message, XPDispatchMode
 void WidgetTree::Place(XPWidgetID childHandle, XPWidgetID containerHandle) {
     Widget* const child = Resolve(childHandle);
     Widget* const container = containerHandle == nullptr ? nullptr : Resolve(containerHandle);
-    // Not into itself or what it contains.
+    // Not into itself or into a widget that it contains.
     for (const Widget* above = container; child != nullptr && above != nullptr;
          above = above->parent) {
         if (above == child) {
@@ -284,7 +284,7 @@ bool WidgetTree::click(Widget& root, int x, int y, XPLMMouseStatus status) {
     const XPMouseState_t state{x, y, 0, 0};
     if (status == xplm_MouseDown) {
         Widget* widget = At(&root, x, y, true, true);
-        // The one that handles the press gets the rest.
+        // The widget that handles the press also gets the drag and the release.
         while (widget != nullptr &&
                !call(*widget, xpMsg_MouseDown, parameterOf(&state), 0, false)) {
             widget = widgets.Find(widget) == nullptr ? nullptr : widget->parent;

@@ -6,11 +6,11 @@
 
 namespace headless {
 
-// All widgets, who contains whom, and the messages that they get.
+// All widgets, which contain which, and the messages that they get.
 //
-// A root has a window; a click or a key that the window gets becomes messages to the widget under
-// the mouse or with the keyboard. Functions that are given a handle take null and foreign ones:
-// they are refused and recorded.
+// A root has a window. A click or a key in that window becomes messages to the widget under the
+// mouse or with the keyboard. Functions that take a handle refuse null and foreign ones, and record
+// that.
 class WidgetTree final {
 public:
     WidgetTree(Windows& allWindows, PluginContext& pluginContext, CallRecorder& callRecorder)
@@ -20,11 +20,11 @@ public:
     WidgetTree(const WidgetTree&) = delete;
     WidgetTree& operator=(const WidgetTree&) = delete;
 
-    // The function may be null; `container` too.
+    // The function and `container` may be null.
     Widget* Create(const Rectangle& geometry, bool visible, const char* descriptor, bool isRoot,
                    XPWidgetID container, XPWidgetFunc_t function);
     void Destroy(XPWidgetID handle, bool withChildren);
-    // Null, and the refusal recorded, when there is no such widget.
+    // Null if there is no such widget; records the refusal.
     Widget* Resolve(XPWidgetID handle) { return widgets.Resolve(handle); }
 
     bool Send(XPWidgetID handle, XPWidgetMessage message, XPDispatchMode mode, intptr_t first,
@@ -36,11 +36,11 @@ public:
     void SetProperty(XPWidgetID handle, XPWidgetPropertyID property, intptr_t value);
     void AddCallback(XPWidgetID handle, XPWidgetFunc_t callback);
 
-    // Null when the place is not in the container.
+    // Null if the place is not in the container.
     Widget* At(XPWidgetID container, int x, int y, bool recursive, bool visibleOnly);
     Widget* RootOf(XPWidgetID handle);
     bool IsVisible(XPWidgetID handle);
-    // What none of the containers cuts off.
+    // The part that no container cuts off.
     Rectangle Exposed(XPWidgetID handle);
 
     // The widget that has the keyboard after the call. Null gives it back to the simulator.
@@ -66,7 +66,7 @@ private:
     PluginContext& context;
     OwnedObjects<Widget> widgets;
     Widget* focused = nullptr;
-    // Who took the press of the mouse and gets the rest of it.
+    // The widget that took the mouse press and gets the drag and the release.
     Widget* grabbing = nullptr;
 };
 

@@ -10,7 +10,7 @@ using headless::here;
 
 namespace {
 
-// Sizes that all styles share; nothing is drawn in them.
+// Sizes that all styles share, because nothing is drawn.
 constexpr int kWindowSize = 100;
 constexpr int kElementSize = 16;
 constexpr int kTrackWidth = 16;
