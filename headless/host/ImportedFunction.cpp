@@ -48,6 +48,10 @@ private:
 
     bool redirect(const Elf64_Rela* places, std::size_t bytes, const std::string& function,
                   const void* target) const {
+        // A library without these tables imports nothing.
+        if (places == nullptr || symbols == nullptr || strings == nullptr) {
+            return false;
+        }
         bool found = false;
         for (std::size_t i = 0; i < bytes / sizeof(Elf64_Rela); ++i) {
             const Elf64_Sym& symbol = symbols[ELF64_R_SYM(places[i].r_info)];

@@ -27,7 +27,8 @@ std::string counted(std::size_t count, const std::string& one, const std::string
 // Null if the library is not found.
 void* openLibrary(const std::string& name, const std::vector<std::string>& folders) {
     for (const std::string& folder : folders) {
-        if (void* library = ::dlopen((folder + "/" + name).c_str(), RTLD_LAZY | RTLD_LOCAL)) {
+        const std::string file = std::string(folder).append("/").append(name);
+        if (void* library = ::dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL)) {
             return library;
         }
     }

@@ -30,6 +30,7 @@ std::vector<std::string> statementWords() {
 std::vector<std::string> pluginsIn(Simulator& simulator) {
     std::vector<std::string> signatures;
     PluginRegistry& plugins = simulator.Plugins();
+    signatures.reserve(static_cast<std::size_t>(plugins.Count()));
     for (int i = 0; i < plugins.Count(); ++i) {
         signatures.push_back(plugins.TextsOf(plugins.Nth(i))->signature);
     }

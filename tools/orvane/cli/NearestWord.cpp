@@ -67,6 +67,7 @@ std::string nearestOption(std::string_view typed, const std::vector<std::string>
         return found == known.end() ? "" : *found;
     }
     std::vector<std::string> names;
+    names.reserve(known.size());
     for (const std::string& option : known) {
         names.emplace_back(withoutDashes(option));
     }
