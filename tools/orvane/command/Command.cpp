@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Bounds.h"

@@ -4,7 +4,6 @@
 #include <exception>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "orvane/Errors.h"
 #include "tools/orvane/cli/Failure.h"

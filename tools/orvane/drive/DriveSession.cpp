@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "orvane/Errors.h"
 #include "tools/orvane/cli/Failure.h"

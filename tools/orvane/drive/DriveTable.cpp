@@ -193,7 +193,7 @@ DriveTable::Widths DriveTable::widths(std::size_t columns) const {
     result.columns = columns;
     for (const Row& row : rows) {
         result.label = std::max(result.label, displayWidth(row.label));
-        const std::size_t digits = row.sent ? fmt::formatted_size("{}", *row.sent) : 0;
+        const std::size_t digits = row.sent ? fmt::format_int(*row.sent).size() : 0;
         result.sent = std::max(result.sent, digits);
         result.back = std::max(result.back, row.back.Text().size());
         result.mapping = std::max(result.mapping, displayWidth(row.mapping));
