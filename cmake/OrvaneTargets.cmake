@@ -3,7 +3,8 @@
 add_library(orvane_warnings INTERFACE)
 target_compile_options(orvane_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wold-style-cast
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Wundef)
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Wundef
+    -Wzero-as-null-pointer-constant)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # A constructor's parameter may bear the name of the field that it initialises.
     target_compile_options(orvane_warnings INTERFACE -Wshadow=local)
