@@ -27,12 +27,18 @@ void TemporaryDirectory::MakePluginsFolder() const {
     std::filesystem::create_directories(path / "Resources" / "plugins");
 }
 
-void TemporaryDirectory::Write(const std::string& relativePath, const std::string& content) const {
+std::string TemporaryDirectory::Path(const std::string& relativePath) const {
+    return (path / relativePath).string();
+}
+
+std::string TemporaryDirectory::Write(const std::string& relativePath,
+                                      const std::string& content) const {
     std::ofstream file(path / relativePath, std::ios::binary);
     file << content;
     if (!file.flush()) {
         throw std::runtime_error("cannot write " + relativePath);
     }
+    return Path(relativePath);
 }
 
 std::string TemporaryDirectory::Read(const std::string& relativePath) const {

@@ -13,10 +13,13 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     const std::filesystem::path& Path() const { return path; }
+    // The absolute path of a file in it.
+    std::string Path(const std::string& relativePath) const;
 
     // ./Resources/plugins, in which the configuration file lives.
     void MakePluginsFolder() const;
-    void Write(const std::string& relativePath, const std::string& content) const;
+    // Returns the absolute path.
+    std::string Write(const std::string& relativePath, const std::string& content) const;
     // The whole content; throws when there is no such file.
     std::string Read(const std::string& relativePath) const;
     bool Has(const std::string& relativePath) const;

@@ -1,45 +1,19 @@
-#include <memory>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/host/Console.h"
+#include "scenario/FlightTest.h"
 
 using headless::Console;
-using headless::Flight;
-using headless::Session;
-using headless::SessionOptions;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
-class ConsoleTest : public ::testing::Test {
+class ConsoleTest : public FlightTest {
 protected:
-    ConsoleTest() {
-        SessionOptions options;
-        options.plugins = {FAKE_PLUGIN};
-        options.logFile = folder.Path("Log.txt");
-        options.paused = true;
-        session = std::make_unique<Session>(options);
-        session->StartPlugins();
-        flight = std::make_unique<Flight>(*session, [this] { return runFrame(); });
-    }
-
-    bool runFrame() {
-        if (!interrupted) {
-            session->RunFrame();
-        }
-        return !interrupted;
-    }
-
-    std::string say(const std::string& line) { return Console(*flight).Execute(line); }
-
-    TemporaryFolder folder;
-    std::unique_ptr<Session> session;
-    std::unique_ptr<Flight> flight;
-    bool interrupted = false;
+    std::string say(const std::string& line) { return Console(flight).Execute(line); }
 };
 
 TEST_F(ConsoleTest, GetsAndSetsScalarsArraysAndText) {
@@ -95,10 +69,10 @@ TEST_F(ConsoleTest, StepsOnlyWhilePaused) {
     EXPECT_EQ(say("step 100"), "frame 100");
     EXPECT_EQ(say("frames"), "frames 100");
     EXPECT_EQ(say("run"), "ok");
-    EXPECT_FALSE(session->IsPaused());
+    EXPECT_FALSE(session.IsPaused());
     EXPECT_EQ(say("step 1"), "error: frames are stepped while paused");
     EXPECT_EQ(say("pause"), "ok");
-    EXPECT_TRUE(session->IsPaused());
+    EXPECT_TRUE(session.IsPaused());
     EXPECT_EQ(say("step -1"), "error: frames cannot be taken back");
     EXPECT_EQ(say("step some"), "error: \"some\" is not a number that fits here");
 }
@@ -134,17 +108,17 @@ TEST_F(ConsoleTest, TakesThePluginThroughItsLife) {
     EXPECT_EQ(say("get fake/counter"), "fake/counter = 0");
 }
 
-TEST_F(ConsoleTest, TellsMemoryAndDescriptors) {
+TEST_F(ConsoleTest, PrintsMemoryAndDescriptors) {
     EXPECT_THAT(say("rss"), MatchesRegex("rss [1-9][0-9]+"));
     const std::string before = say("fds");
     EXPECT_THAT(before, MatchesRegex("fds [1-9][0-9]*"));
     EXPECT_EQ(say("fds"), before);
 }
 
-TEST_F(ConsoleTest, TellsTheWorstFrameInWholeMicroseconds) {
+TEST_F(ConsoleTest, PrintsTheWorstFrameInWholeMicroseconds) {
     EXPECT_EQ(say("worst"), "worst 0");
     say("step 100");
-    const auto worst = session->Statistics().Worst();
+    const auto worst = session.Statistics().Worst();
     ASSERT_GT(worst.count(), 0);
     EXPECT_EQ(say("worst"), "worst " + std::to_string(worst.count() / 1000));
 }
@@ -178,10 +152,10 @@ TEST_F(ConsoleTest, HelpIsOneLineWithEveryStatement) {
 }
 
 TEST_F(ConsoleTest, QuitIsAskedForWithAStatus) {
-    EXPECT_EQ(flight->QuitStatus(), std::nullopt);
+    EXPECT_EQ(flight.QuitStatus(), std::nullopt);
     EXPECT_EQ(say("quit"), "ok");
-    EXPECT_EQ(flight->QuitStatus(), 0);
+    EXPECT_EQ(flight.QuitStatus(), 0);
     EXPECT_EQ(say("quit 7"), "ok");
-    EXPECT_EQ(flight->QuitStatus(), 7);
+    EXPECT_EQ(flight.QuitStatus(), 7);
     EXPECT_EQ(say("quit 256"), "error: an exit status is 0 to 255");
 }

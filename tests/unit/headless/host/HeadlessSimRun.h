@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
+#include "support/TemporaryDirectory.h"
 
 // The program as a process of its own, in a folder of its own.
 class HeadlessSimRun : public ::testing::Test {
@@ -27,7 +27,7 @@ protected:
 
     std::string log() const { return folder.Read("Log.txt"); }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     std::string output;
     std::string errors;
 };

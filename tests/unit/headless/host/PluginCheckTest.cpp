@@ -1,15 +1,14 @@
 #include <elf.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginHost.h"
+#include "support/TemporaryDirectory.h"
+#include "support/Text.h"
 
 using headless::PluginCheck;
 using headless::PluginError;
@@ -30,12 +29,6 @@ std::string errorOf(Action action) {
         return error.what();
     }
     return "no error";
-}
-
-std::string contentOf(const std::string& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
 }
 
 } // namespace
@@ -82,7 +75,7 @@ TEST(PluginCheckTest, AStrictHostRefusesWhatOnlyAnswersZero) {
 }
 
 TEST(PluginCheckTest, AFileForAnotherComputerIsOneLine) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     std::string plugin = contentOf(FAKE_PLUGIN);
     plugin[offsetof(Elf64_Ehdr, e_machine)] = EM_PPC64;
     plugin[offsetof(Elf64_Ehdr, e_machine) + 1] = 0;
@@ -96,7 +89,7 @@ TEST(PluginCheckTest, AFileForAnotherComputerIsOneLine) {
 }
 
 TEST(PluginCheckTest, ATornFileDoesNoHarm) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     const std::string plugin = contentOf(FAKE_PLUGIN);
     for (std::size_t size = 0; size < plugin.size(); size += 97) {
         const std::string path = folder.Write("torn.xpl", plugin.substr(0, size));

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/host/PluginError.h"
 #include "headless/host/PluginFinder.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::findPlugin;
 using headless::findPluginsOfSystem;
@@ -30,7 +30,7 @@ protected:
         return "no error";
     }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
 };
 
 TEST_F(PluginFinderTest, ALibraryIsCalledAfterItsPluginsFolderOrItself) {

@@ -4,11 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "XPLMDataAccess.h"
 #include "XPLMUtilities.h"
 #include "headless/host/PluginHost.h"
 
+#include "support/TemporaryDirectory.h"
 using headless::PluginError;
 using headless::PluginHost;
 using headless::Simulator;
@@ -198,7 +198,7 @@ TEST_F(PluginHostTest, AMissingFileIsNoPlugin) {
 }
 
 TEST_F(PluginHostTest, AFileThatIsNoLibraryIsReportedInOneLine) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     const std::string path = folder.Write("text.xpl", "not a library at all, just some text\n");
     const std::string error = pluginErrorOf([&] { PluginHost(sim, path); });
     EXPECT_THAT(error, HasSubstr(path));

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/host/Session.h"
 #include "headless/world/TextLines.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::Command;
 using headless::PluginError;
@@ -21,7 +21,7 @@ protected:
         return options;
     }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
 };
 
 TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {

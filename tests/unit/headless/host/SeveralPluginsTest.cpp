@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/host/Console.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::Console;
 using headless::Flight;
@@ -50,7 +50,7 @@ protected:
         return added;
     }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     std::unique_ptr<Session> session;
     std::unique_ptr<Flight> flight;
     std::size_t seen = 0;

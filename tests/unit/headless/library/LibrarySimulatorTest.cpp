@@ -7,12 +7,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "XPLMDataAccess.h"
 #include "XPLMMenus.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
 #include "orvane/headless/Simulator.h"
+#include "support/TemporaryDirectory.h"
 #include "support/TextOf.h"
 
 using orvane::headless::Plugin;
@@ -112,7 +112,7 @@ TEST_F(LibrarySimulatorTest, TheWorldStandsStillUnlessItIsToFly) {
 }
 
 TEST_F(LibrarySimulatorTest, TheWorldIsWhatWasAskedFor) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     Simulator old({.datarefsFile = folder.Write("DataRefs.txt", "my/one\tint[3]\tn\n"),
                    .commandsFile = folder.Write("Commands.txt", "my/command  Does it.\n"),
                    .version = 10,

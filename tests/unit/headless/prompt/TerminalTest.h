@@ -10,10 +10,10 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "support/ChildProcess.h"
 #include "support/Deadline.h"
 #include "support/PseudoTerminal.h"
+#include "support/TemporaryDirectory.h"
 
 // The program at a terminal, at which the test sits.
 class TerminalTest : public ::testing::Test {
@@ -50,7 +50,7 @@ protected:
         return (settings.c_lflag & ECHO) != 0;
     }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     PseudoTerminal terminal;
     std::unique_ptr<ChildProcess> process;
 

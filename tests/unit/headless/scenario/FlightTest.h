@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/scenario/Flight.h"
 #include "headless/scenario/Statement.h"
+#include "support/TemporaryDirectory.h"
 
 // The fake plugin in a paused session: frames run as soon as they are asked for, ten a second.
 class FlightTest : public ::testing::Test {
@@ -42,7 +42,7 @@ protected:
     }
     std::int64_t frames() const { return session.Statistics().Frames(); }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     headless::Session session{options()};
     bool interrupted = false;
     headless::Flight flight{session, [this] {

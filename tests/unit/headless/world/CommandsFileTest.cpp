@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/world/CommandsFile.h"
 #include "headless/world/TextLines.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::CommandDefinition;
 using headless::parseCommands;
@@ -54,7 +54,7 @@ TEST(CommandsFileTest, ALineThatBeginsWithABlankIsMalformed) {
 }
 
 TEST(CommandsFileTest, AMissingFileIsReportedInOneLine) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     try {
         readCommandsFile(folder.Path("none.txt"));
         FAIL() << "nothing was thrown";

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/world/DatarefsFile.h"
 #include "headless/world/TextLines.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::DatarefDefinition;
 using headless::DatarefsFile;
@@ -151,7 +151,7 @@ TEST(DatarefsFileTest, WritableIsYOrN) {
 }
 
 TEST(DatarefsFileTest, ReadsAFileFromDiskAndNamesItInErrors) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     const std::string good = folder.Write("good.txt", "sim/a\tint\ty\n");
     const std::string bad = folder.Write("bad.txt", "2 1200 Fri Sep 02 2022\nsim/b\n");
     EXPECT_EQ(DatarefsFile::Read(good).definitions.size(), 1U);
@@ -165,7 +165,7 @@ TEST(DatarefsFileTest, ReadsAFileFromDiskAndNamesItInErrors) {
 }
 
 TEST(DatarefsFileTest, AMissingFileIsReportedInOneLine) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     try {
         DatarefsFile::Read(folder.Path("none.txt"));
         FAIL() << "nothing was thrown";
@@ -176,6 +176,6 @@ TEST(DatarefsFileTest, AMissingFileIsReportedInOneLine) {
 }
 
 TEST(DatarefsFileTest, AFolderInsteadOfAFileIsReported) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     EXPECT_THROW(DatarefsFile::Read(folder.Path("")), TextFileError);
 }

@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "XPLMInstance.h"
 #include "XPLMScenery.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/instance/Instances.h"
 #include "headless/xplm/scenery/Terrain.h"
 #include "headless/xplm/utilities/SystemFolder.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::Refusal;
 using headless::Simulator;
@@ -21,7 +21,7 @@ protected:
         folder.Write("tree.obj", "");
     }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     Simulator sim;
 };
 

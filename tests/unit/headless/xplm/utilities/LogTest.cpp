@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "headless/xplm/utilities/Log.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::Log;
 
@@ -24,7 +24,7 @@ TEST(LogTest, ALineWithoutItsNewlineCounts) {
 }
 
 TEST(LogTest, TheFileHasEachTextAtOnce) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     Log log;
     log.OpenFile(folder.Path("Log.txt"));
     log.Write("one\n");
@@ -34,7 +34,7 @@ TEST(LogTest, TheFileHasEachTextAtOnce) {
 }
 
 TEST(LogTest, AnOldFileIsEmptied) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     folder.Write("Log.txt", "from the last flight\n");
     Log log;
     log.OpenFile(folder.Path("Log.txt"));
@@ -42,7 +42,7 @@ TEST(LogTest, AnOldFileIsEmptied) {
 }
 
 TEST(LogTest, AFileThatCannotBeWrittenIsReportedInOneLine) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     Log log;
     try {
         log.OpenFile(folder.Path("none/Log.txt"));
@@ -54,7 +54,7 @@ TEST(LogTest, AFileThatCannotBeWrittenIsReportedInOneLine) {
 }
 
 TEST(LogTest, TextIsNotKeptInMemoryWhenToldSo) {
-    const TemporaryFolder folder;
+    const TemporaryDirectory folder;
     Log log;
     log.OpenFile(folder.Path("Log.txt"));
     log.KeepInMemory(false);

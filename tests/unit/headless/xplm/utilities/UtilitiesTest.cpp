@@ -7,10 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "XPLMUtilities.h"
 #include "headless/xplm/Simulator.h"
 #include "headless/xplm/utilities/SystemFolder.h"
+#include "support/TemporaryDirectory.h"
 
 using headless::Simulator;
 using ::testing::ElementsAre;
@@ -30,7 +30,7 @@ class UtilitiesTest : public ::testing::Test {
 protected:
     UtilitiesTest() { sim.Folder().Set(folder.Path("")); }
 
-    TemporaryFolder folder;
+    TemporaryDirectory folder;
     Simulator sim;
 };
 
