@@ -51,9 +51,12 @@ public:
     // mapped in the process.
     bool Unload();
 
-    // Replaces a function of the SDK for this plugin while it is loaded.
+    // Replaces a function of the SDK for this plugin while it is loaded. A linked plugin keeps its
+    // own, since it has no imports apart from those of the whole program.
     void Redirect(const std::string& function, const void* target) {
-        redirectImport(library, function, target);
+        if (library != nullptr) {
+            redirectImport(library, function, target);
+        }
     }
 
     // XPLM_NO_PLUGIN_ID before the first start and after a stop.

@@ -5,10 +5,11 @@
 #include <gtest/gtest.h>
 
 #include "XPLMDataAccess.h"
+#include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
 #include "headless/host/PluginHost.h"
-
 #include "support/TemporaryDirectory.h"
+
 using headless::PluginError;
 using headless::PluginHost;
 using headless::Simulator;
@@ -88,6 +89,15 @@ TEST_F(PluginHostTest, APluginInTheProcessHasTheSameLife) {
     EXPECT_TRUE(host.Unload());
     EXPECT_THAT(sim.Log().Lines(), testing::ElementsAre("start", "102", "disable", "stop"));
     EXPECT_EQ(pluginErrorOf([&] { host.Start(); }), "linked: the plugin is not loaded");
+}
+
+TEST_F(PluginHostTest, OnlyALibraryThatIsLoadedCanBeRedirected) {
+    PluginHost linked(sim, "linked", headless::PluginEntryPoints{});
+    linked.Redirect("XPLMGetCycleNumber", nullptr);
+    PluginHost loaded(sim, FAKE_PLUGIN);
+    loaded.Unload();
+    loaded.Redirect("XPLMGetCycleNumber", nullptr);
+    EXPECT_EQ(XPLMGetCycleNumber(), 0);
 }
 
 TEST_F(PluginHostTest, WhatThePluginRegisteredWorksUntilItIsStopped) {
