@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "headless/host/NoOpLibrary.h"
@@ -15,12 +18,37 @@ namespace {
 // The real name, so that it also stands in for the library that plugins ask for.
 constexpr const char* kLibrary = "libGL.so.1";
 
-bool wantsOpenGl(const PluginFile& plugin) {
-    const auto& names = plugin.Undefined();
-    const auto& libraries = plugin.Needed();
+bool wantsOpenGl(const PluginFile& file) {
+    const auto& names = file.Undefined();
+    const auto& libraries = file.Needed();
     return std::any_of(names.begin(), names.end(), &isOpenGlName) ||
            std::any_of(libraries.begin(), libraries.end(), &isOpenGlLibrary) ||
-           plugin.Mentions("glXGetProcAddress") || plugin.Mentions("glGetString");
+           file.Mentions("glXGetProcAddress") || file.Mentions("glGetString");
+}
+
+// Opens the libraries of the system and returns those that it does not have.
+std::set<std::string> openLibraries(const std::vector<PluginFile>& files) {
+    std::set<std::string> libraries{kLibrary};
+    for (const PluginFile& file : files) {
+        std::copy_if(file.Needed().begin(), file.Needed().end(),
+                     std::inserter(libraries, libraries.end()), &isOpenGlLibrary);
+    }
+    std::erase_if(libraries, [](const std::string& library) {
+        return ::dlopen(library.c_str(), RTLD_LAZY | RTLD_GLOBAL) != nullptr;
+    });
+    return libraries;
+}
+
+std::set<std::string> absentNames(const std::vector<PluginFile>& files) {
+    std::set<std::string> names;
+    for (const PluginFile& file : files) {
+        std::copy_if(file.Undefined().begin(), file.Undefined().end(),
+                     std::inserter(names, names.end()), [](const std::string& name) {
+                         return isOpenGlName(name) &&
+                                ::dlsym(RTLD_DEFAULT, name.c_str()) == nullptr;
+                     });
+    }
+    return names;
 }
 
 } // namespace
@@ -40,27 +68,16 @@ bool isOpenGlLibrary(std::string_view name) {
 }
 
 void provideOpenGl(const PluginFile& plugin) {
-    if (!wantsOpenGl(plugin)) {
+    const std::vector<PluginFile> files = withOwnLibraries(plugin);
+    if (std::none_of(files.begin(), files.end(), &wantsOpenGl)) {
         return;
     }
-    std::vector<std::string> names;
-    std::vector<std::string> libraries = plugin.Needed();
-    libraries.emplace_back(kLibrary);
-    std::vector<std::string> absent;
-    for (const std::string& library : libraries) {
-        if (isOpenGlLibrary(library) &&
-            ::dlopen(library.c_str(), RTLD_LAZY | RTLD_GLOBAL) == nullptr) {
-            absent.push_back(library);
-        }
-    }
-    std::copy_if(plugin.Undefined().begin(), plugin.Undefined().end(), std::back_inserter(names),
-                 [](const std::string& name) {
-                     return isOpenGlName(name) && ::dlsym(RTLD_DEFAULT, name.c_str()) == nullptr;
-                 });
+    const std::set<std::string> libraries = openLibraries(files);
+    const std::set<std::string> names = absentNames(files);
     if (!names.empty()) {
-        loadNoOpLibrary("headless-opengl.so", names);
+        loadNoOpLibrary("headless-opengl.so", {names.begin(), names.end()});
     }
-    for (const std::string& library : absent) {
+    for (const std::string& library : libraries) {
         loadNoOpLibrary(library, {"headless_nothing"});
     }
 }

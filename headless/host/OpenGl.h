@@ -14,8 +14,8 @@ namespace headless {
 bool isOpenGlName(std::string_view name);
 bool isOpenGlLibrary(std::string_view name);
 
-// Makes the names that the plugin needs available to the process for its whole life. Does nothing
-// for a plugin that does not use OpenGL.
+// Makes the names that the plugin and its own libraries need available to the process for its whole
+// life. Does nothing for a plugin that does not use OpenGL.
 void provideOpenGl(const PluginFile& plugin);
 
 } // namespace headless

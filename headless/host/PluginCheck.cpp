@@ -39,14 +39,21 @@ void* openLibrary(const std::string& name, const std::vector<std::string>& folde
 
 PluginCheck::PluginCheck(const PluginFile& file) {
     const std::vector<void*> libraries = openLibraries(file);
-    for (const std::string& name : file.Undefined()) {
-        sortName(name, libraries);
+    for (const PluginFile& each : withOwnLibraries(file)) {
+        const bool isPlugin = each.Path() == file.Path();
+        for (const std::string& name : each.Undefined()) {
+            // The plugin may define other names that its libraries need.
+            if (isPlugin || findSdkFunction(name) != nullptr || isOpenGlName(name)) {
+                sortName(name, libraries);
+            }
+        }
     }
     for (void* library : libraries) {
         ::dlclose(library);
     }
     for (auto* names : {&sdkFunctions, &notSimulated, &openGl, &missing}) {
         std::sort(names->begin(), names->end());
+        names->erase(std::unique(names->begin(), names->end()), names->end());
     }
 }
 
@@ -102,6 +109,8 @@ void PluginCheck::sortName(const std::string& name, const std::vector<void*>& li
 }
 
 std::vector<void*> PluginCheck::openLibraries(const PluginFile& file) {
+    // They may need it.
+    provideOpenGl(file);
     std::vector<void*> libraries;
     for (const std::string& name : file.Needed()) {
         if (isOpenGlLibrary(name) || IsSdkLibrary(name)) {

@@ -8,8 +8,8 @@
 
 namespace headless {
 
-// Lists what a plugin needs and whether it is available. Loads the libraries that the plugin asks
-// for, but not the plugin itself.
+// Lists what a plugin needs, with the libraries that it brings along, and whether it is available.
+// Provides OpenGL and loads the libraries that the plugin asks for, but not the plugin itself.
 class PluginCheck final {
 public:
     explicit PluginCheck(const PluginFile& file);
@@ -26,7 +26,8 @@ public:
     // Names and libraries that cannot be found anywhere.
     const std::vector<std::string>& Missing() const { return missing; }
 
-    // One line each, without the plugin's name: "needs 2 names that nobody has: a, b".
+    // One line each, without the plugin's name: "needs 2 names that neither the simulator nor the
+    // system has: a, b".
     std::string DescribeMissing() const;
     std::string DescribeNotSimulated() const;
     // "uses 12 functions of the SDK: 10 real, 1 keeps state, 1 answers 0 (XPLMGetTexture)".

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <set>
 #include <sstream>
 
 #include "headless/host/PluginError.h"
@@ -50,6 +51,19 @@ std::string readFile(const std::string& path) {
         throw PluginError(path + ": the plugin cannot be read");
     }
     return content.str();
+}
+
+std::vector<std::string> librariesInRunPath(const PluginFile& file) {
+    std::vector<std::string> paths;
+    for (const std::string& folder : file.RunPath()) {
+        for (const std::string& name : file.Needed()) {
+            const std::string path = std::filesystem::path(folder) / name;
+            if (std::filesystem::is_regular_file(path)) {
+                paths.push_back(path);
+            }
+        }
+    }
+    return paths;
 }
 
 } // namespace
@@ -167,6 +181,19 @@ std::string_view PluginFile::section(std::size_t index) const {
         return {};
     }
     return std::string_view(content).substr(found->sh_offset, found->sh_size);
+}
+
+std::vector<PluginFile> withOwnLibraries(const PluginFile& plugin) {
+    std::vector<PluginFile> files{plugin};
+    std::set<std::string> seen;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        for (const std::string& path : librariesInRunPath(files[i])) {
+            if (seen.insert(path).second) {
+                files.emplace_back(path);
+            }
+        }
+    }
+    return files;
 }
 
 } // namespace headless

@@ -47,4 +47,8 @@ private:
     std::vector<std::string> runPath;
 };
 
+// The plugin and the libraries that it brings along: those that it needs and that are in the
+// folders of its run path, and those that they need.
+std::vector<PluginFile> withOwnLibraries(const PluginFile& plugin);
+
 } // namespace headless

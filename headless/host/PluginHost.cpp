@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "headless/host/NoOpLibrary.h"
-#include "headless/host/OpenGl.h"
 #include "headless/host/PluginCheck.h"
 
 namespace headless {
@@ -206,7 +205,6 @@ void PluginHost::requireNames(bool strict) const {
     if (strict && !check.NotSimulated().empty()) {
         throw PluginError(file + ": the plugin " + check.DescribeNotSimulated());
     }
-    provideOpenGl(plugin);
     for (const std::string& name : plugin.Needed()) {
         // The SDK's functions are in the process already, so an empty library is enough.
         if (PluginCheck::IsSdkLibrary(name)) {

@@ -343,7 +343,7 @@ TEST_F(HeadlessSimTest, NamesTheUnknownOption) {
 TEST_F(HeadlessSimTest, ChecksAPluginWithoutFlyingIt) {
     EXPECT_EQ(run("--check " DRAWING_PLUGIN), 0);
     EXPECT_EQ(output, DRAWING_PLUGIN
-              ": uses 2 functions of the SDK: 1 real, 0 keep state, 1 answer 0 (XPLMGetTexture)\n");
+              ": uses 3 functions of the SDK: 2 real, 0 keep state, 1 answer 0 (XPLMGetTexture)\n");
     EXPECT_FALSE(folder.Has("Log.txt"));
     EXPECT_EQ(run("--check " LACKING_PLUGIN), 1);
     EXPECT_THAT(errors, EndsWith(": XPLMNoSuchOne, XPLMNoSuchTwo, nobodyHasThis\n"));

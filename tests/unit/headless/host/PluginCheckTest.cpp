@@ -44,15 +44,16 @@ TEST(PluginCheckTest, ListsAllThatIsMissingAndLoadsNothing) {
               LACKING_PLUGIN ": the plugin " + check.DescribeMissing());
 }
 
-TEST(PluginCheckTest, KnowsWhatAPluginUses) {
+TEST(PluginCheckTest, KnowsWhatAPluginAndItsOwnLibraryUse) {
     const PluginCheck check((PluginFile(DRAWING_PLUGIN)));
-    EXPECT_THAT(check.SdkFunctions(), ElementsAre("XPLMDebugString", "XPLMGetTexture"));
+    EXPECT_THAT(check.SdkFunctions(),
+                ElementsAre("XPLMDebugString", "XPLMGetCycleNumber", "XPLMGetTexture"));
     EXPECT_THAT(check.NotSimulated(), ElementsAre("XPLMGetTexture"));
-    EXPECT_THAT(check.OpenGl(),
-                ElementsAre("glFlush", "glHeadlessTestInteger", "gluHeadlessTestNumber"));
+    EXPECT_THAT(check.OpenGl(), ElementsAre("glFlush", "glHeadlessCompanionInteger",
+                                            "glHeadlessTestInteger", "gluHeadlessTestNumber"));
     EXPECT_THAT(check.Missing(), IsEmpty());
     EXPECT_EQ(check.Summary(),
-              "uses 2 functions of the SDK: 1 real, 0 keep state, 1 answer 0 (XPLMGetTexture)");
+              "uses 3 functions of the SDK: 2 real, 0 keep state, 1 answer 0 (XPLMGetTexture)");
 }
 
 TEST(PluginCheckTest, OpenGlAndTheSdksLibraryAreThere) {

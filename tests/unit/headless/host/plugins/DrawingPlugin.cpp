@@ -10,6 +10,9 @@
 #include "XPLMGraphics.h"
 #include "XPLMUtilities.h"
 
+// Of the library that it brings along, which expects OpenGL and the SDK, too.
+extern "C" int companionInteger();
+
 extern "C" void glFlush();
 extern "C" int glHeadlessTestInteger();
 extern "C" double gluHeadlessTestNumber();
@@ -28,7 +31,7 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     std::strcpy(outName, "Drawing");
     std::strcpy(outSignature, "headless.tests.drawing");
     std::strcpy(outDescription, "Calls OpenGL.");
-    if (glHeadlessTestInteger() == 0 && gluHeadlessTestNumber() == 0.0) {
+    if (glHeadlessTestInteger() == 0 && gluHeadlessTestNumber() == 0.0 && companionInteger() == 0) {
         XPLMDebugString("no-ops answer 0\n");
     }
     glFlush();
