@@ -44,6 +44,14 @@ constexpr const char* kFooter =
     "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
     "  headless-sim --check lin.xpl                 check whether the plugin can be loaded";
 
+int mentionStaying(const std::vector<std::string>& plugins) {
+    for (const std::string& file : plugins) {
+        std::cerr << "headless-sim: warning: " << file
+                  << ": the plugin is still in the process after it was unloaded\n";
+    }
+    return kExitOk;
+}
+
 // Options that do something other than fly, and the system folder.
 struct Questions {
     std::string system{};
@@ -169,11 +177,8 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     if (!options.json) {
         std::cout << session.Statistics().Summary() << std::endl;
     }
-    for (const std::string& file : staying) {
-        std::cerr << "headless-sim: warning: " << file
-                  << ": the plugin is still in the process after it was unloaded\n";
-    }
-    const int judged = options.strict ? judge(session.Simulator().Notices()) : kExitOk;
+    const int judged =
+        options.strict ? judge(session.Simulator().Notices()) : mentionStaying(staying);
     return status == kExitOk ? judged : status;
 }
 
