@@ -47,7 +47,9 @@ endfunction()
 
 function(check_files)
     foreach(file IN ITEMS share/man/man1/headless-sim.1
-            share/bash-completion/completions/headless-sim include/orvane/sdk/XPLMDefs.h
+            share/bash-completion/completions/headless-sim
+            share/zsh/site-functions/_headless-sim
+            share/fish/vendor_completions.d/headless-sim.fish include/orvane/sdk/XPLMDefs.h
             include/orvane/headless/Simulator.h)
         if(NOT EXISTS "${prefix}/${file}")
             message(FATAL_ERROR "${file} is not installed")
@@ -58,13 +60,17 @@ function(check_files)
        NOT manual MATCHES ".-.-duration")
         message(FATAL_ERROR "the manual does not say what the program does:\n${manual}")
     endif()
-    output_of(words bash -c "source '${prefix}/share/bash-completion/completions/headless-sim'
-        COMP_WORDS=('${prefix}/bin/headless-sim' --dur)
-        COMP_CWORD=1
-        _headless_sim
-        echo \"\${COMPREPLY[@]}\"")
-    if(NOT words STREQUAL "--duration\n")
-        message(FATAL_ERROR "--dur is completed to: ${words}")
+endfunction()
+
+# What a shell that is installed offers for --dur, with its own words for the rest.
+function(check_completion shell script)
+    find_program(${shell}_found ${shell})
+    if(NOT ${shell}_found)
+        return()
+    endif()
+    output_of(words ${shell} -c "${script}")
+    if(NOT words MATCHES "^--duration[^\n]*\n$")
+        message(FATAL_ERROR "${shell} completes --dur to: ${words}")
     endif()
 endfunction()
 
@@ -77,6 +83,19 @@ function(measure folder)
     string(REPLACE "${call}" "" expected "${expected}")
     execute_process(COMMAND "${prefix}/bin/headless-sim" ${arguments}
         WORKING_DIRECTORY "${folder}" OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+function(check_completions)
+    set(program "${prefix}/bin/headless-sim")
+    check_completion(bash "source '${prefix}/share/bash-completion/completions/headless-sim'
+        COMP_WORDS=('${program}' --dur) COMP_CWORD=1
+        _headless-sim
+        echo \"\${COMPREPLY[@]}\"")
+    check_completion(zsh "words=('${program}' --dur) CURRENT=2
+        _describe() { print -r -- $candidates }
+        source '${prefix}/share/zsh/site-functions/_headless-sim'")
+    check_completion(fish "source '${prefix}/share/fish/vendor_completions.d/headless-sim.fish'
+        complete -C '${program} --dur'")
+endfunction()
+
     string(REPLACE "${folder}/" "" text "${text}")
     foreach(printed IN ITEMS expected text)
         string(REGEX REPLACE "[0-9.]+ (us|KB)" "N \\1" ${printed} "${${printed}}")
@@ -101,6 +120,7 @@ measure("${CONSUMER_FOLDER}/example")
 
 set(page "${CONSUMER_FOLDER}/page-source")
 extract_block(cmake "${page}/CMakeLists.txt")
+check_completions()
 extract_block(cpp "${page}/StopwatchTest.cpp")
 file(COPY "${SOURCE_FOLDER}/examples/plugin_test/Stopwatch.cpp" DESTINATION "${page}")
 build_and_test("${page}" "${CONSUMER_FOLDER}/page" 1)

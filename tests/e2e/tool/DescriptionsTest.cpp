@@ -62,7 +62,7 @@ std::set<std::string> offeredByBash(const Words& words) {
     for (const std::string& word : words) {
         line += " \"" + word + "\"";
     }
-    const std::string script = std::string("source ") + TOOL_FOLDER + "/completion/orvane.bash; " +
+    const std::string script = std::string("source ") + COMPLETION_FOLDER + "/bash; " +
                                "COMP_WORDS=(" + ORVANE_TOOL + line +
                                "); COMP_CWORD=" + std::to_string(words.size()) +
                                "; _orvane; printf \"%s\\n\" \"${COMPREPLY[@]}\"";

@@ -15,6 +15,7 @@
 #include <nlohmann/json.hpp>
 
 #include "HeadlessSimRun.h"
+#include "support/Text.h"
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -42,6 +43,27 @@ TEST_F(HeadlessSimTest, FliesTheGivenDurationAndSumsUp) {
     EXPECT_EQ(folder.Read("Log.txt"),
               "start\nenable\nmessage 102 0 from 0\nmessage 108 0 from 0\nmessage 103 0 from "
               "0\nmessage 104 0 from 0\ndisable\nstop\n");
+}
+
+TEST_F(HeadlessSimTest, OffersShellsTheOptionsOfItsHelpAndFiles) {
+    run("--help");
+    std::string helped;
+    for (const std::string& line : linesOf(output)) {
+        if (line.starts_with("  -")) {
+            const std::string option = line.substr(line.find("--"));
+            helped += option.substr(0, option.find(' ')) + "\n";
+        }
+    }
+    EXPECT_EQ(run("__complete my.xpl -"), 0);
+    std::string offered;
+    for (const std::string& line : linesOf(output)) {
+        offered += line.substr(0, line.find('\t')) + "\n";
+    }
+    EXPECT_EQ(offered, helped);
+    EXPECT_EQ(run("__complete --dur"), 0);
+    EXPECT_EQ(output, "--duration\tSimulated seconds to fly\n");
+    EXPECT_EQ(run("__complete --system pl"), 0);
+    EXPECT_EQ(output, ":files\n");
 }
 
 TEST_F(HeadlessSimTest, WritesTheLogWhereItIsTold) {

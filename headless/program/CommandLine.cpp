@@ -1,0 +1,117 @@
+#include "headless/program/CommandLine.h"
+
+#include <stdexcept>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "headless/recording/Replay.h"
+
+namespace headless {
+
+namespace {
+
+constexpr double kMaxDurationSeconds = 1e9;
+constexpr int kMostRecorded = 100'000;
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  headless-sim lin.xpl                         fly until Ctrl-C\n"
+    "  headless-sim lin.xpl --duration 10 --hz 120  fly 10 seconds at 120 frames per second\n"
+    "  headless-sim lin.xpl --console --paused      step frames by hand; type help\n"
+    "  headless-sim lin.xpl --script my.scenario    carry out what is written there\n"
+    "  headless-sim lin.xpl --replay flight.fdr     fly what was recorded\n"
+    "  headless-sim plugins/one plugins/two         fly two plugins, given by their folders\n"
+    "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
+    "  headless-sim --check lin.xpl                 check whether the plugin can be loaded";
+
+} // namespace
+
+void declareOptions(CLI::App& app, SessionOptions& options, Questions& what) {
+    app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders");
+    app.add_option("--system", what.system,
+                   "A folder laid out like the simulator's, whose plugins are loaded");
+    app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
+    app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
+    app.add_option("--world", options.world, "Version of the simulator: 10, 11 or 12")
+        ->check(CLI::IsMember({10, 11, 12}))
+        ->capture_default_str();
+    app.add_option("--ground", options.groundMetres, "Elevation of the ground in metres")
+        ->check(CLI::Range(-500.0, 9000.0))
+        ->capture_default_str();
+    app.add_option("--hz", options.framesPerSecond, "Frames per second")
+        ->check(CLI::Range(SessionOptions::kFewestFramesPerSecond,
+                           SessionOptions::kMostFramesPerSecond))
+        ->capture_default_str();
+    app.add_option("--duration", options.durationSeconds, "Simulated seconds to fly")
+        ->check(CLI::Range(0.0, kMaxDurationSeconds));
+    app.add_option("--log", options.logFile, "Where the simulator's log is written")
+        ->capture_default_str();
+    app.add_option("--watchdog", options.watchdogSeconds,
+                   "End the run if a callback takes more seconds than this")
+        ->check(CLI::Range(0.1, kMaxDurationSeconds));
+    app.add_option("--fail", options.failures,
+                   "Make an SDK function fail, from call N on: FUNCTION[:N]")
+        ->allow_extra_args(false);
+    app.add_option("--freeze", options.freezes,
+                   "Run no frames for a while: 3s@10s is 3 s at second 10")
+        ->allow_extra_args(false);
+    auto* const console =
+        app.add_flag("--console", options.console, "Take statements from standard input");
+    auto* const script =
+        app.add_option("--script", options.scriptFile,
+                       "Carry out the statements of this file; - for standard input")
+            ->excludes(console);
+    app.add_option("--junit", options.junitFile, "Write the script's results to this file")
+        ->needs(script);
+    auto* const replay =
+        app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv");
+    app.add_option("--speed", options.replaySpeed, "Play it this many times as fast")
+        ->check(CLI::Range(Replay::kSlowest, Replay::kFastest))
+        ->needs(replay);
+    app.add_option("--record", options.record,
+                   "Record these datarefs to FILE.csv; -- ends the names")
+        ->expected(2, kMostRecorded)
+        ->type_name("FILE NAME...");
+    app.add_flag("--stats", options.stats,
+                 "At the end and at SIGUSR1, print what each plugin used");
+    app.add_flag("--json", options.json, "Statistics as JSON, and no other summary")
+        ->needs("--stats");
+    app.add_option("--budget-us", options.budgetMicroseconds,
+                   "Warn of each frame in which a plugin takes more CPU time, in microseconds")
+        ->check(CLI::Range(0.0, kMaxDurationSeconds));
+    app.add_flag("--paused", options.paused, "Start paused, with simulated time");
+    app.add_flag("--strict", options.strict,
+                 "Refuse functions that only answer 0, and breaches of the SDK's rules");
+    app.add_flag("--check", what.check, "Only list the names the plugin uses and lacks");
+    app.add_flag("--list-functions", what.listFunctions,
+                 "Only list the SDK's functions and how much of each is here");
+    app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
+    // requireNoUnknownOption() reports what is left over.
+    app.allow_extras();
+    app.footer(kFooter);
+}
+
+void requireNoUnknownOption(const CLI::App& app) {
+    const std::vector<std::string> extras = app.remaining();
+    if (!extras.empty()) {
+        throw std::invalid_argument("unknown option " + extras.front() +
+                                    "; see headless-sim --help");
+    }
+}
+
+std::string completionsOf(const CLI::App& app, const std::string& word) {
+    if (!word.starts_with('-')) {
+        return ":files\n";
+    }
+    std::string lines;
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string& name = option->get_name();
+        if (name.starts_with(word)) {
+            lines += name + "\t" + option->get_description() + "\n";
+        }
+    }
+    return lines;
+}
+
+} // namespace headless
