@@ -20,6 +20,19 @@ function(build source folder)
     run("${CMAKE_COMMAND}" --build "${folder}")
 endfunction()
 
+# Builds a program from the sources as pkg-config says.
+function(build_with_pkg_config prefix package program)
+    file(GLOB_RECURSE file "${prefix}/${package}.pc")
+    cmake_path(GET file PARENT_PATH folder)
+    output_of(flags "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
+        pkg-config --cflags --libs ${package})
+    output_of(libraries "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
+        pkg-config --variable=libdir ${package})
+    string(STRIP "${libraries}" libraries)
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run("${COMPILER}" -std=c++20 ${ARGN} -o "${program}" ${flags} "-Wl,-rpath,${libraries}")
+endfunction()
+
 # What find_package says to somebody who asks for what is not there.
 function(check_refusal prefix arguments expected)
     set(source "${CONSUMER_FOLDER}/refused-source")

@@ -71,25 +71,13 @@ function(check_shared_library prefix)
     endif()
 endfunction()
 
-function(build_with_pkg_config prefix program)
-    file(GLOB_RECURSE package "${prefix}/orvane-client.pc")
-    cmake_path(GET package PARENT_PATH folder)
-    output_of(flags "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
-        pkg-config --cflags --libs orvane-client)
-    output_of(libraries "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${folder}"
-        pkg-config --variable=libdir orvane-client)
-    string(STRIP "${libraries}" libraries)
-    separate_arguments(flags UNIX_COMMAND "${flags}")
-    run("${COMPILER}" -std=c++20 "${CONSUMER_FOLDER}/page-source/program_1.cpp" -o "${program}"
-        ${flags} "-Wl,-rpath,${libraries}")
-endfunction()
-
 function(build_consumers kind)
     set(folder "${CONSUMER_FOLDER}/${kind}")
     set(prefix "${folder}/prefix")
     build("${SOURCE_FOLDER}/examples" "${folder}/examples" "-DCMAKE_PREFIX_PATH=${prefix}")
     build("${CONSUMER_FOLDER}/page-source" "${folder}/page" "-DCMAKE_PREFIX_PATH=${prefix}")
-    build_with_pkg_config("${prefix}" "${folder}/page/program_of_pkg_config")
+    build_with_pkg_config("${prefix}" orvane-client "${folder}/page/program_of_pkg_config"
+        "${CONSUMER_FOLDER}/page-source/program_1.cpp")
     check_refusal("${prefix}" "8 REQUIRED" "requested version \"8\"")
     check_refusal("${prefix}" "7 REQUIRED COMPONENTS client wings" "not installed: wings")
 endfunction()

@@ -124,3 +124,6 @@ check_completions()
 extract_block(cpp "${page}/StopwatchTest.cpp")
 file(COPY "${SOURCE_FOLDER}/examples/plugin_test/Stopwatch.cpp" DESTINATION "${page}")
 build_and_test("${page}" "${CONSUMER_FOLDER}/page" 1)
+build_with_pkg_config("${prefix}" orvane-headless "${CONSUMER_FOLDER}/page/test_of_pkg_config"
+    "${page}/StopwatchTest.cpp" "${page}/Stopwatch.cpp" -lgtest_main -lgtest)
+run("${CONSUMER_FOLDER}/page/test_of_pkg_config")
