@@ -10,9 +10,8 @@
 #include <utility>
 #include <vector>
 
-// These need stdio.h to be included first.
-#include <readline/history.h>
-#include <readline/readline.h>
+// Needs stdio.h to be included first.
+#include <editline/readline.h>
 
 #include "headless/scenario/Completion.h"
 
@@ -67,7 +66,6 @@ Prompt::Prompt(Simulator& promptSimulator)
     // The run handles signals.
     rl_catch_signals = 0;
     rl_catch_sigwinch = 0;
-    rl_change_environment = 0;
     rl_readline_name = "headless-sim";
     rl_basic_word_break_characters = kBlanks;
     rl_attempted_completion_function = &Prompt::complete;
