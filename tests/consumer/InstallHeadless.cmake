@@ -29,6 +29,15 @@ function(build_and_test source folder expected)
     endif()
 endfunction()
 
+function(install_as_shown folder)
+    file(READ "${SOURCE_FOLDER}/docs/headless.md" page)
+    string(REGEX MATCH "\ncmake --install [^\n]*" command "${page}")
+    string(REPLACE "build/release" "${BUILD_FOLDER}" command "${command}")
+    string(REPLACE "/where/you/like" "${folder}" command "${command}")
+    separate_arguments(command UNIX_COMMAND "${command}")
+    run(${command})
+endfunction()
+
 function(check_exports)
     file(GLOB_RECURSE library "${prefix}/liborvane-headless.so.7")
     output_of(dynamic readelf --dynamic "${library}")
@@ -74,15 +83,6 @@ function(check_completion shell script)
     endif()
 endfunction()
 
-# The page's call prints what the page says, whatever the numbers are.
-function(measure folder)
-    extract_block(console "${CONSUMER_FOLDER}/measured")
-    file(READ "${CONSUMER_FOLDER}/measured" expected)
-    string(REGEX MATCH "^\\\$ headless-sim ([^\n]*)\n" call "${expected}")
-    separate_arguments(arguments UNIX_COMMAND "${CMAKE_MATCH_1}")
-    string(REPLACE "${call}" "" expected "${expected}")
-    execute_process(COMMAND "${prefix}/bin/headless-sim" ${arguments}
-        WORKING_DIRECTORY "${folder}" OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
 function(check_completions)
     set(program "${prefix}/bin/headless-sim")
     check_completion(bash "source '${prefix}/share/bash-completion/completions/headless-sim'
@@ -96,6 +96,15 @@ function(check_completions)
         complete -C '${program} --dur'")
 endfunction()
 
+# The page's call prints what the page says, whatever the numbers are.
+function(measure folder)
+    extract_block(console "${CONSUMER_FOLDER}/measured")
+    file(READ "${CONSUMER_FOLDER}/measured" expected)
+    string(REGEX MATCH "^\\\$ headless-sim ([^\n]*)\n" call "${expected}")
+    separate_arguments(arguments UNIX_COMMAND "${CMAKE_MATCH_1}")
+    string(REPLACE "${call}" "" expected "${expected}")
+    execute_process(COMMAND "${prefix}/bin/headless-sim" ${arguments}
+        WORKING_DIRECTORY "${folder}" OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
     string(REPLACE "${folder}/" "" text "${text}")
     foreach(printed IN ITEMS expected text)
         string(REGEX REPLACE "[0-9.]+ (us|KB)" "N \\1" ${printed} "${${printed}}")
@@ -108,10 +117,10 @@ endfunction()
 
 file(REMOVE_RECURSE "${CONSUMER_FOLDER}")
 set(prefix "${CONSUMER_FOLDER}/moved")
-run("${CMAKE_COMMAND}" --install "${BUILD_FOLDER}" --component headless
-    --prefix "${CONSUMER_FOLDER}/installed")
+install_as_shown("${CONSUMER_FOLDER}/installed")
 file(RENAME "${CONSUMER_FOLDER}/installed" "${prefix}")
 check_files()
+check_completions()
 check_exports()
 check_refusal("${prefix}" "7 REQUIRED COMPONENTS headless client" "not installed: client")
 
@@ -120,7 +129,6 @@ measure("${CONSUMER_FOLDER}/example")
 
 set(page "${CONSUMER_FOLDER}/page-source")
 extract_block(cmake "${page}/CMakeLists.txt")
-check_completions()
 extract_block(cpp "${page}/StopwatchTest.cpp")
 file(COPY "${SOURCE_FOLDER}/examples/plugin_test/Stopwatch.cpp" DESTINATION "${page}")
 build_and_test("${page}" "${CONSUMER_FOLDER}/page" 1)

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -10,6 +11,7 @@
 #include "support/Text.h"
 
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 
 namespace {
 
@@ -44,10 +46,10 @@ TEST_F(ScenarioTest, TheExampleOfAReplayPasses) {
                          "/approach.fdr --script " EXAMPLE_SCENARIOS "/approach.scenario"));
 }
 
-// The commands of a section of the page, without their remarks.
+// The commands of a section of the page, without their remarks. The first has no heading.
 std::vector<std::string> commandsOf(const std::string& section) {
     std::vector<std::string> commands;
-    bool isSection = false;
+    bool isSection = section.empty();
     bool isShell = false;
     for (const std::string& line : linesOf(contentOf(HEADLESS_PAGE))) {
         if (line.starts_with("## ")) {
@@ -55,19 +57,35 @@ std::vector<std::string> commandsOf(const std::string& section) {
         } else if (line.starts_with("```")) {
             isShell = line == "```sh";
         } else if (isSection && isShell) {
-            commands.push_back(line);
+            commands.push_back(line.substr(0, line.find(" # ")));
         }
     }
     return commands;
 }
 
-class ScenarioPageTest : public ScenarioTest {
+// With a flight that takes a moment.
+std::string shortened(const std::string& command) {
+    const std::string option = " --duration ";
+    const std::size_t end = command.find("headless-sim") + std::string("headless-sim").size();
+    const std::size_t begin = std::min(command.find(option), command.size());
+    const std::size_t rest = std::min(command.find(' ', begin + option.size()), command.size());
+    return command.substr(0, end) + option + "0.1" + command.substr(end, begin - end) +
+           (begin == command.size() ? "" : command.substr(rest));
+}
+
+class HeadlessPageTest : public ScenarioTest {
 protected:
-    ScenarioPageTest() {
+    HeadlessPageTest() {
         std::filesystem::copy(EXAMPLE_SCENARIOS, ".");
         std::filesystem::create_symlink(PLUGIN, "my.xpl");
         const std::filesystem::path folder = std::filesystem::path(HEADLESS_SIM).parent_path();
         ::setenv("PATH", (folder.string() + ":" + std::getenv("PATH")).c_str(), 1);
+        ::setenv("HOME", directory.Path().c_str(), 1);
+    }
+
+    static void provide(const char* plugin, const std::string& file) {
+        std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+        std::filesystem::create_symlink(plugin, file);
     }
 
     static void run(const std::string& section) {
@@ -79,16 +97,41 @@ protected:
     }
 };
 
-TEST_F(ScenarioPageTest, ScenariosAreCarriedOutAsShown) {
+TEST_F(HeadlessPageTest, FliesInTheWaysShownFirst) {
+    directory.Write("my.scenario", "frames 1\n");
+    provide(FAKE_PLUGIN, "plugins/one/one.xpl");
+    provide(NEIGHBOUR_PLUGIN, "plugins/two/64/lin.xpl");
+    provide(PLUGIN, "X-Plane/Resources/plugins/orvane/64/lin.xpl");
+    std::vector<std::string> commands = commandsOf("");
+    ASSERT_EQ(commands.size(), 7U);
+    EXPECT_THAT(outputOf(commands.front()), HasSubstr("my.xpl: uses "));
+    commands.erase(commands.begin());
+    for (const std::string& command : commands) {
+        EXPECT_THAT(outputOf(shortened(command) + " < /dev/null"),
+                    HasSubstr("plugin time per frame"))
+            << command;
+    }
+    EXPECT_TRUE(directory.Has("X-Plane/Log.txt"));
+}
+
+TEST_F(HeadlessPageTest, ScenariosAreCarriedOutAsShown) {
     run("Scenarios");
     EXPECT_THAT(contentOf("report.xml"), HasSubstr("failures=\"0\" errors=\"0\""));
 }
 
-TEST_F(ScenarioPageTest, FlightsAreReplayedAndRecordedAsShown) {
+TEST_F(HeadlessPageTest, FlightsAreReplayedAndRecordedAsShown) {
     run("Replay and record");
     const std::vector<std::string> recorded = linesOf(contentOf("out.csv"));
     EXPECT_THAT(contentOf(HEADLESS_PAGE),
                 HasSubstr("```text\n" + recorded.at(0) + "\n" + recorded.at(1) + "\n```\n"));
+}
+
+TEST_F(HeadlessPageTest, PluginsAreMeasuredAsShown) {
+    const std::vector<std::string> commands = commandsOf("Measure a plugin");
+    ASSERT_EQ(commands.size(), 2U);
+    EXPECT_THAT(outputOf(shortened(commands[0])),
+                MatchesRegex("\\{\n  \"file\": \".*\",\n  \"cpu\": [0-9.]+\n\\}\n"));
+    EXPECT_THAT(outputOf(shortened(commands[1])), HasSubstr("plugin time per frame"));
 }
 
 TEST_F(ScenarioTest, ThePageShowsTheExamples) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "HeadlessSimRun.h"
+#include "support/Text.h"
 
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -41,6 +42,17 @@ TEST_F(ContractTest, ACarefulPluginIsNotSpokenOf) {
     EXPECT_EQ(fly("", "--strict"), 0);
     EXPECT_EQ(log(), "");
     EXPECT_EQ(errors, "");
+}
+
+TEST_F(ContractTest, ThePageShowsWhatTheLogSays) {
+    std::string lines;
+    for (const char* const rule : {"null", "menu"}) {
+        fly(rule);
+        std::string line = log();
+        const std::string plugin = CARELESS_PLUGIN;
+        lines += line.replace(line.find(plugin), plugin.size(), "/plugins/my/64/lin.xpl");
+    }
+    EXPECT_THAT(contentOf(HEADLESS_PAGE), HasSubstr("```text\n" + lines + "```\n"));
 }
 
 TEST_F(ContractTest, CallsBeforeTheStartAndAfterTheStop) {

@@ -1,6 +1,5 @@
 // docs/headless.md says what the program does.
 
-#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -8,18 +7,13 @@
 
 #include "headless/scenario/Statement.h"
 #include "headless/xplm/FunctionTable.h"
+#include "support/Text.h"
 
 using headless::describe;
 using headless::SdkFunction;
 using headless::sdkFunctions;
 
 namespace {
-
-std::string page() {
-    std::ostringstream text;
-    text << std::ifstream(HEADLESS_PAGE).rdbuf();
-    return text.str();
-}
 
 // A table for each header of the SDK.
 std::string tables() {
@@ -55,12 +49,12 @@ std::string tableOfStatements() {
 } // namespace
 
 TEST(HeadlessPageTest, HasTheTableOfStatements) {
-    EXPECT_NE(page().find("\n" + tableOfStatements() + "\n"), std::string::npos)
+    EXPECT_NE(contentOf(HEADLESS_PAGE).find("\n" + tableOfStatements() + "\n"), std::string::npos)
         << tableOfStatements();
 }
 
 TEST(HeadlessPageTest, HasTheTableOfFunctions) {
-    const std::string text = page();
+    const std::string text = contentOf(HEADLESS_PAGE);
     const std::size_t begin = text.find("\n### XPLMCamera");
     ASSERT_NE(begin, std::string::npos);
     EXPECT_EQ(text.substr(begin), tables());
