@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "e2e/EndToEndTest.h"
+#include "orvane/headless/Simulator.h"
 #include "support/Text.h"
 #include "support/VelmarMessages.h"
 
@@ -51,7 +52,7 @@ TEST_F(DocumentedConfigurationTest, PublishesTheDatarefsOfTheExample) {
 }
 
 TEST_F(DocumentedConfigurationTest, LeavesTheFileOfTheFirstStart) {
-    startSimulator();
+    orvane::headless::Simulator().load(PLUGIN);
     EXPECT_EQ(directory.Read(kConfigFile) + "\n", blocks.at(1));
 }
 

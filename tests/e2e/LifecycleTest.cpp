@@ -1,8 +1,10 @@
 #include <sys/wait.h>
 
 #include <string>
+#include <vector>
 
 #include "e2e/EndToEndTest.h"
+#include "orvane/headless/Simulator.h"
 #include "support/LoopbackListener.h"
 
 namespace {
@@ -46,16 +48,16 @@ TEST_F(LifecycleTest, WritesTheConfigurationFileAtTheFirstStartAndReadsItAtTheSe
         "\nkyr/autopilot_trigger_disable int"
         "\nkyr/external_forcescalefactor_active int_array 4"
         "\nkyr/external_forcescalefactor_value int_array 4";
-    startSimulator();
+    orvane::headless::Simulator().load(PLUGIN);
     EXPECT_EQ(directory.Read(kConfigFile), ownDatarefs);
-    expectCleanEnd();
 
     const std::string edited = ownDatarefs + "\nkyr/lamps int_array 3 # three lamps\n";
     directory.Write(kConfigFile, edited);
-    startSimulator();
+    orvane::headless::Simulator sim;
+    sim.load(PLUGIN);
     EXPECT_EQ(directory.Read(kConfigFile), edited);
-    EXPECT_EQ(simulator->Get("kyr/lamps"), "0,0,0");
-    EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "0,0,0,0");
+    EXPECT_EQ(sim.numbers("kyr/lamps"), std::vector<double>(3));
+    EXPECT_EQ(sim.numbers("kyr/external_forcescalefactor_value"), std::vector<double>(4));
 }
 
 TEST_F(LifecycleTest, DeclaresAClientsDatarefInTheConfigurationFileOnce) {
@@ -139,13 +141,17 @@ TEST_F(LifecycleTest, PassesACommandOnAfterItsClientHasGone) {
 }
 
 TEST_F(LifecycleTest, TracesOnlyWhenTheMarkerFileExists) {
-    startSimulator();
-    EXPECT_EQ(simulator->LogText(), "");
-    expectCleanEnd();
+    const auto logOfAStart = [] {
+        orvane::headless::Simulator sim;
+        sim.load(PLUGIN);
+        sim.runFrames();
+        return sim.log();
+    };
+    EXPECT_TRUE(logOfAStart().empty());
     directory.Write("XPLANEORVANE_VERBOSE", "");
-    startSimulator();
-    ASSERT_FALSE(simulator->LogLines().empty());
-    EXPECT_EQ(messageOf(simulator->LogLines().front()), "PluginStart");
+    const std::vector<std::string> traced = logOfAStart();
+    ASSERT_FALSE(traced.empty());
+    EXPECT_EQ(messageOf(traced.front()), "PluginStart");
 }
 
 } // namespace

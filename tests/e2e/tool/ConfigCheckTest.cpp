@@ -1,7 +1,10 @@
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
-#include "e2e/SimulatorProcess.h"
 #include "e2e/ToolRun.h"
+#include "orvane/headless/Simulator.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -79,21 +82,24 @@ TEST_F(ConfigCheckTest, SaysWhatBecomesOfEveryLine) {
 // Compares the report above with the plugin itself.
 TEST_F(ConfigCheckTest, SaysWhatThePluginDoes) {
     directory.Write(kFile, kOddLines);
-    SimulatorProcess simulator;
-    EXPECT_EQ(simulator.Get("odd/float"), "0");
-    EXPECT_EQ(simulator.Ask("set odd/float 0.5"), "ok");
-    EXPECT_EQ(simulator.Get("odd/ints"), "0,0,0");
-    EXPECT_EQ(simulator.Get("odd/array_return"), "0,0");
-    EXPECT_EQ(simulator.Get("odd/half"), "0,0");
-    EXPECT_EQ(simulator.Get("odd/spaces"), "0,0");
-    EXPECT_EQ(simulator.Get("odd/double"), "0");
-    EXPECT_EQ(simulator.Get("odd/size_tab"), "0,0,0,0");
-    EXPECT_EQ(simulator.Ask("set kyr/autopilot_external_control 0.5"), "ok");
-    EXPECT_EQ(simulator.Get("odd/last"), "0");
+    orvane::headless::Simulator sim;
+    sim.load(PLUGIN);
+    for (const std::string name : {"odd/float", "odd/double", "odd/last"}) {
+        EXPECT_EQ(sim.number(name), 0) << name;
+    }
+    for (const std::string name : {"odd/float", "kyr/autopilot_external_control"}) {
+        sim.setNumber(name, 0.5);
+        EXPECT_EQ(sim.number(name), 0.5) << name;
+    }
+    EXPECT_EQ(sim.numbers("odd/ints"), std::vector<double>(3));
+    EXPECT_EQ(sim.numbers("odd/array_return"), std::vector<double>(2));
+    EXPECT_EQ(sim.numbers("odd/half"), std::vector<double>(2));
+    EXPECT_EQ(sim.numbers("odd/spaces"), std::vector<double>(2));
+    EXPECT_EQ(sim.numbers("odd/size_tab"), std::vector<double>(4));
     for (const std::string name :
          {"odd/tab\tfloat", "odd/tab", "odd/return", "odd/cut", "odd/cut#name", "odd/Type",
           "odd/no_size", "odd/zero", "odd/large"}) {
-        EXPECT_EQ(simulator.Ask("get " + name), "error: no such dataref: " + name);
+        EXPECT_FALSE(sim.hasDataref(name)) << name;
     }
     EXPECT_EQ(directory.Read(kFile), std::string(kOddLines) +
                                          "\nkyr/autopilot_trigger_disable int"
@@ -102,7 +108,7 @@ TEST_F(ConfigCheckTest, SaysWhatThePluginDoes) {
 }
 
 TEST_F(ConfigCheckTest, FindsNothingToAppendAfterAStart) {
-    { const SimulatorProcess simulator; }
+    orvane::headless::Simulator().load(PLUGIN);
     const ToolResult result = runTool({"config", "check"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out,
