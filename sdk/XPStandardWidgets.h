@@ -13,13 +13,29 @@
 #define xpWidgetClass_GeneralGraphics 7
 #define xpWidgetClass_Progress 8
 
+enum { xpMainWindowStyle_MainWindow = 0, xpMainWindowStyle_Translucent = 1 };
+
 enum {
     xpProperty_MainWindowType = 1100,
     xpProperty_MainWindowHasCloseBoxes = 1200,
     xpMessage_CloseButtonPushed = 1200
 };
 
+enum {
+    xpSubWindowStyle_SubWindow = 0,
+    xpSubWindowStyle_Screen = 2,
+    xpSubWindowStyle_ListView = 3
+};
+
 enum { xpProperty_SubWindowType = 1200 };
+
+enum {
+    xpPushButton = 0,
+    xpRadioButton = 1,
+    xpWindowCloseBox = 3,
+    xpLittleDownArrow = 5,
+    xpLittleUpArrow = 6
+};
 
 enum {
     xpButtonBehaviorPushButton = 0,
@@ -35,6 +51,8 @@ enum {
     xpMsg_ButtonStateChanged = 1301
 };
 
+enum { xpTextEntryField = 0, xpTextTransparent = 3, xpTextTranslucent = 4 };
+
 enum {
     xpProperty_EditFieldSelStart = 1400,
     xpProperty_EditFieldSelEnd = 1401,
@@ -47,6 +65,8 @@ enum {
     xpProperty_ActiveEditSide = 1408,
     xpMsg_TextFieldChanged = 1400
 };
+
+enum { xpScrollBarTypeScrollBar = 0, xpScrollBarTypeSlider = 1 };
 
 enum {
     xpProperty_ScrollBarSliderPosition = 1500,
