@@ -93,14 +93,14 @@ void sayCrash(int number, const char* where, const char* callback) {
     say(callback);
     say(" (");
     say(nameOf(number));
-    say("); it was here:\n");
+    say("); backtrace:\n");
 }
 
 // The program itself crashed, not a plugin.
 void crash(int number, const Backtrace& backtrace) {
     say("headless-sim: the program itself crashed (");
     say(nameOf(number));
-    say("); it was here:\n");
+    say("); backtrace:\n");
     backtrace.Print();
     // Delivered as soon as the handler returns.
     ::raise(number);
@@ -166,7 +166,7 @@ void CrashReport::End(Simulator& simulator, const char* what) {
     sayPlugin(simulator.Plugins().TextsOf(simulator.Context().Plugin()));
     say(what);
     say(simulator.Context().Callback());
-    say("; it is here:\n");
+    say("; backtrace:\n");
     backtrace.Print();
     ::_exit(kExitStatus);
 }

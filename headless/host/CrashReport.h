@@ -22,7 +22,7 @@ public:
     CrashReport(const CrashReport&) = delete;
     CrashReport& operator=(const CrashReport&) = delete;
 
-    // Ends the process with "headless-sim: PLUGIN: the plugin WHAT CALLBACK; it is here:" and a
+    // Ends the process with "headless-sim: PLUGIN: the plugin WHAT CALLBACK; backtrace:" and a
     // backtrace. For signal handlers.
     [[noreturn]] static void End(Simulator& simulator, const char* what);
 

@@ -69,7 +69,7 @@ PluginPlace findPlugin(const std::string& path) {
 std::vector<PluginPlace> findPluginsOfSystem(const std::string& system) {
     const fs::path folder = fs::path(system) / "Resources" / "plugins";
     if (!isFolder(folder)) {
-        throw PluginError(system + ": not laid out as the simulator's folder: it has no " +
+        throw PluginError(system + ": not laid out like the simulator's folder: it has no " +
                           "Resources/plugins");
     }
     std::vector<PluginPlace> found;

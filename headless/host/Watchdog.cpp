@@ -36,7 +36,7 @@ extern "C" void onLook(int /*number*/) {
     looks = sameCall ? looks + 1 : 0;
     callSeen = context.CallNumber();
     if (looks >= kLooks) {
-        CrashReport::End(*watched, ": the plugin does not come back from its ");
+        CrashReport::End(*watched, ": the plugin does not return from its ");
     }
     errno = interrupted;
 }

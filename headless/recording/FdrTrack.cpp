@@ -168,7 +168,7 @@ private:
 
     void requireKnown(const std::string& keyword) {
         const std::set<std::string_view> without{"COMM", "DATE", "CALI"};
-        if (!without.contains(keyword) && told.insert(keyword).second) {
+        if (!without.contains(keyword) && reported.insert(keyword).second) {
             throw std::invalid_argument("unknown keyword \"" + keyword +
                                         "\"; such lines are skipped");
         }
@@ -209,7 +209,7 @@ private:
     Track track;
     int linesRead = 0;
     bool hasSeconds = false;
-    std::set<std::string> told;
+    std::set<std::string> reported;
 };
 
 } // namespace

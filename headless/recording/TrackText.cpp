@@ -67,7 +67,7 @@ void parseTrack(Track& track, const std::string& text, const std::string& name,
         }
     });
     if (track.rows.empty()) {
-        throw TextFileError(track.warnings.empty() ? name + ": no row of flight data is in it"
+        throw TextFileError(track.warnings.empty() ? name + ": it has no row of flight data"
                                                    : track.warnings.front());
     }
 }

@@ -70,7 +70,7 @@ Statement readCommand(Arguments& arguments) {
 
 Statement readEvents(Arguments& arguments) {
     const std::string name = arguments.Rest("the command");
-    return telling(arguments, [name](Flight& flight) {
+    return reporting(arguments, [name](Flight& flight) {
         const Command& counted = commandIn(flight, name);
         return name + describeCounts("", counted.passedOn) +
                describeCounts("pressed-", counted.pressed);
@@ -78,7 +78,7 @@ Statement readEvents(Arguments& arguments) {
 }
 
 Statement readHandlers(Arguments& arguments) {
-    return telling(arguments, &countHandlers);
+    return reporting(arguments, &countHandlers);
 }
 
 Statement readClick(Arguments& arguments) {

@@ -43,7 +43,7 @@ void expectFor(const Condition& condition, double seconds, Flight& flight) {
 Statement readGet(Arguments& arguments) {
     // Names of plugins' datarefs may contain blanks.
     const std::string name = arguments.Rest("the dataref");
-    return telling(arguments, [name](Flight& flight) {
+    return reporting(arguments, [name](Flight& flight) {
         return name + " = " + placeIn(flight, name).Format();
     });
 }

@@ -42,7 +42,7 @@ Statement readMessage(Arguments& arguments) {
 }
 
 Statement readPlugins(Arguments& arguments) {
-    return telling(arguments, [](Flight& flight) {
+    return reporting(arguments, [](Flight& flight) {
         return "plugins " + flight.Session().Plugins().Describe();
     });
 }

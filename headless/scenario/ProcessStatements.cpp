@@ -43,7 +43,7 @@ std::string listStatements(Flight& /*flight*/) {
 
 Statement readLog(Arguments& arguments) {
     if (!arguments.Take("expect")) {
-        throw std::invalid_argument("the log is looked at with \"log expect TEXT\"");
+        throw std::invalid_argument("the form is \"log expect TEXT\"");
     }
     const std::string text = arguments.Rest("the text");
     return checking(arguments,
@@ -51,25 +51,26 @@ Statement readLog(Arguments& arguments) {
 }
 
 Statement readWorst(Arguments& arguments) {
-    return telling(arguments, &worstFrame);
+    return reporting(arguments, &worstFrame);
 }
 
 Statement readResidentMemory(Arguments& arguments) {
-    return telling(arguments, [](Flight&) { return "rss " + std::to_string(residentKilobytes()); });
+    return reporting(arguments,
+                     [](Flight&) { return "rss " + std::to_string(residentKilobytes()); });
 }
 
 Statement readFileDescriptors(Arguments& arguments) {
-    return telling(arguments,
-                   [](Flight&) { return "fds " + std::to_string(openFileDescriptors()); });
+    return reporting(arguments,
+                     [](Flight&) { return "fds " + std::to_string(openFileDescriptors()); });
 }
 
 Statement readHelp(Arguments& arguments) {
     if (arguments.AtEnd()) {
-        return telling(arguments, &listStatements);
+        return reporting(arguments, &listStatements);
     }
     const StatementKind& kind = statementKind(arguments.Word("the statement"));
-    return telling(arguments,
-                   [&kind](Flight&) { return std::string(kind.usage) + ": " + kind.description; });
+    return reporting(
+        arguments, [&kind](Flight&) { return std::string(kind.usage) + ": " + kind.description; });
 }
 
 Statement readQuit(Arguments& arguments) {

@@ -15,7 +15,7 @@ double secondsSince(std::chrono::steady_clock::time_point begin) {
 
 ScenarioRun::ScenarioRun(const headless::Scenario& playedScenario, std::ostream& replies,
                          std::ostream& complaints)
-    : scenario(playedScenario), told(replies), complained(complaints) {}
+    : scenario(playedScenario), replied(replies), complained(complaints) {}
 
 void ScenarioRun::Play(Flight& flight) {
     for (const ScenarioLine& line : scenario.lines) {
@@ -34,8 +34,8 @@ bool ScenarioRun::play(const ScenarioLine& line, Flight& flight) {
     ScenarioOutcome outcome{&line, Kind::Met, {}, 0.0};
     try {
         const std::string reply = line.statement.execute(flight);
-        if (line.statement.purpose == Statement::Purpose::Tell) {
-            told << reply << std::endl;
+        if (line.statement.purpose == Statement::Purpose::Report) {
+            replied << reply << std::endl;
         }
         if (flight.HasEnded()) {
             complain(outcome, Kind::Error, "the run ended before the scenario did");

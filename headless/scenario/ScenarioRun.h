@@ -48,7 +48,7 @@ private:
     void complain(ScenarioOutcome& outcome, ScenarioOutcome::Kind kind, const std::string& message);
 
     const headless::Scenario& scenario;
-    std::ostream& told;
+    std::ostream& replied;
     std::ostream& complained;
     std::vector<ScenarioOutcome> outcomes;
     int status = 0;

@@ -20,7 +20,7 @@ constexpr StatementKind kKinds[] = {
      "Sets a dataref as the simulator itself would, also where plugins may not.",
      NamedThing::Dataref, &readSet},
     {"expect", "expect NAME == VALUE [within E] [for 2s]",
-     "Fails unless it is so, in every frame of the time if there is one; also != < <= > >=.",
+     "Fails unless the condition holds, with a time in each of its frames; also != < <= > >=.",
      NamedThing::Dataref, &readExpect},
     {"press", "press COMMAND", "Begins and ends a command.", NamedThing::Command, &readPress},
     {"begin", "begin COMMAND", "Begins a command, which is then held.", NamedThing::Command,
@@ -28,25 +28,27 @@ constexpr StatementKind kKinds[] = {
     {"end", "end COMMAND", "Ends a command that was begun.", NamedThing::Command, &readEnd},
     {"command", kCommandUsage, "The same as press, begin and end.", NamedThing::None, &readCommand},
     {"events", "events COMMAND",
-     "Prints how often each phase of a command came by, and how often it was pressed.",
+     "Prints how often each phase of a command reached the simulator, and how often it was "
+     "pressed.",
      NamedThing::Command, &readEvents},
     {"handlers", "handlers", "Prints how many command handlers there are.", NamedThing::None,
      &readHandlers},
     {"click", "click MENU > ITEM", "Chooses an item of the plugins menu.", NamedThing::None,
      &readClick},
-    {"aircraft", kAircraftUsage, "Loads an aircraft of that description, or takes it away.",
+    {"aircraft", kAircraftUsage, "Loads an aircraft of that description, or unloads it.",
      NamedThing::None, &readAircraft},
     {"message", "message NUMBER PARAMETER", "Sends a message of the simulator to all plugins.",
      NamedThing::None, &readMessage},
     {"wait", "wait 2s, wait up to 10s until NAME == VALUE [within E]",
-     "Lets simulated time pass; the second form until it is so, and fails when it is not by then.",
+     "Lets simulated time pass; the second form until the condition holds, and fails if that takes "
+     "longer.",
      NamedThing::None, &readWait},
-    {"frames", "frames [N]", "Runs so many frames, or prints how many there were.",
+    {"frames", "frames [N]", "Runs this many frames, or prints how many have run.",
      NamedThing::None, &readFrames},
-    {"step", "step N", "Runs so many frames, while paused.", NamedThing::None, &readStep},
-    {"pause", "pause", "No frames run but those that statements ask for.", NamedThing::None,
+    {"step", "step N", "Runs this many frames, while paused.", NamedThing::None, &readStep},
+    {"pause", "pause", "Stops all frames except those that statements ask for.", NamedThing::None,
      &readPause},
-    {"resume", "resume", "Frames run by themselves again.", NamedThing::None, &readResume},
+    {"resume", "resume", "Lets frames run by themselves again.", NamedThing::None, &readResume},
     {"run", "run", "The same as resume.", NamedThing::None, &readResume},
     {"rate", "rate N", "Frames per second from now on.", NamedThing::None, &readRate},
     {"plugins", "plugins", "Lists the plugins, and which of them are enabled.", NamedThing::None,
@@ -122,9 +124,9 @@ Statement acting(Arguments& arguments, std::function<void(Flight&)> act) {
             Statement::Purpose::Act};
 }
 
-Statement telling(Arguments& arguments, std::function<std::string(Flight&)> tell) {
+Statement reporting(Arguments& arguments, std::function<std::string(Flight&)> report) {
     arguments.RequireEnd();
-    return {std::move(tell), Statement::Purpose::Tell};
+    return {std::move(report), Statement::Purpose::Report};
 }
 
 Statement checking(Arguments& arguments, std::function<void(Flight&)> check) {

@@ -12,7 +12,7 @@ namespace headless {
 // A statement of a scenario or the console, parsed and ready to be carried out.
 struct Statement {
     // What it does: change something, report something, or check something.
-    enum class Purpose { Act, Tell, Check };
+    enum class Purpose { Act, Report, Check };
 
     // Carries out the statement and returns one line of reply. Throws ExpectationFailed if an
     // expectation is not met, and another std::exception if the statement cannot be carried out.

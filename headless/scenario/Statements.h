@@ -47,7 +47,7 @@ inline constexpr const char* kOk = "ok";
 // A statement that changes something, has nothing to report and takes no more arguments.
 Statement acting(Arguments& arguments, std::function<void(Flight&)> act);
 // A statement that takes no more arguments and replies with the text.
-Statement telling(Arguments& arguments, std::function<std::string(Flight&)> tell);
+Statement reporting(Arguments& arguments, std::function<std::string(Flight&)> report);
 // A statement that throws ExpectationFailed if its expectation is not met.
 Statement checking(Arguments& arguments, std::function<void(Flight&)> check);
 

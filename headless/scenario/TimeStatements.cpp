@@ -30,7 +30,7 @@ void waitUpTo(double seconds, const Condition& condition, Flight& flight) {
 Statement readWaitUntil(Arguments& arguments) {
     const double seconds = arguments.Take("to") ? arguments.TakeSeconds() : 0.0;
     if (!arguments.Take("until")) {
-        throw std::invalid_argument("one waits \"up to 10s until NAME == VALUE\"");
+        throw std::invalid_argument("the form is \"wait up to 10s until NAME == VALUE\"");
     }
     const Condition condition(arguments);
     return checking(arguments,
@@ -40,7 +40,7 @@ Statement readWaitUntil(Arguments& arguments) {
 std::int64_t takeFrameCount(Arguments& arguments) {
     const auto count = arguments.TakeNumber<std::int64_t>("the number of frames");
     if (count < 0) {
-        throw std::invalid_argument("frames cannot be taken back");
+        throw std::invalid_argument("the number of frames is negative");
     }
     return count;
 }
@@ -68,13 +68,13 @@ Statement readWait(Arguments& arguments) {
 
 Statement readFrames(Arguments& arguments) {
     if (arguments.AtEnd()) {
-        return telling(arguments, [](Flight& flight) {
+        return reporting(arguments, [](Flight& flight) {
             return "frames " + std::to_string(flight.Session().Statistics().Frames());
         });
     }
     const std::int64_t count = takeFrameCount(arguments);
     Statement statement =
-        telling(arguments, [count](Flight& flight) { return runFrames(count, flight); });
+        reporting(arguments, [count](Flight& flight) { return runFrames(count, flight); });
     statement.purpose = Statement::Purpose::Act;
     return statement;
 }

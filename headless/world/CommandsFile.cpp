@@ -17,7 +17,7 @@ CommandDefinition parseLine(const std::string& line) {
         throw std::invalid_argument("the line begins with a blank");
     }
     if (definition.name.find('/') == std::string::npos) {
-        throw std::invalid_argument("\"" + definition.name + "\" is no command name");
+        throw std::invalid_argument("\"" + definition.name + "\" is not a command name");
     }
     const std::size_t text = line.find_first_not_of(kBlanks, definition.name.size());
     if (text != std::string::npos) {

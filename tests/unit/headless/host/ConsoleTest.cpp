@@ -73,7 +73,7 @@ TEST_F(ConsoleTest, StepsOnlyWhilePaused) {
     EXPECT_EQ(say("step 1"), "error: frames are stepped while paused");
     EXPECT_EQ(say("pause"), "ok");
     EXPECT_TRUE(session.IsPaused());
-    EXPECT_EQ(say("step -1"), "error: frames cannot be taken back");
+    EXPECT_EQ(say("step -1"), "error: the number of frames is negative");
     EXPECT_EQ(say("step some"), "error: \"some\" is not a number that fits here");
 }
 

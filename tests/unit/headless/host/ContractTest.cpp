@@ -20,7 +20,7 @@ protected:
         return run(CARELESS_PLUGIN " --console --paused " + more, "step 3\n");
     }
 
-    // It is said once in the log, and --strict makes it status 4 and says it on standard error.
+    // It is a warning in the log, once; with --strict also on standard error, with status 4.
     void expectBreach(const std::string& rule, const std::string& text) {
         const std::string line = "headless-sim: warning: " CARELESS_PLUGIN ": " + text + "\n";
         EXPECT_EQ(fly(rule), 0) << rule;
@@ -30,7 +30,7 @@ protected:
         EXPECT_EQ(errors, line);
     }
 
-    // It is said once in the log, and is nobody's fault.
+    // It is a note in the log, once, and no breach.
     void expectNote(const std::string& rule, const std::string& text) {
         EXPECT_EQ(fly(rule, "--strict"), 0) << rule;
         EXPECT_EQ(log(), "headless-sim: note: " CARELESS_PLUGIN ": " + text + "\n");
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(ContractTest, ACarefulPluginIsNotSpokenOf) {
+TEST_F(ContractTest, ACarefulPluginCausesNoLines) {
     EXPECT_EQ(fly("", "--strict"), 0);
     EXPECT_EQ(log(), "");
     EXPECT_EQ(errors, "");
@@ -103,9 +103,9 @@ TEST_F(ContractTest, WhatIsLeftAtTheStop) {
 }
 
 TEST_F(ContractTest, ALibraryThatStaysInTheProcess) {
+    const std::string line =
+        "headless-sim: warning: " STICKY_PLUGIN ": stays in the process after it was unloaded\n";
     EXPECT_EQ(run(STICKY_PLUGIN " --duration 0 --strict"), 4);
     EXPECT_THAT(log(), HasSubstr(line));
     EXPECT_EQ(errors, line);
 }
-    const std::string line =
-        "headless-sim: warning: " STICKY_PLUGIN ": stays in the process after it was unloaded\n";

@@ -24,7 +24,7 @@ using ::testing::StartsWith;
 
 class HeadlessSimTest : public HeadlessSimRun {
 protected:
-    // Sends the signal once the log tells that the plugin was started, or after ten seconds.
+    // Sends the signal once the log shows that the plugin was started, or after ten seconds.
     int runAndSignal(const std::string& arguments, const std::string& signal) {
         return run(arguments +
                    " & pid=$!; until=$(($(date +%s) + 10)); "
@@ -69,7 +69,7 @@ TEST_F(HeadlessSimTest, OffersShellsTheOptionsOfItsHelpAndFiles) {
 TEST_F(HeadlessSimTest, WritesTheLogWhereItIsTold) {
     EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 --log other.txt"), 0);
     EXPECT_THAT(folder.Read("other.txt"), StartsWith("start\n"));
-    EXPECT_EQ(folder.Read("Log.txt"), "");
+    EXPECT_FALSE(folder.Has("Log.txt"));
 }
 
 TEST_F(HeadlessSimTest, TheConsoleAnswersEveryLineAndTheEndOfInputEndsTheRun) {
@@ -110,7 +110,7 @@ TEST_F(HeadlessSimTest, AMalformedScriptIsOneLineAndStatus2BeforeAnythingFlies) 
     folder.Write("a.scenario", "pause\nfly\n");
     EXPECT_EQ(run(FAKE_PLUGIN " --script a.scenario"), 2);
     EXPECT_EQ(errors, "headless-sim: a.scenario:2: unknown statement \"fly\"; see help\n");
-    EXPECT_FALSE(folder.Has("Log.txt"));
+    EXPECT_EQ(folder.Read("Log.txt"), "");
     EXPECT_EQ(run(FAKE_PLUGIN " --script none"), 2);
     EXPECT_EQ(errors, "headless-sim: none: cannot be opened: No such file or directory\n");
     EXPECT_EQ(run(FAKE_PLUGIN " --script - --junit none/report.xml", "pause"), 2);
@@ -186,8 +186,8 @@ TEST_F(HeadlessSimTest, ASecondSignalEndsARunThatHangs) {
 TEST_F(HeadlessSimTest, TheWatchdogNamesThePluginThatHangs) {
     EXPECT_EQ(run("--watchdog 0.2 " HANGING_PLUGIN), 5);
     EXPECT_THAT(errors, StartsWith("headless-sim: " HANGING_PLUGIN
-                                   ": the plugin does not come back from its flight loop; it is "
-                                   "here:\n"));
+                                   ": the plugin does not return from its flight loop; "
+                                   "backtrace:\n"));
     EXPECT_THAT(errors, HasSubstr("hanging_plugin.xpl("));
     EXPECT_EQ(run("--watchdog 0.2 --duration 0.5 " FAKE_PLUGIN), 0);
     EXPECT_EQ(errors, "");
@@ -203,7 +203,7 @@ TEST_F(HeadlessSimTest, APluginThatCrashesIsNamedWithItsCallbackAndThePlace) {
         EXPECT_EQ(run(FAKE_PLUGIN " " CRASHING_PLUGIN " " NEIGHBOUR_PLUGIN), 5) << name;
         EXPECT_THAT(errors, StartsWith("headless-sim: " CRASHING_PLUGIN
                                        ": the plugin crashed in its flight loop (" +
-                                       std::string(name) + "); it was here:\n"));
+                                       std::string(name) + "); backtrace:\n"));
         EXPECT_THAT(errors, HasSubstr("crashing_plugin.xpl("));
         EXPECT_THAT(errors, EndsWith("headless-sim: last line of the log: the last line\n"));
     }
@@ -318,7 +318,7 @@ TEST_F(HeadlessSimTest, FliesThePluginsOfASystemFolderInIt) {
 TEST_F(HeadlessSimTest, AFolderThatIsNoSystemIsOneLineAndStatus1) {
     EXPECT_EQ(run("--system ."), 1);
     EXPECT_EQ(errors,
-              "headless-sim: .: not laid out as the simulator's folder: it has no "
+              "headless-sim: .: not laid out like the simulator's folder: it has no "
               "Resources/plugins\n");
     std::filesystem::create_directories(folder.Path("Resources/plugins"));
     EXPECT_EQ(run("--system ."), 1);
@@ -341,7 +341,7 @@ TEST_F(HeadlessSimTest, BadInputFilesAreOneLineAndStatus2) {
     EXPECT_EQ(errors, "headless-sim: warning: some.txt:3: unknown type \"long\"\n");
     folder.Write("commands.txt", "word\n");
     EXPECT_EQ(run(FAKE_PLUGIN " --commands commands.txt"), 2);
-    EXPECT_EQ(errors, "headless-sim: commands.txt:1: \"word\" is no command name\n");
+    EXPECT_EQ(errors, "headless-sim: commands.txt:1: \"word\" is not a command name\n");
 }
 
 TEST_F(HeadlessSimTest, WrongUsageIsOneLineAndStatus2) {
@@ -385,7 +385,7 @@ TEST_F(HeadlessSimTest, FliesInTheWorldOfAVersionOverAGivenGround) {
     EXPECT_EQ(run(FAKE_PLUGIN " --world 9"), 2);
 }
 
-TEST_F(HeadlessSimTest, TellsAtTheEndWhatThePluginTook) {
+TEST_F(HeadlessSimTest, PrintsAtTheEndWhatThePluginUsed) {
     EXPECT_EQ(run(BUSY_PLUGIN " --duration 0.2 --hz 100 --stats"), 0);
     EXPECT_EQ(errors, "");
     EXPECT_THAT(output, StartsWith(BUSY_PLUGIN ": 20 frames\n"));

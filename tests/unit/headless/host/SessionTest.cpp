@@ -24,7 +24,7 @@ protected:
     TemporaryDirectory folder;
 };
 
-TEST_F(SessionTest, StartsThePluginAndTellsItOfTheAircraft) {
+TEST_F(SessionTest, StartsThePluginAndSendsItTheMessagesAboutTheAircraft) {
     Session session(options());
     session.StartPlugins();
     EXPECT_EQ(folder.Read("Log.txt"),
@@ -99,7 +99,7 @@ TEST_F(SessionTest, ARequestedReloadOfAPluginThatStaysStartsItAgain) {
     EXPECT_TRUE(session.Plugin().IsEnabled());
 }
 
-TEST_F(SessionTest, WhoHoldsAPluginsDatarefHoldsItAcrossAReload) {
+TEST_F(SessionTest, AHandleOfAPluginsDatarefStaysValidAcrossAReload) {
     Session session(options());
     session.StartPlugins();
     const XPLMDataRef counter = XPLMFindDataRef("fake/counter");
@@ -125,7 +125,7 @@ TEST_F(SessionTest, ADisabledPluginsFlightLoopWaits) {
     EXPECT_EQ(session.Simulator().Datarefs().GetInt("fake/counter"), 1);
 }
 
-TEST_F(SessionTest, ADisabledPluginHearsOfNothingUntilItIsEnabled) {
+TEST_F(SessionTest, ADisabledPluginGetsNoCallsUntilItIsEnabled) {
     Session session(options());
     session.StartPlugins();
     session.Plugin().Disable();

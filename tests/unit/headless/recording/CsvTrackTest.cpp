@@ -77,8 +77,8 @@ TEST(CsvTrackTest, ALineThatCannotBeReadIsLeftOut) {
 }
 
 TEST(CsvTrackTest, AFileInWhichNothingCanBeReadIsRefused) {
-    EXPECT_EQ(errorOf(""), "a.csv: no row of flight data is in it");
-    EXPECT_EQ(errorOf("time,sim/a\n"), "a.csv: no row of flight data is in it");
+    EXPECT_EQ(errorOf(""), "a.csv: it has no row of flight data");
+    EXPECT_EQ(errorOf("time,sim/a\n"), "a.csv: it has no row of flight data");
     EXPECT_EQ(errorOf("time,sim/a\nx,y\n"), "a.csv:2: \"x\" is not a number");
     EXPECT_EQ(errorOf("time\n1\n"), "a.csv:1: no datarefs are named");
     EXPECT_EQ(errorOf("1,2,3\n4,5,6\n"), "a.csv:1: \"1\" is not the name of a dataref");

@@ -182,8 +182,8 @@ TEST(FdrTrackTest, ALineThatCannotBeReadIsLeftOut) {
 }
 
 TEST(FdrTrackTest, AFileInWhichNothingCanBeReadIsRefused) {
-    EXPECT_EQ(errorOf(""), "a.fdr: no row of flight data is in it");
-    EXPECT_EQ(errorOf(kHead + "COMM, words\n"), "a.fdr: no row of flight data is in it");
+    EXPECT_EQ(errorOf(""), "a.fdr: it has no row of flight data");
+    EXPECT_EQ(errorOf(kHead + "COMM, words\n"), "a.fdr: it has no row of flight data");
     EXPECT_EQ(errorOf(kHead + "12:30:01, 11.5\n1, 2\n"), "a.fdr:3: 2 fields, but 7 columns");
     EXPECT_EQ(errorOf("time,sim/a\n0,1\n"), "a.fdr:1: the first line is not A or I");
     EXPECT_EQ(errorOf("\n4\n" + kRow), "a.fdr:1: the first line is not A or I");

@@ -101,12 +101,13 @@ TEST(StatementTest, SaysWhatIsWrongWithAStatement) {
     EXPECT_EQ(errorOf("message x 0"), "\"x\" is not a number that fits here");
     EXPECT_EQ(errorOf("wait"), "a time such as 2s is missing");
     EXPECT_EQ(errorOf("wait -1s"), "\"-1s\" is not a time such as 2s, 500ms or 1min");
-    EXPECT_EQ(errorOf("wait up to 10s sim/a == 1"), "one waits \"up to 10s until NAME == VALUE\"");
-    EXPECT_EQ(errorOf("frames -1"), "frames cannot be taken back");
+    EXPECT_EQ(errorOf("wait up to 10s sim/a == 1"),
+              "the form is \"wait up to 10s until NAME == VALUE\"");
+    EXPECT_EQ(errorOf("frames -1"), "the number of frames is negative");
     EXPECT_EQ(errorOf("step"), "the number of frames is missing");
     EXPECT_EQ(errorOf("pause now"), "unexpected \"now\"");
     EXPECT_EQ(errorOf("rate 0"), "a rate is 0.1 to 100000 frames per second");
-    EXPECT_EQ(errorOf("log text"), "the log is looked at with \"log expect TEXT\"");
+    EXPECT_EQ(errorOf("log text"), "the form is \"log expect TEXT\"");
     EXPECT_EQ(errorOf("log expect"), "the text is missing");
     EXPECT_EQ(errorOf("quit -1"), "an exit status is 0 to 255");
 }
@@ -122,8 +123,8 @@ TEST(StatementTest, ACommentBeginsTheLineOrFollowsABlank) {
 TEST(StatementTest, KnowsWhatIsForActingTellingAndChecking) {
     EXPECT_EQ(readStatement("set sim/a 1").purpose, Statement::Purpose::Act);
     EXPECT_EQ(readStatement("frames 1").purpose, Statement::Purpose::Act);
-    EXPECT_EQ(readStatement("frames").purpose, Statement::Purpose::Tell);
-    EXPECT_EQ(readStatement("get sim/a").purpose, Statement::Purpose::Tell);
+    EXPECT_EQ(readStatement("frames").purpose, Statement::Purpose::Report);
+    EXPECT_EQ(readStatement("get sim/a").purpose, Statement::Purpose::Report);
     EXPECT_EQ(readStatement("expect sim/a == 1").purpose, Statement::Purpose::Check);
     EXPECT_EQ(readStatement("wait 1s").purpose, Statement::Purpose::Act);
     EXPECT_EQ(readStatement("wait up to 1s until sim/a == 1").purpose, Statement::Purpose::Check);

@@ -46,7 +46,7 @@ TEST(CommandsFileTest, ReadsNameAndDescription) {
 }
 
 TEST(CommandsFileTest, AWordThatIsNoCommandNameIsMalformed) {
-    EXPECT_EQ(errorOf("sim/a A\nhello world\n"), "Commands.txt:2: \"hello\" is no command name");
+    EXPECT_EQ(errorOf("sim/a A\nhello world\n"), "Commands.txt:2: \"hello\" is not a command name");
 }
 
 TEST(CommandsFileTest, ALineThatBeginsWithABlankIsMalformed) {

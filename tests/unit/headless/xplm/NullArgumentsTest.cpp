@@ -1,4 +1,4 @@
-// Nulls where the SDK needs something: harmless, and told to the plugin's author.
+// Nulls where the SDK needs something: harmless, and reported to the plugin's author.
 
 #include <functional>
 #include <string>

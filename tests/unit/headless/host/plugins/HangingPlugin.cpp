@@ -1,4 +1,4 @@
-// A plugin that does not come back from its flight loop, after a line in the log.
+// A plugin that does not return from its flight loop, after a line in the log.
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-// A plugin that needs names which nobody has. Its constructor must never run.
+// A plugin that needs names that do not exist. Its constructor must never run.
 
 #include <cstdlib>
 
