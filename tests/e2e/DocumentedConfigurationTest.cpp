@@ -4,6 +4,7 @@
 
 #include "e2e/EndToEndTest.h"
 #include "orvane/headless/Simulator.h"
+#include "support/TarnelMessages.h"
 #include "support/Text.h"
 #include "support/VelmarMessages.h"
 
@@ -54,6 +55,16 @@ TEST_F(DocumentedConfigurationTest, PublishesTheDatarefsOfTheExample) {
 TEST_F(DocumentedConfigurationTest, LeavesTheFileOfTheFirstStart) {
     orvane::headless::Simulator().load(PLUGIN);
     EXPECT_EQ(directory.Read(kConfigFile) + "\n", blocks.at(1));
+}
+
+// The line on the page without the plugin's name and the time.
+TEST_F(DocumentedConfigurationTest, LogsTheLineOfThePage) {
+    startSimulator();
+    TestClient client;
+    client.Exchange(*simulator, tarnelRequest(dataMessage({{9, 1}})));
+    const std::string message = simulator->LastLogMessage();
+    EXPECT_TRUE(message.starts_with("WARNING@")) << message;
+    EXPECT_TRUE(blocks.at(2).ends_with(" " + message + "\n")) << message;
 }
 
 } // namespace
