@@ -1,14 +1,21 @@
-# Builds, below CONSUMER_FOLDER, the examples and the programs on the page docs/client.md as users of
-# the library do: against the static library, installed from BUILD_FOLDER, and against the shared
+# Builds, below CONSUMER_FOLDER, the examples and the programs of docs/client.md and README.md as users
+# of the library do: against the static library, installed from BUILD_FOLDER, and against the shared
 # one, installed from a project that has this one in it. Looks at what they find there.
 
 cmake_minimum_required(VERSION 3.25)
 
 include("${CMAKE_CURRENT_LIST_DIR}/Consumer.cmake")
 
-# A program on the page is a block of C++ with a main; they are numbered from 1.
+# A program on a page is a block of C++ with a main; they are numbered from 1. The page's lines of
+# CMake build the first.
 function(extract_programs folder)
     file(READ "${SOURCE_FOLDER}/docs/client.md" page)
+    file(READ "${SOURCE_FOLDER}/README.md" readme)
+    if(NOT page MATCHES "```cmake\n([^`]*)```")
+        message(FATAL_ERROR "docs/client.md has no block of CMake")
+    endif()
+    set(lines_of_cmake "${CMAKE_MATCH_1}")
+    string(APPEND page "${readme}")
     set(count 0)
     while(TRUE)
         string(FIND "${page}" "```cpp\n" begin)
@@ -22,7 +29,7 @@ function(extract_programs folder)
         math(EXPR length "${length} + 3")
         string(SUBSTRING "${page}" ${length} -1 page)
         if(NOT block MATCHES "int main\\(")
-            message(FATAL_ERROR "docs/client.md has a block that is not a program:\n${block}")
+            message(FATAL_ERROR "a page has a block of C++ that is not a program:\n${block}")
         endif()
         math(EXPR count "${count} + 1")
         file(WRITE "${folder}/program_${count}.cpp" "${block}")
@@ -30,8 +37,9 @@ function(extract_programs folder)
     file(WRITE "${folder}/CMakeLists.txt" "
 cmake_minimum_required(VERSION 3.16)
 project(Page LANGUAGES CXX)
-find_package(Orvane 7 REQUIRED COMPONENTS client)
-foreach(number RANGE 1 ${count})
+add_executable(my_panel program_1.cpp)
+${lines_of_cmake}
+foreach(number RANGE 2 ${count})
     add_executable(program_\${number} program_\${number}.cpp)
     target_link_libraries(program_\${number} PRIVATE Orvane::client)
 endforeach()
