@@ -38,6 +38,8 @@ OTHER_TESTS = [
     OtherTest("docs/configuration.md", "text", "", "tests/e2e/DocumentedConfigurationTest.cpp"),
     OtherTest("docs/headless.md", "", "", "tests/unit/headless/host/HeadlessPageTest.cpp"),
     OtherTest("docs/orvane.md", "", "tshark ", "tests/e2e/dissector/LookAtACaptureTest.cpp"),
+    OtherTest("docs/orvane.md", "", "$ orvane discover", "tests/e2e/tool/DiscoverTest.cpp"),
+    OtherTest("docs/orvane.md", "", "$ orvane plugin status", "tests/e2e/tool/PluginTest.cpp"),
     OtherTest("docs/python.md", "python", "", "python/tests/test_page.py"),
     OtherTest("docs/python.md", "sh", "", "python/tests/test_page.py"),
     OtherTest("docs/security.md", "text", "table inet ", "scripts/test-firewall"),
@@ -47,13 +49,15 @@ OTHER_TESTS = [
 ]
 
 
+def reads(test: OtherTest, block: Block) -> bool:
+    is_of_language = test.language in ("", block.language)
+    return test.page == block.page and is_of_language and block.code.startswith(test.begins)
+
+
 def is_run_elsewhere(block: Block) -> bool:
-    return any(
-        test.page == block.page
-        and test.language in ("", block.language)
-        and block.code.startswith(test.begins)
-        for test in OTHER_TESTS
-    )
+    """Here or, the same text, on another page."""
+    same = [other for other in BLOCKS if other.code == block.code]
+    return any(reads(test, other) for test in OTHER_TESTS for other in same)
 
 
 def kind_of(block: Block) -> str:
@@ -94,13 +98,17 @@ def test_errors_of_the_client_are_tested_to_the_letter() -> None:
         assert line.replace("127.0.0.1:48000", "") in tested
 
 
-@pytest.mark.parametrize("test", [test for test in OTHER_TESTS if "VelmarLoss" not in test.file])
+@pytest.mark.parametrize("test", [t for t in OTHER_TESTS if any(reads(t, b) for b in BLOCKS)])
 def test_the_other_tests_read_their_pages(test: OtherTest) -> None:
-    # By the name of the page, or by that of a definition in CMake: TARNEL_PAGE.
+    # By the name of the page, or by that of a definition in CMake: TARNEL_PAGE. A test of the tool
+    # has the words of the command.
     name = Path(test.page).stem
     definition = {"orvane": "TOOL"}.get(name, name.upper()) + "_PAGE"
     text = (ROOT / test.file).read_text()
-    assert f"{name}.md" in text or definition in text
+    words = [f'"{word}"' for word in test.begins.split()[2:]]
+    is_command = test.begins.startswith("$ ") and all(word in text for word in words)
+    is_checked_below = "VelmarLoss" in test.file
+    assert f"{name}.md" in text or definition in text or is_command or is_checked_below
 
 
 @pytest.mark.parametrize("page", ["docs/tarnel.md", "docs/velmar.md"])
@@ -147,6 +155,27 @@ def take_part(command: str, simulator: Simulator, terminal: Terminal) -> None:
         simulator.end(brakes)
 
 
+def make_home(home: Path) -> None:
+    """The home of somebody who has a simulator, and the repository's examples."""
+    simulator = home / "X-Plane 12"
+    plugins = simulator / "Resources" / "plugins"
+    plugins.mkdir(parents=True)
+    (home / "examples").symlink_to(ROOT / "examples")
+    (simulator / "X-Plane-x86_64").touch()
+    (home / ".x-plane").mkdir()
+    (home / ".x-plane" / "x-plane_install_12.txt").write_text(f"{simulator}/\n")
+    (plugins / "xplaneorvane_datarefs.cfg").touch()
+    (plugins / "DataRefs.txt").write_text(
+        "2 1200 Thu Jan  1 00:00:00 2026\n\n"
+        "sim/cockpit2/controls/gear_handle_down\tint\ty\tboolean\t"
+        "Gear handle position. 0 is up. 1 is down.\n"
+    )
+    (plugins / "Commands.txt").write_text(
+        "sim/flight_controls/brakes_max         Hold the brakes at maximum.\n"
+        "sim/flight_controls/brakes_regular     Hold the brakes.\n"
+    )
+
+
 # They go on until they are interrupted.
 ENDLESS = ("orvane watch ", "orvane drive ")
 
@@ -155,23 +184,27 @@ def program(name: str) -> str:
     return str(PROGRAMS / Path(name).name)
 
 
+def form_at_home(terminal: Terminal, home: Path) -> List[str]:
+    return form_of(terminal.text.replace(str(home), "/home/me"))
+
+
 @each("session")
 def test_a_session_looks_as_on_the_page(block: Block, simulator: Simulator, tmp_path: Path) -> None:
-    (tmp_path / "examples").symlink_to(ROOT / "examples")
-    env = {**environment(), "PATH": f"{PROGRAMS}:{os.environ['PATH']}"}
+    make_home(tmp_path)
+    env = {**environment(), "HOME": str(tmp_path), "PATH": f"{PROGRAMS}:{os.environ['PATH']}"}
     for command, output in sessions(block):
         if "headless-sim" in command:
             simulator.stop()  # which has the port
         expected = form_of(output)
-        terminal = Terminal(["bash", "-c", command], tmp_path, env)
+        terminal = Terminal(["bash", "-c", command], tmp_path, env, columns=240)
         take_part(command, simulator, terminal)
         if command.startswith(ENDLESS):
-            terminal.wait_until(lambda: form_of(terminal.text) == expected, 20)
-            shown = form_of(terminal.text)
-            assert terminal.close() == 0
+            terminal.wait_until(lambda: form_at_home(terminal, tmp_path) == expected, 20)
+            shown = form_at_home(terminal, tmp_path)
+            assert terminal.close() == 0, terminal.text
         else:
-            assert terminal.wait(20) == 0
-            shown = form_of(terminal.text)
+            assert terminal.wait(20) == 0, terminal.text
+            shown = form_at_home(terminal, tmp_path)
             terminal.close()
         assert shown == expected, terminal.text
 
