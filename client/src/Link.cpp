@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Discovery.h"
 #include "UnexpectedAnswer.h"
 #include "UnknownHost.h"
 
@@ -16,13 +17,14 @@ constexpr int kTriesToDeclare = 2;
 
 } // namespace
 
-Link::Link(Options options, ISession& session) : options(std::move(options)), session(session) {
+Link::Link(Options givenOptions, ISession& session)
+    : options(std::move(givenOptions)), isHostSought(options.host == kAnyHost), session(session) {
     connectFirst();
 }
 
 void Link::connectFirst() {
     try {
-        connection = std::make_unique<Connection>(options);
+        connection = connectAnywhere();
     } catch (const UnknownHost&) {
         throw; // probably mistyped
     } catch (const Error&) {
@@ -31,6 +33,23 @@ void Link::connectFirst() {
         }
         backOffUntilConnected();
     }
+}
+
+// Commands are held at the server of before, and it knows the declarations: it comes first.
+std::unique_ptr<Connection> Link::connectAnywhere() {
+    if (!isHostSought) {
+        return std::make_unique<Connection>(options);
+    }
+    if (options.host != kAnyHost) {
+        try {
+            return std::make_unique<Connection>(options);
+        } catch (const CancelledError&) {
+            throw;
+        } catch (const Error&) {
+            // It may be elsewhere now.
+        }
+    }
+    return connectToHeard(options);
 }
 
 template <typename Call>
@@ -175,7 +194,7 @@ void Link::attempt(const std::string& doing, const Work& work) {
 
 std::unique_ptr<Connection> Link::makeDeclared(int tries) {
     for (;; --tries) {
-        auto made = std::make_unique<Connection>(options);
+        auto made = connectAnywhere();
         try {
             if (!session.held().empty()) {
                 session.releaseByName(*made, releasing());

@@ -59,6 +59,8 @@ public:
     // The same without callbacks, and without another try after a failed one.
     void closeForGood() noexcept;
     bool isConnected() const noexcept { return connection != nullptr; }
+    // Options::host, or the address that was found for kAnyHost.
+    const std::string& host() const noexcept { return options.host; }
 
     // The beginning of an error text.
     std::string place(const std::string& doing) const { return errorPrefix(options, doing); }
@@ -69,6 +71,8 @@ private:
     auto releasingIfCancelled(Call call);
     Outcome tryToCarryOut(const std::string& doing, Repeat repeat, const Work& work);
     void connectFirst();
+    // To the server of before, or the one that is heard.
+    std::unique_ptr<Connection> connectAnywhere();
     void ensureConnected(const std::string& doing);
     void attempt(const std::string& doing, const Work& work);
     void backOffUntilConnected();
@@ -86,7 +90,8 @@ private:
     // "releasing sim/a and sim/b"
     std::string releasing() const;
 
-    const Options options;
+    Options options;
+    const bool isHostSought;
     ISession& session;
     Callbacks callbacks;
     std::unique_ptr<Connection> connection;

@@ -39,6 +39,12 @@ void waitForThePort() {
 
 } // namespace
 
+bool isNetworkPrivate() {
+    char name[IF_NAMESIZE];
+    // The loopback device is always the first.
+    return ::if_indextoname(1, name) != nullptr && ::if_indextoname(2, name) == nullptr;
+}
+
 void enterPrivateNetwork() {
     const bool isPrivate =
         ::unshare(CLONE_NEWNET) == 0 || ::unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0;

@@ -38,7 +38,7 @@ enum class OnLoss {
 };
 
 struct Options {
-    std::string host = "127.0.0.1"; // a name or an IPv4 address; the server speaks IPv4 only
+    std::string host = "127.0.0.1"; // a name, an IPv4 address, or kAnyHost (Discovery.h)
     std::uint16_t port = 48000;
     // For connecting, and for each answer, counted from the request. The server answers in the
     // second frame after a request: a simulator at 20 frames per second takes 100 ms.

@@ -48,4 +48,8 @@ bool Client::isConnected() const noexcept {
     return session->connection().isConnected();
 }
 
+const std::string& Client::host() const noexcept {
+    return session->connection().host();
+}
+
 } // namespace orvane::tarnel

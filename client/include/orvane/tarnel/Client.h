@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <memory>
 #include <span>
+#include <string>
 
 #include "orvane/Errors.h"
 #include "orvane/Export.h"
@@ -71,6 +72,8 @@ public:
     // destructor.
     void close() noexcept;
     bool isConnected() const noexcept;
+    // Options::host, or the address that was last found for kAnyHost.
+    const std::string& host() const noexcept;
 
 private:
     class Session;

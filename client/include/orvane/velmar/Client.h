@@ -111,6 +111,8 @@ public:
     // destructor.
     void close() noexcept;
     bool isConnected() const noexcept;
+    // Options::host, or the address that was last found for kAnyHost.
+    const std::string& host() const noexcept;
 
 private:
     class Session;
