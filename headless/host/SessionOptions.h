@@ -38,6 +38,8 @@ struct SessionOptions {
     bool json = false;
     // Warn if a plugin uses more CPU time than this in a frame.
     std::optional<double> budgetMicroseconds{};
+    // Announce the simulator on the network.
+    bool beacon = false;
     // Take statements from standard input; start paused.
     bool console = false;
     bool paused = false;

@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "headless/host/Beacon.h"
 #include "headless/host/CountingProcess.h"
 #include "headless/host/CrashReport.h"
 #include "headless/host/MainLoop.h"
@@ -67,6 +68,11 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     std::optional<headless::StatsReporter> stats;
     if (options.stats || options.budgetMicroseconds.has_value()) {
         stats.emplace(session.Simulator(), options);
+    }
+    std::optional<headless::Beacon> beacon;
+    if (options.beacon) {
+        beacon.emplace(headless::worldVersion(options.world).internalVersion);
+        session.AddListener(*beacon);
     }
     const auto input = headless::makeConsoleInput(session.Simulator(), options.console);
     headless::MainLoop loop(session, options, *input, stats.has_value() ? &*stats : nullptr);

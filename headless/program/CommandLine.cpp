@@ -56,6 +56,8 @@ void declareOptions(CLI::App& app, SessionOptions& options, Questions& what) {
     app.add_option("--freeze", options.freezes,
                    "Run no frames for a while: 3s@10s is 3 s at second 10")
         ->allow_extra_args(false);
+    app.add_flag("--beacon", options.beacon,
+                 "Announce this simulator on the network, once a second");
     auto* const console =
         app.add_flag("--console", options.console, "Take statements from standard input");
     auto* const script =
