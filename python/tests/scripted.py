@@ -5,7 +5,19 @@ from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Unio
 
 from vectors import bytes_of
 
-from orvane._core.steps import Close, Connect, Look, Plan, Receive, Send, Step, Wait
+from orvane._core.steps import (
+    Close,
+    Connect,
+    Hear,
+    Late,
+    Look,
+    Plan,
+    Receive,
+    Send,
+    Step,
+    StopHearing,
+    Wait,
+)
 from orvane._shells.blocking import BlockingShell
 
 T = TypeVar("T")
@@ -41,6 +53,9 @@ class ScriptedServer(BlockingShell):
         self.places: List[Tuple[str, int]] = []
         # What a Look finds, once.
         self.waiting: Optional[bytes] = None
+        # What a Hear finds, one after the other: a sender's address and its datagram.
+        self.heard: List[bytes] = []
+        self.is_hearing = False
 
     def interrupt(self, plan: Plan[T], error: BaseException) -> None:
         """Throws this into the first step of the plan, and carries out what follows."""
@@ -75,6 +90,13 @@ class ScriptedServer(BlockingShell):
         elif isinstance(step, Look):
             found, self.waiting = self.waiting, None
             return found
+        elif isinstance(step, Hear):
+            self.is_hearing = True
+            if not self.heard:
+                raise Late
+            return self.heard.pop(0)
+        elif isinstance(step, StopHearing):
+            self.is_hearing = False
         else:
             return self._answer(step)
         return None

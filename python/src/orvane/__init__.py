@@ -5,6 +5,13 @@
 have a `Client`, whose calls block, and an `AsyncClient` for asyncio.
 """
 
+from orvane.discovery import (
+    LISTEN_TIME,
+    HeardSimulator,
+    SimulatorRole,
+    discover,
+    discover_async,
+)
 from orvane.errors import (
     CancelledError,
     ClosedError,
@@ -15,20 +22,26 @@ from orvane.errors import (
     Refused,
     TimeoutError,
 )
-from orvane.options import Backoff, OnLoss, OnStart
+from orvane.options import ANY_HOST, Backoff, OnLoss, OnStart
 
 __version__ = "7.0.1"
 
 __all__ = [
+    "ANY_HOST",
     "Backoff",
     "CancelledError",
     "ClosedError",
     "ConnectError",
     "Error",
+    "HeardSimulator",
+    "LISTEN_TIME",
     "NotReleasedWarning",
     "OnLoss",
     "OnStart",
     "ProtocolError",
     "Refused",
+    "SimulatorRole",
     "TimeoutError",
+    "discover",
+    "discover_async",
 ]

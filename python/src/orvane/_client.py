@@ -50,7 +50,8 @@ class AnyClient(Generic[S]):
     ) -> None:
         """All times are in seconds.
 
-        host: a name or an IPv4 address; the server speaks IPv4 only.
+        host: a name or an IPv4 address; the server speaks IPv4 only. ANY_HOST ("auto") is the
+            simulator that is heard on the network; see `discover`.
         timeout: for connecting, and for each answer, counted from the request. The server answers
             in the second frame after a request: a simulator at 20 frames per second takes 0.1.
         on_loss: what a call does when the connection is lost.
@@ -82,6 +83,11 @@ class AnyClient(Generic[S]):
     @property
     def is_connected(self) -> bool:
         return self._session.link.is_connected
+
+    @property
+    def host(self) -> str:
+        """The host of the client, or the address that was last found for ANY_HOST."""
+        return self._session.link.host
 
     def set_callbacks(
         self,

@@ -7,6 +7,10 @@ from typing import Callable, List, Optional
 from orvane.errors import Error
 
 
+ANY_HOST = "auto"
+"""Instead of a host: the simulator that is heard on the network."""
+
+
 class OnLoss(enum.Enum):
     """What a call does when the connection is lost."""
 

@@ -17,7 +17,7 @@ from orvane._core.steps import (
     Send,
 )
 from orvane.errors import CancelledError, ClosedError, ConnectError, TimeoutError
-from orvane.options import Options
+from orvane.options import ANY_HOST, Options
 
 
 class UnknownHost(ConnectError):
@@ -29,10 +29,17 @@ class Connection:
 
     def __init__(self, options: Options) -> None:
         self._options = options
+        self.host = options.host
+        """The host of the next connection."""
+
+    @property
+    def is_sought(self) -> bool:
+        """Whether the host is to be found."""
+        return self._options.host == ANY_HOST
 
     def place(self, doing: str) -> str:
         """The beginning of an error text."""
-        return f"{self._options.host}:{self._options.port}: {doing}: "
+        return f"{self.host}:{self._options.port}: {doing}: "
 
     def default_limit(self) -> Limit:
         return Limit(time.monotonic() + self._options.timeout)
@@ -42,7 +49,7 @@ class Connection:
         limit = limit or self.default_limit()
         place = self.place("connecting")
         try:
-            yield Connect(self._options.host, self._options.port, limit)
+            yield Connect(self.host, self._options.port, limit)
         except Late:
             milliseconds = f"{self._options.timeout * 1000:g} ms"
             raise TimeoutError(
@@ -51,9 +58,9 @@ class Connection:
         except Cancelled:
             raise CancelledError(f"{place}expected a connection, was cancelled") from None
         except NoSuchHost as error:
-            raise UnknownHost(place + _error_text(error)) from None
+            raise UnknownHost(place + error_text(error)) from None
         except OSError as error:
-            raise ConnectError(place + _error_text(error)) from error
+            raise ConnectError(place + error_text(error)) from error
 
     def exchange(
         self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
@@ -81,7 +88,7 @@ class Connection:
                 f"{self.place(doing)}expected {frame.expected}, was cancelled and got {frame.got}"
             ) from None
         except OSError as error:
-            raise self._lost(doing, frame, _error_text(error)) from error
+            raise self._lost(doing, frame, error_text(error)) from error
 
     def _expect_no_bytes(self, waiting: Optional[bytes], doing: str) -> None:
         """Detects a connection that has ended or is out of step before anything is sent on it."""
@@ -102,6 +109,7 @@ class Connection:
         return f"no answer within {milliseconds} (is the simulator paused or loading?)"
 
 
-def _error_text(error: OSError) -> str:
+def error_text(error: OSError) -> str:
+    """The system's words."""
     # asyncio has its own texts, but the same numbers.
     return os.strerror(error.errno) if error.errno else str(error) or type(error).__name__

@@ -7,6 +7,7 @@ from dataclasses import dataclass
 from typing import Callable, List, Optional, Protocol, Type, TypeVar
 
 from orvane._core.connection import Connection, UnknownHost
+from orvane._core.discovery import connect_anywhere
 from orvane._core.frames import UnexpectedAnswer
 from orvane._core.pace import Pace
 from orvane._core.steps import Cancelled, Close, Limit, Plan, Wait
@@ -82,6 +83,11 @@ class Link:
     ) -> Plan[bytes]:
         """On the current connection; see `Connection.exchange`."""
         return self._connection.exchange(request, doing, most, limit)
+
+    @property
+    def host(self) -> str:
+        """Of the connection."""
+        return self._connection.host
 
     def place(self, doing: str) -> str:
         """The beginning of an error text."""
@@ -207,7 +213,7 @@ class Link:
 
     def _make_declared(self, tries: int) -> Plan[None]:
         while True:
-            yield from self._connection.connect()
+            yield from connect_anywhere(self._connection)
             try:
                 yield from self._release_left_over(self._connection.default_limit())
                 yield from self._owner.declare()

@@ -65,5 +65,21 @@ class Close(NamedTuple):
     """Closes the connection, if there is one."""
 
 
-Step = Union[Connect, Send, Receive, Look, Wait, Close]
+class Hear(NamedTuple):
+    """Waits for a datagram that is sent to this IPv4 group, on any network interface.
+
+    Returns the sender's address, four bytes, and the datagram, or nothing. Datagrams are kept from
+    the first of these steps on until `StopHearing`.
+    """
+
+    group: str
+    port: int
+    limit: Limit
+
+
+class StopHearing(NamedTuple):
+    """Drops the datagrams, and receives no more."""
+
+
+Step = Union[Connect, Send, Receive, Look, Wait, Close, Hear, StopHearing]
 Plan = Generator[Step, Optional[bytes], T]

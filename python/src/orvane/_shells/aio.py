@@ -2,9 +2,23 @@
 
 import asyncio
 import socket
-from typing import Any, Awaitable, Callable, Optional, TypeVar
+from typing import Any, Awaitable, Callable, List, Optional, Tuple, TypeVar
 
-from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
+from orvane._core.steps import (
+    Close,
+    Connect,
+    Hear,
+    Late,
+    Limit,
+    Look,
+    Plan,
+    Receive,
+    Send,
+    Step,
+    StopHearing,
+    Wait,
+)
+from orvane._shells.hearing import open_group
 from orvane._shells.limits import Waiting, lookup_error
 
 T = TypeVar("T")
@@ -46,6 +60,22 @@ class _Stream(asyncio.Protocol):
         return b"" if self.has_ended else None
 
 
+class _Datagrams(asyncio.DatagramProtocol):
+    """What has been heard, and the task that waits for it."""
+
+    MOST = 64
+
+    def __init__(self) -> None:
+        self.arrived: List[bytes] = []
+        self.waiter: Optional["asyncio.Future[None]"] = None
+
+    def datagram_received(self, data: bytes, addr: Tuple[Any, ...]) -> None:
+        if len(self.arrived) < self.MOST:
+            self.arrived.append(socket.inet_aton(addr[0]) + data)
+        if self.waiter is not None and not self.waiter.done():
+            self.waiter.set_result(None)
+
+
 class AsyncioShell:
     """One connection at a time. Used by one task at a time."""
 
@@ -53,6 +83,8 @@ class AsyncioShell:
         self._waiting = Waiting(cancelled)
         self._stream = _Stream()
         self._transport: Optional[asyncio.Transport] = None
+        self._datagrams = _Datagrams()
+        self._hearing: Optional[asyncio.BaseTransport] = None
 
     async def run(self, plan: Plan[T]) -> T:
         """Carries out the whole plan, and returns its result or raises its error."""
@@ -74,12 +106,16 @@ class AsyncioShell:
             return await self._receive(step.limit)
         if isinstance(step, Look):
             return self._stream.peek()
+        if isinstance(step, Hear):
+            return await self._hear(step)
         if isinstance(step, Send):
             self._send(step.data)
         elif isinstance(step, Wait):
             await self._wait(step.limit)
         elif isinstance(step, Connect):
             await self._connect(step)
+        elif isinstance(step, StopHearing):
+            await self._stop_hearing()
         else:
             assert isinstance(step, Close)
             await self._close()
@@ -113,6 +149,25 @@ class AsyncioShell:
         taken = stream.peek() or b""
         stream.arrived.clear()
         return taken
+
+    async def _hear(self, step: Hear) -> bytes:
+        loop = asyncio.get_running_loop()
+        if self._hearing is None:
+            self._datagrams = _Datagrams()
+            self._hearing, _ = await loop.create_datagram_endpoint(
+                lambda: self._datagrams, sock=open_group(step.group, step.port)
+            )
+        while not self._datagrams.arrived:
+            self._datagrams.waiter = loop.create_future()
+            await self._within(self._datagrams.waiter, step.limit)
+        return self._datagrams.arrived.pop(0)
+
+    async def _stop_hearing(self) -> None:
+        if self._hearing is not None:
+            self._hearing.close()
+            self._hearing = None
+            # The loop closes the socket in its next round.
+            await asyncio.sleep(0)
 
     async def _wait(self, limit: Limit) -> None:
         try:

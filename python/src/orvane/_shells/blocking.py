@@ -5,7 +5,21 @@ import socket
 import time
 from typing import Any, Callable, Iterable, Optional, Tuple, TypeVar
 
-from orvane._core.steps import Close, Connect, Late, Limit, Look, Plan, Receive, Send, Step, Wait
+from orvane._core.steps import (
+    Close,
+    Connect,
+    Hear,
+    Late,
+    Limit,
+    Look,
+    Plan,
+    Receive,
+    Send,
+    Step,
+    StopHearing,
+    Wait,
+)
+from orvane._shells.hearing import LONGEST_DATAGRAM, open_group
 from orvane._shells.limits import Waiting, lookup_error
 from orvane._shells.ready import wait_readable, wait_writable
 
@@ -22,6 +36,7 @@ class BlockingShell:
     def __init__(self, cancelled: Optional[Callable[[], bool]] = None) -> None:
         self._waiting = Waiting(cancelled)
         self._socket: Optional[socket.socket] = None
+        self._hearing: Optional[socket.socket] = None
 
     def run(self, plan: Plan[T]) -> T:
         """Carries out the whole plan, and returns its result or raises its error."""
@@ -43,12 +58,16 @@ class BlockingShell:
             return self._receive(step.limit)
         if isinstance(step, Look):
             return self._look()
+        if isinstance(step, Hear):
+            return self._hear(step)
         if isinstance(step, Send):
             self._send(step)
         elif isinstance(step, Wait):
             self._wait(step.limit)
         elif isinstance(step, Connect):
             self._connect(step)
+        elif isinstance(step, StopHearing):
+            self._stop_hearing()
         else:
             assert isinstance(step, Close)
             self._close()
@@ -124,6 +143,22 @@ class BlockingShell:
                 time.sleep(self._waiting.next_slice(limit))
         except Late:
             return
+
+    def _hear(self, step: Hear) -> bytes:
+        if self._hearing is None:
+            self._hearing = open_group(step.group, step.port)
+        while not wait_readable(self._hearing, self._waiting.next_slice(step.limit)):
+            pass
+        try:
+            data, (address, _) = self._hearing.recvfrom(LONGEST_DATAGRAM)
+        except BlockingIOError:
+            return b""  # with a wrong checksum
+        return socket.inet_aton(address) + data
+
+    def _stop_hearing(self) -> None:
+        if self._hearing is not None:
+            self._hearing.close()
+            self._hearing = None
 
     def _close(self) -> None:
         if self._socket is not None:
