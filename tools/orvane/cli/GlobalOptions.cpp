@@ -34,9 +34,9 @@ Options GlobalOptions::ForClient(OnLoss onLoss) const {
 }
 
 void declareGlobalOptions(CLI::App& app, GlobalOptions& globals) {
-    app.add_option("--host", globals.host, "The simulator's host")
+    app.add_option("--host", globals.host, "The simulator's host; auto: the one that is heard")
         ->each([&globals](const std::string&) { globals.hasHost = true; })
-        ->type_name("HOST")
+        ->type_name("HOST|auto")
         ->capture_default_str()
         ->group(kGlobalGroup);
     app.add_option("--port", globals.port, "The server's port")

@@ -59,6 +59,7 @@ void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
     declareGlobalOptions(app, globals);
     Subcommands subcommands(app, globals, work);
     addInfo(subcommands);
+    addDiscover(subcommands);
     addGet(subcommands);
     addSet(subcommands);
     addWatch(subcommands);

@@ -17,7 +17,6 @@
 #include "tools/orvane/drive/ProfileReader.h"
 #include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
-#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Progress.h"
 
 namespace orvane::tool {
@@ -123,7 +122,7 @@ DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, cons
     // Rows typed on a terminal must stay visible, which a table would prevent.
     view.isPlain = options.plain || (options.input == "-" && ::isatty(STDIN_FILENO) == 1);
     view.hasSummary = options.summary;
-    view.place = fmt::format("{}:{}", printable(client.host), client.port);
+    view.port = client.port;
     view.seconds = options.limits.seconds;
     return view;
 }

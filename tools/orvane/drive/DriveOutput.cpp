@@ -12,6 +12,7 @@
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/latency/RoundTrips.h"
+#include "tools/orvane/terminal/PrintableText.h"
 #include "tools/orvane/terminal/Progress.h"
 
 namespace orvane::tool {
@@ -126,8 +127,9 @@ void DriveOutput::showLive(const Exchange& exchange) {
     const std::string time = view.seconds
                                  ? fmt::format("{:.1f} of {:.1f} s", seconds, *view.seconds)
                                  : fmt::format("{:.1f} s", seconds);
-    title = fmt::format("{}   {}   {} exchanges   {:.1f} ms   aircraft {}", view.place, time, shown,
-                        exchange.roundTripMs, aircraftOrNone(aircraft));
+    title =
+        fmt::format("{}:{}   {}   {} exchanges   {:.1f} ms   aircraft {}", printable(exchange.host),
+                    view.port, time, shown, exchange.roundTripMs, aircraftOrNone(aircraft));
     if (screen->IsDue(now)) {
         screen->Draw(table->Lines(title, terminal), now);
     }

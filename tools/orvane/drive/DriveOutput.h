@@ -27,12 +27,13 @@ struct DriveView {
     OutputOption output;  // without a path: standard output
     bool isPlain = false; // lines even on a terminal
     bool hasSummary = false;
-    // For the title of the table: where the server is, and when the session ends.
-    std::string place;
+    // For the title of the table: the server's port, and when the session ends.
+    std::uint16_t port = 0;
     std::optional<double> seconds;
 };
 
 struct Exchange {
+    const std::string& host;
     double seconds = 0; // since the start
     double roundTripMs = 0;
     std::span<const tarnel::Item> items;

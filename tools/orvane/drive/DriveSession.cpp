@@ -100,6 +100,7 @@ void DriveSession::checkNames() const {
 // The other protocol needs its own connection.
 velmar::Client DriveSession::connectVelmar() const {
     Options once = options;
+    once.host = client->host();
     once.onLoss = OnLoss::Throw;
     return velmar::Client(once);
 }
@@ -136,7 +137,7 @@ void DriveSession::exchange(const std::vector<tarnel::Item>& items) {
     const std::chrono::duration<double, std::milli> roundTrip =
         std::chrono::steady_clock::now() - begin;
     hasSent = hasSent || !items.empty();
-    output.Show({pace->Elapsed(), roundTrip.count(), items, answer});
+    output.Show({client->host(), pace->Elapsed(), roundTrip.count(), items, answer});
 }
 
 // Only another answer shows the effect of the last row.

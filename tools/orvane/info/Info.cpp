@@ -33,6 +33,7 @@ Examples:
 struct NoOptions {};
 
 struct ServerInfo {
+    std::string host;
     tarnel::Version version;
     std::uint32_t aircraftId = 0;
     double roundTripMs = 0.0;
@@ -41,6 +42,7 @@ struct ServerInfo {
 ServerInfo ask(const GlobalOptions& globals) {
     ServerInfo info;
     tarnel::Client client(globals.ForClient());
+    info.host = client.host();
     info.version = client.version();
     info.aircraftId = client.define({}).aircraftId;
     std::vector<double> times;
@@ -55,7 +57,7 @@ ServerInfo ask(const GlobalOptions& globals) {
 
 Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
     const bool isLoaded = info.aircraftId != 0;
-    return {{"host", globals.host},
+    return {{"host", info.host},
             {"port", globals.port},
             {"version", fmt::format("{}", fmt::join(info.version.parts, "."))},
             {"revision", info.version.revision},
@@ -67,7 +69,7 @@ Record recordOf(const GlobalOptions& globals, const ServerInfo& info) {
 std::vector<std::string> linesOf(const GlobalOptions& globals, const ServerInfo& info) {
     const std::string aircraft =
         info.aircraftId != 0 ? "loaded, id " + aircraftText(info.aircraftId) : "none loaded";
-    return {fmt::format("{:<12}{}:{}", "server", globals.host, globals.port),
+    return {fmt::format("{:<12}{}:{}", "server", info.host, globals.port),
             fmt::format("{:<12}{}, revision {}", "version", fmt::join(info.version.parts, "."),
                         info.version.revision),
             fmt::format("{:<12}{}", "aircraft", aircraft),

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "orvane/Discovery.h"
 #include "orvane/Errors.h"
 #include "orvane/tarnel/Client.h"
 #include "tools/orvane/cli/Bounds.h"
@@ -57,8 +58,13 @@ struct Measurement {
 
 Measurement measure(const GlobalOptions& globals, double seconds) {
     Measurement result;
+    Options options = globals.ForClient();
+    if (options.host == kAnyHost) {
+        // Found here, so that the time to connect is that of the network.
+        options.host = tarnel::Client(options).host();
+    }
     const auto connecting = steady_clock::now();
-    tarnel::Client client(globals.ForClient());
+    tarnel::Client client(options);
     result.connect = steady_clock::now() - connecting;
     // The first answer also waits for the server to accept the connection.
     client.version();

@@ -168,11 +168,11 @@ private:
 
     void draw() {
         const std::string state = lostBecause.empty() ? "" : "   (" + lostBecause + ")";
-        screen->Draw(
-            table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}", printable(globals.host),
-                                    globals.port, pace.Elapsed(), readings, state),
-                        terminal, options.firstRow),
-            steady_clock::now());
+        screen->Draw(table.Lines(fmt::format("{}:{}   {:.1f} s   {} readings{}",
+                                             printable(client.Client().host()), globals.port,
+                                             pace.Elapsed(), readings, state),
+                                 terminal, options.firstRow),
+                     steady_clock::now());
     }
 
     void lost(const std::string& reason) {

@@ -1,0 +1,46 @@
+#include <future>
+#include <string>
+#include <vector>
+
+#include "e2e/EndToEndTest.h"
+#include "orvane/Discovery.h"
+#include "orvane/velmar/Client.h"
+#include "support/PrivateNetwork.h"
+
+namespace {
+
+using namespace orvane;
+
+// A simulator that announces itself.
+class HeardSimulatorTest : public EndToEndTest {
+protected:
+    void SetUp() override {
+        if (!isNetworkPrivate()) {
+            GTEST_SKIP() << "this system permits no network namespace: nothing may be sent";
+        }
+        start();
+    }
+
+    void start() {
+        simulator = std::make_unique<SimulatorProcess>(
+            std::vector<std::string>{"--beacon", "--datarefs", "DataRefs.txt", "--hz", "200"});
+        simulator->Ask("run");
+    }
+};
+
+TEST_F(HeardSimulatorTest, IsFoundAndFoundAgainAfterItsRestart) {
+    Options options;
+    options.host = kAnyHost;
+    options.timeout = std::chrono::milliseconds(20'000);
+    velmar::Client client(options);
+    EXPECT_EQ(client.host(), "127.0.0.1");
+    client.registerDataref({"test/int", velmar::Type::Int});
+    simulator->Ask("set test/int 7");
+    EXPECT_EQ(client.read("test/int"), velmar::Value(7));
+    simulator.reset();
+    auto read = std::async(std::launch::async, [&] { return client.read("test/int"); });
+    start();
+    EXPECT_EQ(read.get(), velmar::Value(0));
+}
+
+} // namespace
