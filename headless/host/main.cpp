@@ -18,11 +18,11 @@
 #include "headless/host/PluginFinder.h"
 #include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
+#include "headless/lists/TextLines.h"
 #include "headless/program/CommandLine.h"
 #include "headless/prompt/ConsoleInput.h"
 #include "headless/recording/Recordings.h"
 #include "headless/scenario/ScriptedFlight.h"
-#include "headless/world/TextLines.h"
 #include "headless/xplm/FunctionTable.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "headless/lists/TextLines.h"
 #include "headless/recording/Track.h"
-#include "headless/world/TextLines.h"
 
 namespace headless {
 

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <utility>
 
-#include "headless/world/TextLines.h"
+#include "headless/lists/TextLines.h"
 
 namespace headless {
 

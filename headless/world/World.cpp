@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "headless/lists/CommandsFile.h"
+#include "headless/lists/DatarefsFile.h"
 #include "headless/world/CommandEffects.h"
-#include "headless/world/CommandsFile.h"
-#include "headless/world/DatarefsFile.h"
 #include "headless/world/DefaultWorld.h"
 #include "headless/xplm/planes/Aircraft.h"
 #include "headless/xplm/scenery/Terrain.h"

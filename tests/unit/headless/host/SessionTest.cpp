@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "headless/host/Session.h"
-#include "headless/world/TextLines.h"
+#include "headless/lists/TextLines.h"
 #include "support/TemporaryDirectory.h"
 
 using headless::Command;

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "headless/lists/TextLines.h"
 #include "headless/recording/CsvTrack.h"
-#include "headless/world/TextLines.h"
 
 using headless::parseCsv;
 using headless::TextFileError;

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "headless/lists/TextLines.h"
 #include "headless/recording/FdrTrack.h"
-#include "headless/world/TextLines.h"
 
 using headless::parseFdr;
 using headless::TextFileError;

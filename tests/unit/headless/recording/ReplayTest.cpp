@@ -4,12 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "headless/lists/TextLines.h"
 #include "headless/recording/CsvTrack.h"
 #include "headless/recording/FdrTrack.h"
 #include "headless/recording/Recorder.h"
 #include "headless/recording/Replay.h"
 #include "headless/recording/Track.h"
-#include "headless/world/TextLines.h"
 #include "scenario/FlightTest.h"
 
 using headless::parseCsv;

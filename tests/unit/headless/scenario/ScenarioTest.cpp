@@ -4,10 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "headless/lists/TextLines.h"
 #include "headless/scenario/JunitReport.h"
 #include "headless/scenario/Scenario.h"
 #include "headless/scenario/ScenarioRun.h"
-#include "headless/world/TextLines.h"
 #include "scenario/FlightTest.h"
 
 using headless::JunitReport;

@@ -1,4 +1,4 @@
-#include "headless/world/DatarefsFile.h"
+#include "headless/lists/DatarefsFile.h"
 
 #include <array>
 #include <charconv>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "headless/world/TextLines.h"
+#include "headless/lists/TextLines.h"
 
 namespace headless {
 

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "headless/world/CommandsFile.h"
-#include "headless/world/TextLines.h"
+#include "headless/lists/CommandsFile.h"
+#include "headless/lists/TextLines.h"
 #include "support/TemporaryDirectory.h"
 
 using headless::CommandDefinition;

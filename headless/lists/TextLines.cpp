@@ -1,4 +1,4 @@
-#include "headless/world/TextLines.h"
+#include "headless/lists/TextLines.h"
 
 #include <cerrno>
 #include <cstring>

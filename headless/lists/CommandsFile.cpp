@@ -1,8 +1,8 @@
-#include "headless/world/CommandsFile.h"
+#include "headless/lists/CommandsFile.h"
 
 #include <stdexcept>
 
-#include "headless/world/TextLines.h"
+#include "headless/lists/TextLines.h"
 
 namespace headless {
 

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "headless/world/DatarefsFile.h"
-#include "headless/world/TextLines.h"
+#include "headless/lists/DatarefsFile.h"
+#include "headless/lists/TextLines.h"
 #include "support/TemporaryDirectory.h"
 
 using headless::DatarefDefinition;
