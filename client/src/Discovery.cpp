@@ -72,11 +72,11 @@ std::unique_ptr<Connection> tryWhatIsHeard(Options& options, std::chrono::millis
 } // namespace
 
 std::unique_ptr<Connection> connectToHeard(Options& options, std::chrono::milliseconds listenTime) {
-    options.host = kAnyHost;
+    const std::string before = std::exchange(options.host, kAnyHost);
     try {
         return tryWhatIsHeard(options, listenTime);
     } catch (...) {
-        options.host = kAnyHost;
+        options.host = before;
         throw;
     }
 }

@@ -158,6 +158,13 @@ TEST_F(DiscoveryTest, SaysWhereItTriedInVain) {
     EXPECT_EQ(options.host, "auto");
 }
 
+TEST_F(DiscoveryTest, AClientKeepsTheAddressWhereItsCommandsMayBeHeld) {
+    Options options = optionsOn(1);
+    options.host = "127.0.0.7";
+    EXPECT_THROW(detail::connectToHeard(options, milliseconds(1)), ConnectError);
+    EXPECT_EQ(options.host, "127.0.0.7");
+}
+
 TEST_F(DiscoveryTest, CanBeCancelled) {
     Options options = optionsOn(1);
     options.cancelled = [] { return true; };
