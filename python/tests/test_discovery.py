@@ -2,6 +2,7 @@
 
 import asyncio
 import socket
+from dataclasses import replace
 from typing import Any, List
 
 import pytest
@@ -11,6 +12,7 @@ from test_tarnel_session import VERSION, Client
 
 from orvane import (
     ANY_HOST,
+    Backoff,
     CancelledError,
     ConnectError,
     HeardSimulator,
@@ -123,6 +125,17 @@ def test_a_reconnection_first_tries_the_address_that_it_had_and_then_listens_aga
     server.run(client.session.reconnect())
     server.run(client.session.version())
     assert [host for host, _ in server.places] == ["192.0.2.7"] * 3 + ["192.0.2.8"]
+
+
+def test_a_client_keeps_the_address_where_its_commands_may_be_held() -> None:
+    refused = ConnectionRefusedError(111, "")
+    server = ScriptedServer([], refused)
+    server.heard = [AT_7 + BEACON]
+    client = connected(server)
+    client.session.link.options = replace(client.session.link.options, backoff=Backoff(within=0))
+    with pytest.raises(ConnectError, match="auto:48000: connecting: no simulator was heard"):
+        server.run(client.session.reconnect())
+    assert client.session.link.host == "192.0.2.7"
 
 
 @pytest.fixture

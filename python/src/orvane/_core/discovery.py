@@ -122,12 +122,17 @@ def connect_anywhere(connection: Connection, listen_time: float = LISTEN_TIME) -
     if not connection.is_sought:
         yield from connection.connect()
         return
-    if connection.host != ANY_HOST:
+    before = connection.host
+    if before != ANY_HOST:
         try:
             return (yield from connection.connect())
         except (ConnectError, TimeoutError):
             connection.host = ANY_HOST
-    yield from _stopping_to_hear(_connect_to_heard(connection, listen_time))
+    try:
+        yield from _stopping_to_hear(_connect_to_heard(connection, listen_time))
+    except BaseException:
+        connection.host = before
+        raise
 
 
 def _connect_to_heard(connection: Connection, listen_time: float) -> Plan[None]:
