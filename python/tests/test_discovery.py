@@ -169,4 +169,8 @@ def test_a_client_finds_the_simulator_that_is_heard(connect: Make, simulator: Si
 @pytest.mark.parametrize("listed", [discover, discover_in_asyncio])
 def test_a_simulator_that_is_heard_is_listed(listed: Any, simulator: Simulator) -> None:
     heard = HeardSimulator("127.0.0.1", socket.gethostname(), 121400, SimulatorRole.MASTER, True)
-    assert listed(listen_time=1.5) == [heard]
+    # Beacons come once a second, on a busy machine later.
+    found: List[HeardSimulator] = []
+    for _ in range(20):
+        found = found or listed(listen_time=1.0)
+    assert found == [heard]

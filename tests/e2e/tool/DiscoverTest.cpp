@@ -20,6 +20,16 @@ protected:
         simulator->Ask("run");
     }
 
+    // Listens for a second at a time, until a simulator is heard.
+    static ToolResult discover(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"discover", "-T", "1"});
+        ToolResult result;
+        for (int tries = 0; tries < 20 && result.out.empty(); ++tries) {
+            result = runTool(arguments);
+        }
+        return result;
+    }
+
     static std::string computer() {
         std::array<char, 256> name{};
         ::gethostname(name.data(), name.size() - 1);
@@ -27,16 +37,13 @@ protected:
     }
 };
 
-// Long enough for one beacon.
-constexpr const char* kSeconds = "1.5";
-
 TEST_F(DiscoverTest, ListsWhatIsHeard) {
-    const ToolResult result = runTool({"discover", "-T", kSeconds});
+    const ToolResult result = discover({});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.out,
               "127.0.0.1        " + computer() + "  master  version 121400  port 48000 answers\n");
-    EXPECT_EQ(runTool({"discover", "-T", kSeconds, "--json", "--port", "48001"}).out,
+    EXPECT_EQ(discover({"--json", "--port", "48001"}).out,
               "{\"address\":\"127.0.0.1\",\"computer\":\"" + computer() +
                   "\",\"version\":121400,\"role\":\"master\",\"plugin\":false}\n");
 }
