@@ -1,32 +1,12 @@
 #include <future>
-#include <string>
-#include <vector>
 
-#include "e2e/EndToEndTest.h"
+#include "e2e/HeardSimulatorTest.h"
 #include "orvane/Discovery.h"
 #include "orvane/velmar/Client.h"
-#include "support/PrivateNetwork.h"
 
 namespace {
 
 using namespace orvane;
-
-// A simulator that announces itself.
-class HeardSimulatorTest : public EndToEndTest {
-protected:
-    void SetUp() override {
-        if (!isNetworkPrivate()) {
-            GTEST_SKIP() << "this system permits no network namespace: nothing may be sent";
-        }
-        start();
-    }
-
-    void start() {
-        simulator = std::make_unique<SimulatorProcess>(
-            std::vector<std::string>{"--beacon", "--datarefs", "DataRefs.txt", "--hz", "200"});
-        simulator->Ask("run");
-    }
-};
 
 TEST_F(HeardSimulatorTest, IsFoundAndFoundAgainAfterItsRestart) {
     Options options;

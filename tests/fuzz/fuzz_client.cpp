@@ -1,11 +1,12 @@
-// The client library's decoders: whatever a server sends, a decoder returns what was declared or
-// reports an unexpected answer, and never reads beyond the end.
+// The client library's decoders: whatever a server or a beacon sends, a decoder returns what was
+// declared or reports an unexpected answer, and never reads beyond the end.
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <span>
 
+#include "Beacon.h"
 #include "ByteReader.h"
 #include "UnexpectedAnswer.h"
 #include "tarnel/Wire.h"
@@ -108,6 +109,12 @@ void decodeVelmar(Input input) {
     reader.expectEnd();
 }
 
+void decodeBeacon(Input input) {
+    if (const auto simulator = orvane::detail::parseBeacon(input)) {
+        require(simulator->computer.size() <= 500, "a computer's name is too long");
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -121,6 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             decodeVelmar(input);
             break;
         default:
+            decodeBeacon(input);
             tarnel::wire::readVersion(input);
         }
     } catch (const UnexpectedAnswer&) {

@@ -2,24 +2,13 @@
 
 #include <array>
 
-#include "e2e/EndToEndTest.h"
+#include "e2e/HeardSimulatorTest.h"
 #include "e2e/ToolRun.h"
-#include "support/PrivateNetwork.h"
 
 namespace {
 
-// A simulator that announces itself.
-class DiscoverTest : public EndToEndTest {
+class DiscoverTest : public HeardSimulatorTest {
 protected:
-    void SetUp() override {
-        if (!isNetworkPrivate()) {
-            GTEST_SKIP() << "this system permits no network namespace: nothing may be sent";
-        }
-        simulator = std::make_unique<SimulatorProcess>(
-            std::vector<std::string>{"--beacon", "--datarefs", "DataRefs.txt", "--hz", "200"});
-        simulator->Ask("run");
-    }
-
     // Listens for a second at a time, until a simulator is heard.
     static ToolResult discover(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"discover", "-T", "1"});
