@@ -109,7 +109,7 @@ void PluginCheck::sortName(const std::string& name, const std::vector<void*>& li
 }
 
 std::vector<void*> PluginCheck::openLibraries(const PluginFile& file) {
-    // They may need it.
+    // The libraries may need it to be opened.
     provideOpenGl(file);
     std::vector<void*> libraries;
     for (const std::string& name : file.Needed()) {

@@ -66,6 +66,15 @@ std::vector<std::string> librariesInRunPath(const PluginFile& file) {
     return paths;
 }
 
+// The loader passes over libraries for other computers, too.
+void addIfUsable(std::vector<PluginFile>& files, const std::string& path) {
+    try {
+        files.emplace_back(path);
+    } catch (const PluginError&) {
+        return;
+    }
+}
+
 } // namespace
 
 PluginFile::PluginFile(const std::string& pluginPath)
@@ -189,7 +198,7 @@ std::vector<PluginFile> withOwnLibraries(const PluginFile& plugin) {
     for (std::size_t i = 0; i < files.size(); ++i) {
         for (const std::string& path : librariesInRunPath(files[i])) {
             if (seen.insert(path).second) {
-                files.emplace_back(path);
+                addIfUsable(files, path);
             }
         }
     }
