@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "headless/host/Console.h"
+#include "headless/program/Console.h"
 #include "support/TemporaryDirectory.h"
 
 using headless::Console;

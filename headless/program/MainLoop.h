@@ -3,12 +3,12 @@
 #include <functional>
 #include <utility>
 
-#include "headless/host/Console.h"
-#include "headless/host/FramePacer.h"
 #include "headless/host/ILineSource.h"
 #include "headless/host/Session.h"
-#include "headless/host/StatsReporter.h"
 #include "headless/host/StopSignal.h"
+#include "headless/program/Console.h"
+#include "headless/program/FramePacer.h"
+#include "headless/program/StatsReporter.h"
 #include "headless/scenario/Flight.h"
 
 namespace headless {

@@ -1,4 +1,4 @@
-#include "headless/host/Beacon.h"
+#include "headless/program/Beacon.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -1,4 +1,4 @@
-#include "headless/host/Console.h"
+#include "headless/program/Console.h"
 
 #include <exception>
 

@@ -1,4 +1,4 @@
-#include "headless/host/SystemOption.h"
+#include "headless/program/SystemOption.h"
 
 #include <filesystem>
 #include <utility>

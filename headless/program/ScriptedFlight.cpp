@@ -1,4 +1,4 @@
-#include "headless/scenario/ScriptedFlight.h"
+#include "headless/program/ScriptedFlight.h"
 
 #include <iostream>
 

@@ -1,4 +1,4 @@
-#include "headless/host/CountingProcess.h"
+#include "headless/program/CountingProcess.h"
 
 #include <dlfcn.h>
 #include <unistd.h>

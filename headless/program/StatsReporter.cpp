@@ -1,4 +1,4 @@
-#include "headless/host/StatsReporter.h"
+#include "headless/program/StatsReporter.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "headless/host/MainLoop.h"
+#include "headless/program/MainLoop.h"
 
 #include <poll.h>
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "headless/host/FramePacer.h"
+#include "headless/program/FramePacer.h"
 
 using headless::FramePacer;
 using Clock = std::chrono::steady_clock;

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "headless/host/MainLoop.h"
 #include "headless/host/SessionOptions.h"
+#include "headless/program/MainLoop.h"
 #include "headless/scenario/JunitReport.h"
 #include "headless/scenario/Scenario.h"
 

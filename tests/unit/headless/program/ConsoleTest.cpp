@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "headless/host/Console.h"
+#include "headless/program/Console.h"
 #include "scenario/FlightTest.h"
 
 using headless::Console;

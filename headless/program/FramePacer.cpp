@@ -1,4 +1,4 @@
-#include "headless/host/FramePacer.h"
+#include "headless/program/FramePacer.h"
 
 namespace headless {
 

@@ -10,19 +10,19 @@
 
 #include <CLI/CLI.hpp>
 
-#include "headless/host/Beacon.h"
-#include "headless/host/CountingProcess.h"
 #include "headless/host/CrashReport.h"
-#include "headless/host/MainLoop.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginFinder.h"
-#include "headless/host/SystemOption.h"
 #include "headless/host/Watchdog.h"
 #include "headless/lists/TextLines.h"
+#include "headless/program/Beacon.h"
 #include "headless/program/CommandLine.h"
+#include "headless/program/CountingProcess.h"
+#include "headless/program/MainLoop.h"
+#include "headless/program/ScriptedFlight.h"
+#include "headless/program/SystemOption.h"
 #include "headless/prompt/ConsoleInput.h"
 #include "headless/recording/Recordings.h"
-#include "headless/scenario/ScriptedFlight.h"
 #include "headless/xplm/FunctionTable.h"
 
 namespace {
