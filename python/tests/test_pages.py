@@ -36,7 +36,7 @@ OTHER_TESTS = [
     OtherTest("docs/client.md", "cmake", "", "tests/consumer/InstallAndBuild.cmake"),
     OtherTest("docs/client.md", "text", "127.0.0.1:", "tests/unit/client/VelmarLossTest.cpp"),
     OtherTest("docs/configuration.md", "text", "", "tests/e2e/DocumentedConfigurationTest.cpp"),
-    OtherTest("docs/headless.md", "", "", "tests/unit/headless/host/HeadlessPageTest.cpp"),
+    OtherTest("docs/headless.md", "", "", "tests/unit/headless/program/HeadlessPageTest.cpp"),
     OtherTest("docs/orvane.md", "", "tshark ", "tests/e2e/dissector/LookAtACaptureTest.cpp"),
     OtherTest("docs/orvane.md", "", "$ orvane discover", "tests/e2e/tool/DiscoverTest.cpp"),
     OtherTest("docs/orvane.md", "", "$ orvane plugin status", "tests/e2e/tool/PluginTest.cpp"),
