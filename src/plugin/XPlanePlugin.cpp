@@ -16,19 +16,17 @@
 
 namespace {
 
-// From the project's version in CMake.
-constexpr int kVersionMajor = ORVANE_VERSION_MAJOR;
-constexpr int kVersionMinor = ORVANE_VERSION_MINOR;
-constexpr int kVersionPatch = ORVANE_VERSION_PATCH;
-constexpr int kSimulatorGeneration = 10;
-
+// The version is the project's in CMake.
+constexpr const char* kName = "XPlaneTCPOrvaneLin v" ORVANE_VERSION;
+// Tools find the version in the file by this text, without loading it. The simulator gets a pointer
+// to it, so it is whole there; a compiler may cut up a text that is copied.
+constexpr const char* kMenuText = "XPlane10Orvane v" ORVANE_VERSION;
 constexpr const char* kSignature = "kyr.flight.xplaneorvane.plugin";
 constexpr const char* kDescription =
     "Reads and writes X-Plane datarefs from external programs using TCP sockets.";
 
 // The simulator's size for each of the three texts of a start.
 constexpr std::size_t kStartTextSize = 256;
-constexpr std::size_t kMenuTextSize = 100;
 
 // Counted in flight loops, as the minus sign says.
 constexpr float kFirstFlightLoop = -2.0F;
@@ -52,8 +50,7 @@ XPlanePlugin::XPlanePlugin(FlightLoopCallback flightLoopCallback, ICommandObserv
       loggingService(loggingService) {}
 
 int XPlanePlugin::XPluginStart(char* outName, char* outSignature, char* outDescription) {
-    std::snprintf(outName, kStartTextSize, "XPlaneTCPOrvaneLin v%d.%d.%d", kVersionMajor,
-                  kVersionMinor, kVersionPatch);
+    std::snprintf(outName, kStartTextSize, "%s", kName);
     std::snprintf(outSignature, kStartTextSize, "%s", kSignature);
     std::snprintf(outDescription, kStartTextSize, "%s", kDescription);
     appendMenuItem();
@@ -90,10 +87,7 @@ void XPlanePlugin::takeBackStart() {
 
 // Without a handler: the item only shows the version.
 void XPlanePlugin::appendMenuItem() {
-    char text[kMenuTextSize];
-    std::snprintf(text, sizeof(text), "XPlane%dOrvane v%d.%d.%d", kSimulatorGeneration,
-                  kVersionMajor, kVersionMinor, kVersionPatch);
-    XPLMAppendMenuItem(XPLMFindPluginsMenu(), text, nullptr, 1);
+    XPLMAppendMenuItem(XPLMFindPluginsMenu(), kMenuText, nullptr, 1);
 }
 
 void XPlanePlugin::registerFlightLoop() {
