@@ -12,13 +12,10 @@ constexpr std::size_t kNameBufferSize = 256;
 
 void reportShortName(ILoggingService* log, const char* className, std::uint8_t length,
                      unsigned long received) {
-    std::string message = "FATAL@";
-    message += className;
-    message += "::FromStream : tried to read string with ";
     // The line has the length as a raw byte; users search for it that way.
-    message += static_cast<char>(length);
-    message += " bytes, got " + std::to_string(received);
-    log->Log(LogLevelError, message);
+    log->Log(LogLevelError,
+             std::string("FATAL@") + className + "::FromStream : tried to read string with " +
+                 static_cast<char>(length) + " bytes, got " + std::to_string(received));
 }
 
 } // namespace
