@@ -70,6 +70,7 @@ void addDrive(Subcommands& subcommands);
 void addRecord(Subcommands& subcommands);
 void addReplay(Subcommands& subcommands);
 void addConfig(Subcommands& subcommands);
+void addPlugin(Subcommands& subcommands);
 void addHelp(Subcommands& subcommands);
 
 } // namespace orvane::tool

@@ -69,6 +69,7 @@ void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
     addRecord(subcommands);
     addReplay(subcommands);
     addConfig(subcommands);
+    addPlugin(subcommands);
     addHelp(subcommands);
 }
 

@@ -61,7 +61,7 @@ std::string valuesOf(const CLI::Option& option, const std::string& begin) {
         const bool isWord = std::none_of(each.begin(), each.end(), [](unsigned char letter) {
             return std::isupper(letter) != 0;
         });
-        if (each == "FILE") {
+        if (each == "FILE" || each == "FOLDER") {
             lines += ":files\n";
         } else if (isWord && each.starts_with(begin)) {
             lines += candidate(each, "");
