@@ -54,7 +54,7 @@ std::vector<fs::path> chosenToLookAt(const ChosenSimulators& chosen) {
 }
 
 std::vector<fs::path> chosenToChange(const ChosenSimulators& chosen) {
-    const std::vector<fs::path> folders = chosenToLookAt(chosen);
+    std::vector<fs::path> folders = chosenToLookAt(chosen);
     if (folders.empty()) {
         throw Failure(ExitCode::WrongUsage,
                       "no simulator is listed in ~/.x-plane: give its folder");

@@ -17,8 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a plugin's folder may have. The library comes first.
-constexpr std::array<const char*, 4> kOwnFiles{kPluginFile, "LICENSE", "README.md", "orvane.lua"};
+// What the folder of a plugin from us may have.
+constexpr std::array<const char*, 4> kOwnFiles{kPluginFile, "LICENSE.txt", "README.txt",
+                                               "orvane.lua"};
 constexpr const char* kSubfolder = "64";
 constexpr const char* kBesideSuffix = ".orvane-new";
 

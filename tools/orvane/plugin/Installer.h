@@ -45,7 +45,7 @@ public:
 private:
     void copy(const std::filesystem::path& from, const std::filesystem::path& to) const;
     bool remove(const std::filesystem::path& file) const;
-    void removeIfEmpty(const std::filesystem::path& folder) const;
+    void removeIfEmpty(const std::filesystem::path& place) const;
     FileSteps unknownFiles(const FileSteps& known) const;
 
     const std::filesystem::path simulator;

@@ -66,6 +66,9 @@ std::string whyNotSimulator(const fs::path& folder, SimulatorKind kind) {
 
 ListedSimulators listedSimulators(const fs::path& home) {
     ListedSimulators listed;
+    if (home.empty()) {
+        return listed;
+    }
     for (const char* const name : kLists) {
         const fs::path list = home / ".x-plane" / name;
         std::ifstream lines(list);

@@ -21,10 +21,10 @@ struct ListedSimulators {
 };
 
 // The simulators in the lists that X-Plane's installer keeps in a home folder. X-Plane 12 comes
-// first.
+// first. None without a home.
 ListedSimulators listedSimulators(const std::filesystem::path& home);
 
-// Of the user who runs the tool.
+// Of the user who runs the tool; empty if it is not known.
 std::filesystem::path homeFolder();
 
 } // namespace orvane::tool::plugin

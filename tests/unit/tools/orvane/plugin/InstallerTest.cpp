@@ -58,7 +58,7 @@ protected:
         fs::create_directories("sim/Resources/plugins");
         fs::create_directories("XPlaneOrvane/64");
         directory.Write("XPlaneOrvane/64/lin.xpl", kNew);
-        directory.Write("XPlaneOrvane/LICENSE", "licence");
+        directory.Write("XPlaneOrvane/LICENSE.txt", "licence");
         directory.Write("XPlaneOrvane/somebody.txt", "not the plugin's");
     }
 
@@ -75,7 +75,7 @@ protected:
 TEST_F(InstallerTest, CopiesThePluginsFilesAndKeepsTheConfiguration) {
     directory.Write(kSettings, "kyr/light float\n");
     const auto expected = ElementsAre("copied sim/Resources/plugins/XPlaneOrvane/64/lin.xpl",
-                                      "copied sim/Resources/plugins/XPlaneOrvane/LICENSE",
+                                      "copied sim/Resources/plugins/XPlaneOrvane/LICENSE.txt",
                                       "kept sim/Resources/plugins/xplaneorvane_datarefs.cfg");
     EXPECT_THAT(linesOf(dry.Install("XPlaneOrvane")), expected);
     EXPECT_FALSE(directory.Has(kPlugin));
@@ -115,7 +115,7 @@ TEST_F(InstallerTest, RemovesItsOwnFilesAndLeavesTheRest) {
     const auto expected =
         ElementsAre("removed sim/Resources/plugins/XPlaneOrvane/64/lin.xpl",
                     "removed sim/Resources/plugins/XPlaneOrvane/64/lin.xpl.orvane-new",
-                    "removed sim/Resources/plugins/XPlaneOrvane/LICENSE",
+                    "removed sim/Resources/plugins/XPlaneOrvane/LICENSE.txt",
                     "left sim/Resources/plugins/XPlaneOrvane/64/notes.txt",
                     "left sim/Resources/plugins/XPlaneOrvane/linked",
                     "kept sim/Resources/plugins/xplaneorvane_datarefs.cfg");
@@ -161,7 +161,7 @@ TEST_F(InstallerTest, FindsThePluginInTheFolderGivenOrInItsXPlaneOrvane) {
     EXPECT_EQ(findPluginToCopy("."), "./XPlaneOrvane");
     EXPECT_EQ(refusal([] { findPluginToCopy("sim"); }),
               "sim: neither it nor its folder XPlaneOrvane has the plugin, 64/lin.xpl");
-    EXPECT_EQ(pluginVersionOf("XPlaneOrvane/LICENSE"), std::nullopt);
+    EXPECT_EQ(pluginVersionOf("XPlaneOrvane/LICENSE.txt"), std::nullopt);
     EXPECT_EQ(pluginVersionOf("nothing"), std::nullopt);
 }
 
@@ -193,6 +193,7 @@ TEST_F(InstallerTest, ReadsTheListsOfTheSimulatorsInstaller) {
     EXPECT_THAT(listed.notes, ElementsAre(here + "/.x-plane/x-plane_install_11.txt: " + here +
                                           "/gone: there is no such folder; skipped"));
     EXPECT_THAT(listedSimulators(here + "/nobody").folders, IsEmpty());
+    EXPECT_THAT(listedSimulators("").folders, IsEmpty()) << "the lists are in the working folder";
 }
 
 } // namespace
