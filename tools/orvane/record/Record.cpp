@@ -12,7 +12,7 @@
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/DatarefArgument.h"
-#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/DatarefPoller.h"
 #include "tools/orvane/files/LineFile.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/record/Recording.h"
@@ -56,14 +56,15 @@ public:
     Recorder(const RecordOptions& options, const GlobalOptions& globals)
         : options(options),
           client(globals.ForClient()),
-          reader(client, parseDatarefArguments(options.names)) {}
+          poller(client, parseDatarefArguments(options.names), DatarefPoller::Types::Fixed) {}
 
     ExitCode Run() {
+        const DatarefReader& reader = poller.Datarefs();
         reader.ReportUnknown();
         if (!reader.Unknown().empty()) {
             return ExitCode::NotFoundOrRefused;
         }
-        reader.FindTypes();
+        poller.FindTypes();
         for (std::size_t i = 0; i < reader.Known().size(); ++i) {
             if (reader.IsZeroInEveryType(i)) {
                 tell(fmt::format("{}: 0 in every type, and recorded as {}", reader.Known()[i].name,
@@ -86,7 +87,7 @@ public:
 private:
     void begin() {
         file.emplace(options.output.path, options.output.Existing());
-        file->Append(recordingHeader(reader.Known()));
+        file->Append(recordingHeader(poller.Datarefs().Known()));
     }
 
     void recordRows() {
@@ -94,9 +95,9 @@ private:
         const Limits& limits = options.limits;
         while (rows < limits.MaxCount() && pace.Due() < limits.MaxSeconds() &&
                pace.WaitUntil(pace.Due())) {
-            const std::vector<velmar::Value> values = reader.Read();
+            poller.Poll();
             elapsed = pace.Elapsed();
-            file->Append(recordingRow(elapsed, values));
+            file->Append(recordingRow(elapsed, poller.Values()));
             ++rows;
             if (!file->IsTerminal() && status.IsDue()) {
                 status.Show(progressText(elapsed, rows, file->Bytes()));
@@ -111,7 +112,7 @@ private:
 
     const RecordOptions& options;
     velmar::Client client;
-    DatarefReader reader;
+    DatarefPoller poller;
     std::optional<LineFile> file;
     StatusLine status;
     std::uint64_t rows = 0;

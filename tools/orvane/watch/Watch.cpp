@@ -16,7 +16,7 @@
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/ReconnectingClient.h"
 #include "tools/orvane/cli/Subcommands.h"
-#include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/DatarefPoller.h"
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
@@ -33,7 +33,6 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr double kDefaultWatchInterval = 0.2;
-constexpr std::chrono::seconds kGuessInterval(1);
 constexpr std::size_t kLastRow = 1'000'000'000;
 
 constexpr Description kWatch{
@@ -73,8 +72,8 @@ public:
           records(globals.OutputFormat(), columns()),
           terminal(STDOUT_FILENO),
           client(globals, endOf(options.limits), [this](const std::string& line) { lost(line); }),
-          reader(client.Client(), arguments) {
-        reader.ReportUnknown();
+          poller(client.Client(), arguments, DatarefPoller::Types::Open) {
+        poller.Datarefs().ReportUnknown();
         if (!records.IsWanted() && terminal.IsTerminal()) {
             screen.emplace(terminal);
         }
@@ -84,10 +83,10 @@ public:
     }
 
     ExitCode Run() {
-        if (!reader.Unknown().empty()) {
+        if (!poller.Datarefs().Unknown().empty()) {
             return ExitCode::NotFoundOrRefused;
         }
-        client.Try([this] { reader.FindTypes(); });
+        client.Try([this] { poller.FindTypes(); });
         while (!client.IsOver() && readings < options.limits.MaxCount()) {
             if (client.Try([this] { read(); })) {
                 show();
@@ -109,11 +108,7 @@ private:
     }
 
     void read() {
-        if (steady_clock::now() - guessedAt >= kGuessInterval) {
-            reader.TryAnotherType();
-            guessedAt = steady_clock::now();
-        }
-        values = reader.Read();
+        poller.Poll();
         ++readings;
     }
 
@@ -122,7 +117,7 @@ private:
             send();
         }
         if (screen) {
-            table.See(shownDatarefs(), values, steady_clock::now());
+            table.See(shownDatarefs(), poller.Values(), steady_clock::now());
             if (screen->IsDue(steady_clock::now())) {
                 draw();
             }
@@ -134,7 +129,7 @@ private:
     }
 
     std::vector<DatarefArgument> shownDatarefs() const {
-        std::vector<DatarefArgument> datarefs = reader.Known();
+        std::vector<DatarefArgument> datarefs = poller.Datarefs().Known();
         for (DatarefArgument& dataref : datarefs) {
             dataref.name = printable(dataref.name);
             dataref.unit = printable(dataref.unit);
@@ -152,16 +147,18 @@ private:
 
     Record recordOf() const {
         Record record{{"time", toThreeDecimals(pace.Elapsed())}};
+        const std::vector<velmar::Value>& values = poller.Values();
         for (std::size_t i = 0; i < values.size(); ++i) {
-            record[reader.Known()[i].name] = valueJson(values[i]);
+            record[poller.Datarefs().Known()[i].name] = valueJson(values[i]);
         }
         return record;
     }
 
     std::string lineOf() const {
         std::string line = fmt::format("{:.3f}", pace.Elapsed());
+        const std::vector<velmar::Value>& values = poller.Values();
         for (std::size_t i = 0; i < values.size(); ++i) {
-            line += fmt::format(" {}={}", reader.Known()[i].text, valueText(values[i]));
+            line += fmt::format(" {}={}", poller.Datarefs().Known()[i].text, valueText(values[i]));
         }
         return line;
     }
@@ -193,11 +190,9 @@ private:
     const Terminal terminal;
     Pace pace{options.limits.interval};
     ReconnectingClient client;
-    DatarefReader reader;
+    DatarefPoller poller;
     WatchTable table;
-    std::vector<velmar::Value> values;
     std::uint64_t readings = 0;
-    steady_clock::time_point guessedAt = steady_clock::now();
     std::string lostBecause;
     std::string lastReported;
     std::optional<LiveScreen> screen;
