@@ -69,6 +69,7 @@ void addLatency(Subcommands& subcommands);
 void addDrive(Subcommands& subcommands);
 void addRecord(Subcommands& subcommands);
 void addReplay(Subcommands& subcommands);
+void addServe(Subcommands& subcommands);
 void addConfig(Subcommands& subcommands);
 void addPlugin(Subcommands& subcommands);
 void addHelp(Subcommands& subcommands);

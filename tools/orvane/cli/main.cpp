@@ -68,6 +68,7 @@ void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
     addDrive(subcommands);
     addRecord(subcommands);
     addReplay(subcommands);
+    addServe(subcommands);
     addConfig(subcommands);
     addPlugin(subcommands);
     addHelp(subcommands);

@@ -1,6 +1,9 @@
 #include "tools/orvane/set/AssignmentWriter.h"
 
+#include <nlohmann/json.hpp>
+
 #include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/ValueText.h"
 
 namespace orvane::tool {
 
@@ -71,6 +74,15 @@ std::vector<std::string> AssignmentWriter::registerAll(
     }
     client.registerDatarefs(datarefs);
     return names;
+}
+
+nlohmann::ordered_json recordOf(const AssignmentWriter::Outcome& outcome) {
+    const DatarefArgument& dataref = outcome.argument;
+    return {{"name", dataref.name},
+            {"type", typeText(*dataref.type, dataref.size)},
+            {"value", valueJson(outcome.written)},
+            {"reads", valueJson(outcome.reads)},
+            {"taken", outcome.isTaken}};
 }
 
 } // namespace orvane::tool

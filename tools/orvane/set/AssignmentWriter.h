@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/set/Assignment.h"
 
@@ -34,5 +36,8 @@ private:
     const std::vector<Assignment>& assignments;
     std::vector<Outcome> outcomes;
 };
+
+// Its name, type, value, what it reads, and whether it is taken.
+nlohmann::ordered_json recordOf(const AssignmentWriter::Outcome& outcome);
 
 } // namespace orvane::tool

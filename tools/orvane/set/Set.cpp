@@ -62,11 +62,7 @@ void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assign
 
 void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
     const DatarefArgument& dataref = outcome.argument;
-    records.Write({{"name", dataref.name},
-                   {"type", typeText(*dataref.type, dataref.size)},
-                   {"value", valueJson(outcome.written)},
-                   {"reads", valueJson(outcome.reads)},
-                   {"taken", outcome.isTaken}});
+    records.Write(recordOf(outcome));
     if (outcome.isTaken) {
         return;
     }

@@ -1,0 +1,278 @@
+"""The page of "orvane serve" in a real browser, with the real plugin in a real simulator.
+
+Everything is on loopback; scripts/test runs this in a network of its own. Nothing waits for a fixed
+time: each step waits for what it expects, up to a deadline.
+"""
+
+import os
+import re
+import signal
+import subprocess
+import time
+from pathlib import Path
+
+import pytest
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.by import By
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build" / "dev"))
+ARTEFACTS = BUILD / "page"
+DEADLINE = 60.0
+PITCH = "sim/cockpit2/controls/yoke_pitch_ratio"
+SPEED = "sim/flightmodel/position/indicated_airspeed"
+BRAKES = "sim/flight_controls/brakes_max"
+
+
+def wait_for(condition, what):
+    end = time.monotonic() + DEADLINE
+    while not (result := condition()):
+        assert time.monotonic() < end, f"waited for {what}"
+        time.sleep(0.02)
+    return result
+
+
+class Simulator:
+    """headless-sim with the plugin, in real time, and its console."""
+
+    def __init__(self, folder):
+        plugin = BUILD / "XPlaneOrvane" / "64" / "lin.xpl"
+        self.process = subprocess.Popen(
+            [BUILD / "bin" / "headless-sim", plugin, "--console", "--paused", "--hz", "60"],
+            cwd=folder,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
+        self.ask("aircraft load Page test aircraft")
+        self.ask("run")
+
+    def ask(self, statement):
+        self.process.stdin.write(statement + "\n")
+        self.process.stdin.flush()
+        return self.process.stdout.readline()
+
+    def presses(self, command):
+        """How often a command has begun and ended."""
+        events = self.ask("events " + command)
+        return tuple(int(re.search(rf" {kind}=(\d+)", events)[1]) for kind in ("begin", "end"))
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait(DEADLINE)
+
+
+class Tool:
+    """A run of orvane; serve prints the address of its page."""
+
+    def __init__(self, *arguments, cwd=None):
+        self.process = subprocess.Popen(
+            [BUILD / "bin" / "orvane", *arguments],
+            cwd=cwd,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
+
+    def address(self):
+        return self.process.stdout.readline().strip()
+
+    def stop(self):
+        self.process.send_signal(signal.SIGTERM)
+        self.process.wait(DEADLINE)
+        return self.process.returncode
+
+
+@pytest.fixture(name="folder")
+def fixture_folder(tmp_path):
+    (tmp_path / "Resources" / "plugins").mkdir(parents=True)
+    return tmp_path
+
+
+@pytest.fixture(name="simulator")
+def fixture_simulator(folder):
+    simulator = Simulator(folder)
+    yield simulator
+    simulator.stop()
+
+
+@pytest.fixture(name="browser", scope="module")
+def fixture_browser(tmp_path_factory):
+    ARTEFACTS.mkdir(parents=True, exist_ok=True)
+    options = webdriver.ChromeOptions()
+    options.binary_location = "/usr/bin/chromium"
+    for argument in (
+        "--headless=new",
+        "--no-sandbox",
+        "--disable-gpu",
+        "--disable-dev-shm-usage",
+        "--window-size=1100,900",
+        "--disable-background-networking",
+        f"--user-data-dir={tmp_path_factory.mktemp('chromium')}",
+    ):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    browser = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+    yield browser
+    browser.quit()
+
+
+@pytest.fixture(name="serve")
+def fixture_serve(folder):
+    tools = []
+
+    def start(*arguments):
+        tools.append(Tool("serve", *arguments, cwd=folder))
+        return tools[-1].address()
+
+    yield start
+    for tool in tools:
+        assert tool.stop() == 0
+
+
+@pytest.fixture(name="drive")
+def fixture_drive():
+    arguments = ("--input", "sine", "--period", "4", "--csv")
+    tool = Tool("drive", str(ROOT / "examples" / "profiles" / "yoke.toml"), *arguments)
+    yield tool
+    tool.process.stdout.close()
+    tool.process.terminate()
+    tool.process.wait(DEADLINE)
+
+
+class Page:
+    def __init__(self, browser, address):
+        self.browser = browser
+        browser.get("about:blank")
+        browser.get_log("browser")
+        browser.get(address)
+        wait_for(lambda: self.state() == "connected", "the connection")
+
+    def state(self):
+        return self.find("#state").get_attribute("data-state")
+
+    def find(self, selector):
+        return self.browser.find_element(By.CSS_SELECTOR, selector)
+
+    def value(self, name):
+        rows = self.browser.find_elements(By.CSS_SELECTOR, f'tr[data-name="{name}"] .value')
+        return rows[0].text if rows else ""
+
+    def wait_for_value(self, name, value):
+        wait_for(lambda: self.value(name) == value, f"{name} to be {value}")
+
+    def ink(self):
+        """A text that changes with what the first plot shows."""
+        return self.browser.execute_script(
+            "return document.querySelector('.plot canvas').toDataURL()"
+        )
+
+    def command(self, name, button):
+        return self.find(f'li[data-command="{name}"] .{button}')
+
+    def complaints(self):
+        """What the browser's console says, such as breaches of the policy of the page."""
+        return [entry["message"] for entry in self.browser.get_log("browser")]
+
+
+def test_shows_the_yoke_that_drive_moves(browser, simulator, serve, drive):
+    profile = str(ROOT / "examples" / "profiles" / "yoke.toml")
+    page = Page(browser, serve("--profile", profile))
+    seen = set()
+    wait_for(lambda: seen.add(page.value(PITCH)) or len(seen) > 5, "a moving yoke")
+    inks = set()
+    wait_for(lambda: inks.add(page.ink()) or len(inks) > 5, "a moving curve")
+    rows = browser.find_elements(By.CSS_SELECTOR, "#axes meter")
+    assert len(rows) == 2
+    page.find("#plots").send_keys("one for all")
+    browser.refresh()
+    wait_for(lambda: page.state() == "connected", "the bookmark")
+    assert page.find("#plots").get_attribute("value") == "one"
+    assert page.complaints() == []
+
+
+def test_sets_presses_holds_and_releases(browser, simulator, serve):
+    address = serve(PITCH + ":float", "test/none", "--command", BRAKES)
+    page = Page(browser, address)
+    wait_for(lambda: "test/none" in page.find("#note").text, "the missing name")
+    field = wait_for(
+        lambda: browser.find_elements(By.CSS_SELECTOR, f'tr[data-name="{PITCH}"] input[type=text]'),
+        "the field",
+    )[0]
+    field.send_keys("0.25\n")
+    page.wait_for_value(PITCH, "0.25")
+    assert simulator.ask("get " + PITCH).strip() == f"{PITCH} = 0.25"
+    page.command(BRAKES, "press").click()
+    wait_for(lambda: simulator.presses(BRAKES) == (1, 1), "the press")
+    actions = ActionChains(browser)
+    actions.click_and_hold(page.command(BRAKES, "hold")).perform()
+    wait_for(lambda: simulator.presses(BRAKES) == (2, 1), "the hold")
+    wait_for(lambda: page.command(BRAKES, "down").text == "down", "the bar")
+    actions.release().perform()
+    wait_for(lambda: simulator.presses(BRAKES) == (2, 2), "the release")
+    ActionChains(browser).click_and_hold(page.command(BRAKES, "hold")).perform()
+    wait_for(lambda: simulator.presses(BRAKES) == (3, 2), "the second hold")
+    browser.get("about:blank")
+    wait_for(lambda: simulator.presses(BRAKES) == (3, 3), "the release by closing")
+
+
+def test_adds_and_drops_names_and_keeps_them_in_the_address(browser, simulator, serve):
+    page = Page(browser, serve())
+    page.find("#add-name input").send_keys(SPEED + ":float@kt\n")
+    wait_for(lambda: page.value(SPEED) not in ("", "–"), "the value")
+    assert SPEED.replace("/", "%2F") in browser.current_url
+    page.find(f'tr[data-name="{SPEED}"] button[aria-label^=Drop]').click()
+    wait_for(lambda: page.value(SPEED) == "", "the row to go")
+    assert SPEED.replace("/", "%2F") not in browser.current_url
+
+
+def test_shows_a_gap_while_the_simulator_is_away(browser, folder, serve):
+    simulator = Simulator(folder)
+    page = Page(browser, serve(SPEED + ":float"))
+    wait_for(lambda: page.value(SPEED) not in ("", "–"), "a value")
+    simulator.stop()
+    wait_for(lambda: page.state() == "lost", "the loss")
+    wait_for(lambda: page.value(SPEED) == "–", "no value")
+    browser.save_screenshot(str(ARTEFACTS / "lost.png"))
+    simulator = Simulator(folder)
+    wait_for(lambda: page.state() == "connected", "the return")
+    wait_for(lambda: page.value(SPEED) not in ("", "–"), "the value after it")
+    browser.save_screenshot(str(ARTEFACTS / "gap.png"))
+    simulator.stop()
+
+
+def test_replays_a_recording(browser, folder, serve):
+    rows = "".join(f"{i / 20:.3f},{i / 10}\n" for i in range(41))
+    (folder / "flight.csv").write_text("time,test/a:float\n" + rows)
+    page = Page(browser, serve("--replay", "flight.csv"))
+    page.wait_for_value("test/a", "4")
+    wait_for(lambda: "over" in page.find("#state").text, "the end")
+
+
+def test_is_drawn_for_laptops_tablets_and_telephones(browser, simulator, serve, drive):
+    profile = str(ROOT / "examples" / "profiles" / "yoke.toml")
+    address = serve("--profile", profile) + "&span=10"
+    for name, width, height, scheme in (
+        ("light", 1100, 900, "light"),
+        ("dark", 1100, 900, "dark"),
+        ("narrow", 360, 900, "light"),
+    ):
+        browser.execute_cdp_cmd(
+            "Emulation.setDeviceMetricsOverride",
+            {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 500},
+        )
+        browser.execute_cdp_cmd(
+            "Emulation.setEmulatedMedia",
+            {"features": [{"name": "prefers-color-scheme", "value": scheme}]},
+        )
+        page = Page(browser, address)
+        wait_for(lambda: page.value(PITCH) not in ("", "–"), "a value")
+        wait_for(
+            lambda: float(browser.execute_script("return performance.now()")) > 4000, "a curve"
+        )
+        wide = "return document.documentElement.scrollWidth - innerWidth"
+        assert browser.execute_script(wide) <= 0, f"{name} is wider than its window"
+        browser.save_screenshot(str(ARTEFACTS / f"{name}.png"))
