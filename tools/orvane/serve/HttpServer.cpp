@@ -101,6 +101,11 @@ HttpServer::HttpServer(const std::string& address, std::uint16_t port)
     httplib::Server& server = library->server;
     server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
     server.set_tcp_nodelay(true);
+    // The library would let another program listen at the same port.
+    server.set_socket_options([](socket_t socket) {
+        const int yes = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    });
     server.set_keep_alive_max_count(1); // an idle connection would keep a thread
     server.set_read_timeout(kPatience);
     server.set_write_timeout(kPatience);

@@ -91,9 +91,13 @@ void Hub::layOut(Page& page) const {
         series += shown.count;
         page.shown.push_back(std::move(shown));
     }
-    if (const auto stream = page.stream.lock()) {
-        stream->Push(seriesEvent(page.shown, missing));
+    // The same again would only make the page draw everything anew.
+    const std::string event = seriesEvent(page.shown, missing);
+    const auto stream = page.stream.lock();
+    if (stream && event != page.series) {
+        stream->Push(event);
     }
+    page.series = event;
 }
 
 void Hub::Show(const std::vector<velmar::Value>& values, const std::vector<std::size_t>& changed) {

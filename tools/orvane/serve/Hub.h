@@ -48,6 +48,7 @@ private:
         std::weak_ptr<EventStream> stream;
         Wanted wanted;
         std::vector<ShownDataref> shown;
+        std::string series; // the event that it has got
         bool needsAll = false;
         double toldAt = 0;
     };

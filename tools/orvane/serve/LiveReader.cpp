@@ -19,6 +19,8 @@ constexpr double kShortestInterval = 1.0 / 60;
 // With nothing to read, a lost connection should still be noticed.
 constexpr double kIdleInterval = 0.25;
 constexpr double kSecondsBetweenTries = 1;
+// The simulator remembers a press until it is asked, and each question delays the values.
+constexpr std::uint64_t kReadingsPerPoll = 3;
 
 } // namespace
 
@@ -76,10 +78,10 @@ void LiveReader::step() {
         takeUnion();
     }
     read();
-    const std::vector<velmar::CommandReport> reports =
-        commands.empty() ? std::vector<velmar::CommandReport>() : client->Client().pollPresses();
-    for (const CommandEvent& event : events.Take(reports)) {
-        hub.Report(event);
+    if (!commands.empty() && ++readings % kReadingsPerPoll == 0) {
+        for (const CommandEvent& event : events.Take(client->Client().pollPresses())) {
+            hub.Report(event);
+        }
     }
 }
 

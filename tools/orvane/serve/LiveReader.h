@@ -45,6 +45,7 @@ private:
     std::vector<std::string> commands;
     std::vector<std::string> missing;
     CommandEvents events;
+    std::uint64_t readings = 0;
     std::vector<Type> types; // that the hub knows
 };
 

@@ -147,7 +147,7 @@ function follow() {
   $('pause').textContent = 'Pause';
 }
 
-const visible = () => window_ ?? [now() - view.span, now()];
+const visible = (at = now()) => window_ ?? [at - view.span, at];
 
 function sharedRange(all) {
   let least = Infinity;
@@ -179,14 +179,15 @@ function rowsOf(plot, from, to) {
 }
 
 function draw() {
-  const [from, to] = visible();
+  const at = now();
+  const [from, to] = visible(at);
   const shown = plots.filter((plot) => plot.isVisible);
   const rows = shown.map((plot) => rowsOf(plot, from, to));
   const range = view.scale === 'shared' ? sharedRange(rows) : null;
   shown.forEach((plot, i) => {
     plot.commands = view.commands;
     const isNormalised = view.scale === 'own' && plot.series.length > 1;
-    plot.show(isNormalised ? scaledToOwn(rows[i]) : rows[i], from, to, now(), isNormalised ? [-0.05, 1.05] : range);
+    plot.show(isNormalised ? scaledToOwn(rows[i]) : rows[i], from, to, at, isNormalised ? [-0.05, 1.05] : range);
   });
 }
 
