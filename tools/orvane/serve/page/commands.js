@@ -1,5 +1,7 @@
 // The list of commands, with buttons to press and to hold them.
 
+import { nameNodes } from './texts.js';
+
 const make = (tag, properties = {}) => Object.assign(document.createElement(tag), properties);
 
 export class CommandList {
@@ -19,7 +21,8 @@ export class CommandList {
   add(command, index) {
     const item = make('li');
     item.dataset.command = command;
-    const name = make('span', { className: 'name', textContent: command });
+    const name = make('span', { className: 'name' });
+    name.append(...nameNodes(command));
     name.style.setProperty('--colour', `var(--c${(index + 3) % 8})`);
     const down = make('span', { className: 'down' });
     const press = make('button', { type: 'button', className: 'press', textContent: 'Press' });

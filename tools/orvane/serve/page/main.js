@@ -187,7 +187,7 @@ function draw() {
   shown.forEach((plot, i) => {
     plot.commands = view.commands;
     const isNormalised = view.scale === 'own' && plot.series.length > 1;
-    plot.show(isNormalised ? scaledToOwn(rows[i]) : rows[i], from, to, at, isNormalised ? [-0.05, 1.05] : range);
+    plot.show(isNormalised ? scaledToOwn(rows[i]) : rows[i], from, to, at, isNormalised ? [-0.05, 1.05] : range, !isNormalised);
   });
 }
 
@@ -285,7 +285,7 @@ function listen() {
       view[id] = id === 'span' ? Number($(id).value) : $(id).value;
       saveAddress();
       follow();
-      if (id === 'plots') {
+      if (id !== 'span') {
         makePlots();
       }
     };

@@ -2,6 +2,8 @@
 
 /* global Dygraph */
 
+import { nameNodes } from './texts.js';
+
 const laneHeight = 7;
 
 export const colourOf = (index) => getComputedStyle(document.documentElement).getPropertyValue(`--c${index % 8}`).trim();
@@ -48,7 +50,7 @@ export class Plot {
     const caption = document.createElement('figcaption');
     for (const each of series) {
       const label = document.createElement('span');
-      label.textContent = each.unit ? `${each.name} (${each.unit})` : each.name;
+      label.append(...nameNodes(each.name, each.unit));
       label.style.setProperty('--colour', `var(--c${each.index % 8})`);
       caption.append(label);
     }
@@ -76,10 +78,10 @@ export class Plot {
       underlayCallback: (context, area, graph) => this.under(context, area, graph),
       highlightCallback: (_event, time) => on.hover(time),
       unhighlightCallback: () => on.hover(null),
-      zoomCallback: (from, to) => (this.isUpdating ? undefined : on.window(from, to)),
-      drawCallback: (graph, isFirst) => {
+      drawCallback: (graph) => {
+        // Somebody has zoomed or moved it.
         const [from, to] = graph.xAxisRange();
-        if (!isFirst && !this.isUpdating) {
+        if (this.from !== undefined && (from !== this.from || to !== this.to)) {
           on.window(from, to);
         }
       },
@@ -91,12 +93,11 @@ export class Plot {
     return this.element.clientWidth;
   }
 
-  /** `range` is [low, high] or null for its own. */
-  show(rows, from, to, now, range) {
-    this.now = now;
-    this.isUpdating = true;
-    this.graph.updateOptions({ file: rows, dateWindow: [from, to], valueRange: range });
-    this.isUpdating = false;
+  /** `range` is [low, high] or null for its own; without a scale no numbers stand beside the curves. */
+  show(rows, from, to, now, range, hasScale) {
+    Object.assign(this, { now, from, to });
+    const labels = hasScale ? {} : { axes: { y: { axisLabelFormatter: () => '' } } };
+    this.graph.updateOptions({ file: rows, dateWindow: [from, to], valueRange: range, ...labels });
   }
 
   under(context, area, graph) {

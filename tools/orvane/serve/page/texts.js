@@ -8,6 +8,12 @@ export function numberText(number) {
   return Number.isInteger(number) ? String(number) : String(Number(number.toPrecision(6)));
 }
 
+/** A name as nodes that may break after each "/". */
+export function nameNodes(name, unit = '') {
+  const parts = `${name}${unit ? ` (${unit})` : ''}`.split(/(?<=[/])/);
+  return parts.flatMap((part) => [part, document.createElement('wbr')]);
+}
+
 const field = (text) => (/[",\n]/.test(text) ? `"${text.replaceAll('"', '""')}"` : text);
 
 /** Rows of [time, value, ...] as CSV; a gap is an empty field. */

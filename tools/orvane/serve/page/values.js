@@ -2,7 +2,7 @@
 // set them.
 
 import { statistics } from './history.js';
-import { numberText } from './texts.js';
+import { nameNodes, numberText } from './texts.js';
 
 const columns = ['Min', 'Max', 'Mean', 'Rate /s'];
 
@@ -28,7 +28,7 @@ export class ValueTable {
     const row = this.body.insertRow();
     row.dataset.name = series.name;
     const name = row.insertCell();
-    name.textContent = series.unit ? `${series.name} (${series.unit})` : series.name;
+    name.append(...nameNodes(series.name, series.unit));
     name.style.setProperty('--colour', `var(--c${series.index % 8})`);
     const value = row.insertCell();
     value.className = 'value';
@@ -45,7 +45,9 @@ export class ValueTable {
     const drop = make('button', { type: 'button', textContent: '×', title: `Drop ${series.argument}` });
     drop.setAttribute('aria-label', `Drop ${series.argument}`);
     drop.onclick = () => this.on.drop(series);
-    row.insertCell().append(drop);
+    const last = row.insertCell();
+    last.className = 'drop';
+    last.append(drop);
     this.rows.set(series.name, { value, figures, control, text: '' });
   }
 
