@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <utility>
@@ -52,7 +53,11 @@ void* takeRegion() {
     return nullptr;
 }
 
+// Called for every block that is freed: buffers begin at a page, and few other blocks do.
 bool giveRegionBack(void* block) {
+    if (reinterpret_cast<std::uintptr_t>(block) % kPageSize != 0) {
+        return false;
+    }
     for (Region& region : regions) {
         if (region.taken && region.address == block) {
             region.taken = false;
