@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -10,16 +11,22 @@ constexpr int kFramesPerRound = 2000;
 constexpr int kReports = 10;
 // A round for every shape that the clients' messages take.
 constexpr std::size_t kWarmRounds = 40;
+constexpr std::chrono::milliseconds kSceneryLoads(100);
+constexpr const char* kSceneryLoaded = "message 104 0";
 
 } // namespace
 
-Soak::Soak(std::chrono::seconds flownDuration) : duration(flownDuration), clients(simulator) {}
+Soak::Soak(const SoakLength& flownLength)
+    : length(flownLength), clients(simulator), library(simulator) {
+    if (length.withPython) {
+        python = std::make_unique<SoakPython>(simulator);
+    }
+}
 
 bool Soak::Run() {
     bool flat = true;
     for (int part = 1; part <= kReports; ++part) {
-        const auto end = begin + duration * part / kReports;
-        while (Clock::now() < end || round < kWarmRounds) {
+        while (flown() * kReports < part || round < kWarmRounds) {
             play();
         }
         flat = report() && flat;
@@ -30,12 +37,50 @@ bool Soak::Run() {
 }
 
 void Soak::play() {
+    disturb();
     changeAircraft();
     clients.Play(round);
+    library.Play(round);
+    if (python != nullptr) {
+        python->Play(round);
+    }
     order("command begin sim/flight_controls/flaps_down");
     simulator.Step(kFramesPerRound);
     order("command end sim/flight_controls/flaps_down");
     ++round;
+}
+
+// In every twentieth round each, so that all of them belong to the warm-up.
+void Soak::disturb() {
+    switch (round % 20) {
+    case 4:
+        clients.Storm();
+        break;
+    case 8:
+        loadScenery();
+        break;
+    case 12:
+        restart("reload");
+        break;
+    case 16:
+        order("stop");
+        restart("start");
+        break;
+    default:
+        break;
+    }
+}
+
+void Soak::loadScenery() {
+    std::this_thread::sleep_for(kSceneryLoads);
+    order(kSceneryLoaded);
+    simulator.Step();
+}
+
+// After a start, the plugin learns of the aircraft when the next one is loaded.
+void Soak::restart(const std::string& command) {
+    order(command);
+    clients.Reconnect();
 }
 
 void Soak::changeAircraft() {
@@ -54,7 +99,7 @@ void Soak::order(const std::string& command) {
 }
 
 bool Soak::report() {
-    const SoakFigures figures = SoakFigures::Of(simulator);
+    const SoakFigures figures = SoakFigures::Of(simulator, clients.Resets());
     if (!isWarm) {
         warm = figures;
         isWarm = true;
@@ -65,6 +110,13 @@ bool Soak::report() {
                 growth.empty() ? "" : "  GREW:", growth.c_str());
     std::fflush(stdout);
     return growth.empty();
+}
+
+double Soak::flown() {
+    if (length.frames == 0) {
+        return elapsed() / static_cast<double>(length.duration.count());
+    }
+    return static_cast<double>(simulator.AskNumber("frames")) / static_cast<double>(length.frames);
 }
 
 double Soak::elapsed() const {

@@ -1,5 +1,6 @@
 #include "soak/SoakClients.h"
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 
 namespace {
 
+constexpr std::size_t kStorm = 100;
 constexpr std::size_t kAircraftEntry = 12;
 constexpr std::size_t kNumberEntry = 12;
 constexpr std::size_t kCommandEntry = 9;
@@ -24,7 +26,36 @@ void expectSize(const Bytes& answer, std::size_t size) {
 
 } // namespace
 
-SoakClients::SoakClients(SimulatorProcess& flownSimulator) : simulator(flownSimulator) {}
+SoakClients::SoakClients(SimulatorProcess& flownSimulator) : simulator(flownSimulator) {
+    Reconnect();
+}
+
+void SoakClients::Reconnect() {
+    controls = std::make_unique<TestClient>();
+    panel = std::make_unique<TestClient>();
+    served += 2;
+}
+
+void SoakClients::Storm() {
+    std::vector<std::unique_ptr<TestClient>> clients;
+    while (clients.size() < kStorm) {
+        clients.push_back(std::make_unique<TestClient>());
+        clients.back()->Send(Bytes(clients.size() % 4, 0x11));
+        // The server accepts one in each.
+        simulator.Step();
+    }
+    TestClient last;
+    expectSize(last.Exchange(simulator, tarnelRequest(versionMessage())), 12);
+    for (std::size_t i = 0; i < clients.size(); i += 2) {
+        clients[i]->CloseWithReset();
+        ++resets;
+    }
+    clients.clear();
+    last.Close();
+    // The plugin sees all ends in one frame and cleans up in the next.
+    simulator.Step(2);
+    served += kStorm + 1;
+}
 
 void SoakClients::Play(std::size_t round) {
     redefine(round);
@@ -49,15 +80,15 @@ void SoakClients::redefine(std::size_t round) {
     std::vector<OutputRecord> outputs(count, {.id = 2, .name = kPitch, .type = RecordType::Float});
     outputs.push_back({.id = 3, .name = "kyr/soak_button", .type = RecordType::Command});
     const Bytes answer =
-        controls.Exchange(simulator, tarnelRequest(definitionsMessage({input}, outputs)));
+        controls->Exchange(simulator, tarnelRequest(definitionsMessage({input}, outputs)));
     expectSize(answer, count * kNumberEntry + kCommandEntry + kAircraftEntry);
 }
 
 // The value that an axis is moved to, and the button pressed, are seen in the next answer.
 void SoakClients::fly() {
     simulator.Ask("command once kyr/soak_button");
-    const Bytes before = controls.Exchange(simulator, tarnelRequest(dataMessage({{1, 65535}})));
-    const Bytes after = controls.Exchange(simulator, tarnelRequest(dataMessage({{1, 0}})));
+    const Bytes before = controls->Exchange(simulator, tarnelRequest(dataMessage({{1, 65535}})));
+    const Bytes after = controls->Exchange(simulator, tarnelRequest(dataMessage({{1, 0}})));
     const auto buttonOf = [](const Bytes& answer) {
         return answer.at(answer.size() - kAircraftEntry - 1);
     };
@@ -70,7 +101,7 @@ void SoakClients::fly() {
 }
 
 void SoakClients::registerAnew() {
-    const Bytes answer = panel.Exchange(
+    const Bytes answer = panel->Exchange(
         simulator,
         velmarRequest({registerDataref(7, 2, 0, "sim/time/zulu_time_sec"), readDataref(7),
                        registerCommand(9, "sim/flight_controls/flaps_down"), runCommand(9, 1),

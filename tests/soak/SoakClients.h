@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include "e2e/TestClient.h"
 #include "support/Bytes.h"
@@ -17,7 +18,15 @@ public:
     // One round: each client has its turn. The visitors are gone afterwards.
     void Play(std::size_t round);
 
+    // A hundred clients at once, which leave while they tell their protocol, half of them by a
+    // reset.
+    void Storm();
+    // After a restart of the plugin.
+    void Reconnect();
+
     std::size_t Served() const { return served; }
+    // By clients of storms.
+    std::size_t Resets() const { return resets; }
 
 private:
     void redefine(std::size_t round);
@@ -28,7 +37,8 @@ private:
     void visitAndVanish(std::size_t round);
 
     SimulatorProcess& simulator;
-    TestClient controls;
-    TestClient panel;
-    std::size_t served = 2;
+    std::unique_ptr<TestClient> controls;
+    std::unique_ptr<TestClient> panel;
+    std::size_t served = 0;
+    std::size_t resets = 0;
 };

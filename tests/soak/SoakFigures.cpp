@@ -11,11 +11,11 @@ constexpr long kPlayKilobytes = 512;
 
 } // namespace
 
-SoakFigures SoakFigures::Of(SimulatorProcess& simulator) {
+SoakFigures SoakFigures::Of(SimulatorProcess& simulator, std::size_t resets) {
     return {.residentKilobytes = simulator.AskNumber("rss"),
             .fileDescriptors = simulator.AskNumber("fds"),
             .commandHandlers = simulator.AskNumber("handlers"),
-            .logBytes = simulator.LogText().size()};
+            .logLines = simulator.LogLines().size() - resets};
 }
 
 std::string SoakFigures::GrowthSince(const SoakFigures& earlier) const {
@@ -29,7 +29,7 @@ std::string SoakFigures::GrowthSince(const SoakFigures& earlier) const {
     if (commandHandlers != earlier.commandHandlers) {
         growth << " command handlers";
     }
-    if (logBytes != earlier.logBytes) {
+    if (logLines != earlier.logLines) {
         growth << " log";
     }
     return growth.str();
@@ -38,6 +38,6 @@ std::string SoakFigures::GrowthSince(const SoakFigures& earlier) const {
 std::string SoakFigures::Text() const {
     std::ostringstream text;
     text << "rss " << residentKilobytes << " KB, fds " << fileDescriptors << ", handlers "
-         << commandHandlers << ", log " << logBytes << " bytes";
+         << commandHandlers << ", log " << logLines << " lines";
     return text.str();
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 
 class SimulatorProcess;
 
 // What must not grow in the simulator's process, however long it flies.
 struct SoakFigures {
-    static SoakFigures Of(SimulatorProcess& simulator);
+    // The plugin logs a line for each client that resets its connection while it may send.
+    static SoakFigures Of(SimulatorProcess& simulator, std::size_t resets);
 
     // Says what has grown since `earlier`; empty if nothing has.
     std::string GrowthSince(const SoakFigures& earlier) const;
@@ -16,5 +17,6 @@ struct SoakFigures {
     long residentKilobytes = 0;
     long fileDescriptors = 0;
     long commandHandlers = 0;
-    std::uintmax_t logBytes = 0;
+    // Beyond those of resets.
+    std::size_t logLines = 0;
 };
