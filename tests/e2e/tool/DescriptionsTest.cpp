@@ -36,7 +36,7 @@ std::string complete(const Words& words) {
 std::vector<Words> commandsBelow(const Words& command) {
     std::vector<Words> all;
     for (const std::string& name : firstFields(complete(joined(command, {""})))) {
-        if (name == ":files" || name.starts_with('-')) {
+        if (name == ":files" || name.starts_with('-') || name.ends_with('/')) {
             continue;
         }
         all.push_back(joined(command, {name}));

@@ -61,6 +61,7 @@ private:
 // Each function below adds one subcommand to the tool.
 void addInfo(Subcommands& subcommands);
 void addDiscover(Subcommands& subcommands);
+void addFind(Subcommands& subcommands);
 void addGet(Subcommands& subcommands);
 void addSet(Subcommands& subcommands);
 void addWatch(Subcommands& subcommands);

@@ -18,6 +18,7 @@
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/cli/UsageProblem.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/find/NameCompletions.h"
 #include "tools/orvane/help/Completions.h"
 #include "tools/orvane/help/ManPage.h"
 
@@ -60,6 +61,7 @@ void declare(CLI::App& app, GlobalOptions& globals, Work& work) {
     Subcommands subcommands(app, globals, work);
     addInfo(subcommands);
     addDiscover(subcommands);
+    addFind(subcommands);
     addGet(subcommands);
     addSet(subcommands);
     addWatch(subcommands);
@@ -87,7 +89,7 @@ ExitCode parseAndRun(int argc, char** argv) {
     // For the completion scripts and the build.
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (!words.empty() && words[0] == "__complete") {
-        return print(completionsOf(app, {words.begin() + 1, words.end()}));
+        return print(completionsOf(app, {words.begin() + 1, words.end()}, nameCompletions));
     }
     if (!words.empty() && words[0] == "__man") {
         return print(manPageOf(app, ORVANE_VERSION));

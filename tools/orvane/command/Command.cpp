@@ -170,7 +170,7 @@ ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
 }
 
 void declareNames(CLI::App& command, Names& names) {
-    command.add_option("NAME", names, "Names of commands")->required();
+    command.add_option("NAME", names, "Names of commands")->type_name("SIMCOMMAND")->required();
 }
 
 void addAction(Subcommands& commands, const Description& description, velmar::Action action) {

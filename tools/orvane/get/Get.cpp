@@ -79,7 +79,7 @@ ExitCode get(const GlobalOptions& globals, const Names& texts) {
 
 void addGet(Subcommands& subcommands) {
     const auto [command, names] = subcommands.Add<Names>(kGet, get);
-    command.add_option("NAME", names, "NAME[:TYPE][@UNIT]")->required();
+    command.add_option("NAME", names, "NAME[:TYPE][@UNIT]")->type_name("DATAREF")->required();
 }
 
 } // namespace orvane::tool

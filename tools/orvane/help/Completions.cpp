@@ -14,6 +14,7 @@ namespace orvane::tool {
 namespace {
 
 using Words = std::vector<std::string>;
+using OfferMore = std::function<std::string(const std::string&, const std::string&)>;
 
 // What the last word belongs to.
 struct Place {
@@ -55,7 +56,8 @@ std::string candidate(const std::string& word, const std::string& meaning) {
     return meaning.empty() ? word + "\n" : fmt::format("{}\t{}\n", word, meaning);
 }
 
-std::string valuesOf(const CLI::Option& option, const std::string& begin) {
+std::string valuesOf(const CLI::Option& option, const std::string& begin,
+                     const OfferMore& offerMore) {
     std::string lines;
     for (const std::string& each : CLI::detail::split(option.get_type_name(), '|')) {
         const bool isWord = std::none_of(each.begin(), each.end(), [](unsigned char letter) {
@@ -65,6 +67,8 @@ std::string valuesOf(const CLI::Option& option, const std::string& begin) {
             lines += ":files\n";
         } else if (isWord && each.starts_with(begin)) {
             lines += candidate(each, "");
+        } else if (!isWord && offerMore) {
+            lines += offerMore(each, begin);
         }
     }
     return lines;
@@ -72,12 +76,12 @@ std::string valuesOf(const CLI::Option& option, const std::string& begin) {
 
 } // namespace
 
-std::string completionsOf(const CLI::App& app, const Words& words) {
+std::string completionsOf(const CLI::App& app, const Words& words, const OfferMore& offerMore) {
     const std::string begin = words.empty() ? "" : words.back();
     const Place place =
         placeAfter(app, {words.begin(), words.empty() ? words.end() : words.end() - 1});
     if (place.option != nullptr) {
-        return valuesOf(*place.option, begin == "=" ? "" : begin);
+        return valuesOf(*place.option, begin == "=" ? "" : begin, offerMore);
     }
     std::string lines;
     const auto offer = [&](const std::string& word, const std::string& meaning) {
@@ -95,7 +99,7 @@ std::string completionsOf(const CLI::App& app, const Words& words) {
         offer(command->get_name(), command->get_description());
     }
     for (const CLI::Option* const argument : argumentsOf(*place.command)) {
-        lines += valuesOf(*argument, begin);
+        lines += valuesOf(*argument, begin, offerMore);
     }
     return lines;
 }

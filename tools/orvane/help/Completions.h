@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,10 @@ namespace orvane::tool {
 // One line per candidate, with a tab and its meaning, and ":files" where file names fit.
 //
 // The possible values of an option or argument are in its type name: "FILE|sine|square" means a
-// file or one of two words. Other words in capitals are only descriptions.
-std::string completionsOf(const CLI::App& app, const std::vector<std::string>& words);
+// file or one of two words. Other words in capitals are only descriptions; `offerMore`, if there is
+// one, is asked for the lines of each, with what has been typed.
+std::string completionsOf(
+    const CLI::App& app, const std::vector<std::string>& words,
+    const std::function<std::string(const std::string&, const std::string&)>& offerMore = {});
 
 } // namespace orvane::tool

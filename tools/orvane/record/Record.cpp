@@ -127,7 +127,9 @@ ExitCode record(const GlobalOptions& globals, const RecordOptions& options) {
 
 void addRecord(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<RecordOptions>(kRecord, record);
-    command.add_option("NAME", options.names, "What to record: NAME or NAME:TYPE")->required();
+    command.add_option("NAME", options.names, "What to record: NAME or NAME:TYPE")
+        ->type_name("DATAREF")
+        ->required();
     declareOutput(command, options.output, "The file; - for standard output")->required();
     declareRate(command, options.rate, "Rows per second; 20 if not given");
     declareEnds(command, options.limits, "rows");

@@ -93,7 +93,9 @@ ExitCode set(const GlobalOptions& globals, const Texts& texts) {
 
 void addSet(Subcommands& subcommands) {
     const auto [command, texts] = subcommands.Add<Texts>(kSet, set);
-    command.add_option("ASSIGNMENT", texts, "NAME[:TYPE]=VALUE")->required();
+    command.add_option("ASSIGNMENT", texts, "NAME[:TYPE]=VALUE")
+        ->type_name("DATAREF=VALUE")
+        ->required();
 }
 
 } // namespace orvane::tool

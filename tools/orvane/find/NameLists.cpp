@@ -1,0 +1,72 @@
+#include "tools/orvane/find/NameLists.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "headless/lists/CommandsFile.h"
+#include "headless/lists/DatarefsFile.h"
+#include "tools/orvane/simulators/InstallLists.h"
+
+namespace orvane::tool {
+
+namespace {
+
+std::string ifThere(const std::filesystem::path& file) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(file, ignored) ? file.string() : "";
+}
+
+std::string typeOf(const headless::DatarefDefinition& dataref) {
+    if ((dataref.types & xplmType_Double) != 0) {
+        return "double";
+    }
+    const std::string size = "[" + std::to_string(dataref.elements) + "]";
+    switch (dataref.types) {
+    case xplmType_Int:
+        return "int";
+    case xplmType_Float:
+        return "float";
+    case xplmType_IntArray:
+        return "int" + size;
+    case xplmType_FloatArray:
+        return "float" + size;
+    default:
+        return "byte" + size;
+    }
+}
+
+} // namespace
+
+ListFiles installedLists() {
+    const char* const home = std::getenv("HOME");
+    for (const auto& simulator : InstalledSimulators(home != nullptr ? home : "")) {
+        const auto folder = simulator / "Resources" / "plugins";
+        const ListFiles files{ifThere(folder / "DataRefs.txt"), ifThere(folder / "Commands.txt")};
+        if (!files.IsEmpty()) {
+            return files;
+        }
+    }
+    return {};
+}
+
+NameLists NameLists::Read(const ListFiles& files) {
+    NameLists lists;
+    if (!files.datarefs.empty()) {
+        auto file = headless::DatarefsFile::Read(files.datarefs);
+        for (headless::DatarefDefinition& each : file.definitions) {
+            lists.datarefs.push_back({std::move(each.name), typeOf(each), each.elements,
+                                      each.writable, std::move(each.units),
+                                      std::move(each.description)});
+        }
+        lists.warnings = std::move(file.warnings);
+    }
+    if (!files.commands.empty()) {
+        for (headless::CommandDefinition& each : headless::readCommandsFile(files.commands)) {
+            lists.commands.push_back({std::move(each.name), std::move(each.description)});
+        }
+    }
+    return lists;
+}
+
+} // namespace orvane::tool
