@@ -64,7 +64,9 @@ def _parse(arguments: Optional[Sequence[str]]) -> argparse.Namespace:
         formatter_class=argparse.RawDescriptionHelpFormatter,
     )
     parser.add_argument("--version", action="version", version=orvane.__version__)
-    parser.add_argument("--host", default="127.0.0.1", help="where the simulator runs; 127.0.0.1")
+    parser.add_argument(
+        "--host", default="127.0.0.1", help="where the simulator runs, or auto; 127.0.0.1"
+    )
     parser.add_argument("--port", type=int, default=48000, help="48000")
     parser.add_argument("--timeout", type=float, default=2.0, help="seconds for each answer; 2")
     verbs = parser.add_subparsers(metavar="get|set|watch", required=True)
