@@ -40,7 +40,8 @@ int inputOf(const std::string& text) {
 }
 
 std::vector<std::string> environmentOf(const ToolSetting& setting) {
-    std::vector<std::string> environment;
+    // A program takes the first variable of a name.
+    std::vector<std::string> environment = setting.environment;
     for (char** variable = environ; *variable != nullptr; ++variable) {
         const std::string_view text(*variable);
         const bool isOurs = text.starts_with("TERM=") || text.starts_with("NO_COLOR=") ||
@@ -49,7 +50,6 @@ std::vector<std::string> environmentOf(const ToolSetting& setting) {
             environment.emplace_back(text);
         }
     }
-    environment.insert(environment.end(), setting.environment.begin(), setting.environment.end());
     return environment;
 }
 

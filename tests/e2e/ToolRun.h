@@ -25,7 +25,7 @@ struct ToolSetting {
     bool hasFullDisk = false;
     // The whole standard input.
     std::string input{};
-    // Added to the test's own environment, without its TERM, NO_COLOR and locale.
+    // Replaces or is added to the test's own environment, without its TERM, NO_COLOR and locale.
     std::vector<std::string> environment{};
     // Instead of `orvane`.
     std::string program{};
