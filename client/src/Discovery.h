@@ -8,8 +8,8 @@
 namespace orvane::detail {
 
 // Makes the connection that kAnyHost describes, and sets `options.host` to its address. The options
-// must outlive the connection. ConnectError, which says what was heard, and CancelledError; the host
-// is then what it was before, since commands may be held there.
+// must outlive the connection. ConnectError, which says what was heard, and CancelledError; the
+// host is then what it was before, since commands may be held there.
 std::unique_ptr<Connection> connectToHeard(Options& options,
                                            std::chrono::milliseconds listenTime = kListenTime);
 

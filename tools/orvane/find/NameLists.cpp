@@ -40,7 +40,10 @@ std::string typeOf(const headless::DatarefDefinition& dataref) {
 
 ListFiles installedLists() {
     const char* const home = std::getenv("HOME");
-    for (const auto& simulator : InstalledSimulators(home != nullptr ? home : "")) {
+    if (home == nullptr) {
+        return {};
+    }
+    for (const auto& simulator : InstalledSimulators(home)) {
         const auto folder = simulator / "Resources" / "plugins";
         const ListFiles files{ifThere(folder / "DataRefs.txt"), ifThere(folder / "Commands.txt")};
         if (!files.IsEmpty()) {
