@@ -43,6 +43,11 @@ def text_of(page: str) -> str:
     return (ROOT / page).read_text()
 
 
+def prose_of(page: str) -> str:
+    """Its text without the blocks."""
+    return FENCED.sub("", text_of(page))
+
+
 def blocks_of(page: str) -> Iterator[Block]:
     """Its blocks; a text that is the output of the program above it is not one by itself."""
     text = text_of(page)
