@@ -85,6 +85,12 @@ def test_a_synopsis_has_only_what_there_is(block: Block) -> None:
     check_options(re.sub(r"\n +", " ", block.code).splitlines())
 
 
+def test_the_readme_names_the_packages_of_this_version() -> None:
+    version = re.search(r"^project\(XPlaneOrvane VERSION ([\d.]+)", sources("CMakeLists.txt"), re.M)
+    named = re.findall(r"[Oo]rvane[-_](\d[\d.]*\d)", text_of("README.md"))
+    assert version and named and set(named) == {version[1]}
+
+
 @pytest.mark.parametrize("file", sorted(ROOT.glob(".github/workflows/*.yml")), ids=str)
 def test_a_workflow_calls_what_is_here(file: Path) -> None:
     jobs = yaml.safe_load(file.read_text())["jobs"]
