@@ -121,8 +121,7 @@ Level levelOf(const std::string& code) {
 class PluginSources final {
 public:
     PluginSources() {
-        for (const auto& entry :
-             fs::recursive_directory_iterator(fs::path(TOOL_FOLDER) / "../../src")) {
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(SOURCE_FOLDER))) {
             if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h") {
                 file = entry.path().filename().string();
                 for (const Statement& statement :
