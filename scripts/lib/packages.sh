@@ -1,6 +1,13 @@
 # shellcheck shell=bash
 # Debian packages that a script needs. To be sourced.
 
+# What the plugin, the tool and the simulator are built with, and what the tests need besides.
+# shellcheck disable=SC2034  # for those who source it
+readonly build_packages=(cmake g++ ninja-build libcli11-dev libcpp-httplib-dev libedit-dev libfmt-dev
+    libjs-dygraphs libtomlplusplus-dev nlohmann-json3-dev)
+# shellcheck disable=SC2034
+readonly test_packages=("${build_packages[@]}" libbenchmark-dev libgmock-dev libgtest-dev libpcap-dev)
+
 # require_packages PACKAGE...
 #
 # Installs those that are missing, as root or with a sudo that asks for no password. Otherwise says
