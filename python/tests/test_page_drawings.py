@@ -46,8 +46,9 @@ def includes() -> Set[Tuple[str, str]]:
     for file in [*ROOT.glob("src/*/**/*.*"), *ROOT.glob("headless/*/**/*.*")]:
         for header in re.findall(r'^#include "(.+)"$', file.read_text(), re.M):
             roots = ("", "src/", "sdk/", "headless/library/include/")
-            name = next(root + header for root in roots if (ROOT / root / header).exists())
-            found.add((folder_of(str(file.relative_to(ROOT))), folder_of(name)))
+            names = [root + header for root in roots if (ROOT / root / header).exists()]
+            assert names, f"{file}: there is no {header}"
+            found.add((folder_of(str(file.relative_to(ROOT))), folder_of(names[0])))
     return found
 
 
