@@ -33,6 +33,7 @@ def check_options(lines: List[str]) -> None:
         if not match or line.startswith("scripts/lib"):
             continue
         name, rest = match[1], re.sub(r"#.*", "", match[2])
+        assert not name.startswith("scripts/") or (ROOT / name).exists(), line
         words: Tuple[str, ...] = (name,)
         if name == "orvane":
             top = help_of("orvane")
@@ -99,7 +100,7 @@ def test_a_workflow_calls_what_is_here(file: Path) -> None:
     assert ours and all(line.startswith("./scripts/") for line in ours)
     check_options(ours)
     if file.name == "test.yml":
-        on_the_page = re.findall(r"^\| `(\w+)` \|.*\| \d+ \|$", text_of("docs/testing.md"), re.M)
+        on_the_page = re.findall(r"^\| `(\w+)` \|.*\| [\d–]+ \|$", text_of("docs/testing.md"), re.M)
         listed = " ".join(jobs["steps"]["strategy"]["matrix"]["steps"]).split()
         usual = re.search(
             r"^readonly (?:all|default)_steps=\(([^)]*)\)", sources("scripts/test"), re.M
