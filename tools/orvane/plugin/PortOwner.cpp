@@ -134,7 +134,7 @@ std::optional<LoadedPlugin> loadedPluginOf(pid_t pid) {
             continue;
         }
         last = line.substr(begin);
-        if (const auto plugin = pluginIn(last)) {
+        if (auto plugin = pluginIn(last)) {
             return plugin;
         }
     }
