@@ -26,6 +26,7 @@ public:
         folder.Write(".x-plane/x-plane_install_11.txt", "/no/such/simulator\n");
         folder.Write(".x-plane/x-plane_install_12.txt",
                      "/no/such/simulator/\n" + (folder.Path() / "X-Plane 12/").string() + "\n");
+        folder.Write("X-Plane 12/X-Plane-x86_64", "");
         Write(kDatarefs, kCommands);
     }
 

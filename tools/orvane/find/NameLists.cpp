@@ -1,12 +1,11 @@
 #include "tools/orvane/find/NameLists.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
 #include "headless/lists/CommandsFile.h"
 #include "headless/lists/DatarefsFile.h"
-#include "tools/orvane/simulators/InstallLists.h"
+#include "tools/orvane/simulators/Simulators.h"
 
 namespace orvane::tool {
 
@@ -39,11 +38,8 @@ std::string typeOf(const headless::DatarefDefinition& dataref) {
 } // namespace
 
 ListFiles installedLists() {
-    const char* const home = std::getenv("HOME");
-    if (home == nullptr) {
-        return {};
-    }
-    for (const auto& simulator : InstalledSimulators(home)) {
+    const ListedSimulators listed = listedSimulators(homeFolder());
+    for (const auto& simulator : listed.folders) {
         const auto folder = simulator / "Resources" / "plugins";
         const ListFiles files{ifThere(folder / "DataRefs.txt"), ifThere(folder / "Commands.txt")};
         if (!files.IsEmpty()) {

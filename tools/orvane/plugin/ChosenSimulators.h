@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/orvane/plugin/Simulators.h"
+#include "tools/orvane/simulators/Simulators.h"
 
 namespace CLI {
 class App;

@@ -7,17 +7,17 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/plugin/Installer.h"
 #include "tools/orvane/plugin/PluginFiles.h"
-#include "tools/orvane/plugin/Simulators.h"
+#include "tools/orvane/simulators/Simulators.h"
 
 using orvane::tool::Failure;
 using orvane::tool::plugin::FileSteps;
 using orvane::tool::plugin::findPluginToCopy;
 using orvane::tool::plugin::Installer;
-using orvane::tool::plugin::ListedSimulators;
-using orvane::tool::plugin::listedSimulators;
+using orvane::tool::ListedSimulators;
+using orvane::tool::listedSimulators;
 using orvane::tool::plugin::pluginVersionOf;
-using orvane::tool::plugin::SimulatorKind;
-using orvane::tool::plugin::whyNotSimulator;
+using orvane::tool::SimulatorKind;
+using orvane::tool::whyNotSimulator;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -1,4 +1,4 @@
-#include "tools/orvane/plugin/Simulators.h"
+#include "tools/orvane/simulators/Simulators.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-namespace orvane::tool::plugin {
+namespace orvane::tool {
 
 namespace {
 
@@ -87,4 +87,4 @@ fs::path homeFolder() {
     return home == nullptr ? "" : home;
 }
 
-} // namespace orvane::tool::plugin
+} // namespace orvane::tool

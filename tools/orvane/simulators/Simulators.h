@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace orvane::tool::plugin {
+namespace orvane::tool {
 
 // Which folders count as a simulator's: those with Resources/plugins, and X-Plane's program unless
 // they are for headless-sim.
@@ -27,4 +27,4 @@ ListedSimulators listedSimulators(const std::filesystem::path& home);
 // Of the user who runs the tool; empty if it is not known.
 std::filesystem::path homeFolder();
 
-} // namespace orvane::tool::plugin
+} // namespace orvane::tool
