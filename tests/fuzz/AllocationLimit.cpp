@@ -4,12 +4,19 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <utility>
 
 #include <sanitizer/asan_interface.h>
+
+// The linker redirects calls of these functions to `__wrap_...` (--wrap).
+extern "C" {
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __real_mmap(void* address, std::size_t size, int protection, int flags, int file,
+                  off_t offset);
+int __real_munmap(void* address, std::size_t size);
+}
 
 namespace {
 
@@ -28,8 +35,8 @@ bool refusesNextBuffer = false;
 std::array<Region, 64> regions;
 
 void* mapRegion() {
-    void* const address = ::mmap(nullptr, kPagesOfABuffer + kPageSize, PROT_READ | PROT_WRITE,
-                                 MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    void* const address = __real_mmap(nullptr, kPagesOfABuffer + kPageSize, PROT_READ | PROT_WRITE,
+                                      MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (address == MAP_FAILED) {
         return nullptr;
     }
@@ -53,11 +60,7 @@ void* takeRegion() {
     return nullptr;
 }
 
-// Called for every block that is freed: buffers begin at a page, and few other blocks do.
 bool giveRegionBack(void* block) {
-    if (reinterpret_cast<std::uintptr_t>(block) % kPageSize != 0) {
-        return false;
-    }
     for (Region& region : regions) {
         if (region.taken && region.address == block) {
             region.taken = false;
@@ -68,9 +71,6 @@ bool giveRegionBack(void* block) {
 }
 
 void* allocate(std::size_t size) {
-    if (size == kConnectionBuffer) {
-        return std::exchange(refusesNextBuffer, false) ? nullptr : takeRegion();
-    }
     return limited && size > kLargestBlock ? nullptr : std::malloc(size);
 }
 
@@ -80,12 +80,6 @@ void* allocateOrThrow(std::size_t size) {
         throw std::bad_alloc();
     }
     return block;
-}
-
-void release(void* block) {
-    if (block != nullptr && !giveRegionBack(block)) {
-        std::free(block);
-    }
 }
 
 } // namespace
@@ -123,35 +117,49 @@ void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
 }
 
 void operator delete(void* block) noexcept {
-    release(block);
+    std::free(block);
 }
 
 void operator delete[](void* block) noexcept {
-    release(block);
+    std::free(block);
 }
 
 void operator delete(void* block, std::size_t /*size*/) noexcept {
-    release(block);
+    std::free(block);
 }
 
 void operator delete[](void* block, std::size_t /*size*/) noexcept {
-    release(block);
+    std::free(block);
 }
 
 void operator delete(void* block, const std::nothrow_t& /*tag*/) noexcept {
-    release(block);
+    std::free(block);
 }
 
 void operator delete[](void* block, const std::nothrow_t& /*tag*/) noexcept {
-    release(block);
+    std::free(block);
 }
 
-// The linker redirects calls of calloc to this function (--wrap).
-extern "C" void* __real_calloc(std::size_t count, std::size_t size);
+extern "C" {
 
-extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {
+void* __wrap_calloc(std::size_t count, std::size_t size) {
     const bool isLarge = size > 0 && count > kLargestBlock / size;
     return limited && isLarge ? nullptr : __real_calloc(count, size);
 }
+
+void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int file,
+                  off_t offset) {
+    if (size != kConnectionBuffer) {
+        return __real_mmap(address, size, protection, flags, file, offset);
+    }
+    void* const region = std::exchange(refusesNextBuffer, false) ? nullptr : takeRegion();
+    return region == nullptr ? MAP_FAILED : region;
+}
+
+int __wrap_munmap(void* address, std::size_t size) {
+    return giveRegionBack(address) ? 0 : __real_munmap(address, size);
+}
+
+} // extern "C"
 
 #pragma GCC visibility pop

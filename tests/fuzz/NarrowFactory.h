@@ -12,14 +12,14 @@
 class NarrowProtocol final : public IProtocol {
 public:
     NarrowProtocol(std::unique_ptr<IProtocol> within, ILoggingService* logger)
-        : within(std::move(within)), logger(logger) {}
+        : within(std::move(within)), answer(kAnswerSize, logger) {}
 
     unsigned int GetProtocolIdentification() override {
         return within->GetProtocolIdentification();
     }
 
     int Feed(IRingBuffer* in, IRingBuffer* out) override {
-        RingBuffer answer(kAnswerSize, logger);
+        answer.ResetBuffer();
         const int result = within->Feed(in, &answer);
         while (answer.GetNumReadBytesAvailable() > 0) {
             out->WriteUInt8(answer.ReadUInt8());
@@ -35,7 +35,7 @@ private:
     static constexpr int kAnswerSize = 64 * 1024;
 
     std::unique_ptr<IProtocol> within;
-    ILoggingService* logger;
+    RingBuffer answer;
 };
 
 // Makes what another factory makes, narrowed.

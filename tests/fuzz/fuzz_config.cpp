@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,38 @@ constexpr std::array kTypes = {"int",         "float",      "double", "int_array
                                "float_array", "byte_array", "Int",    "int\r"};
 constexpr std::array kSizes = {"1",  "8",          "256",         "0",   "-3",   "3.5",
                                "8x", "2147483647", "99999999999", "one", " +4 ", ""};
+
+// The simulator's folder, the same for all inputs, and the working directory during one: outside,
+// libFuzzer has names of its own that are relative to the directory it was started in.
+class SimulatorFolder final {
+public:
+    explicit SimulatorFolder(const std::string& config) {
+        std::filesystem::current_path(folder().Path());
+        // An empty input is a first start, without a file.
+        if (config.empty()) {
+            std::filesystem::remove(kConfigFile);
+        } else {
+            folder().Write(kConfigFile, config);
+        }
+    }
+    ~SimulatorFolder() { std::filesystem::current_path(home()); }
+    SimulatorFolder(const SimulatorFolder&) = delete;
+    SimulatorFolder& operator=(const SimulatorFolder&) = delete;
+
+    static std::string Config() { return folder().Read(kConfigFile); }
+
+private:
+    static const std::filesystem::path& home() {
+        static const std::filesystem::path path = std::filesystem::current_path();
+        return path;
+    }
+    static const TemporaryDirectory& folder() {
+        home();
+        static const TemporaryDirectory directory;
+        [[maybe_unused]] static const bool isMade = (directory.MakePluginsFolder(), true);
+        return directory;
+    }
+};
 
 // The plugin's own datarefs come after those of the file. A size that cannot be allocated is
 // ignored and does not throw.
@@ -83,12 +116,7 @@ std::string makeLine(MessageMaker& maker) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string content(data, data + size);
-    const TemporaryDirectory folder;
-    folder.MakePluginsFolder();
-    // An empty input is a first start, without a file.
-    if (size > 0) {
-        folder.Write(kConfigFile, content);
-    }
+    const SimulatorFolder folder(content);
     {
         // Nothing here may end the process.
         FuzzWorld world({});
@@ -96,7 +124,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         start(world.provider);
         touch(world.provider);
     }
-    const std::string extended = folder.Read(kConfigFile);
+    const std::string extended = SimulatorFolder::Config();
     require(extended.starts_with(content), "the user's lines were changed");
     FuzzWorld world({});
     const AllocationLimit limit;

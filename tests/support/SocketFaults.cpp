@@ -48,12 +48,12 @@ std::size_t SocketFaults::Count(SocketCall call) const {
 
 SocketFaults::Plan SocketFaults::Take(SocketCall call) {
     ++counts[call];
-    std::deque<Plan>& queue = plans[call];
-    if (queue.empty()) {
+    const auto found = plans.find(call);
+    if (found == plans.end() || found->second.empty()) {
         return {};
     }
-    const Plan plan = queue.front();
-    queue.pop_front();
+    const Plan plan = found->second.front();
+    found->second.pop_front();
     return plan;
 }
 
