@@ -232,6 +232,8 @@ def test_sets_presses_holds_and_releases(browser, simulator, serve):
 
 def test_adds_and_drops_names_and_keeps_them_in_the_address(browser, simulator, serve):
     page = Page(browser, serve())
+    page.find("#add-name input").send_keys(SPEED + ":double\n")
+    wait_for(lambda: "no doubles" in page.find("#note").text, "the refusal")
     page.find("#add-name input").send_keys(SPEED + ":float@kt\n")
     wait_for(lambda: page.value(SPEED) not in (None, "", "–"), "the value")
     assert SPEED.replace("/", "%2F") in browser.current_url

@@ -14,7 +14,7 @@ export class Link {
 
   open() {
     const source = new EventSource(`events?id=${this.id}`);
-    source.onopen = () => this.want();
+    source.onopen = async () => this.on.refused(await this.want());
     source.onerror = () => this.on.gone();
     source.onmessage = (event) => this.on.reading(JSON.parse(event.data));
     for (const kind of ['series', 'state', 'command']) {
@@ -30,15 +30,19 @@ export class Link {
     }
   }
 
-  watch(names, commands) {
+  /** Returns why it was refused, or nothing; then what was wanted before stays. */
+  async watch(names, commands) {
+    const before = this.wanted;
     this.wanted = { names, commands };
-    return this.source.readyState === EventSource.OPEN ? this.want() : Promise.resolve('');
+    const refusal = this.source.readyState === EventSource.OPEN ? await this.want() : '';
+    if (refusal) {
+      this.wanted = before;
+    }
+    return refusal;
   }
 
-  async want() {
-    if (this.wanted) {
-      this.on.refused(await this.post('watch', { id: this.id, ...this.wanted }));
-    }
+  want() {
+    return this.post('watch', { id: this.id, ...this.wanted });
   }
 
   /** Each returns why it was refused, or nothing. */
@@ -54,26 +58,37 @@ export class Link {
     if (this.held.has(command)) {
       return '';
     }
-    const body = { command, id: this.id };
-    this.held.set(command, setInterval(() => this.post('hold', body), renewEvery));
-    const refusal = await this.post('hold', body);
+    this.isLeaving = false;
+    const hold = { asked: null };
+    const ask = () => { hold.asked = this.post('hold', { command, id: this.id }); };
+    this.held.set(command, hold);
+    ask();
+    hold.timer = setInterval(ask, renewEvery);
+    const refusal = await hold.asked;
     if (refusal) {
       this.forget(command);
     }
     return refusal;
   }
 
+  /** Only after the last request to hold is answered, which would else begin it again. */
   async release(command) {
-    return this.forget(command) ? this.post('release', { command, id: this.id }) : '';
+    const hold = this.forget(command);
+    await (this.isLeaving ? null : hold && hold.asked);
+    return hold ? this.post('release', { command, id: this.id }) : '';
   }
 
+  /** When the page goes away, nothing can be waited for. */
   releaseAll() {
+    this.isLeaving = true;
     [...this.held.keys()].forEach((command) => this.release(command));
   }
 
   forget(command) {
-    clearInterval(this.held.get(command));
-    return this.held.delete(command);
+    const hold = this.held.get(command);
+    clearInterval(hold && hold.timer);
+    this.held.delete(command);
+    return hold;
   }
 
   async post(path, body, refusalOf = () => '') {

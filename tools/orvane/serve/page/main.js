@@ -21,6 +21,7 @@ const history = new History();
 const marks = new Marks();
 let start = { names: [], commands: [], axes: [], place: '', replay: false };
 let series = [];
+let missing = ''; // what to say about names
 let plots = [];
 let isAlive = false;
 let window_ = null; // [from, to] while paused
@@ -47,7 +48,8 @@ const link = new Link(view.token, {
     makePlots();
     values.setSeries(series, view.ranges);
     $('known').replaceChildren(...series.map((each) => Object.assign(document.createElement('option'), { value: each.name })));
-    note(event.missing.length > 0 ? `the simulator does not have ${event.missing.join(', ')}` : '');
+    missing = event.missing.length > 0 ? `the simulator does not have ${event.missing.join(', ')}` : '';
+    note(missing);
   },
   reading([time, ...pairs]) {
     const changes = new Map();
@@ -117,11 +119,19 @@ async function setLatest(each, text) {
   }
 }
 
-function change(what) {
-  Object.assign(view, what);
-  saveAddress();
-  commands.setCommands(view.commands);
-  link.watch(view.names, view.commands);
+async function change(what) {
+  const before = { names: view.names, commands: view.commands };
+  const apply = (changed) => {
+    Object.assign(view, changed);
+    saveAddress();
+    commands.setCommands(view.commands);
+  };
+  apply(what);
+  const refusal = await link.watch(view.names, view.commands);
+  note(refusal || missing);
+  if (refusal) {
+    apply(before);
+  }
 }
 
 function makePlots() {
