@@ -16,22 +16,25 @@ std::string ifThere(const std::filesystem::path& file) {
     return std::filesystem::is_regular_file(file, ignored) ? file.string() : "";
 }
 
+std::string arrayOf(std::string element, int elements) {
+    return element.append("[").append(std::to_string(elements)).append("]");
+}
+
 std::string typeOf(const headless::DatarefDefinition& dataref) {
     if ((dataref.types & xplmType_Double) != 0) {
         return "double";
     }
-    const std::string size = "[" + std::to_string(dataref.elements) + "]";
     switch (dataref.types) {
     case xplmType_Int:
         return "int";
     case xplmType_Float:
         return "float";
     case xplmType_IntArray:
-        return "int" + size;
+        return arrayOf("int", dataref.elements);
     case xplmType_FloatArray:
-        return "float" + size;
+        return arrayOf("float", dataref.elements);
     default:
-        return "byte" + size;
+        return arrayOf("byte", dataref.elements);
     }
 }
 
