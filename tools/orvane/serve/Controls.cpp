@@ -18,12 +18,8 @@ constexpr int kNotFound = 404;
 constexpr int kConflict = 409;
 constexpr int kUnavailable = 503;
 
-HttpAnswer textAnswer(int status, const std::string& text) {
-    return {status, "text/plain; charset=utf-8", text + "\n", {}};
-}
-
 HttpAnswer done() {
-    return {200, "application/json", "{}\n", {}};
+    return jsonAnswer("{}\n");
 }
 
 } // namespace
@@ -82,7 +78,7 @@ HttpAnswer Controls::Set(const Assignment& assignment) {
         simulator.registerDataref(dataref);
         const auto outcome = AssignmentWriter(simulator, {assignment}).Write().front();
         simulator.unregisterDataref(dataref.name);
-        return HttpAnswer{200, "application/json", jsonText(recordOf(outcome)) + "\n", {}};
+        return jsonAnswer(jsonText(recordOf(outcome)) + "\n");
     });
 }
 

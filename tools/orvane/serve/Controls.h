@@ -11,7 +11,7 @@
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/GlobalOptions.h"
-#include "tools/orvane/serve/HttpServer.h"
+#include "tools/orvane/serve/HttpMessages.h"
 #include "tools/orvane/serve/RequestBody.h"
 
 namespace orvane::tool {

@@ -7,30 +7,9 @@
 #include <optional>
 #include <string>
 
+#include "tools/orvane/serve/HttpMessages.h"
+
 namespace orvane::tool {
-
-// What our code looks at in a request. Header fields that were not sent are empty.
-struct HttpRequest {
-    std::string method;
-    std::string path;
-    std::string id; // the parameter of this name
-    std::string host;
-    std::string origin;
-    std::string fetchSite; // Sec-Fetch-Site
-    std::string contentType;
-    std::string contentEncoding;
-    std::string token; // X-Orvane-Token
-    std::string body;
-};
-
-struct HttpAnswer {
-    int status = 200;
-    std::string type = "text/plain; charset=utf-8";
-    std::string body;
-    // If there is one, the answer has no end: it is called for more text until it returns nothing.
-    // It may wait, and is destroyed when the browser has gone.
-    std::function<std::optional<std::string>()> more;
-};
 
 // Answers HTTP requests on threads of its own.
 class HttpServer final {

@@ -31,7 +31,7 @@ private:
     void step();
     void takeUnion();
     void unregisterAll();
-    std::vector<std::string> registerCommands(const std::vector<std::string>& commands);
+    std::vector<std::string> registerCommands(const std::vector<std::string>& names);
     void read();
     static std::vector<Type> typesOf(const std::vector<DatarefArgument>& datarefs);
 

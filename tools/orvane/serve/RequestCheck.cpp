@@ -25,10 +25,6 @@ bool isAddress(std::string_view text) {
     return ::inet_pton(isBracketed ? AF_INET6 : AF_INET, bare.c_str(), address.data()) == 1;
 }
 
-HttpAnswer refusal(int status, const char* text) {
-    return {status, "text/plain; charset=utf-8", std::string(text) + "\n", {}};
-}
-
 bool isLetterOrDigit(char each) {
     return (each >= '0' && each <= '9') || (each >= 'a' && each <= 'z') ||
            (each >= 'A' && each <= 'Z');
@@ -74,25 +70,25 @@ bool isPageId(std::string_view id) {
 
 std::optional<HttpAnswer> refusalOf(const HttpRequest& request, const Site& site) {
     if (!isOurHost(request.host, site)) {
-        return refusal(kForbidden, "wrong host: use the address that orvane serve has printed");
+        return textAnswer(kForbidden, "wrong host: use the address that orvane serve has printed");
     }
     if ((!request.origin.empty() && !isOurOrigin(request.origin, request.host)) ||
         !isOurFetch(request)) {
-        return refusal(kForbidden, "another website asked for this");
+        return textAnswer(kForbidden, "another website asked for this");
     }
     if (request.method == "GET" || request.method == "HEAD") {
         return std::nullopt;
     }
     if (request.method != "POST") {
-        return refusal(kNotAllowed, "only GET and POST");
+        return textAnswer(kNotAllowed, "only GET and POST");
     }
     if (request.contentType != "application/json" || !request.contentEncoding.empty()) {
-        return refusal(kUnsupportedType, "the body must be plain application/json");
+        return textAnswer(kUnsupportedType, "the body must be plain application/json");
     }
     if (request.path != "/watch" && !isToken(request.token, site.token)) {
-        return refusal(kForbidden,
-                       "the token is wrong: use the address that orvane serve has "
-                       "printed");
+        return textAnswer(kForbidden,
+                          "the token is wrong: use the address that orvane serve has "
+                          "printed");
     }
     return std::nullopt;
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/orvane/serve/HttpServer.h"
+#include "tools/orvane/serve/HttpMessages.h"
 
 namespace orvane::tool {
 

@@ -17,14 +17,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kSilence(500);
 
-HttpAnswer textAnswer(int status, const std::string& text) {
-    return {status, "text/plain; charset=utf-8", text + "\n", {}};
-}
-
-HttpAnswer jsonAnswer(const std::string& text) {
-    return {200, "application/json", text, {}};
-}
-
 } // namespace
 
 Routes::Routes(Hub& hub, Controls* controls, std::string start)

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/orvane/serve/HttpServer.h"
+#include "tools/orvane/serve/HttpMessages.h"
 
 namespace orvane::tool {
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/serve/AircraftWatch.h"
 #include "tools/orvane/serve/Controls.h"
+#include "tools/orvane/serve/HttpServer.h"
 #include "tools/orvane/serve/Hub.h"
 #include "tools/orvane/serve/LiveReader.h"
 #include "tools/orvane/serve/ReplayReader.h"

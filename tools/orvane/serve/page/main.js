@@ -48,8 +48,11 @@ const link = new Link(view.token, {
     makePlots();
     values.setSeries(series, view.ranges);
     $('known').replaceChildren(...series.map((each) => Object.assign(document.createElement('option'), { value: each.name })));
-    missing = event.missing.length > 0 ? `the simulator does not have ${event.missing.join(', ')}` : '';
-    note(missing);
+    const text = event.missing.length > 0 ? `the simulator does not have ${event.missing.join(', ')}` : '';
+    if (text !== missing) {
+      missing = text;
+      note(text);
+    }
   },
   reading([time, ...pairs]) {
     const changes = new Map();
