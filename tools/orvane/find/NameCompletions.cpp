@@ -34,7 +34,11 @@ Candidates candidatesOf(const std::vector<Entry>& all, const std::string& begin,
 std::string linesOf(const Candidates& candidates) {
     std::string lines;
     for (const auto& [name, meaning] : candidates) {
-        lines += name + (meaning.empty() ? "" : "\t" + meaning) + "\n";
+        lines += name;
+        if (!meaning.empty()) {
+            lines.append("\t").append(meaning);
+        }
+        lines += '\n';
     }
     return lines;
 }

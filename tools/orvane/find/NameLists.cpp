@@ -44,7 +44,7 @@ ListFiles installedLists() {
     const ListedSimulators listed = listedSimulators(homeFolder());
     for (const auto& simulator : listed.folders) {
         const auto folder = simulator / "Resources" / "plugins";
-        const ListFiles files{ifThere(folder / "DataRefs.txt"), ifThere(folder / "Commands.txt")};
+        ListFiles files{ifThere(folder / "DataRefs.txt"), ifThere(folder / "Commands.txt")};
         if (!files.IsEmpty()) {
             return files;
         }

@@ -54,13 +54,12 @@ Options briefOptions(const GlobalOptions& globals) {
 
 std::map<std::string, velmar::Value> read(const GlobalOptions& globals, const Datarefs& datarefs) {
     velmar::Client client(briefOptions(globals));
-    std::vector<std::string> names;
-    for (const velmar::Dataref& each : datarefs) {
-        names.push_back(each.name);
-    }
     const std::vector<std::size_t> unknown = registerKnown(client, datarefs);
-    for (auto index = unknown.rbegin(); index != unknown.rend(); ++index) {
-        names.erase(names.begin() + static_cast<std::ptrdiff_t>(*index));
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < datarefs.size(); ++i) {
+        if (std::find(unknown.begin(), unknown.end(), i) == unknown.end()) {
+            names.push_back(datarefs[i].name);
+        }
     }
     const std::vector<velmar::Value> values = client.read(names);
     std::map<std::string, velmar::Value> present;
