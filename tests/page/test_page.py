@@ -4,6 +4,7 @@ Everything is on loopback; scripts/test runs this in a network of its own. Nothi
 time: each step waits for what it expects, up to a deadline.
 """
 
+import itertools
 import os
 import re
 import signal
@@ -16,6 +17,7 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
 
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build" / "dev"))
@@ -24,6 +26,17 @@ DEADLINE = 60.0
 PITCH = "sim/cockpit2/controls/yoke_pitch_ratio"
 SPEED = "sim/flightmodel/position/indicated_airspeed"
 BRAKES = "sim/flight_controls/brakes_max"
+GEAR = "sim/cockpit2/controls/gear_handle_down"
+# Keeps the texts that plots draw from now on.
+DRAWN_TEXTS = """
+window.drawn = new Set();
+const context = CanvasRenderingContext2D.prototype;
+const fillText = context.fillText;
+context.fillText = function (text, ...place) {
+  drawn.add(text);
+  fillText.call(this, text, ...place);
+};
+"""
 
 
 def wait_for(condition, what):
@@ -54,6 +67,9 @@ class Simulator:
         self.process.stdin.write(statement + "\n")
         self.process.stdin.flush()
         return self.process.stdout.readline()
+
+    def value(self, name):
+        return self.ask("get " + name).strip().removeprefix(name + " = ")
 
     def presses(self, command):
         """How often a command has begun and ended."""
@@ -170,6 +186,11 @@ class Page:
     def wait_for_value(self, name, value):
         wait_for(lambda: self.value(name) == value, f"{name} to be {value}")
 
+    def control(self, name, kind):
+        """The field of this kind that sets it, if there is one."""
+        selector = f'tr[data-name="{name}"] input[type={kind}]'
+        return next(iter(self.browser.find_elements(By.CSS_SELECTOR, selector)), None)
+
     def ink(self):
         """A text that changes with what the first plot shows."""
         return self.browser.execute_script(
@@ -209,13 +230,9 @@ def test_sets_presses_holds_and_releases(browser, simulator, serve):
     address = serve(PITCH + ":float", "test/none", "--command", BRAKES)
     page = Page(browser, address)
     wait_for(lambda: "test/none" in page.find("#note").text, "the missing name")
-    field = wait_for(
-        lambda: browser.find_elements(By.CSS_SELECTOR, f'tr[data-name="{PITCH}"] input[type=text]'),
-        "the field",
-    )[0]
-    field.send_keys("0.25\n")
+    wait_for(lambda: page.control(PITCH, "text"), "the field").send_keys("0.25\n")
     page.wait_for_value(PITCH, "0.25")
-    assert simulator.ask("get " + PITCH).strip() == f"{PITCH} = 0.25"
+    assert simulator.value(PITCH) == "0.25"
     page.command(BRAKES, "press").click()
     wait_for(lambda: simulator.presses(BRAKES) == (1, 1), "the press")
     actions = ActionChains(browser)
@@ -240,6 +257,88 @@ def test_adds_and_drops_names_and_keeps_them_in_the_address(browser, simulator, 
     page.find(f'tr[data-name="{SPEED}"] button[aria-label^=Drop]').click()
     wait_for(lambda: page.value(SPEED) is None, "the row to go")
     assert SPEED.replace("/", "%2F") not in browser.current_url
+
+
+def test_slides_and_switches(browser, simulator, serve):
+    page = Page(browser, serve(PITCH + ":float", GEAR + ":int"))
+    wait_for(lambda: page.control(PITCH, "text"), "the field").send_keys("-1..1\n")
+    slider = wait_for(lambda: page.control(PITCH, "range"), "the slider")
+    assert "range=" in browser.current_url
+    slider.send_keys(Keys.HOME)
+    wait_for(lambda: simulator.value(PITCH) == "-1", "the left end")
+    slider.send_keys(Keys.END)
+    wait_for(lambda: simulator.value(PITCH) == "1", "the right end")
+    simulator.ask(f"set {GEAR} 1")
+    switch = page.control(GEAR, "checkbox")
+    wait_for(switch.is_selected, "the switch to be on")
+    switch.send_keys(Keys.SPACE)
+    wait_for(lambda: simulator.value(GEAR) == "0", "the gear to be up")
+    wait_for(lambda: page.value(GEAR) == "0", "the value")
+    switch.send_keys(Keys.SPACE)
+    wait_for(lambda: simulator.value(GEAR) == "1", "the gear to be down")
+
+
+def test_keeps_what_is_visible(browser, simulator, serve, folder):
+    browser.execute_cdp_cmd(
+        "Browser.setDownloadBehavior", {"behavior": "allow", "downloadPath": str(folder)}
+    )
+    simulator.ask(f"set {PITCH} 0.25")
+    page = Page(browser, serve(PITCH + ":float"))
+    page.wait_for_value(PITCH, "0.25")
+    simulator.ask(f"set {PITCH} 0.5")
+    page.wait_for_value(PITCH, "0.5")
+    page.find("#csv").click()
+    table = folder / "orvane.csv"
+    wait_for(lambda: table.exists() and table.stat().st_size > 0, "the CSV")
+    header, *rows = table.read_text().splitlines()
+    assert header == f"time,{PITCH}"
+    values = [row.split(",")[1] for row in rows]
+    assert "0.25" in values and values[-1] == "0.5"
+    page.find("#png").click()
+    picture = folder / "orvane.png"
+    wait_for(lambda: picture.exists() and picture.stat().st_size > 0, "the PNG")
+    assert picture.read_bytes().startswith(b"\x89PNG\r\n")
+    assert page.complaints() == []
+
+
+def test_is_used_with_the_keyboard_alone(browser, simulator, serve):
+    page = Page(browser, serve(PITCH + ":float", "--command", BRAKES))
+    wait_for(lambda: page.value(PITCH) not in (None, "", "–"), "a value")
+    body = page.find("body")
+    for key, button in (
+        (Keys.SPACE, "Follow"),
+        (Keys.SPACE, "Pause"),
+        (Keys.ARROW_LEFT, "Follow"),
+        (Keys.ESCAPE, "Pause"),
+        (Keys.ARROW_RIGHT, "Follow"),
+        ("0", "Pause"),
+        ("+", "Follow"),
+    ):
+        body.send_keys(key)
+        assert page.find("#pause").text == button
+    wait_for(lambda: "the visible 15 s" in page.find("#moment").text, "half the stretch")
+    body.send_keys("-")
+    wait_for(lambda: "the visible 30 s" in page.find("#moment").text, "the whole stretch")
+    browser.execute_script("arguments[0].focus()", page.command(BRAKES, "hold"))
+    ActionChains(browser).key_down(Keys.SPACE).perform()
+    wait_for(lambda: simulator.presses(BRAKES) == (1, 0), "the hold")
+    ActionChains(browser).key_up(Keys.SPACE).perform()
+    wait_for(lambda: simulator.presses(BRAKES) == (1, 1), "the release")
+
+
+def test_marks_another_aircraft(browser, simulator, serve):
+    page = Page(browser, serve(SPEED + ":float"))
+    wait_for(lambda: page.value(SPEED) not in (None, "", "–"), "a value")
+    browser.execute_script(DRAWN_TEXTS)
+    # It may take a moment until the first aircraft is known.
+    numbers = itertools.count()
+    wait_for(
+        lambda: simulator.ask(f"aircraft load Aircraft {next(numbers)}")
+        and browser.execute_script(
+            "return [...drawn].some((text) => text.startsWith('aircraft '))"
+        ),
+        "the mark",
+    )
 
 
 def test_shows_a_gap_while_the_simulator_is_away(browser, folder, serve):
