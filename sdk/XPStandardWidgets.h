@@ -21,11 +21,7 @@ enum {
     xpMessage_CloseButtonPushed = 1200
 };
 
-enum {
-    xpSubWindowStyle_SubWindow = 0,
-    xpSubWindowStyle_Screen = 2,
-    xpSubWindowStyle_ListView = 3
-};
+enum { xpSubWindowStyle_SubWindow = 0, xpSubWindowStyle_Screen = 2, xpSubWindowStyle_ListView = 3 };
 
 enum { xpProperty_SubWindowType = 1200 };
 

@@ -10,14 +10,14 @@
 #include "tools/orvane/simulators/Simulators.h"
 
 using orvane::tool::Failure;
+using orvane::tool::ListedSimulators;
+using orvane::tool::listedSimulators;
+using orvane::tool::SimulatorKind;
+using orvane::tool::whyNotSimulator;
 using orvane::tool::plugin::FileSteps;
 using orvane::tool::plugin::findPluginToCopy;
 using orvane::tool::plugin::Installer;
-using orvane::tool::ListedSimulators;
-using orvane::tool::listedSimulators;
 using orvane::tool::plugin::pluginVersionOf;
-using orvane::tool::SimulatorKind;
-using orvane::tool::whyNotSimulator;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
