@@ -6,6 +6,7 @@ import { test } from 'node:test';
 import { formatAddress, parseAddress } from '../../tools/orvane/serve/page/address.js';
 import { History, statistics } from '../../tools/orvane/serve/page/history.js';
 import { Marks } from '../../tools/orvane/serve/page/marks.js';
+import { isWorthAsking } from '../../tools/orvane/serve/page/offers.js';
 import { scaledToOwn, secondTicks } from '../../tools/orvane/serve/page/plot.js';
 import { boundsOf, csvText, numberText } from '../../tools/orvane/serve/page/texts.js';
 
@@ -15,6 +16,10 @@ function filled(values) {
   values.forEach((value, i) => history.append(i, new Map([['a', value]])));
   return history;
 }
+
+test('names are asked for with short plain texts', () => {
+  assert.deepEqual(['a', 'ge', 'a'.repeat(101), 'sim/q[', 'sim/*'].map(isWorthAsking), [false, true, false, false, false]);
+});
 
 test('an address brings a view back', () => {
   const view = {

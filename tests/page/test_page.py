@@ -341,6 +341,25 @@ def test_marks_another_aircraft(browser, simulator, serve):
     )
 
 
+def test_offers_names_while_one_types(browser, simulator, folder, serve):
+    (folder / "names.txt").write_text(
+        "test/none\tint\ty\tunit\tNothing\n" f"{SPEED}\tfloat\tn\tkias\tAir speed indicated\n"
+    )
+    (folder / "Commands.txt").write_text(f"{BRAKES}    Hold brakes maximum\n")
+    page = Page(browser, serve("--datarefs", "names.txt", "--commands", "Commands.txt"))
+    offers = (
+        "return [...document.querySelector(arguments[0]).list.options]"
+        ".map((each) => `${each.value} ${each.text}`)"
+    )
+    for form, typed, offered in (
+        ("#add-name", "airspeed", SPEED + ":float Air speed indicated"),
+        ("#add-command", "MAXIMUM", BRAKES + " Hold brakes maximum"),
+    ):
+        page.find(form + " input").send_keys(typed)
+        wait_for(lambda: browser.execute_script(offers, form + " input") == [offered], "offers")
+    assert page.complaints() == []
+
+
 def test_shows_a_gap_while_the_simulator_is_away(browser, folder, serve):
     simulator = Simulator(folder)
     page = Page(browser, serve(SPEED + ":float"))

@@ -181,6 +181,9 @@ TEST_F(ServeTest, RefusesHostileRequestsAndGoesOn) {
              {get("/", "Origin: http://evil.example\r\n"), "403"},
              {get("/events?id=1"), "400"},
              {get("/no/such"), "404"},
+             {get("/names?match=" + std::string(101, 'a')), "400"},
+             {get("/names"), "400"},
+             {get("/names?match=a", "Origin: http://evil.example\r\n"), "403"},
              {"GET / HTTP/1.1\r\nHost: evil.example:48080\r\n\r\n", "403"},
              {post("/watch", "{"), "400"},
              {"POST /set HTTP/1.1\r\nHost: 127.0.0.1:48080\r\nContent-Type: application/json\r\n"
@@ -226,6 +229,7 @@ TEST_F(ServeTest, ShowsTheInputsOfAProfile) {
 TEST_F(ServeTest, RefusesWhatItCannotServe) {
     EXPECT_EQ(runTool({"serve", "test/int:double"}).exitCode, 1);
     EXPECT_EQ(runTool({"serve", "--profile", "no-such.toml"}).exitCode, 1);
+    EXPECT_EQ(runTool({"serve", "--datarefs", "no-such.txt"}).exitCode, 1);
     EXPECT_EQ(runTool({"serve", "--bind", "no address"}).exitCode, 2);
     serve({});
     const ToolResult second = runTool({"serve"});

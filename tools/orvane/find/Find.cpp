@@ -10,6 +10,7 @@
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/find/ListOptions.h"
 #include "tools/orvane/find/NameLists.h"
 #include "tools/orvane/find/Pattern.h"
 #include "tools/orvane/find/PresentValues.h"
@@ -140,10 +141,7 @@ ExitCode find(const GlobalOptions& globals, const FindOptions& options) {
 void addFind(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<FindOptions>(kFind, find);
     command.add_option("PATTERN", options.pattern, "What to look for")->required();
-    command.add_option("--datarefs", options.files.datarefs, "A list laid out as DataRefs.txt")
-        ->type_name("FILE");
-    command.add_option("--commands", options.files.commands, "A list laid out as Commands.txt")
-        ->type_name("FILE");
+    declareLists(command, options.files);
     command.add_flag("--names", options.namesOnly, "Print only the names");
 }
 

@@ -10,7 +10,8 @@ namespace orvane::tool {
 struct HttpRequest {
     std::string method;
     std::string path;
-    std::string id; // the parameter of this name
+    std::string id; // the parameters of these names
+    std::string match;
     std::string host;
     std::string origin;
     std::string fetchSite; // Sec-Fetch-Site

@@ -37,6 +37,7 @@ HttpRequest requestOf(const httplib::Request& request) {
     return {request.method,
             request.path,
             request.get_param_value("id"),
+            request.get_param_value("match"),
             request.get_header_value("Host"),
             request.get_header_value("Origin"),
             request.get_header_value("Sec-Fetch-Site"),

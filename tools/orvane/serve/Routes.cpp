@@ -7,6 +7,7 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/serve/Controls.h"
 #include "tools/orvane/serve/Hub.h"
+#include "tools/orvane/serve/NameSearch.h"
 #include "tools/orvane/serve/PageFiles.h"
 #include "tools/orvane/serve/RequestBody.h"
 #include "tools/orvane/serve/RequestCheck.h"
@@ -19,8 +20,8 @@ constexpr std::chrono::milliseconds kSilence(500);
 
 } // namespace
 
-Routes::Routes(Hub& hub, Controls* controls, std::string start)
-    : hub(hub), controls(controls), start(std::move(start)) {}
+Routes::Routes(Hub& hub, Controls* controls, const NameSearch& names, std::string start)
+    : hub(hub), controls(controls), names(names), start(std::move(start)) {}
 
 HttpAnswer Routes::Answer(const HttpRequest& request) const {
     try {
@@ -36,6 +37,9 @@ HttpAnswer Routes::get(const HttpRequest& request) const {
     }
     if (request.path == "/start") {
         return jsonAnswer(start);
+    }
+    if (request.path == "/names") {
+        return jsonAnswer(names.Matching(request.match) + "\n");
     }
     const std::string path = request.path == "/" ? "/index.html" : request.path;
     const auto files = pageFiles();

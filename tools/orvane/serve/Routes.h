@@ -8,13 +8,14 @@ namespace orvane::tool {
 
 class Controls;
 class Hub;
+class NameSearch;
 
 // What a request of our page is answered with. `start` is JSON that tells a page what to show
 // first.
 class Routes final {
 public:
-    // Without controls, as in a replay, all that would write is refused. Borrows both.
-    Routes(Hub& hub, Controls* controls, std::string start);
+    // Without controls, as in a replay, all that would write is refused. Borrows all three.
+    Routes(Hub& hub, Controls* controls, const NameSearch& names, std::string start);
 
     HttpAnswer Answer(const HttpRequest& request) const;
 
@@ -25,6 +26,7 @@ private:
 
     Hub& hub;
     Controls* const controls;
+    const NameSearch& names;
     const std::string start;
 };
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,15 @@
 #include "tools/orvane/drive/ProfileReader.h"
 #include "tools/orvane/files/InputFile.h"
 #include "tools/orvane/files/Output.h"
+#include "tools/orvane/find/ListOptions.h"
+#include "tools/orvane/find/NameLists.h"
 #include "tools/orvane/record/Recording.h"
 #include "tools/orvane/serve/AircraftWatch.h"
 #include "tools/orvane/serve/Controls.h"
 #include "tools/orvane/serve/HttpServer.h"
 #include "tools/orvane/serve/Hub.h"
 #include "tools/orvane/serve/LiveReader.h"
+#include "tools/orvane/serve/NameSearch.h"
 #include "tools/orvane/serve/ReplayReader.h"
 #include "tools/orvane/serve/RequestCheck.h"
 #include "tools/orvane/serve/Routes.h"
@@ -47,7 +51,7 @@ A page that is opened without the token only shows.
 
 A command that a page holds is released when the page is closed, when nothing is
 heard of it for two seconds, and when orvane ends. If the simulator is not there,
-serve waits for it.
+serve waits for it. The page offers names from the lists that "orvane find" reads.
 
 Examples:
   orvane serve sim/flightmodel/position/indicated_airspeed:float@kt --open
@@ -59,6 +63,7 @@ struct ServeOptions {
     std::vector<std::string> commands;
     std::string profile;
     std::string replay;
+    ListFiles lists;
     std::uint16_t port = kDefaultPort;
     std::string address = "127.0.0.1";
     bool open = false;
@@ -87,6 +92,24 @@ Recording recordingIn(const std::string& file) {
     return recording;
 }
 
+NameLists namesIn(const ListFiles& files) {
+    NameLists lists = NameLists::Read(files);
+    for (const std::string& warning : lists.warnings) {
+        printError(warning);
+    }
+    return lists;
+}
+
+// Nobody has asked for these: if they cannot be read, the page offers no names.
+NameLists installedNames() {
+    try {
+        return NameLists::Read(installedLists());
+    } catch (const std::runtime_error& error) {
+        printError(error.what());
+        return {};
+    }
+}
+
 // Does not wait for the browser.
 void openBrowser(std::string address) {
     std::string program = "xdg-open";
@@ -101,19 +124,22 @@ void openBrowser(std::string address) {
 class Server final {
 public:
     Server(const GlobalOptions& globals, const ServeOptions& options)
-        : globals(globals), options(options), http(options.address, options.port) {
+        : globals(globals),
+          options(options),
+          names(options.lists.IsEmpty() ? installedNames() : namesIn(options.lists)),
+          http(options.address, options.port) {
         site = {options.address, http.Port(), randomToken()};
     }
 
     void Live(const std::string& start) {
         Controls controls(globals);
         const AircraftWatch aircraft(globals, hub);
-        const Routes routes(hub, &controls, start);
+        const Routes routes(hub, &controls, names, start);
         serve(routes, [this] { LiveReader(globals, hub).Run(); });
     }
 
     void Replay(const Recording& recording, const std::string& start) {
-        const Routes routes(hub, nullptr, start);
+        const Routes routes(hub, nullptr, names, start);
         serve(routes, [&] { ReplayReader(recording, hub).Run(); });
     }
 
@@ -145,6 +171,7 @@ private:
 
     const GlobalOptions& globals;
     const ServeOptions& options;
+    const NameSearch names;
     Site site;
     Hub hub;
     HttpServer http;
@@ -192,6 +219,7 @@ void addServe(Subcommands& subcommands) {
         ->type_name("FILE");
     command.add_option("--replay", options.replay, "Show a recording instead of a simulator")
         ->type_name("FILE");
+    declareLists(command, options.lists);
     command
         .add_option("--port", options.port,
                     "The port of the page, 0 for a free one; give that of the simulator before "

@@ -5,6 +5,7 @@ import { CommandList } from './commands.js';
 import { History } from './history.js';
 import { Link } from './link.js';
 import { Marks } from './marks.js';
+import { offerNames } from './offers.js';
 import { Plot, scaledToOwn } from './plot.js';
 import { boundsOf, csvText, numberText } from './texts.js';
 import { ValueTable } from './values.js';
@@ -47,7 +48,6 @@ const link = new Link(view.token, {
     history.setNames(series.map((each) => each.name));
     makePlots();
     values.setSeries(series, view.ranges);
-    $('known').replaceChildren(...series.map((each) => Object.assign(document.createElement('option'), { value: each.name })));
     const text = event.missing.length > 0 ? `the simulator does not have ${event.missing.join(', ')}` : '';
     if (text !== missing) {
       missing = text;
@@ -304,7 +304,7 @@ function listen() {
     };
   }
   $('view').onsubmit = (event) => event.preventDefault();
-  for (const [form, key] of [['add-name', 'names'], ['add-command', 'commands']]) {
+  for (const [form, key, offered] of [['add-name', 'names', 'datarefs'], ['add-command', 'commands', 'commands']]) {
     $(form).onsubmit = (event) => {
       event.preventDefault();
       const input = $(form).elements.namedItem('name');
@@ -314,6 +314,7 @@ function listen() {
       }
       input.value = '';
     };
+    offerNames($(form).elements.namedItem('name'), offered);
   }
   addEventListener('keydown', (event) => {
     if (!event.target.closest('input, select, button, summary, a') && keys[event.key] && !event.ctrlKey && !event.metaKey) {
