@@ -53,6 +53,14 @@ int mentionStaying(const std::vector<std::string>& plugins) {
     return kExitOk;
 }
 
+int unloadAndJudge(headless::Session& session, const headless::SessionOptions& options) {
+    const std::vector<std::string> staying = session.UnloadPlugins();
+    if (!options.json) {
+        std::cout << session.Statistics().Summary() << std::endl;
+    }
+    return options.strict ? judge(session.Simulator().Notices()) : mentionStaying(staying);
+}
+
 int fly(headless::Session& session, const headless::SessionOptions& options) {
     headless::Recordings recordings(options);
     std::optional<headless::ScriptedFlight> script;
@@ -86,12 +94,7 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
     if (stats.has_value()) {
         stats->Report();
     }
-    const std::vector<std::string> staying = session.UnloadPlugins();
-    if (!options.json) {
-        std::cout << session.Statistics().Summary() << std::endl;
-    }
-    const int judged =
-        options.strict ? judge(session.Simulator().Notices()) : mentionStaying(staying);
+    const int judged = unloadAndJudge(session, options);
     return status == kExitOk ? judged : status;
 }
 
