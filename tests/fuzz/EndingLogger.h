@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,11 +22,19 @@ public:
     // From now on, this input may also end with this line.
     void Allow(std::string_view prefix) { documented.push_back(prefix); }
 
-    void SetLogLevel(LogLevel /*level*/) override {}
+    void SetLogLevel(LogLevel level) override { threshold = level; }
     void Log(LogLevel level, std::string message) override;
+    bool IsEnabled(LogLevel level) const override { return level <= threshold; }
+
+    // The verbose log for one in eight sizes of input, so that a finding can be repeated: users
+    // seldom turn it on, and building its lines takes much of an input's time.
+    void SetLogLevelFor(std::size_t inputSize) {
+        SetLogLevel(inputSize % 8 == 0 ? LogLevelVerbose : LogLevelWarning);
+    }
 
 private:
     std::vector<std::string_view> documented;
+    LogLevel threshold = LogLevelVerbose;
 };
 
 // The lines with which a message may end the process: each protocol's own, and those of both.

@@ -5,6 +5,9 @@
 namespace {
 
 constexpr std::size_t kLongestSend = 0xFFFF;
+// Most scripts have no more; room for them at once saves allocations.
+constexpr std::size_t kUsualSteps = 64;
+constexpr std::size_t kUsualSize = 4096;
 
 // The rest of a file that is read from its front.
 class Reader final {
@@ -30,6 +33,7 @@ private:
 
 Script parseScript(const std::uint8_t* data, std::size_t size) {
     Script script;
+    script.reserve(kUsualSteps);
     Reader reader(data, size);
     while (!reader.IsAtEnd()) {
         Step& step = script.emplace_back();
@@ -46,6 +50,7 @@ Script parseScript(const std::uint8_t* data, std::size_t size) {
 
 Bytes toBytes(const Script& script) {
     Bytes file;
+    file.reserve(kUsualSize);
     for (const Step& step : script) {
         file.push_back(static_cast<unsigned char>(step.kind));
         file.push_back(step.argument);

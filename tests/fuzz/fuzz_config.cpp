@@ -120,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     {
         // Nothing here may end the process.
         FuzzWorld world({});
+        world.logger.SetLogLevelFor(size);
         const AllocationLimit limit;
         start(world.provider);
         touch(world.provider);
@@ -127,6 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string extended = SimulatorFolder::Config();
     require(extended.starts_with(content), "the user's lines were changed");
     FuzzWorld world({});
+    world.logger.SetLogLevelFor(size);
     const AllocationLimit limit;
     start(world.provider);
     return 0;

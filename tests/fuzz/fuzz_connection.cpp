@@ -29,6 +29,8 @@ const Bytes kVersionAnswer = fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 
 // The server in a world of its own, with its clients.
 class Flight final {
 public:
+    explicit Flight(std::size_t inputSize) { world.logger.SetLogLevelFor(inputSize); }
+
     void Play(const Script& script) {
         isListening = server.Init();
         for (const Step& step : script) {
@@ -202,7 +204,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Script script = parseScript(data, size);
-    Flight flight;
+    Flight flight(size);
     const AllocationLimit limit;
     try {
         flight.Play(script);

@@ -7,6 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Script script = parseScript(data, size);
     FuzzWorld world(endsOfTarnel());
+    world.logger.SetLogLevelFor(size);
     TarnelProtocol protocol(&world.simState, &world.logger, &world.utilities, &world.provider,
                             &world.observer);
     // Only definitions whose declared size wraps to 0 are read but not consumed; the buffer is put
