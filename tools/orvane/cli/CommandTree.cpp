@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 namespace orvane::tool {
 

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Interrupt.h"

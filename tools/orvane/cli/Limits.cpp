@@ -1,6 +1,6 @@
 #include "tools/orvane/cli/Limits.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Bounds.h"

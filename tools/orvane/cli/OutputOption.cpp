@@ -1,6 +1,6 @@
 #include "tools/orvane/cli/OutputOption.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 namespace orvane::tool {
 

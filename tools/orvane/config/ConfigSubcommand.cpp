@@ -1,6 +1,6 @@
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/config/ConfigReader.h"

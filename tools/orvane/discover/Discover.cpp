@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "orvane/Discovery.h"

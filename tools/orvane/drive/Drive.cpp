@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Bounds.h"

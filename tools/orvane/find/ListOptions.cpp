@@ -1,6 +1,6 @@
 #include "tools/orvane/find/ListOptions.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 namespace orvane::tool {
 

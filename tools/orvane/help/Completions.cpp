@@ -4,7 +4,7 @@
 #include <cctype>
 #include <utility>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/CommandTree.h"

@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 #include "tools/orvane/cli/CommandTree.h"
 #include "tools/orvane/cli/Failure.h"

@@ -1,6 +1,6 @@
 #include "tools/orvane/plugin/ChosenSimulators.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Failure.h"

@@ -1,7 +1,7 @@
 #include "tools/orvane/plugin/PluginFiles.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -20,8 +20,9 @@ constexpr const char* kFolderName = "XPlaneOrvane";
 constexpr std::string_view kMenuText = "XPlane10Orvane v";
 
 std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
 }
 
 // Of an installation, of the package and of a build.

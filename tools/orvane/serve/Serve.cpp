@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 #include "tools/orvane/cli/Bounds.h"
