@@ -165,12 +165,11 @@ TEST_F(ServeTest, WaitsForASimulatorAndTellsOfAnotherAircraft) {
     EXPECT_TRUE(stream.WaitFor(R"("state":"waiting")"));
     fly();
     EXPECT_TRUE(stream.WaitFor(R"("state":"connected")"));
-    // It may take a moment until the first aircraft is known.
-    bool isOne = false;
-    EXPECT_TRUE(stream.WaitFor(R"("state":"aircraft")", [&] {
-        loadAircraft(isOne ? "Test aircraft one" : "Test aircraft two");
-        isOne = !isOne;
-    }));
+    // It may take a moment until the first aircraft is known. Two that took turns could be asked
+    // for in step with their turns, and always be the same one.
+    int number = 0;
+    EXPECT_TRUE(stream.WaitFor(R"("state":"aircraft")",
+                               [&] { loadAircraft(fmt::format("Test aircraft {}", ++number)); }));
 }
 
 TEST_F(ServeTest, RefusesHostileRequestsAndGoesOn) {
