@@ -34,15 +34,21 @@ public:
     bool AreDone() const { return threadsRunning == 0; }
 
 private:
-    // More would not fit in the queue of the listening socket and would wait for the kernel's
-    // retry.
     static constexpr unsigned int kThreads = 3;
 
     void run(unsigned int seed) {
         std::mt19937 random(seed);
         try {
-            while (connectionsLeft-- > 0) {
-                TcpPeer client(kPluginPort);
+            while (connectionsLeft > 0) {
+                const TcpPeer::WithoutWaiting eagerly;
+                TcpPeer client(kPluginPort, eagerly);
+                if (!client.IsConnected()) {
+                    // The queue of the listening socket is full, and the kernel would only try
+                    // again after a second.
+                    std::this_thread::yield();
+                    continue;
+                }
+                --connectionsLeft;
                 client.Send(request);
                 client.HalfClose();
                 // At any point of the frames that the plugin needs to answer.
