@@ -6,7 +6,7 @@
 #include "headless/host/DatarefPlace.h"
 #include "headless/host/IFrameListener.h"
 #include "headless/host/Session.h"
-#include "headless/recording/Track.h"
+#include "headless/tracks/Track.h"
 
 namespace headless {
 

@@ -5,11 +5,11 @@
 #include <gtest/gtest.h>
 
 #include "headless/lists/TextLines.h"
-#include "headless/recording/CsvTrack.h"
-#include "headless/recording/FdrTrack.h"
 #include "headless/recording/Recorder.h"
 #include "headless/recording/Replay.h"
-#include "headless/recording/Track.h"
+#include "headless/tracks/CsvTrack.h"
+#include "headless/tracks/FdrTrack.h"
+#include "headless/tracks/Track.h"
 #include "scenario/FlightTest.h"
 
 using headless::parseCsv;

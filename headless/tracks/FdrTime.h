@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "headless/recording/Track.h"
+#include "headless/tracks/Track.h"
 
 namespace headless {
 

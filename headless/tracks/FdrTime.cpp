@@ -1,9 +1,9 @@
-#include "headless/recording/FdrTime.h"
+#include "headless/tracks/FdrTime.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-#include "headless/recording/TrackText.h"
+#include "headless/tracks/TrackText.h"
 
 namespace headless {
 

@@ -1,11 +1,11 @@
-#include "headless/recording/CsvTrack.h"
+#include "headless/tracks/CsvTrack.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
-#include "headless/recording/TrackText.h"
+#include "headless/tracks/TrackText.h"
 
 namespace headless {
 

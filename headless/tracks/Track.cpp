@@ -1,12 +1,12 @@
-#include "headless/recording/Track.h"
+#include "headless/tracks/Track.h"
 
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
 
-#include "headless/recording/CsvTrack.h"
-#include "headless/recording/FdrTrack.h"
-#include "headless/recording/TrackText.h"
+#include "headless/tracks/CsvTrack.h"
+#include "headless/tracks/FdrTrack.h"
+#include "headless/tracks/TrackText.h"
 
 namespace headless {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "headless/recording/Track.h"
+#include "headless/tracks/Track.h"
 
 namespace headless {
 

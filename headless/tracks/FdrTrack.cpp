@@ -1,4 +1,4 @@
-#include "headless/recording/FdrTrack.h"
+#include "headless/tracks/FdrTrack.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "headless/recording/FdrTime.h"
-#include "headless/recording/TrackText.h"
+#include "headless/tracks/FdrTime.h"
+#include "headless/tracks/TrackText.h"
 
 namespace headless {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "headless/lists/TextLines.h"
-#include "headless/recording/Track.h"
+#include "headless/tracks/Track.h"
 
 namespace headless {
 

@@ -1,4 +1,4 @@
-#include "headless/recording/TrackText.h"
+#include "headless/tracks/TrackText.h"
 
 #include <cerrno>
 #include <charconv>

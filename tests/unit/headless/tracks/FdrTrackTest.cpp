@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "headless/lists/TextLines.h"
-#include "headless/recording/FdrTrack.h"
+#include "headless/tracks/FdrTrack.h"
 
 using headless::parseFdr;
 using headless::TextFileError;

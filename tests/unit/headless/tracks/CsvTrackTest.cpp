@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "headless/lists/TextLines.h"
-#include "headless/recording/CsvTrack.h"
+#include "headless/tracks/CsvTrack.h"
 
 using headless::parseCsv;
 using headless::TextFileError;
