@@ -1,13 +1,13 @@
 #include "headless/tracks/FdrTrack.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
+#include "headless/tracks/FdrDatarefs.h"
 #include "headless/tracks/FdrTime.h"
 #include "headless/tracks/TrackText.h"
 
@@ -15,17 +15,7 @@ namespace headless {
 
 namespace {
 
-constexpr double kMetresPerFoot = 0.3048;
 constexpr std::string_view kSeparators = ", \t";
-constexpr const char* kZuluTime = "sim/time/zulu_time_sec";
-
-// The columns of every row, after its time.
-const std::array<TrackColumn, 6> kPose{{{"sim/flightmodel/position/longitude"},
-                                        {"sim/flightmodel/position/latitude"},
-                                        {"sim/flightmodel/position/elevation", kMetresPerFoot},
-                                        {"sim/flightmodel/position/psi"},
-                                        {"sim/flightmodel/position/theta"},
-                                        {"sim/flightmodel/position/phi"}}};
 
 // A weather field and the dataref that it sets, if the world has it.
 struct WeatherField {
@@ -38,11 +28,9 @@ struct WeatherField {
 
 // Inches of mercury; degrees Fahrenheit; degrees Celsius above standard air; degrees and knots.
 constexpr WeatherField kWeather[] = {
-    {"PRES", 0, "sim/weather/barometer_sealevel_inhg", 1.0, 0.0},
-    {"TEMP", 0, "sim/weather/temperature_sealevel_c", 1.0 / 1.8, -32.0 / 1.8},
-    {"DISA", 0, "sim/weather/temperature_sealevel_c", 1.0, 15.0},
-    {"WIND", 0, "sim/weather/wind_direction_degt", 1.0, 0.0},
-    {"WIND", 1, "sim/weather/wind_speed_kt", 1.0, 0.0},
+    {"PRES", 0, kFdrPressureInHg, 1.0, 0.0},  {"TEMP", 0, kFdrTemperatureC, 1.0 / 1.8, -32.0 / 1.8},
+    {"DISA", 0, kFdrTemperatureC, 1.0, 15.0}, {"WIND", 0, kFdrWindDegrees, 1.0, 0.0},
+    {"WIND", 1, kFdrWindKnots, 1.0, 0.0},
 };
 
 std::vector<std::string> fieldsOf(std::string_view text) {
@@ -79,8 +67,11 @@ std::string aircraftIn(std::string_view path) {
 class Reader final {
 public:
     Track Read(const std::string& text, const std::string& name) {
-        track.columns.assign(kPose.begin(), kPose.end());
-        track.columns.push_back({kZuluTime});
+        for (const char* const dataref : kFdrPose) {
+            track.columns.push_back({dataref});
+        }
+        track.columns[kFdrElevation].factor = kMetresPerFoot;
+        track.columns.push_back({kFdrZuluTime});
         parseTrack(track, text, name,
                    [&](const std::string& line, int number) { readLine(line, number, name); });
         spreadRows(track.rows, hasSeconds ? 1.0 : 60.0);
@@ -124,7 +115,7 @@ private:
             track.settings.push_back({"sim/aircraft/view/acf_tailnum", std::string(rest)});
         } else if (keyword == "TIME") {
             track.settings.push_back(
-                {kZuluTime, numberText(timeOfDayIn(std::string(rest)).seconds)});
+                {kFdrZuluTime, numberText(timeOfDayIn(std::string(rest)).seconds)});
         } else if (kRemarks.contains(keyword)) {
             readRemark(keyword, rest);
         } else if (!readWeather(keyword, rest)) {
@@ -184,8 +175,8 @@ private:
         }
         TrackRow row{secondsAfter(track.rows, time.seconds), {}};
         for (std::size_t i = 0; i < wanted; ++i) {
-            const std::size_t field = i < kPose.size() ? i + 1 : i;
-            const bool isTime = i == kPose.size();
+            const std::size_t field = i < kFdrPose.size() ? i + 1 : i;
+            const bool isTime = i == kFdrPose.size();
             row.numbers.push_back(isTime ? time.seconds
                                          : finiteNumberIn(fields[field]) * track.columns[i].factor);
         }
