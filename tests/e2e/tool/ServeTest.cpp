@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "e2e/tool/ToolTest.h"
 #include "support/Deadline.h"

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace orvane::tool {
 

@@ -1,7 +1,7 @@
 #include "tools/orvane/cli/Limits.h"
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Bounds.h"
 

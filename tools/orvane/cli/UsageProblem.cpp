@@ -4,7 +4,7 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/CommandTree.h"
 #include "tools/orvane/cli/NearestWord.h"

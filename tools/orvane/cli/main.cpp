@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "orvane/Errors.h"
 #include "tools/orvane/cli/ExitCode.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/config/SizeField.h"
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/ValueText.h"

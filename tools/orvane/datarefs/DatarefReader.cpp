@@ -9,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "orvane/Errors.h"
 #include "tools/orvane/files/Output.h"

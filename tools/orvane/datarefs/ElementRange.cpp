@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/files/ParsedNumber.h"
 

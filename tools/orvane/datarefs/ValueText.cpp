@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Failure.h"

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "orvane/Discovery.h"
 #include "tools/orvane/cli/Bounds.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <variant>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/files/RecordWriter.h"
 

@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/drive/ProfileMotionTable.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/datarefs/DatarefArgument.h"
 #include "tools/orvane/drive/InputNames.h"

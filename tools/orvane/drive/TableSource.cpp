@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/files/CsvFields.h"
 #include "tools/orvane/files/ParsedNumber.h"

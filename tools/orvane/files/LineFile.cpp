@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/files/Output.h"

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/terminal/PrintableText.h"

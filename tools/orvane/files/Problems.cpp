@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/terminal/PrintableText.h"

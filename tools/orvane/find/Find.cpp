@@ -3,7 +3,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Subcommands.h"

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Subcommands.h"

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/CommandTree.h"
 

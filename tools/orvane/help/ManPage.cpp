@@ -5,7 +5,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/CommandTree.h"
 #include "tools/orvane/cli/HelpFormatter.h"

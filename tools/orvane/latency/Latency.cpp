@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "orvane/Discovery.h"
 #include "orvane/Errors.h"

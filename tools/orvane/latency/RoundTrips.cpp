@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/terminal/Bar.h"
 

@@ -1,7 +1,7 @@
 #include "tools/orvane/plugin/ChosenSimulators.h"
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/files/Output.h"

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <fstream>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/plugin/LogLines.h"

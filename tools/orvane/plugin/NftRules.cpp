@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace orvane::tool::plugin {

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/plugin/PluginFiles.h"
 

@@ -1,6 +1,6 @@
 #include "tools/orvane/plugin/StatusReport.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/plugin/Firewall.h"

@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <variant>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/datarefs/ValueText.h"

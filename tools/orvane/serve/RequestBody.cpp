@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Failure.h"

@@ -7,7 +7,7 @@
 #include <array>
 #include <random>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace orvane::tool {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <variant>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/ValueText.h"

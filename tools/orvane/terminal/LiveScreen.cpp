@@ -1,6 +1,6 @@
 #include "tools/orvane/terminal/LiveScreen.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/files/Output.h"
 

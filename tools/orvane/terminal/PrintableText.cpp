@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace orvane::tool {
 

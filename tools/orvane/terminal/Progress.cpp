@@ -1,6 +1,6 @@
 #include "tools/orvane/terminal/Progress.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace orvane::tool {
 

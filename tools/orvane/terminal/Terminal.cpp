@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace orvane::tool {
 

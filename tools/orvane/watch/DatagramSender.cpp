@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/files/ParsedNumber.h"

@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <variant>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/Sparkline.h"
