@@ -5,6 +5,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Bounds.h"

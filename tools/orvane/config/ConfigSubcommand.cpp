@@ -1,6 +1,7 @@
 #include <string>
 
 #include <CLI/App.hpp>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/config/ConfigReader.h"

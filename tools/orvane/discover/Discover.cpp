@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/Discovery.h"
 #include "tools/orvane/cli/Bounds.h"

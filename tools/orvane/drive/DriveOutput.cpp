@@ -8,6 +8,7 @@
 #include <variant>
 
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/datarefs/ValueText.h"
 #include "tools/orvane/files/Output.h"

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/files/Output.h"
 

@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Subcommands.h"

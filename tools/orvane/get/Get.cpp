@@ -3,6 +3,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/velmar/Client.h"
 #include "tools/orvane/cli/Subcommands.h"

@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/tarnel/Client.h"
 #include "tools/orvane/cli/Subcommands.h"

@@ -7,6 +7,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/Discovery.h"
 #include "orvane/Errors.h"

@@ -1,6 +1,7 @@
 #include "tools/orvane/plugin/Status.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "orvane/Errors.h"
 #include "orvane/tarnel/Client.h"

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "orvane/Errors.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/files/Output.h"

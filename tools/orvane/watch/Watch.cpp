@@ -9,6 +9,7 @@
 
 #include <CLI/App.hpp>
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/orvane/files/RecordWriter.h"
 
