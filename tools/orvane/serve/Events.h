@@ -12,11 +12,11 @@ namespace orvane::tool {
 
 // The events that a page gets, as server-sent events with JSON in them:
 //
-//     event: series
-//     {"series":[{"name":"test/ints[0]","unit":"","type":"int"}],"missing":["no/such"]} data:
-//     [12.345,0,0.25,7,null]   a reading: seconds, then pairs of a series and its new number event:
-//     state    {"time":12.345,"state":"lost","text":"127.0.0.1:48000: ..."} event: command
-//     {"time":12.345,"command":"sim/...","event":"down"}
+// - "series": {"series":[{"name":"test/ints[0]","unit":"","type":"int"}],"missing":["no/such"]}
+// - no name, a reading, which is seconds and then pairs of a series and its new number:
+//   [12.345,0,0.25,7,null]
+// - "state": {"time":12.345,"state":"lost","text":"127.0.0.1:48000: ..."}
+// - "command": {"time":12.345,"command":"sim/...","event":"down"}
 
 enum class LiveState {
     Waiting,   // never connected
