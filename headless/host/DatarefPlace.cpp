@@ -1,20 +1,18 @@
 #include "headless/host/DatarefPlace.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <stdexcept>
+
+#include "headless/lists/ParsedNumber.h"
 
 namespace headless {
 
 namespace {
 
 std::optional<int> index(std::string_view text) {
-    int number = 0;
-    const char* const last = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), last, number);
-    const bool isIndex = error == std::errc{} && stopped == last && number >= 0;
-    return isIndex ? std::optional(number) : std::nullopt;
+    const auto number = parsedNumber<int>(text);
+    return number.value_or(-1) >= 0 ? number : std::nullopt;
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "headless/lists/ParsedNumber.h"
+
 namespace headless {
 
 namespace {
@@ -33,13 +35,10 @@ std::string formatAll(const std::vector<Number>& values) {
 
 template <class Number>
 Number parse(std::string_view text) {
-    Number value{};
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end) {
-        throw std::invalid_argument("\"" + std::string(text) + "\" is not a value of this dataref");
+    if (const auto value = parsedNumber<Number>(text)) {
+        return *value;
     }
-    return value;
+    throw std::invalid_argument("\"" + std::string(text) + "\" is not a value of this dataref");
 }
 
 template <class Number>

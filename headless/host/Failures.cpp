@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <iterator>
 #include <stdexcept>
@@ -11,6 +10,7 @@
 
 #include "XPLMScenery.h"
 #include "headless/host/NoOpLibrary.h"
+#include "headless/lists/ParsedNumber.h"
 #include "headless/xplm/FunctionTable.h"
 
 namespace headless {
@@ -86,11 +86,10 @@ Failures::Order Failures::parse(const std::string& text) {
                                     "\" is not a function of the SDK");
     }
     if (colon != std::string::npos) {
-        std::int64_t call = 0;
-        const char* const last = text.data() + text.size();
-        const auto [stopped, error] = std::from_chars(text.data() + colon + 1, last, call);
-        if (error != std::errc{} || stopped != last || call < 1) {
-            throw std::invalid_argument("--fail " + text + ": \"" + text.substr(colon + 1) +
+        const std::string number = text.substr(colon + 1);
+        const auto call = parsedNumber<std::int64_t>(number).value_or(0);
+        if (call < 1) {
+            throw std::invalid_argument("--fail " + text + ": \"" + number +
                                         "\" is not the number of a call; the first is 1");
         }
         order.left = call - 1;

@@ -1,9 +1,10 @@
 #include "headless/host/Freezes.h"
 
-#include <charconv>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+
+#include "headless/lists/ParsedNumber.h"
 
 namespace headless {
 
@@ -11,15 +12,12 @@ namespace {
 
 // "3s" or "0.5s".
 std::optional<double> secondsOf(std::string_view text) {
-    double seconds = 0.0;
     if (!text.ends_with('s')) {
         return std::nullopt;
     }
     text.remove_suffix(1);
-    const char* const last = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), last, seconds);
-    const bool fits = error == std::errc{} && stopped == last && seconds >= 0.0 && seconds <= 1e6;
-    return fits ? std::optional(seconds) : std::nullopt;
+    const auto seconds = parsedNumber<double>(text);
+    return seconds >= 0.0 && seconds <= 1e6 ? seconds : std::nullopt;
 }
 
 } // namespace

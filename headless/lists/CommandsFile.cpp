@@ -1,5 +1,6 @@
 #include "headless/lists/CommandsFile.h"
 
+#include <fstream>
 #include <stdexcept>
 
 #include "headless/lists/TextLines.h"
@@ -30,11 +31,8 @@ CommandDefinition parseLine(const std::string& line) {
 } // namespace
 
 std::vector<CommandDefinition> readCommandsFile(const std::string& path) {
-    std::vector<CommandDefinition> definitions;
-    forEachLineOfFile(path, [&](const std::string& line, int /*number*/) {
-        definitions.push_back(parseLine(line));
-    });
-    return definitions;
+    std::ifstream stream = openTextFile(path);
+    return parseCommands(stream, path);
 }
 
 std::vector<CommandDefinition> parseCommands(std::istream& stream, const std::string& name) {

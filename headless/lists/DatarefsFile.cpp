@@ -1,12 +1,11 @@
 #include "headless/lists/DatarefsFile.h"
 
 #include <array>
-#include <charconv>
-#include <functional>
+#include <fstream>
 #include <stdexcept>
 #include <string_view>
-#include <utility>
 
+#include "headless/lists/ParsedNumber.h"
 #include "headless/lists/TextLines.h"
 
 namespace headless {
@@ -42,13 +41,7 @@ std::vector<std::string_view> splitAtTabs(std::string_view line) {
 
 // 0 if `text` is not a number.
 int parseSize(std::string_view text) {
-    if (text.empty()) {
-        return DatarefsFile::kOpenSize;
-    }
-    int size = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, size);
-    return error == std::errc{} && stop == end ? size : 0;
+    return text.empty() ? DatarefsFile::kOpenSize : parsedNumber<int>(text).value_or(0);
 }
 
 // The product of the dimensions in "[4][3]".
@@ -110,12 +103,16 @@ DatarefDefinition parseDatarefLine(std::string_view line) {
     return definition;
 }
 
-// Collects the lines of a file.
-class Collector final {
-public:
-    explicit Collector(const std::string& fileName) : name(fileName) {}
+} // namespace
 
-    void operator()(const std::string& line, int number) {
+DatarefsFile DatarefsFile::Read(const std::string& path) {
+    std::ifstream stream = openTextFile(path);
+    return Parse(stream, path);
+}
+
+DatarefsFile DatarefsFile::Parse(std::istream& stream, const std::string& name) {
+    DatarefsFile file;
+    forEachLine(stream, name, [&](const std::string& line, int number) {
         const bool isHeader = number == 1 && line.front() >= '0' && line.front() <= '9';
         if (isHeader) {
             return;
@@ -125,33 +122,11 @@ public:
         } catch (const std::invalid_argument& error) {
             file.warnings.push_back(name + ":" + std::to_string(number) + ": " + error.what());
         }
+    });
+    if (file.definitions.empty() && !file.warnings.empty()) {
+        throw TextFileError(file.warnings.front());
     }
-
-    // The result, after the last line.
-    DatarefsFile Take() {
-        if (file.definitions.empty() && !file.warnings.empty()) {
-            throw TextFileError(file.warnings.front());
-        }
-        return std::move(file);
-    }
-
-private:
-    std::string name;
-    DatarefsFile file;
-};
-
-} // namespace
-
-DatarefsFile DatarefsFile::Read(const std::string& path) {
-    Collector collector(path);
-    forEachLineOfFile(path, std::ref(collector));
-    return collector.Take();
-}
-
-DatarefsFile DatarefsFile::Parse(std::istream& stream, const std::string& name) {
-    Collector collector(name);
-    forEachLine(stream, name, std::ref(collector));
-    return collector.Take();
+    return file;
 }
 
 } // namespace headless

@@ -28,14 +28,13 @@ void forEachLine(std::istream& stream, const std::string& fileName,
     }
 }
 
-void forEachLineOfFile(const std::string& path,
-                       const std::function<void(const std::string& line, int number)>& parse) {
+std::ifstream openTextFile(const std::string& path) {
     errno = 0;
     std::ifstream stream(path);
     if (!stream) {
         throw TextFileError(path + ": cannot be opened: " + std::strerror(errno));
     }
-    forEachLine(stream, path, parse);
+    return stream;
 }
 
 } // namespace headless

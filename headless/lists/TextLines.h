@@ -20,8 +20,7 @@ public:
 void forEachLine(std::istream& stream, const std::string& fileName,
                  const std::function<void(const std::string& line, int number)>& parse);
 
-// The same for a file on disk. Throws TextFileError if it cannot be opened.
-void forEachLineOfFile(const std::string& path,
-                       const std::function<void(const std::string& line, int number)>& parse);
+// Throws TextFileError if the file cannot be opened.
+std::ifstream openTextFile(const std::string& path);
 
 } // namespace headless

@@ -1,6 +1,7 @@
 #include "headless/scenario/Arguments.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 namespace headless {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <charconv>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "headless/lists/ParsedNumber.h"
 
 namespace headless {
 
@@ -33,13 +34,10 @@ public:
     template <class Number>
     Number TakeNumber(const char* what) {
         const std::string word = Word(what);
-        Number number{};
-        const char* const last = word.data() + word.size();
-        const auto [stopped, error] = std::from_chars(word.data(), last, number);
-        if (error != std::errc{} || stopped != last) {
-            throw std::invalid_argument("\"" + word + "\" is not a number that fits here");
+        if (const auto number = parsedNumber<Number>(word)) {
+            return *number;
         }
-        return number;
+        throw std::invalid_argument("\"" + word + "\" is not a number that fits here");
     }
     // "2s", "500ms" or "1min", as seconds.
     double TakeSeconds();
