@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <string>
-#include <utility>
 
 #include "headless/world/DatarefNumber.h"
 
@@ -22,42 +21,36 @@ constexpr double kNotch = 0.25;
 constexpr double kTrimStep = 0.01;
 constexpr double kThrottleStep = 0.05;
 
-void setAction(Simulator& simulator, const std::string& name,
-               std::function<void(XPLMCommandPhase)> action) {
-    if (Command* command = simulator.Commands().Lookup(name)) {
-        command->action = std::move(action);
+// When the command begins, the dataref becomes what `next` makes of its value; with `repeats`, also
+// in every frame while the command is held.
+void change(Simulator& simulator, const std::string& name, const char* dataref,
+            const std::function<double(double)>& next, bool repeats = false) {
+    Command* const command = simulator.Commands().Lookup(name);
+    if (command == nullptr) {
+        return;
     }
+    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
+    command->action = [number, next, repeats](XPLMCommandPhase phase) {
+        if (phase == xplm_CommandBegin || (repeats && phase == xplm_CommandContinue)) {
+            number.Set(next(number.Get()));
+        }
+    };
 }
 
-// When the command begins, the value becomes 1 - value, or `target`.
 void toggle(Simulator& simulator, const std::string& command, const char* dataref) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [number](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin) {
-            number.Set(1.0 - number.Get());
-        }
-    });
+    change(simulator, command, dataref, [](double value) { return 1.0 - value; });
 }
 
 void assign(Simulator& simulator, const std::string& command, const char* dataref, double target) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [number, target](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin) {
-            number.Set(target);
-        }
-    });
+    change(simulator, command, dataref, [target](double) { return target; });
 }
 
-// When the command begins, adds `step`, within the limits. With `repeats`, also on every frame
-// while the command is held.
+// Adds `step`, within the limits.
 void move(Simulator& simulator, const std::string& command, const char* dataref, double step,
           double lowest, double highest, bool repeats) {
-    const DatarefNumber number(simulator.Datarefs().Lookup(dataref));
-    setAction(simulator, command, [=](XPLMCommandPhase phase) {
-        if (phase == xplm_CommandBegin || (repeats && phase == xplm_CommandContinue)) {
-            number.Set(std::clamp(number.Get() + step, lowest, highest));
-        }
-    });
+    change(
+        simulator, command, dataref,
+        [=](double value) { return std::clamp(value + step, lowest, highest); }, repeats);
 }
 
 } // namespace

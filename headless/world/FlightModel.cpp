@@ -45,50 +45,11 @@ double compass(double degrees) {
     return turned < 0.0 ? turned + 360.0 : turned;
 }
 
-DatarefNumber find(Simulator& simulator, const char* name) {
-    return DatarefNumber(simulator.Datarefs().Lookup(name));
-}
-
 } // namespace
 
-FlightModel::FlightModel(Simulator& simulator)
-    : frame(simulator.Frame()),
-      terrain(simulator.Terrain()),
-      yokePitch(find(simulator, "sim/cockpit2/controls/yoke_pitch_ratio")),
-      yokeRoll(find(simulator, "sim/cockpit2/controls/yoke_roll_ratio")),
-      pedals(find(simulator, "sim/cockpit2/controls/yoke_heading_ratio")),
-      pitchTrim(find(simulator, "sim/cockpit2/controls/elevator_trim")),
-      throttle(find(simulator, "sim/cockpit2/engine/actuators/throttle_ratio")),
-      flaps(find(simulator, "sim/cockpit2/controls/flap_ratio")),
-      gearDown(find(simulator, "sim/cockpit2/controls/gear_handle_down")),
-      pitch(find(simulator, "sim/flightmodel/position/theta")),
-      roll(find(simulator, "sim/flightmodel/position/phi")),
-      heading(find(simulator, "sim/flightmodel/position/psi")),
-      rollRate(find(simulator, "sim/flightmodel/position/P")),
-      pitchRate(find(simulator, "sim/flightmodel/position/Q")),
-      yawRate(find(simulator, "sim/flightmodel/position/R")),
-      speed(find(simulator, "sim/flightmodel/position/true_airspeed")),
-      latitude(find(simulator, "sim/flightmodel/position/latitude")),
-      longitude(find(simulator, "sim/flightmodel/position/longitude")),
-      elevation(find(simulator, "sim/flightmodel/position/elevation")),
-      east(find(simulator, "sim/flightmodel/position/local_x")),
-      up(find(simulator, "sim/flightmodel/position/local_y")),
-      south(find(simulator, "sim/flightmodel/position/local_z")),
-      groundSpeed(find(simulator, "sim/flightmodel/position/groundspeed")),
-      climb(find(simulator, "sim/flightmodel/position/vh_ind")),
-      height(find(simulator, "sim/flightmodel/position/y_agl")),
-      indicatedSpeed(find(simulator, "sim/flightmodel/position/indicated_airspeed")),
-      gaugeSpeed(find(simulator, "sim/cockpit2/gauges/indicators/airspeed_kts_pilot")),
-      gaugeAltitude(find(simulator, "sim/cockpit2/gauges/indicators/altitude_ft_pilot")),
-      gaugePitch(find(simulator, "sim/cockpit2/gauges/indicators/pitch_AHARS_deg_pilot")),
-      gaugeRoll(find(simulator, "sim/cockpit2/gauges/indicators/roll_AHARS_deg_pilot")),
-      gaugeHeading(find(simulator, "sim/cockpit2/gauges/indicators/heading_AHARS_deg_mag_pilot")),
-      gaugeClimb(find(simulator, "sim/cockpit2/gauges/indicators/vvi_fpm_pilot")),
-      loadFactor(find(simulator, "sim/flightmodel/forces/g_nrml")),
-      rollMoment(find(simulator, "sim/flightmodel/forces/L_aero")),
-      pitchMoment(find(simulator, "sim/flightmodel/forces/M_aero")),
-      yawMoment(find(simulator, "sim/flightmodel/forces/N_aero")),
-      paused(find(simulator, "sim/time/paused")) {}
+DatarefNumber FlightModel::find(const char* name) const {
+    return DatarefNumber(simulator.Datarefs().Lookup(name));
+}
 
 void FlightModel::Advance(double seconds) const {
     if (isResting || paused.Get() != 0.0) {
@@ -101,7 +62,8 @@ void FlightModel::Advance(double seconds) const {
 }
 
 void FlightModel::Follow() const {
-    const LocalPosition local = frame.ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    const LocalPosition local =
+        simulator.Frame().ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
     east.Set(local.x);
     up.Set(local.y);
     south.Set(local.z);
@@ -135,11 +97,13 @@ void FlightModel::travel(double seconds) const {
     const double rise = distance * std::sin(pitch.Get() * kDegree);
     const double north = level * std::cos(heading.Get() * kDegree);
     const double sideways = level * std::sin(heading.Get() * kDegree);
-    const LocalPosition at = frame.ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
-    const WorldPosition moved = frame.ToWorld({at.x + sideways, at.y + rise, at.z - north});
+    const LocalPosition at =
+        simulator.Frame().ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    const WorldPosition moved =
+        simulator.Frame().ToWorld({at.x + sideways, at.y + rise, at.z - north});
     latitude.Set(moved.latitude);
     longitude.Set(moved.longitude);
-    elevation.Set(std::max(terrain.Elevation(), moved.altitude));
+    elevation.Set(std::max(simulator.Terrain().Elevation(), moved.altitude));
     east.Set(east.Get() + sideways);
     up.Set(up.Get() + rise);
     south.Set(south.Get() - north);
@@ -150,7 +114,7 @@ void FlightModel::showInstruments() const {
     const double rise = velocity * std::sin(pitch.Get() * kDegree);
     groundSpeed.Set(velocity * std::cos(pitch.Get() * kDegree));
     climb.Set(rise);
-    height.Set(elevation.Get() - terrain.Elevation());
+    height.Set(elevation.Get() - simulator.Terrain().Elevation());
     indicatedSpeed.Set(velocity * kKnotsPerMetrePerSecond);
     gaugeSpeed.Set(velocity * kKnotsPerMetrePerSecond);
     gaugeAltitude.Set(elevation.Get() * kFeetPerMetre);

@@ -12,7 +12,7 @@ namespace headless {
 // It stands still while sim/time/paused is not 0. Borrows the datarefs; the simulator outlives it.
 class FlightModel final {
 public:
-    explicit FlightModel(Simulator& simulator);
+    explicit FlightModel(Simulator& flownSimulator) : simulator(flownSimulator) {}
 
     void Advance(double seconds) const;
 
@@ -22,54 +22,53 @@ public:
     void Follow() const;
 
 private:
+    DatarefNumber find(const char* name) const;
     void turn(double seconds) const;
     void accelerate(double seconds) const;
     void travel(double seconds) const;
     void showInstruments() const;
 
-    const LocalFrame& frame;
-    const Terrain& terrain;
-
+    Simulator& simulator;
     // Controls.
-    DatarefNumber yokePitch;
-    DatarefNumber yokeRoll;
-    DatarefNumber pedals;
-    DatarefNumber pitchTrim;
-    DatarefNumber throttle;
-    DatarefNumber flaps;
-    DatarefNumber gearDown;
+    DatarefNumber yokePitch = find("sim/cockpit2/controls/yoke_pitch_ratio");
+    DatarefNumber yokeRoll = find("sim/cockpit2/controls/yoke_roll_ratio");
+    DatarefNumber pedals = find("sim/cockpit2/controls/yoke_heading_ratio");
+    DatarefNumber pitchTrim = find("sim/cockpit2/controls/elevator_trim");
+    DatarefNumber throttle = find("sim/cockpit2/engine/actuators/throttle_ratio");
+    DatarefNumber flaps = find("sim/cockpit2/controls/flap_ratio");
+    DatarefNumber gearDown = find("sim/cockpit2/controls/gear_handle_down");
 
     // State: degrees, degrees per second, metres, metres per second.
-    DatarefNumber pitch;
-    DatarefNumber roll;
-    DatarefNumber heading;
-    DatarefNumber rollRate;
-    DatarefNumber pitchRate;
-    DatarefNumber yawRate;
-    DatarefNumber speed;
-    DatarefNumber latitude;
-    DatarefNumber longitude;
-    DatarefNumber elevation;
-    DatarefNumber east;
-    DatarefNumber up;
-    DatarefNumber south;
+    DatarefNumber pitch = find("sim/flightmodel/position/theta");
+    DatarefNumber roll = find("sim/flightmodel/position/phi");
+    DatarefNumber heading = find("sim/flightmodel/position/psi");
+    DatarefNumber rollRate = find("sim/flightmodel/position/P");
+    DatarefNumber pitchRate = find("sim/flightmodel/position/Q");
+    DatarefNumber yawRate = find("sim/flightmodel/position/R");
+    DatarefNumber speed = find("sim/flightmodel/position/true_airspeed");
+    DatarefNumber latitude = find("sim/flightmodel/position/latitude");
+    DatarefNumber longitude = find("sim/flightmodel/position/longitude");
+    DatarefNumber elevation = find("sim/flightmodel/position/elevation");
+    DatarefNumber east = find("sim/flightmodel/position/local_x");
+    DatarefNumber up = find("sim/flightmodel/position/local_y");
+    DatarefNumber south = find("sim/flightmodel/position/local_z");
 
     // Derived from the state.
-    DatarefNumber groundSpeed;
-    DatarefNumber climb;
-    DatarefNumber height;
-    DatarefNumber indicatedSpeed;
-    DatarefNumber gaugeSpeed;
-    DatarefNumber gaugeAltitude;
-    DatarefNumber gaugePitch;
-    DatarefNumber gaugeRoll;
-    DatarefNumber gaugeHeading;
-    DatarefNumber gaugeClimb;
-    DatarefNumber loadFactor;
-    DatarefNumber rollMoment;
-    DatarefNumber pitchMoment;
-    DatarefNumber yawMoment;
-    DatarefNumber paused;
+    DatarefNumber groundSpeed = find("sim/flightmodel/position/groundspeed");
+    DatarefNumber climb = find("sim/flightmodel/position/vh_ind");
+    DatarefNumber height = find("sim/flightmodel/position/y_agl");
+    DatarefNumber indicatedSpeed = find("sim/flightmodel/position/indicated_airspeed");
+    DatarefNumber gaugeSpeed = find("sim/cockpit2/gauges/indicators/airspeed_kts_pilot");
+    DatarefNumber gaugeAltitude = find("sim/cockpit2/gauges/indicators/altitude_ft_pilot");
+    DatarefNumber gaugePitch = find("sim/cockpit2/gauges/indicators/pitch_AHARS_deg_pilot");
+    DatarefNumber gaugeRoll = find("sim/cockpit2/gauges/indicators/roll_AHARS_deg_pilot");
+    DatarefNumber gaugeHeading = find("sim/cockpit2/gauges/indicators/heading_AHARS_deg_mag_pilot");
+    DatarefNumber gaugeClimb = find("sim/cockpit2/gauges/indicators/vvi_fpm_pilot");
+    DatarefNumber loadFactor = find("sim/flightmodel/forces/g_nrml");
+    DatarefNumber rollMoment = find("sim/flightmodel/forces/L_aero");
+    DatarefNumber pitchMoment = find("sim/flightmodel/forces/M_aero");
+    DatarefNumber yawMoment = find("sim/flightmodel/forces/N_aero");
+    DatarefNumber paused = find("sim/time/paused");
 
     bool isResting = false;
 };
