@@ -33,12 +33,12 @@ Simulator* current = nullptr;
 } // namespace
 
 // Parts that few plugins use, kept apart so that Simulator.h does not include their headers.
-struct Simulator::Rooms {
-    explicit Rooms(Simulator& simulator)
+struct Simulator::Parts {
+    explicit Parts(Simulator& simulator)
         : errors(simulator.context, simulator.recorder),
           features(simulator.context, simulator.recorder),
           menus(simulator.context, simulator.commands, simulator.recorder),
-          drawing(simulator.context, simulator.recorder),
+          drawing(simulator.context, simulator.recorder, "draw callback"),
           windows(simulator.context, simulator.recorder),
           keyboard(windows, simulator.context, simulator.recorder),
           avionics(simulator.context, simulator.recorder),
@@ -82,7 +82,7 @@ Simulator::Simulator()
       flightLoops(clock, context, recorder),
       plugins(context, recorder),
       contract(notices, context, plugins),
-      rooms(std::make_unique<Rooms>(*this)) {
+      parts(std::make_unique<Parts>(*this)) {
     recorder.AddObserver([this](const RefusedCall& refused) { contract.Refused(refused); });
     current = this;
 }
@@ -101,83 +101,83 @@ Simulator& Simulator::Current() {
 }
 
 Aircraft& Simulator::Aircraft() {
-    return rooms->aircraft;
+    return parts->aircraft;
 }
 
 Avionics& Simulator::Avionics() {
-    return rooms->avionics;
+    return parts->avionics;
 }
 
 Camera& Simulator::Camera() {
-    return rooms->camera;
+    return parts->camera;
 }
 
-DrawCallbacks& Simulator::Drawing() {
-    return rooms->drawing;
+CallbackList<DrawCallback>& Simulator::Drawing() {
+    return parts->drawing;
 }
 
 ErrorCallbacks& Simulator::Errors() {
-    return rooms->errors;
+    return parts->errors;
 }
 
 Features& Simulator::Features() {
-    return rooms->features;
+    return parts->features;
 }
 
 SystemFolder& Simulator::Folder() {
-    return rooms->folder;
+    return parts->folder;
 }
 
 LocalFrame& Simulator::Frame() {
-    return rooms->frame;
+    return parts->frame;
 }
 
 OwnedObjects<SceneryInstance>& Simulator::Instances() {
-    return rooms->instances;
+    return parts->instances;
 }
 
 Keyboard& Simulator::Keyboard() {
-    return rooms->keyboard;
+    return parts->keyboard;
 }
 
 Maps& Simulator::Maps() {
-    return rooms->maps;
+    return parts->maps;
 }
 
 MenuTable& Simulator::Menus() {
-    return rooms->menus;
+    return parts->menus;
 }
 
 const Menu& Simulator::PluginsMenu() {
-    return rooms->menus.PluginsMenu();
+    return parts->menus.PluginsMenu();
 }
 
 Objects& Simulator::Objects() {
-    return rooms->objects;
+    return parts->objects;
 }
 
 FlightPlans& Simulator::Plans() {
-    return rooms->plans;
+    return parts->plans;
 }
 
 Sounds& Simulator::Sounds() {
-    return rooms->sounds;
+    return parts->sounds;
 }
 
 Terrain& Simulator::Terrain() {
-    return rooms->terrain;
+    return parts->terrain;
 }
 
 Weather& Simulator::Weather() {
-    return rooms->weather;
+    return parts->weather;
 }
 
 WidgetTree& Simulator::Widgets() {
-    return rooms->widgets;
+    return parts->widgets;
 }
 
 Windows& Simulator::Windows() {
-    return rooms->windows;
+    return parts->windows;
 }
 
 void Simulator::NotSimulated() {
@@ -210,7 +210,7 @@ void Simulator::ReloadScenery() {
 }
 
 void Simulator::PlaceUser(const WorldPosition& position, double heading, double speed) {
-    const LocalPosition local = rooms->frame.ToLocal(position);
+    const LocalPosition local = parts->frame.ToLocal(position);
     const std::pair<const char*, double> values[] = {
         {"sim/flightmodel/position/latitude", position.latitude},
         {"sim/flightmodel/position/longitude", position.longitude},
@@ -233,10 +233,10 @@ void Simulator::RunFrame(double seconds) {
         observer->FrameBegan();
     }
     flightLoops.Run(xplm_FlightLoop_Phase_AfterFlightModel, seconds);
-    rooms->objects.FinishLoads();
-    rooms->sounds.Advance();
-    rooms->camera.Move();
-    tellOfNewDatarefs();
+    parts->objects.FinishLoads();
+    parts->sounds.Advance();
+    parts->camera.Move();
+    announceNewDatarefs();
     clock.Advance(seconds);
     commands.ContinueHeld();
     flightLoops.Run(xplm_FlightLoop_Phase_BeforeFlightModel, seconds);
@@ -250,35 +250,35 @@ void Simulator::DropRegistrations(XPLMPluginID plugin) {
         {flightLoops.DropOf(plugin), "flight loops", "XPLMUnregisterFlightLoopCallback"},
         {commands.DropOf(plugin), "command handlers", "XPLMUnregisterCommandHandler"},
         {datarefs.DropOf(plugin), "datarefs", "XPLMUnregisterDataAccessor"},
-        {rooms->menus.DropOf(plugin), "menus and items", "XPLMDestroyMenu"},
-        {rooms->drawing.DropOf(plugin), "draw callbacks", "XPLMUnregisterDrawCallback"},
-        {rooms->keyboard.DropOf(plugin), "hot keys and key sniffers", "XPLMUnregisterHotKey"},
-        {rooms->avionics.DropOf(plugin), "avionics", "XPLMDestroyAvionics"},
-        {rooms->widgets.DropOf(plugin), "widgets", "XPDestroyWidget"},
-        {rooms->windows.DropOf(plugin), "windows", "XPLMDestroyWindow"},
-        {rooms->aircraft.DropOf(plugin), "control of the planes", "XPLMReleasePlanes"},
-        {rooms->camera.DropOf(plugin), "control of the camera", "XPLMDontControlCamera"},
-        {rooms->sounds.DropOf(plugin), "sounds", "XPLMStopAudio"}};
+        {parts->menus.DropOf(plugin), "menus and items", "XPLMDestroyMenu"},
+        {parts->drawing.DropOf(plugin), "draw callbacks", "XPLMUnregisterDrawCallback"},
+        {parts->keyboard.DropOf(plugin), "hot keys and key sniffers", "XPLMUnregisterHotKey"},
+        {parts->avionics.DropOf(plugin), "avionics", "XPLMDestroyAvionics"},
+        {parts->widgets.DropOf(plugin), "widgets", "XPDestroyWidget"},
+        {parts->windows.DropOf(plugin), "windows", "XPLMDestroyWindow"},
+        {parts->aircraft.DropOf(plugin), "control of the planes", "XPLMReleasePlanes"},
+        {parts->camera.DropOf(plugin), "control of the camera", "XPLMDontControlCamera"},
+        {parts->sounds.DropOf(plugin), "sounds", "XPLMStopAudio"}};
     contract.LeftBehind(plugin, takenBack, true);
     const Leftover left[] = {
         {commands.ReleaseOf(plugin), "commands begun", "XPLMCommandEnd"},
-        {rooms->terrain.Probes().DropOf(plugin), "terrain probes", "XPLMDestroyProbe"},
-        {rooms->instances.DropOf(plugin), "instances", "XPLMDestroyInstance"},
-        {rooms->objects.DropOf(plugin), "objects", "XPLMUnloadObject"},
-        {rooms->maps.DropOf(plugin), "map layers", "XPLMDestroyMapLayer"}};
+        {parts->terrain.Probes().DropOf(plugin), "terrain probes", "XPLMDestroyProbe"},
+        {parts->instances.DropOf(plugin), "instances", "XPLMDestroyInstance"},
+        {parts->objects.DropOf(plugin), "objects", "XPLMUnloadObject"},
+        {parts->maps.DropOf(plugin), "map layers", "XPLMDestroyMapLayer"}};
     contract.LeftBehind(plugin, left, false);
-    rooms->errors.DropOf(plugin);
-    rooms->features.DropOf(plugin);
+    parts->errors.DropOf(plugin);
+    parts->features.DropOf(plugin);
 }
 
-void Simulator::tellOfNewDatarefs() {
+void Simulator::announceNewDatarefs() {
     const int count = datarefs.Count();
-    if (std::exchange(datarefsTold, count) == count) {
+    if (std::exchange(datarefsAnnounced, count) == count) {
         return;
     }
     for (int i = 0; i < plugins.Count(); ++i) {
         const XPLMPluginID plugin = plugins.Nth(i);
-        if (rooms->features.IsEnabledFor(plugin, Features::kDatarefNotifications)) {
+        if (parts->features.IsEnabledFor(plugin, Features::kDatarefNotifications)) {
             // The count is passed as the pointer itself.
             plugins.SendFromSimulator(plugin, XPLM_MSG_DATAREFS_ADDED,
                                       std::bit_cast<void*>(static_cast<intptr_t>(count)));

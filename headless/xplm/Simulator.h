@@ -22,7 +22,6 @@ namespace headless {
 class Aircraft;
 class Avionics;
 class Camera;
-class DrawCallbacks;
 class ErrorCallbacks;
 class Features;
 class FlightPlans;
@@ -37,8 +36,11 @@ class Terrain;
 class Weather;
 class WidgetTree;
 class Windows;
+template <class Entry>
+class CallbackList;
 template <class Object>
 class OwnedObjects;
+struct DrawCallback;
 struct SceneryInstance;
 struct WorldPosition;
 
@@ -75,7 +77,7 @@ public:
     headless::Aircraft& Aircraft();
     headless::Avionics& Avionics();
     headless::Camera& Camera();
-    DrawCallbacks& Drawing();
+    CallbackList<DrawCallback>& Drawing();
     ErrorCallbacks& Errors();
     headless::Features& Features();
     SystemFolder& Folder();
@@ -131,9 +133,9 @@ public:
     void DropRegistrations(XPLMPluginID plugin = XPLM_PLUGIN_XPLANE);
 
 private:
-    struct Rooms;
+    struct Parts;
 
-    void tellOfNewDatarefs();
+    void announceNewDatarefs();
 
     Simulator* former;
     CallRecorder recorder;
@@ -148,11 +150,11 @@ private:
     FlightLoops flightLoops;
     PluginRegistry plugins;
     Contract contract;
-    std::unique_ptr<Rooms> rooms;
+    std::unique_ptr<Parts> parts;
     int version = kUsualVersion;
     IPluginObserver* observer = nullptr;
     int textures = 0;
-    int datarefsTold = 0;
+    int datarefsAnnounced = 0;
     std::string spoken;
 };
 

@@ -1,44 +1,21 @@
 #pragma once
 
-#include <cstddef>
-#include <vector>
-
 #include "XPLMDisplay.h"
-#include "headless/xplm/CallRecorder.h"
-#include "headless/xplm/plugin/PluginContext.h"
+#include "headless/xplm/CallbackList.h"
 
 namespace headless {
 
-// Callbacks for drawing. They are kept but never called, because nothing is drawn.
-class DrawCallbacks final {
-public:
-    DrawCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
-        : context(pluginContext), recorder(callRecorder) {}
-    DrawCallbacks(const DrawCallbacks&) = delete;
-    DrawCallbacks& operator=(const DrawCallbacks&) = delete;
+// A callback for drawing. It is kept but never called, because nothing is drawn.
+struct DrawCallback {
+    XPLMDrawCallback_f callback;
+    XPLMDrawingPhase phase;
+    bool before;
+    void* refcon;
+    XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
 
-    // False without a callback.
-    bool Register(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
-    // False if it is not registered.
-    bool Unregister(XPLMDrawCallback_f callback, XPLMDrawingPhase phase, bool before, void* refcon);
-    std::size_t DropOf(XPLMPluginID plugin);
-
-    std::size_t Count() const { return entries.size(); }
-
-private:
-    struct Entry {
-        XPLMDrawCallback_f callback;
-        XPLMDrawingPhase phase;
-        bool before;
-        void* refcon;
-        XPLMPluginID owner;
-
-        bool operator==(const Entry&) const = default;
-    };
-
-    PluginContext& context;
-    CallRecorder& recorder;
-    std::vector<Entry> entries;
+    bool operator==(const DrawCallback&) const = default;
 };
+
+using DrawCallbacks = CallbackList<DrawCallback>;
 
 } // namespace headless

@@ -1,7 +1,5 @@
 #include "headless/xplm/display/Keyboard.h"
 
-#include <algorithm>
-
 namespace headless {
 
 void Keyboard::Press(char key, XPLMKeyFlags flags, char virtualKey) {
@@ -12,33 +10,11 @@ void Keyboard::Press(char key, XPLMKeyFlags flags, char virtualKey) {
 }
 
 std::size_t Keyboard::DropOf(XPLMPluginID plugin) {
-    return hotKeys.DropOf(plugin) +
-           std::erase_if(sniffers, [&](const Sniffer& sniffer) { return sniffer.owner == plugin; });
-}
-
-bool Keyboard::AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon) {
-    if (callback == nullptr) {
-        recorder.Refuse(Refusal::NullHandle, "callback");
-        return false;
-    }
-    sniffers.push_back({callback, beforeWindows, refcon, context.Plugin()});
-    return true;
-}
-
-bool Keyboard::RemoveSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon) {
-    const Sniffer wanted{callback, beforeWindows, refcon, context.Plugin()};
-    const auto found = std::find(sniffers.begin(), sniffers.end(), wanted);
-    if (found == sniffers.end()) {
-        recorder.Refuse(Refusal::NotRegistered, "key sniffer");
-        return false;
-    }
-    sniffers.erase(found);
-    return true;
+    return hotKeys.DropOf(plugin) + sniffers.DropOf(plugin);
 }
 
 bool Keyboard::passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey) {
-    // Sniffers may come and go while they are called.
-    for (const Sniffer& sniffer : std::vector<Sniffer>(sniffers)) {
+    for (const KeySniffer& sniffer : sniffers.All()) {
         if (sniffer.beforeWindows == beforeWindows && context.IsActive(sniffer.owner)) {
             const PluginContext::Call call(context, sniffer.owner, "key sniffer");
             if (call.Into(sniffer.callback, key, flags, virtualKey, sniffer.refcon) == 0) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
+#include "headless/xplm/CallbackList.h"
 #include "headless/xplm/OwnedObjects.h"
 #include "headless/xplm/display/Windows.h"
 
@@ -16,6 +16,15 @@ struct HotKey {
     void* refcon = nullptr;
 };
 
+struct KeySniffer {
+    XPLMKeySniffer_f callback;
+    bool beforeWindows;
+    void* refcon;
+    XPLMPluginID owner = XPLM_PLUGIN_XPLANE;
+
+    bool operator==(const KeySniffer&) const = default;
+};
+
 // Passes on a key in this order: sniffers before the windows, the window that has the keyboard,
 // sniffers after the windows, hot keys. All but hot keys may swallow it.
 class Keyboard final {
@@ -23,7 +32,7 @@ public:
     Keyboard(Windows& allWindows, PluginContext& pluginContext, CallRecorder& callRecorder)
         : windows(allWindows),
           context(pluginContext),
-          recorder(callRecorder),
+          sniffers(pluginContext, callRecorder, "key sniffer"),
           hotKeys(pluginContext, callRecorder, "hot key") {}
     Keyboard(const Keyboard&) = delete;
     Keyboard& operator=(const Keyboard&) = delete;
@@ -32,29 +41,18 @@ public:
     void Press(char key, XPLMKeyFlags flags, char virtualKey);
     std::size_t DropOf(XPLMPluginID plugin);
 
-    // Plugin side. False without a callback, or if it is not registered.
-    bool AddSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
-    bool RemoveSniffer(XPLMKeySniffer_f callback, bool beforeWindows, void* refcon);
+    // Plugin side.
+    CallbackList<KeySniffer>& Sniffers() { return sniffers; }
     OwnedObjects<HotKey>& HotKeys() { return hotKeys; }
 
 private:
-    struct Sniffer {
-        XPLMKeySniffer_f callback;
-        bool beforeWindows;
-        void* refcon;
-        XPLMPluginID owner;
-
-        bool operator==(const Sniffer&) const = default;
-    };
-
     // False if one of them swallows the key.
     bool passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey);
     void runHotKeys(XPLMKeyFlags flags, char virtualKey);
 
     Windows& windows;
     PluginContext& context;
-    CallRecorder& recorder;
-    std::vector<Sniffer> sniffers;
+    CallbackList<KeySniffer> sniffers;
     OwnedObjects<HotKey> hotKeys;
 };
 

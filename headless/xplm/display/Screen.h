@@ -26,6 +26,19 @@ inline void giveRectangle(const Rectangle& rectangle, int* left, int* top, int* 
     give(bottom, rectangle.bottom);
 }
 
+// The geometry of a window, a widget or a device. Null has no extent, and takes none.
+template <class Shape>
+void giveGeometry(const Shape* shape, int* left, int* top, int* right, int* bottom) {
+    giveRectangle(shape == nullptr ? Rectangle{} : shape->geometry, left, top, right, bottom);
+}
+
+template <class Shape>
+void takeGeometry(Shape* shape, const Rectangle& geometry) {
+    if (shape != nullptr) {
+        shape->geometry = geometry;
+    }
+}
+
 // The only monitor, and the mouse in the middle of it.
 constexpr Rectangle kScreen{0, 1080, 1920, 0};
 constexpr int kMouseX = kScreen.right / 2;

@@ -7,28 +7,13 @@
 
 using headless::AvionicsDevice;
 using headless::give;
+using headless::giveGeometry;
 using headless::here;
-using headless::Rectangle;
-
-namespace {
-
-void giveGeometry(const AvionicsDevice* device, int* left, int* top, int* right, int* bottom) {
-    headless::giveRectangle(device == nullptr ? Rectangle{} : device->geometry, left, top, right,
-                            bottom);
-}
-
-void takeGeometry(AvionicsDevice* device, const Rectangle& geometry) {
-    if (device != nullptr) {
-        device->geometry = geometry;
-    }
-}
-
-} // namespace
+using headless::takeGeometry;
 
 XPLMAvionicsID XPLMRegisterAvionicsCallbacksEx(XPLMCustomizeAvionics_t* inParams) {
     headless::Simulator& simulator = here();
-    if (inParams == nullptr) {
-        simulator.Recorder().Refuse(headless::Refusal::NullHandle, "parameters");
+    if (!headless::isGiven(inParams, "parameters")) {
         return nullptr;
     }
     return simulator.Avionics().HandleOf(headless::takeStructure(*inParams).deviceId);
@@ -44,8 +29,7 @@ void XPLMUnregisterAvionicsCallbacks(XPLMAvionicsID inAvionicsId) {
 
 XPLMAvionicsID XPLMCreateAvionicsEx(XPLMCreateAvionics_t* inParams) {
     headless::Simulator& simulator = here();
-    if (inParams == nullptr) {
-        simulator.Recorder().Refuse(headless::Refusal::NullHandle, "parameters");
+    if (!headless::isGiven(inParams, "parameters")) {
         return nullptr;
     }
     const XPLMCreateAvionics_t parameters = headless::takeStructure(*inParams);

@@ -14,20 +14,21 @@ using headless::OwnedObjects;
 
 int XPLMRegisterDrawCallback(XPLMDrawCallback_f inCallback, XPLMDrawingPhase inPhase,
                              int inWantsBefore, void* inRefcon) {
-    return here().Drawing().Register(inCallback, inPhase, inWantsBefore != 0, inRefcon) ? 1 : 0;
+    return here().Drawing().Add({inCallback, inPhase, inWantsBefore != 0, inRefcon}) ? 1 : 0;
 }
 
 int XPLMUnregisterDrawCallback(XPLMDrawCallback_f inCallback, XPLMDrawingPhase inPhase,
                                int inWantsBefore, void* inRefcon) {
-    return here().Drawing().Unregister(inCallback, inPhase, inWantsBefore != 0, inRefcon) ? 1 : 0;
+    return here().Drawing().Remove({inCallback, inPhase, inWantsBefore != 0, inRefcon}) ? 1 : 0;
 }
 
 int XPLMRegisterKeySniffer(XPLMKeySniffer_f inCallback, int inBeforeWindows, void* inRefcon) {
-    return here().Keyboard().AddSniffer(inCallback, inBeforeWindows != 0, inRefcon) ? 1 : 0;
+    return here().Keyboard().Sniffers().Add({inCallback, inBeforeWindows != 0, inRefcon}) ? 1 : 0;
 }
 
 int XPLMUnregisterKeySniffer(XPLMKeySniffer_f inCallback, int inBeforeWindows, void* inRefcon) {
-    return here().Keyboard().RemoveSniffer(inCallback, inBeforeWindows != 0, inRefcon) ? 1 : 0;
+    return here().Keyboard().Sniffers().Remove({inCallback, inBeforeWindows != 0, inRefcon}) ? 1
+                                                                                             : 0;
 }
 
 XPLMHotKeyID XPLMRegisterHotKey(char inVirtualKey, XPLMKeyFlags inFlags, const char* inDescription,

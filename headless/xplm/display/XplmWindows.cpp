@@ -8,30 +8,16 @@
 #include "headless/xplm/display/Windows.h"
 
 using headless::give;
+using headless::giveGeometry;
 using headless::giveRectangle;
 using headless::here;
 using headless::kScreen;
-using headless::Rectangle;
+using headless::takeGeometry;
 using headless::Window;
-
-namespace {
-
-void giveGeometry(const Window* window, int* left, int* top, int* right, int* bottom) {
-    giveRectangle(window == nullptr ? Rectangle{} : window->geometry, left, top, right, bottom);
-}
-
-void takeGeometry(Window* window, const Rectangle& geometry) {
-    if (window != nullptr) {
-        window->geometry = geometry;
-    }
-}
-
-} // namespace
 
 XPLMWindowID XPLMCreateWindowEx(XPLMCreateWindow_t* inParams) {
     headless::Simulator& simulator = here();
-    if (inParams == nullptr) {
-        simulator.Recorder().Refuse(headless::Refusal::NullHandle, "parameters");
+    if (!headless::isGiven(inParams, "parameters")) {
         return nullptr;
     }
     XPLMCreateWindow_t parameters = headless::takeStructure(*inParams);

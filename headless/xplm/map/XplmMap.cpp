@@ -10,8 +10,7 @@ using headless::here;
 
 XPLMMapLayerID XPLMCreateMapLayer(XPLMCreateMapLayer_t* inParams) {
     headless::Simulator& simulator = here();
-    if (inParams == nullptr) {
-        simulator.Recorder().Refuse(headless::Refusal::NullHandle, "parameters");
+    if (!headless::isGiven(inParams, "parameters")) {
         return nullptr;
     }
     return simulator.Maps().Create(headless::takeStructure(*inParams));

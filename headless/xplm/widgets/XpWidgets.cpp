@@ -10,7 +10,6 @@
 using headless::give;
 using headless::giveRectangle;
 using headless::here;
-using headless::Rectangle;
 using headless::Widget;
 
 XPWidgetID XPCreateWidget(int inLeft, int inTop, int inRight, int inBottom, int inVisible,
@@ -89,9 +88,8 @@ int XPIsWidgetInFront(XPWidgetID inWidget) {
 
 void XPGetWidgetGeometry(XPWidgetID inWidget, int* outLeft, int* outTop, int* outRight,
                          int* outBottom) {
-    const Widget* const widget = here().Widgets().Resolve(inWidget);
-    giveRectangle(widget == nullptr ? Rectangle{} : widget->geometry, outLeft, outTop, outRight,
-                  outBottom);
+    headless::giveGeometry(here().Widgets().Resolve(inWidget), outLeft, outTop, outRight,
+                           outBottom);
 }
 
 void XPSetWidgetGeometry(XPWidgetID inWidget, int inLeft, int inTop, int inRight, int inBottom) {
