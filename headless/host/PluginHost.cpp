@@ -114,6 +114,13 @@ void PluginHost::SendMessage(int message, void* parameter) {
     simulator.Plugins().SendFromSimulator(id, message, parameter);
 }
 
+void PluginHost::SendLoadedMessages() {
+    for (const int message : {XPLM_MSG_PLANE_LOADED, XPLM_MSG_LIVERY_LOADED,
+                              XPLM_MSG_AIRPORT_LOADED, XPLM_MSG_SCENERY_LOADED}) {
+        SendMessage(message, nullptr);
+    }
+}
+
 bool PluginHost::Unload() {
     leave();
     const bool wasMapped = library != nullptr;

@@ -46,6 +46,8 @@ public:
 
     // From the simulator to the plugin; dropped unless it is enabled.
     void SendMessage(int message, void* parameter);
+    // The messages that the aircraft, airport and scenery are loaded.
+    void SendLoadedMessages();
 
     // Disables and stops if needed, then unloads. Returns false if the library nevertheless stays
     // mapped in the process.

@@ -46,11 +46,7 @@ void Session::StartPlugins() {
 
 // Only the reloaded plugin gets the messages; the others already had them.
 void Session::ReloadPlugin(const std::string& name) {
-    PluginHost& plugin = plugins.Reload(name);
-    for (const int message : {XPLM_MSG_PLANE_LOADED, XPLM_MSG_LIVERY_LOADED,
-                              XPLM_MSG_AIRPORT_LOADED, XPLM_MSG_SCENERY_LOADED}) {
-        plugin.SendMessage(message, nullptr);
-    }
+    plugins.Reload(name).SendLoadedMessages();
 }
 
 void Session::LoadAircraft(const std::string& description) {
@@ -59,7 +55,7 @@ void Session::LoadAircraft(const std::string& description) {
 }
 
 void Session::UnloadAircraft() {
-    simulator.Aircraft().TellUnloaded();
+    simulator.Aircraft().AnnounceUnloaded();
 }
 
 void Session::RunFrame(double seconds) {
@@ -76,7 +72,7 @@ void Session::RunFrame(double seconds) {
         listener->AfterFrame();
     }
     if (simulator.Plugins().TakeReloadRequest()) {
-        meetReloadRequest();
+        reloadAllPlugins();
     }
     if (const double still = freezes.TakeDue(simulator.Clock().Now()); still > 0.0) {
         freeze(still);
@@ -107,7 +103,7 @@ double Session::FlownSeconds() const {
 }
 
 // As in the simulator, a plugin that stays in the process keeps the values of its variables.
-void Session::meetReloadRequest() {
+void Session::reloadAllPlugins() {
     for (const std::string& file : plugins.Unload()) {
         simulator.Notices().Once(file +
                                  " stays in the process after it was unloaded, so its variables "

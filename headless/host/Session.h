@@ -71,7 +71,7 @@ public:
     const std::string& LogFile() const { return options.logFile; }
 
 private:
-    void meetReloadRequest();
+    void reloadAllPlugins();
     void freeze(double seconds);
 
     SessionOptions options;

@@ -270,10 +270,7 @@ void Simulator::adopt(std::unique_ptr<Plugin::State> plugin) {
     host.Start();
     host.Enable();
     state->plugins.push_back(std::unique_ptr<Plugin>(new Plugin(std::move(plugin))));
-    for (const int message : {XPLM_MSG_PLANE_LOADED, XPLM_MSG_LIVERY_LOADED,
-                              XPLM_MSG_AIRPORT_LOADED, XPLM_MSG_SCENERY_LOADED}) {
-        host.SendMessage(message, nullptr);
-    }
+    host.SendLoadedMessages();
 }
 
 } // namespace orvane::headless

@@ -30,7 +30,7 @@ void World::LoadAircraft(const std::string& description) const {
     if (dataref->Offers(xplmType_Data)) {
         simulator.Datarefs().SetBytes(kAircraftDescription, description);
     }
-    simulator.Aircraft().TellLoaded();
+    simulator.Aircraft().AnnounceLoaded();
 }
 
 void World::defineFrom(const WorldOptions& options) {

@@ -41,7 +41,7 @@ void Contract::Refused(const RefusedCall& refused) {
     }
     {
         const std::lock_guard<std::mutex> lock(mutex);
-        if (!told.emplace(plugin, refused.function, refused.reason).second) {
+        if (!reported.emplace(plugin, refused.function, refused.reason).second) {
             return;
         }
     }

@@ -45,7 +45,7 @@ private:
     const PluginRegistry& plugins;
     // Calls may be refused on any thread.
     std::mutex mutex;
-    std::set<std::tuple<XPLMPluginID, std::string, Refusal>> told;
+    std::set<std::tuple<XPLMPluginID, std::string, Refusal>> reported;
     // By file: only what is left at the first stop is reported.
     std::set<std::pair<std::string, bool>> stopped;
 };

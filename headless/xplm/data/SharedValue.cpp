@@ -23,17 +23,17 @@ std::size_t SharedValue::DropOf(XPLMPluginID plugin) {
 
 void SharedValue::SetInt(int number) {
     value.SetInt(number);
-    tell();
+    notifyAll();
 }
 
 void SharedValue::SetFloat(float number) {
     value.SetFloat(number);
-    tell();
+    notifyAll();
 }
 
 void SharedValue::SetDouble(double number) {
     value.SetDouble(number);
-    tell();
+    notifyAll();
 }
 
 int SharedValue::GetInts(int* values, int offset, int max) {
@@ -43,7 +43,7 @@ int SharedValue::GetInts(int* values, int offset, int max) {
 void SharedValue::SetInts(int* values, int offset, int count) {
     grow(offset, count);
     value.SetInts(values, offset, count);
-    tell();
+    notifyAll();
 }
 
 int SharedValue::GetFloats(float* values, int offset, int max) {
@@ -53,7 +53,7 @@ int SharedValue::GetFloats(float* values, int offset, int max) {
 void SharedValue::SetFloats(float* values, int offset, int count) {
     grow(offset, count);
     value.SetFloats(values, offset, count);
-    tell();
+    notifyAll();
 }
 
 int SharedValue::GetBytes(void* values, int offset, int max) {
@@ -63,7 +63,7 @@ int SharedValue::GetBytes(void* values, int offset, int max) {
 void SharedValue::SetBytes(void* values, int offset, int count) {
     grow(offset, count);
     value.SetBytes(values, offset, count);
-    tell();
+    notifyAll();
 }
 
 void SharedValue::grow(int offset, int count) {
@@ -74,12 +74,12 @@ void SharedValue::grow(int offset, int count) {
     }
 }
 
-void SharedValue::tell() {
+void SharedValue::notifyAll() {
     // Callbacks may come and go while they are called.
-    for (const DataNotification& told : std::vector<DataNotification>(notifications)) {
-        if (told.callback != nullptr && context.IsActive(told.owner)) {
-            const PluginContext::Call call(context, told.owner, "shared data notification");
-            call.Into(told.callback, told.refcon);
+    for (const DataNotification& notification : std::vector<DataNotification>(notifications)) {
+        if (notification.callback != nullptr && context.IsActive(notification.owner)) {
+            const PluginContext::Call call(context, notification.owner, "shared data notification");
+            call.Into(notification.callback, notification.refcon);
         }
     }
 }

@@ -46,7 +46,7 @@ public:
 private:
     // Makes room for a write.
     void grow(int offset, int count);
-    void tell();
+    void notifyAll();
 
     PluginContext& context;
     StoredValue value;

@@ -22,16 +22,16 @@ Aircraft::Aircraft(PluginRegistry& pluginRegistry, PluginContext& pluginContext,
 }
 
 void Aircraft::LoadUsers(const std::string& path) {
-    TellUnloaded();
+    AnnounceUnloaded();
     models[XPLM_USER_AIRCRAFT] = path;
-    TellLoaded();
+    AnnounceLoaded();
 }
 
-void Aircraft::TellUnloaded() {
+void Aircraft::AnnounceUnloaded() {
     plugins.Broadcast(XPLM_MSG_PLANE_UNLOADED, nullptr);
 }
 
-void Aircraft::TellLoaded() {
+void Aircraft::AnnounceLoaded() {
     plugins.Broadcast(XPLM_MSG_PLANE_LOADED, nullptr);
     plugins.Broadcast(XPLM_MSG_LIVERY_LOADED, nullptr);
 }
@@ -97,10 +97,10 @@ bool Aircraft::isController() {
 void Aircraft::release() {
     controller = XPLM_NO_PLUGIN_ID;
     active = 1;
-    for (const Waiting& told : std::exchange(waiting, {})) {
-        if (context.IsActive(told.owner)) {
-            const PluginContext::Call call(context, told.owner, "planes available");
-            call.Into(told.callback, told.refcon);
+    for (const Waiting& waiter : std::exchange(waiting, {})) {
+        if (context.IsActive(waiter.owner)) {
+            const PluginContext::Call call(context, waiter.owner, "planes available");
+            call.Into(waiter.callback, waiter.refcon);
         }
     }
 }

@@ -26,8 +26,8 @@ public:
     // Replaces the user's aircraft and sends plugins both messages below.
     void LoadUsers(const std::string& path);
     // Sends plugins the message that it is unloaded, or loaded.
-    void TellUnloaded();
-    void TellLoaded();
+    void AnnounceUnloaded();
+    void AnnounceLoaded();
 
     int Active() const { return active; }
     // XPLM_NO_PLUGIN_ID if no plugin does.

@@ -25,12 +25,12 @@ public:
             ++context.calls;
             context.plugin = called;
             context.callback = callbackName;
-            context.tellObserver();
+            context.notifyObserver();
         }
         ~Call() {
             context.plugin = plugin;
             context.callback = callback;
-            context.tellObserver();
+            context.notifyObserver();
         }
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
@@ -64,8 +64,8 @@ public:
         const auto index = static_cast<std::size_t>(asked < 0 ? 0 : asked);
         return index >= inactive.size() || !inactive[index];
     }
-    void SetActive(XPLMPluginID told, bool active) {
-        const auto index = static_cast<std::size_t>(told);
+    void SetActive(XPLMPluginID changed, bool active) {
+        const auto index = static_cast<std::size_t>(changed);
         if (index >= inactive.size()) {
             inactive.resize(index + 1, false);
         }
@@ -76,7 +76,7 @@ public:
     void Observe(IPluginObserver* pluginObserver) { observer = pluginObserver; }
 
 private:
-    void tellObserver() const {
+    void notifyObserver() const {
         if (observer != nullptr) {
             observer->Switched(plugin);
         }

@@ -14,20 +14,20 @@ bool isOrdinary(Refusal reason) {
 
 ErrorCallbacks::ErrorCallbacks(PluginContext& pluginContext, CallRecorder& callRecorder)
     : context(pluginContext) {
-    callRecorder.AddObserver([this](const RefusedCall& refused) { tell(refused); });
+    callRecorder.AddObserver([this](const RefusedCall& refused) { report(refused); });
 }
 
-void ErrorCallbacks::tell(const RefusedCall& refused) {
+void ErrorCallbacks::report(const RefusedCall& refused) {
     const auto found = callbacks.find(context.Plugin());
-    if (found == callbacks.end() || found->second == nullptr || telling ||
+    if (found == callbacks.end() || found->second == nullptr || isReporting ||
         isOrdinary(refused.reason)) {
         return;
     }
     const std::string message =
         refused.function + ": " + refused.detail + ": " + CallRecorder::Describe(refused.reason);
-    telling = true;
+    isReporting = true;
     found->second(message.c_str());
-    telling = false;
+    isReporting = false;
 }
 
 } // namespace headless

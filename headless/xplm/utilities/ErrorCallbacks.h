@@ -20,11 +20,11 @@ public:
     void DropOf(XPLMPluginID plugin) { callbacks.erase(plugin); }
 
 private:
-    void tell(const RefusedCall& refused);
+    void report(const RefusedCall& refused);
 
     PluginContext& context;
     std::map<XPLMPluginID, XPLMError_f> callbacks;
-    bool telling = false;
+    bool isReporting = false;
 };
 
 } // namespace headless
