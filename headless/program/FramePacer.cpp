@@ -1,58 +1,45 @@
 #include "headless/program/FramePacer.h"
 
+#include <ctime>
+
 namespace headless {
 
 namespace {
 
-constexpr long long kNanosecondsPerSecond = 1'000'000'000;
-
-timespec now() {
-    timespec time{};
-    ::clock_gettime(CLOCK_MONOTONIC, &time);
-    return time;
-}
-
-timespec later(timespec time, long long nanoseconds) {
-    const long long sum = time.tv_nsec + nanoseconds;
-    time.tv_sec += sum / kNanosecondsPerSecond;
-    time.tv_nsec = sum % kNanosecondsPerSecond;
-    return time;
-}
-
-double secondsBetween(const timespec& earlier, const timespec& time) {
-    return static_cast<double>(time.tv_sec - earlier.tv_sec) +
-           static_cast<double>(time.tv_nsec - earlier.tv_nsec) / kNanosecondsPerSecond;
-}
-
-long long periodOf(double framesPerSecond) {
-    return static_cast<long long>(kNanosecondsPerSecond / framesPerSecond);
+// std::this_thread::sleep_until() would sleep on after a signal.
+void sleepUntil(std::chrono::steady_clock::time_point time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const timespec until{seconds.time_since_epoch().count(), (time - seconds).count()};
+    ::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
 }
 
 } // namespace
 
-FramePacer::FramePacer(double framesPerSecond) : periodNanoseconds(periodOf(framesPerSecond)) {
+FramePacer::FramePacer(double framesPerSecond) {
+    SetRate(framesPerSecond);
     Restart();
 }
 
 void FramePacer::SetRate(double framesPerSecond) {
-    periodNanoseconds = periodOf(framesPerSecond);
+    period = std::chrono::duration_cast<Clock::duration>(
+        std::chrono::duration<double>(1.0 / framesPerSecond));
 }
 
 double FramePacer::WaitForNextFrame() {
-    if (secondsBetween(deadline, now()) > kMostLag) {
-        deadline = now();
+    const auto now = Clock::now();
+    if (now - deadline > kMostLag) {
+        deadline = now;
     }
-    ::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr);
-    deadline = later(deadline, periodNanoseconds);
-    const timespec begin = now();
-    const double period = static_cast<double>(periodNanoseconds) / kNanosecondsPerSecond;
-    const double passed = frameBegin.has_value() ? secondsBetween(*frameBegin, begin) : period;
+    sleepUntil(deadline);
+    deadline += period;
+    const auto begin = Clock::now();
+    const auto passed = frameBegin.has_value() ? begin - *frameBegin : period;
     frameBegin = begin;
-    return passed;
+    return std::chrono::duration<double>(passed).count();
 }
 
 void FramePacer::Restart() {
-    deadline = now();
+    deadline = Clock::now();
     frameBegin.reset();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ctime>
+#include <chrono>
 #include <optional>
 
 namespace headless {
@@ -22,11 +22,13 @@ public:
     void Restart();
 
 private:
-    static constexpr double kMostLag = 0.25;
+    using Clock = std::chrono::steady_clock;
 
-    long long periodNanoseconds;
-    timespec deadline{};
-    std::optional<timespec> frameBegin;
+    static constexpr std::chrono::milliseconds kMostLag{250};
+
+    Clock::duration period{};
+    Clock::time_point deadline{};
+    std::optional<Clock::time_point> frameBegin;
 };
 
 } // namespace headless

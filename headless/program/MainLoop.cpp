@@ -5,6 +5,8 @@
 #include <array>
 #include <iostream>
 
+#include "headless/scenario/Statement.h"
+
 namespace headless {
 
 MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions,
@@ -12,7 +14,6 @@ MainLoop::MainLoop(Session& runSession, const SessionOptions& sessionOptions,
     : session(runSession),
       options(sessionOptions),
       flight(runSession, [this] { return runFrame(); }),
-      console(flight),
       input(consoleInput),
       pacer(sessionOptions.framesPerSecond),
       stats(statsReporter) {}
@@ -100,7 +101,7 @@ void MainLoop::answerConsole() {
         if (!line.has_value()) {
             return;
         }
-        std::cout << console.Execute(*line) << std::endl;
+        std::cout << replyTo(*line, flight) << std::endl;
     }
 }
 

@@ -6,7 +6,6 @@
 #include "headless/host/ILineSource.h"
 #include "headless/host/Session.h"
 #include "headless/host/StopSignal.h"
-#include "headless/program/Console.h"
 #include "headless/program/FramePacer.h"
 #include "headless/program/StatsReporter.h"
 #include "headless/scenario/Flight.h"
@@ -49,7 +48,6 @@ private:
     const SessionOptions& options;
     StopSignal stopSignal;
     Flight flight;
-    Console console;
     ILineSource& input;
     FramePacer pacer;
     StatsReporter* stats;

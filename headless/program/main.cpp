@@ -1,8 +1,10 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
-#include <algorithm>
+#include <unistd.h>
+
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -11,19 +13,21 @@
 #include <CLI/CLI.hpp>
 
 #include "headless/host/CrashReport.h"
+#include "headless/host/LineReader.h"
 #include "headless/host/PluginCheck.h"
 #include "headless/host/PluginFinder.h"
 #include "headless/host/Watchdog.h"
-#include "headless/lists/TextLines.h"
 #include "headless/program/Beacon.h"
 #include "headless/program/CommandLine.h"
 #include "headless/program/CountingProcess.h"
 #include "headless/program/MainLoop.h"
 #include "headless/program/ScriptedFlight.h"
 #include "headless/program/SystemOption.h"
-#include "headless/prompt/ConsoleInput.h"
+#include "headless/prompt/Prompt.h"
 #include "headless/recording/Recordings.h"
 #include "headless/xplm/FunctionTable.h"
+
+namespace headless {
 
 namespace {
 
@@ -37,7 +41,7 @@ int complain(const std::exception& error, int status) {
     return status;
 }
 
-int judge(const headless::Notices& notices) {
+int judge(const Notices& notices) {
     const std::vector<std::string> warnings = notices.Warnings();
     for (const std::string& warning : warnings) {
         std::cerr << "headless-sim: warning: " << warning << '\n';
@@ -53,7 +57,7 @@ int mentionStaying(const std::vector<std::string>& plugins) {
     return kExitOk;
 }
 
-int unloadAndJudge(headless::Session& session, const headless::SessionOptions& options) {
+int unloadAndJudge(Session& session, const SessionOptions& options) {
     const std::vector<std::string> staying = session.UnloadPlugins();
     if (!options.json) {
         std::cout << session.Statistics().Summary() << std::endl;
@@ -61,29 +65,37 @@ int unloadAndJudge(headless::Session& session, const headless::SessionOptions& o
     return options.strict ? judge(session.Simulator().Notices()) : mentionStaying(staying);
 }
 
-int fly(headless::Session& session, const headless::SessionOptions& options) {
-    headless::Recordings recordings(options);
-    std::optional<headless::ScriptedFlight> script;
+// Standard input: with a prompt if a console is at a terminal, otherwise plain lines.
+std::unique_ptr<ILineSource> consoleInput(Simulator& simulator, bool isConsole) {
+    if (isConsole && Prompt::IsPossible()) {
+        return std::make_unique<Prompt>(simulator);
+    }
+    return std::make_unique<LineReader>(STDIN_FILENO);
+}
+
+int fly(Session& session, const SessionOptions& options) {
+    Recordings recordings(options);
+    std::optional<ScriptedFlight> script;
     if (!options.scriptFile.empty()) {
         script.emplace(options);
     }
-    const headless::CrashReport crashReport(session.Simulator());
-    std::optional<headless::Watchdog> watchdog;
+    const CrashReport crashReport(session.Simulator());
+    std::optional<Watchdog> watchdog;
     if (options.watchdogSeconds.has_value()) {
         watchdog.emplace(session.Simulator(), *options.watchdogSeconds);
     }
     // Created before the plugin starts, so that no signal can end the process inside the plugin.
-    std::optional<headless::StatsReporter> stats;
+    std::optional<StatsReporter> stats;
     if (options.stats || options.budgetMicroseconds.has_value()) {
         stats.emplace(session.Simulator(), options);
     }
-    std::optional<headless::Beacon> beacon;
+    std::optional<Beacon> beacon;
     if (options.beacon) {
-        beacon.emplace(headless::worldVersion(options.world).internalVersion);
+        beacon.emplace(worldVersion(options.world).internalVersion);
         session.AddListener(*beacon);
     }
-    const auto input = headless::makeConsoleInput(session.Simulator(), options.console);
-    headless::MainLoop loop(session, options, *input, stats.has_value() ? &*stats : nullptr);
+    const auto input = consoleInput(session.Simulator(), options.console);
+    MainLoop loop(session, options, *input, stats.has_value() ? &*stats : nullptr);
     session.StartPlugins();
     recordings.Begin(session);
     if (!options.console && !script.has_value()) {
@@ -100,19 +112,19 @@ int fly(headless::Session& session, const headless::SessionOptions& options) {
 
 // One line per function: name, header, kind, and what differs, separated by tabs.
 int listFunctions() {
-    for (const headless::SdkFunction& function : headless::sdkFunctions()) {
-        std::cout << function.name << '\t' << function.header << '\t'
-                  << headless::describe(function.kind) << '\t' << function.difference << '\n';
+    for (const SdkFunction& function : sdkFunctions()) {
+        std::cout << function.name << '\t' << function.header << '\t' << describe(function.kind)
+                  << '\t' << function.difference << '\n';
     }
     return kExitOk;
 }
 
 void checkPlugin(const std::string& path) {
-    const std::string file = headless::findPlugin(path).file;
-    const headless::PluginCheck check((headless::PluginFile(file)));
+    const std::string file = findPlugin(path).file;
+    const PluginCheck check((PluginFile(file)));
     std::cout << file << ": " << check.Summary() << '\n';
     if (!check.Missing().empty()) {
-        throw headless::PluginError(file + ": the plugin " + check.DescribeMissing());
+        throw PluginError(file + ": the plugin " + check.DescribeMissing());
     }
 }
 
@@ -122,15 +134,15 @@ int checkPlugins(const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         try {
             checkPlugin(path);
-        } catch (const headless::PluginError& error) {
+        } catch (const PluginError& error) {
             status = complain(error, kExitPlugin);
         }
     }
     return status;
 }
 
-int runSession(const headless::SessionOptions& options) {
-    headless::Session session(options);
+int runSession(const SessionOptions& options) {
+    Session session(options);
     for (const std::string& warning : session.Warnings()) {
         std::cerr << "headless-sim: warning: " << warning << '\n';
     }
@@ -139,13 +151,13 @@ int runSession(const headless::SessionOptions& options) {
 
 int parseAndRun(int argc, char** argv) {
     CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
-    headless::SessionOptions options;
-    headless::Questions what;
-    headless::declareOptions(app, options, what);
+    SessionOptions options;
+    Questions what;
+    declareOptions(app, options, what);
     const std::vector<std::string> words(argv + 1, argv + argc);
     // For the completion scripts.
     if (words.size() > 1 && words.front() == "__complete") {
-        std::cout << headless::completionsOf(app, words.back());
+        std::cout << completionsOf(app, words.back());
         return kExitOk;
     }
     try {
@@ -153,15 +165,15 @@ int parseAndRun(int argc, char** argv) {
     } catch (const CLI::Success& request) {
         return app.exit(request);
     }
-    headless::requireNoUnknownOption(app);
+    requireNoUnknownOption(app);
     if (options.stats) {
-        headless::countAllocations(argv);
+        countAllocations(argv);
     }
     if (what.listFunctions) {
         return listFunctions();
     }
     if (!what.system.empty()) {
-        headless::enterSystem(what.system, options, app.count("--log") > 0);
+        enterSystem(what.system, options, app.count("--log") > 0);
     } else if (options.plugins.empty()) {
         throw std::invalid_argument("no plugin is given; see headless-sim --help");
     }
@@ -170,12 +182,14 @@ int parseAndRun(int argc, char** argv) {
 
 } // namespace
 
+} // namespace headless
+
 int main(int argc, char** argv) {
     try {
-        return parseAndRun(argc, argv);
+        return headless::parseAndRun(argc, argv);
     } catch (const headless::PluginError& error) {
-        return complain(error, kExitPlugin);
+        return headless::complain(error, headless::kExitPlugin);
     } catch (const std::exception& error) {
-        return complain(error, kExitUsage);
+        return headless::complain(error, headless::kExitUsage);
     }
 }

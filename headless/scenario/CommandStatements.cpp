@@ -8,7 +8,7 @@ namespace headless {
 
 namespace {
 
-using Deed = void (CommandTable::*)(XPLMCommandRef);
+using Operation = void (CommandTable::*)(XPLMCommandRef);
 
 Command& commandIn(Flight& flight, const std::string& name) {
     Command* command = flight.Session().Simulator().Commands().Lookup(name);
@@ -18,10 +18,10 @@ Command& commandIn(Flight& flight, const std::string& name) {
     return *command;
 }
 
-Statement toCommand(Arguments& arguments, Deed deed) {
+Statement toCommand(Arguments& arguments, Operation operation) {
     const std::string name = arguments.Rest("the command");
-    return acting(arguments, [name, deed](Flight& flight) {
-        (flight.Session().Simulator().Commands().*deed)(&commandIn(flight, name));
+    return acting(arguments, [name, operation](Flight& flight) {
+        (flight.Session().Simulator().Commands().*operation)(&commandIn(flight, name));
     });
 }
 

@@ -9,10 +9,10 @@ namespace headless {
 
 namespace {
 
-Statement toPlugin(Arguments& arguments, void (PluginHost::*deed)()) {
+Statement toPlugin(Arguments& arguments, void (PluginHost::*step)()) {
     const std::string name = arguments.RestOrNothing();
     return acting(arguments,
-                  [name, deed](Flight& flight) { (flight.Session().Plugin(name).*deed)(); });
+                  [name, step](Flight& flight) { (flight.Session().Plugin(name).*step)(); });
 }
 
 } // namespace

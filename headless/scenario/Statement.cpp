@@ -15,63 +15,54 @@ constexpr const char* kAircraftUsage = "aircraft load TEXT, aircraft unload";
 constexpr const char* kCommandUsage = "command once|begin|end NAME";
 
 constexpr StatementKind kKinds[] = {
-    {"get", "get NAME", "Prints the value of a dataref.", NamedThing::Dataref, &readGet},
+    {"get", "get NAME", "Prints the value of a dataref.", &readGet, NamedThing::Dataref},
     {"set", "set NAME VALUE[,VALUE...]",
-     "Sets a dataref as the simulator itself would, also where plugins may not.",
-     NamedThing::Dataref, &readSet},
+     "Sets a dataref as the simulator itself would, also where plugins may not.", &readSet,
+     NamedThing::Dataref},
     {"expect", "expect NAME == VALUE [within E] [for 2s]",
      "Fails unless the condition holds, with a time in each of its frames; also != < <= > >=.",
-     NamedThing::Dataref, &readExpect},
-    {"press", "press COMMAND", "Begins and ends a command.", NamedThing::Command, &readPress},
-    {"begin", "begin COMMAND", "Begins a command, which is then held.", NamedThing::Command,
-     &readBegin},
-    {"end", "end COMMAND", "Ends a command that was begun.", NamedThing::Command, &readEnd},
-    {"command", kCommandUsage, "The same as press, begin and end.", NamedThing::None, &readCommand},
+     &readExpect, NamedThing::Dataref},
+    {"press", "press COMMAND", "Begins and ends a command.", &readPress, NamedThing::Command},
+    {"begin", "begin COMMAND", "Begins a command, which is then held.", &readBegin,
+     NamedThing::Command},
+    {"end", "end COMMAND", "Ends a command that was begun.", &readEnd, NamedThing::Command},
+    {"command", kCommandUsage, "The same as press, begin and end.", &readCommand},
     {"events", "events COMMAND",
      "Prints how often each phase of a command reached the simulator, and how often it was "
      "pressed.",
-     NamedThing::Command, &readEvents},
-    {"handlers", "handlers", "Prints how many command handlers there are.", NamedThing::None,
-     &readHandlers},
-    {"click", "click MENU > ITEM", "Chooses an item of the plugins menu.", NamedThing::None,
-     &readClick},
+     &readEvents, NamedThing::Command},
+    {"handlers", "handlers", "Prints how many command handlers there are.", &readHandlers},
+    {"click", "click MENU > ITEM", "Chooses an item of the plugins menu.", &readClick},
     {"aircraft", kAircraftUsage, "Loads an aircraft of that description, or unloads it.",
-     NamedThing::None, &readAircraft},
+     &readAircraft},
     {"message", "message NUMBER PARAMETER", "Sends a message of the simulator to all plugins.",
-     NamedThing::None, &readMessage},
+     &readMessage},
     {"wait", "wait 2s, wait up to 10s until NAME == VALUE [within E]",
      "Lets simulated time pass; the second form until the condition holds, and fails if that takes "
      "longer.",
-     NamedThing::None, &readWait},
-    {"frames", "frames [N]", "Runs this many frames, or prints how many have run.",
-     NamedThing::None, &readFrames},
-    {"step", "step N", "Runs this many frames, while paused.", NamedThing::None, &readStep},
-    {"pause", "pause", "Stops all frames except those that statements ask for.", NamedThing::None,
-     &readPause},
-    {"resume", "resume", "Lets frames run by themselves again.", NamedThing::None, &readResume},
-    {"run", "run", "The same as resume.", NamedThing::None, &readResume},
-    {"rate", "rate N", "Frames per second from now on.", NamedThing::None, &readRate},
-    {"plugins", "plugins", "Lists the plugins, and which of them are enabled.", NamedThing::None,
-     &readPlugins},
-    {"reload", "reload [PLUGIN]", "Unloads a plugin and loads it again.", NamedThing::Plugin,
-     &readReload},
-    {"disable", "disable [PLUGIN]", "Disables a plugin.", NamedThing::Plugin, &readDisable},
-    {"enable", "enable [PLUGIN]", "Enables a plugin.", NamedThing::Plugin, &readEnable},
-    {"stop", "stop [PLUGIN]", "Disables and stops a plugin.", NamedThing::Plugin, &readStop},
-    {"start", "start [PLUGIN]", "Starts and enables a plugin that was stopped.", NamedThing::Plugin,
-     &readStart},
-    {"log", "log expect TEXT", "Fails unless a line of the log has the text.", NamedThing::None,
-     &readLog},
+     &readWait},
+    {"frames", "frames [N]", "Runs this many frames, or prints how many have run.", &readFrames},
+    {"step", "step N", "Runs this many frames, while paused.", &readStep},
+    {"pause", "pause", "Stops all frames except those that statements ask for.", &readPause},
+    {"resume", "resume", "Lets frames run by themselves again.", &readResume},
+    {"run", "run", "The same as resume.", &readResume},
+    {"rate", "rate N", "Frames per second from now on.", &readRate},
+    {"plugins", "plugins", "Lists the plugins, and which of them are enabled.", &readPlugins},
+    {"reload", "reload [PLUGIN]", "Unloads a plugin and loads it again.", &readReload,
+     NamedThing::Plugin},
+    {"disable", "disable [PLUGIN]", "Disables a plugin.", &readDisable, NamedThing::Plugin},
+    {"enable", "enable [PLUGIN]", "Enables a plugin.", &readEnable, NamedThing::Plugin},
+    {"stop", "stop [PLUGIN]", "Disables and stops a plugin.", &readStop, NamedThing::Plugin},
+    {"start", "start [PLUGIN]", "Starts and enables a plugin that was stopped.", &readStart,
+     NamedThing::Plugin},
+    {"log", "log expect TEXT", "Fails unless a line of the log has the text.", &readLog},
     {"worst", "worst", "Prints the longest time that plugins took in a frame, in microseconds.",
-     NamedThing::None, &readWorst},
-    {"rss", "rss", "Prints the resident memory in kilobytes.", NamedThing::None,
-     &readResidentMemory},
-    {"fds", "fds", "Prints how many files and sockets are open.", NamedThing::None,
-     &readFileDescriptors},
-    {"help", "help [STATEMENT]", "Lists the statements, or says what one does.",
-     NamedThing::Statement, &readHelp},
-    {"quit", "quit [STATUS]", "Ends the run with an exit status, 0 if none is given.",
-     NamedThing::None, &readQuit},
+     &readWorst},
+    {"rss", "rss", "Prints the resident memory in kilobytes.", &readResidentMemory},
+    {"fds", "fds", "Prints how many files and sockets are open.", &readFileDescriptors},
+    {"help", "help [STATEMENT]", "Lists the statements, or says what one does.", &readHelp,
+     NamedThing::Statement},
+    {"quit", "quit [STATUS]", "Ends the run with an exit status, 0 if none is given.", &readQuit},
 };
 
 } // namespace
@@ -96,6 +87,15 @@ Statement readStatement(const std::string& line) {
     const StatementKind& kind = statementKind(text.substr(0, wordEnd));
     Arguments arguments(std::string_view(text).substr(wordEnd));
     return kind.read(arguments);
+}
+
+std::string replyTo(const std::string& line, Flight& flight) {
+    try {
+        const bool isComment = !line.empty() && withoutComment(line).empty();
+        return isComment ? kOk : readStatement(line).execute(flight);
+    } catch (const std::exception& error) {
+        return std::string("error: ") + error.what();
+    }
 }
 
 std::string withoutComment(const std::string& line) {

@@ -27,9 +27,9 @@ struct StatementKind {
     const char* word;
     const char* usage;
     const char* description;
-    NamedThing names;
     // Throws std::invalid_argument for arguments that it cannot read.
     Statement (*read)(Arguments& arguments);
+    NamedThing names = NamedThing::None;
 };
 
 // All statements, in the order that help lists them.
@@ -39,6 +39,11 @@ const StatementKind& statementKind(const std::string& word);
 
 // Throws std::invalid_argument, with one line, if the line is not a statement.
 Statement readStatement(const std::string& line);
+
+// Carries out a line of the console and returns its reply, which is one line: "error: " and the
+// reason if it is not a statement, cannot be carried out or an expectation is not met; "ok" for a
+// comment.
+std::string replyTo(const std::string& line, Flight& flight);
 
 // Returns the line without its comment and without blanks at both ends. A comment begins with a #
 // at the beginning of the line or after a blank, but not in quotes.

@@ -6,12 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "headless/program/Console.h"
+#include "headless/scenario/Statement.h"
 #include "support/TemporaryDirectory.h"
 
-using headless::Console;
 using headless::Flight;
 using headless::PluginError;
+using headless::replyTo;
 using headless::Session;
 using headless::SessionOptions;
 using ::testing::HasSubstr;
@@ -32,7 +32,7 @@ protected:
         });
     }
 
-    std::string say(const std::string& line) { return Console(*flight).Execute(line); }
+    std::string say(const std::string& line) { return replyTo(line, *flight); }
     // Without what the simulator says about it.
     std::string log() const {
         std::istringstream lines(folder.Read("Log.txt"));

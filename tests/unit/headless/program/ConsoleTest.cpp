@@ -3,17 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "headless/program/Console.h"
+#include "headless/scenario/Statement.h"
 #include "scenario/FlightTest.h"
 
-using headless::Console;
+using headless::replyTo;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
 class ConsoleTest : public FlightTest {
 protected:
-    std::string say(const std::string& line) { return Console(flight).Execute(line); }
+    std::string say(const std::string& line) { return replyTo(line, flight); }
 };
 
 TEST_F(ConsoleTest, GetsAndSetsScalarsArraysAndText) {
