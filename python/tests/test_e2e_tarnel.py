@@ -105,7 +105,7 @@ def test_comes_back_with_its_definitions(connect: Make, simulator: Simulator) ->
 
 
 @tarnel_in_both_styles
-def test_raises_when_told_so(connect: Make, simulator: Simulator) -> None:
+def test_raises_if_that_is_wanted(connect: Make, simulator: Simulator) -> None:
     with connect(timeout=20, release_within=20, on_loss=OnLoss.THROW) as client:
         client.define(DEFINITIONS)
         simulator.kill()
@@ -202,7 +202,7 @@ def test_a_reconnection_releases(connect: Make, simulator: Simulator) -> None:
 
 
 @tarnel_in_both_styles
-def test_it_is_told_when_nobody_is_there_to_release(connect: Make, simulator: Simulator) -> None:
+def test_it_warns_if_nobody_is_there_to_release(connect: Make, simulator: Simulator) -> None:
     with pytest.warns(NotReleasedWarning, match="still held: test/hold"):
         with connect(timeout=20, release_within=0.1) as client:
             client.define(DEFINITIONS)

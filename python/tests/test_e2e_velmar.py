@@ -119,7 +119,7 @@ def test_runs_and_follows_commands(connect: Make, simulator: Simulator) -> None:
 
 
 @velmar_in_both_styles
-def test_presses_are_an_endless_row(connect: Make, simulator: Simulator) -> None:
+def test_presses_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
     with connect(timeout=20, release_within=20) as client:
         client.register_commands(["test/once", "test/hold"])
         simulator.press("test/once")
@@ -131,7 +131,7 @@ def test_presses_are_an_endless_row(connect: Make, simulator: Simulator) -> None
 
 
 @velmar_in_both_styles
-def test_changes_are_an_endless_row(connect: Make, simulator: Simulator) -> None:
+def test_changes_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
     with connect(timeout=20, release_within=20) as client:
         changes = client.changes(["test/int:int", "test/float:float"], rate=100, deadband=0.5)
         assert next(changes) == {"test/int:int": 0, "test/float:float": 0.0}

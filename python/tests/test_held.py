@@ -46,13 +46,19 @@ def releasing(name: str = "brakes/max", times: int = 1, answer: Any = None) -> T
     return request, success if answer is None else answer
 
 
-def test_close_releases_on_the_living_connection() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(0)])
-    client = Client(server)
+def holding(*connections: Any, **options: Any) -> Client:
+    """A client that holds the brakes; the server then answers these turns."""
+    first, *others = connections
+    client = Client(ScriptedServer([DEFINING, sending(1), *first], *others), **options)
     client.define(BRAKES)
     client.exchange({7: 1})
-    client.run(client.session.link.close())
-    server.expect_end()
+    return client
+
+
+def test_close_releases_on_the_living_connection() -> None:
+    client = holding([sending(0)])
+    client.close()
+    client.server.expect_end()
     assert client.happened == []
 
 
@@ -62,27 +68,21 @@ def test_nothing_is_released_that_was_released_or_never_pressed() -> None:
     client.define(BRAKES)
     client.exchange({7: 2})
     client.exchange([(7, 1), (7, 0)])
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 
 def test_define_releases_before_it_drops_a_held_input() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(0), NO_DEFINITIONS])
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([sending(0), NO_DEFINITIONS])
     client.define(NONE)
-    server.expect_end()
+    client.server.expect_end()
 
 
 def test_a_reconnection_releases_by_name_before_it_declares() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(1, answer=b"")], [releasing(), DEFINING])
-    client = Client(server)
-    client.define(BRAKES)
+    client = holding([sending(1, answer=b"")], [releasing(), DEFINING])
     client.exchange({7: 1})
-    client.exchange({7: 1})
-    server.expect_end()
-    client.run(client.session.link.close())  # nothing is held any more
+    client.server.expect_end()
+    client.close()  # nothing is held any more
     assert client.happened[1:] == ["connected"]
 
 
@@ -92,29 +92,23 @@ def test_a_press_whose_answer_never_came_counts_as_held() -> None:
     client.define(BRAKES)
     with pytest.raises(TimeoutError):
         client.exchange({7: 1})
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 
 @pytest.mark.parametrize("interruption", [Cancelled(), KeyboardInterrupt()])
 def test_an_interrupted_call_releases_by_name(interruption: BaseException) -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(1, answer=interruption)], [releasing()])
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([sending(1, answer=interruption)], [releasing()])
     with pytest.raises((CancelledError, KeyboardInterrupt)):
         client.exchange({7: 1})
-    server.expect_end()
-    assert not server.is_connected
+    client.server.expect_end()
+    assert not client.server.is_connected
 
 
-def test_what_cannot_be_released_is_told() -> None:
-    server = ScriptedServer(
-        [DEFINING, sending(1), sending(1, answer=Cancelled())], ConnectionRefusedError(111, "no")
+def test_what_cannot_be_released_is_reported() -> None:
+    client = holding(
+        [sending(1, answer=Cancelled())], ConnectionRefusedError(111, "no"), release_within=0
     )
-    client = Client(server, release_within=0)
-    client.define(BRAKES)
-    client.exchange({7: 1})
     with pytest.raises(CancelledError, match="got 0 bytes; not released: brakes/max$"):
         client.exchange({7: 1})
     why = "127.0.0.1:48000: connecting: Connection refused"
@@ -122,13 +116,10 @@ def test_what_cannot_be_released_is_told() -> None:
 
 
 def test_what_cannot_be_released_is_a_warning_if_nobody_listens() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(0, answer=Late())], Late())
-    client = Client(server)
+    client = holding([sending(0, answer=Late())], Late())
     client.session.link.callbacks = Callbacks()
-    client.define(BRAKES)
-    client.exchange({7: 1})
     with pytest.warns(NotReleasedWarning, match="releasing what is held: still held: brakes/max$"):
-        client.run(client.session.link.close())
+        client.close()
 
 
 def test_a_plugin_that_is_reloaded_is_waited_for() -> None:
@@ -138,67 +129,48 @@ def test_a_plugin_that_is_reloaded_is_waited_for() -> None:
     client.define(BRAKES)
     with pytest.raises(TimeoutError):
         client.exchange({7: 1})
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
     assert server.waits == [0.02]
 
 
 def test_an_interruption_between_two_exchanges_releases_on_the_living_connection() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(0)])
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([sending(0)])
     plan = client.session.link.call(client.session.link.wait_for(Pace(1)))
     with pytest.raises(KeyboardInterrupt):
-        server.interrupt(plan, KeyboardInterrupt())
-    server.expect_end()
+        client.server.interrupt(plan, KeyboardInterrupt())
+    client.server.expect_end()
 
 
 def test_a_release_whose_answer_never_came_counts_as_none() -> None:
-    server = ScriptedServer(
-        [DEFINING, sending(1), sending(0, answer=Late())], [releasing(), DEFINING]
-    )
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([sending(0, answer=Late())], [releasing(), DEFINING])
     with pytest.raises(TimeoutError):
         client.exchange({7: 0})
     client.run(client.session.reconnect())
-    server.expect_end()
+    client.server.expect_end()
 
 
 def test_reconnecting_releases_on_the_living_connection() -> None:
-    server = ScriptedServer([DEFINING, sending(1), sending(0)], [DEFINING])
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([sending(0)], [DEFINING])
     client.run(client.session.reconnect())
-    server.expect_end()
+    client.server.expect_end()
 
 
 def test_what_was_not_released_is_released_by_the_next_connection() -> None:
-    server = ScriptedServer(
-        [DEFINING, sending(1), sending(0, answer=Late())], Late(), [releasing(), DEFINING]
-    )
-    client = Client(server)
-    client.define(BRAKES)
-    client.exchange({7: 1})
-    client.run(client.session.link.close())
+    client = holding([sending(0, answer=Late())], Late(), [releasing(), DEFINING])
+    client.close()
     client.run(client.session.reconnect())
-    server.expect_end()
+    client.server.expect_end()
 
 
-def test_nothing_is_released_when_told_so() -> None:
+def test_nothing_is_released_if_that_is_wanted() -> None:
     lost = sending(1, answer=b"")
-    server = ScriptedServer([DEFINING, sending(1), NO_DEFINITIONS, DEFINING, lost], [DEFINING])
-    client = Client(server, release_held=False)
-    client.define(BRAKES)
-    client.exchange({7: 1})
+    client = holding([NO_DEFINITIONS, DEFINING, lost], [DEFINING], release_held=False)
     client.define(NONE)
     client.define(BRAKES)
     client.exchange({7: 1})
-    client.run(client.session.link.close())
-    server.expect_end()
+    client.close()
+    client.server.expect_end()
 
 
 GATE = ConditionDataref("gate")
@@ -227,7 +199,7 @@ def test_follows_what_values_do(refinement: Any, values: List[int], releases: Li
     client = Client(server)
     client.define(definitions)
     client.exchange([(7, value) for value in values])
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 
@@ -267,6 +239,9 @@ class VelmarClient:
     def run(self, plan: Any) -> Any:
         return self.server.run(self.session.link.call(plan))
 
+    def close(self) -> None:
+        self.run(self.session.link.close())
+
     def act(self, *actions: Action) -> None:
         for action in actions:
             self.run(self.session.run("brakes/max", action))
@@ -280,7 +255,7 @@ def test_velmar_ends_on_the_living_connection_as_often_as_it_began() -> None:
     server = ScriptedServer([REGISTERING, running(2), running(2), running(2), running(3), both])
     client = VelmarClient(server)
     client.act(Action.BEGIN, Action.BEGIN, Action.BEGIN, Action.END)
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 
@@ -292,7 +267,7 @@ def test_velmar_ends_by_name_after_a_loss_and_registers_again() -> None:
     client.act(Action.BEGIN)
     with pytest.raises(ClosedError, match="reconnected, but this was not repeated$"):
         client.act(Action.ONCE)
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 
@@ -300,7 +275,7 @@ def test_velmar_keeps_down_what_it_is_told_to() -> None:
     server = ScriptedServer([REGISTERING, running(2)])
     client = VelmarClient(server, release_held=False)
     client.act(Action.BEGIN)
-    client.run(client.session.link.close())
+    client.close()
     server.expect_end()
 
 

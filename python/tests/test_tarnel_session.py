@@ -75,6 +75,16 @@ class Client:
         assert isinstance(answer, Answer)
         return answer
 
+    def close(self) -> None:
+        self.run(self.session.link.close())
+
+
+def defined(server: ScriptedServer, **options: Any) -> Client:
+    """A client that has sent its definitions."""
+    client = Client(server, **options)
+    client.define()
+    return client
+
 
 def test_asks_defines_and_exchanges() -> None:
     server = ScriptedServer([VERSION, DEFINING, (SEND, outputs(4)), (ASK, outputs(5))])
@@ -90,12 +100,11 @@ def test_asks_defines_and_exchanges() -> None:
 
 def test_takes_items_as_pairs_too() -> None:
     server = ScriptedServer([DEFINING, (SEND, outputs(4))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     assert client.exchange([(7, 9)])[1] == 4
 
 
-def test_sends_nothing_that_is_not_declared_or_no_int() -> None:
+def test_sends_nothing_that_is_not_declared_or_not_an_int() -> None:
     server = ScriptedServer([DEFINING])
     client = Client(server)
     with pytest.raises(ValueError, match="^values cannot be exchanged before anything is defined$"):
@@ -111,8 +120,7 @@ def test_sends_nothing_that_is_not_declared_or_no_int() -> None:
 
 def test_asks_again_on_a_new_connection_after_a_torn_request() -> None:
     server = ScriptedServer([DEFINING, (SEND, TORN)], [DEFINING, (SEND, outputs(5))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     assert client.exchange({7: 9})[1] == 5
     expected = "exchanging values: expected an answer of 24 bytes, got 12"
     assert client.happened == [PLACE + expected, "connected"]
@@ -121,8 +129,7 @@ def test_asks_again_on_a_new_connection_after_a_torn_request() -> None:
 
 def test_gives_up_after_a_second_torn_request() -> None:
     server = ScriptedServer([DEFINING, (SEND, TORN)], [DEFINING, (SEND, TORN)])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     with pytest.raises(ProtocolError, match="expected an answer of 24 bytes, got 12$"):
         client.exchange({7: 9})
     assert not client.session.link.is_connected
@@ -130,8 +137,7 @@ def test_gives_up_after_a_second_torn_request() -> None:
 
 def test_gives_declarations_that_are_torn_a_second_try() -> None:
     server = ScriptedServer([DEFINING, (ASK, b"")], [(DEFINE, TORN)], [DEFINING, (ASK, outputs(6))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     assert client.exchange()[1] == 3  # of the repeated definitions
     assert client.exchange()[1] == 6
     server.expect_end()
@@ -139,8 +145,7 @@ def test_gives_declarations_that_are_torn_a_second_try() -> None:
 
 def test_does_not_send_values_again_when_the_connection_was_lost() -> None:
     server = ScriptedServer([DEFINING, (SEND, b"")], [(DEFINE, outputs(8))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     assert client.exchange({7: 9})[1] == 8
     text = "exchanging values: expected the length of an answer, got 0 bytes and the end of the"
     assert client.happened == [PLACE + text + " connection", "connected"]
@@ -148,8 +153,7 @@ def test_does_not_send_values_again_when_the_connection_was_lost() -> None:
 
 def test_notices_an_end_before_it_sends() -> None:
     server = ScriptedServer([DEFINING], [DEFINING])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     server.waiting = b""
     assert client.exchange({7: 9})[1] == 3
     assert client.happened[0].endswith("expected an open connection, got a closed one")
@@ -157,17 +161,15 @@ def test_notices_an_end_before_it_sends() -> None:
 
 def test_notices_bytes_that_nobody_asked_for() -> None:
     server = ScriptedServer([DEFINING], [DEFINING, (ASK, outputs(5))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     server.waiting = b"\0"
     assert client.exchange()[1] == 5
     assert client.happened[0].endswith("expected no bytes before the request, got some")
 
 
-def test_raises_at_once_when_told_so() -> None:
+def test_raises_at_once_if_that_is_wanted() -> None:
     server = ScriptedServer([DEFINING, (ASK, ConnectionResetError(104, "Connection reset"))])
-    client = Client(server, on_loss=OnLoss.THROW)
-    client.define()
+    client = defined(server, on_loss=OnLoss.THROW)
     with pytest.raises(ClosedError, match="got 0 bytes and Connection reset by peer$"):
         client.exchange()
     with pytest.raises(ClosedError, match="not connected: the connection was closed before$"):
@@ -176,8 +178,7 @@ def test_raises_at_once_when_told_so() -> None:
 
 def test_says_what_a_pilot_can_do_when_no_answer_comes() -> None:
     server = ScriptedServer([DEFINING, (ASK, Late())], [DEFINING, (ASK, outputs(5))])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     text = r"no answer within 2000 ms \(is the simulator paused or loading\?\)"
     with pytest.raises(TimeoutError, match=f"^{PLACE}exchanging values: {text}$"):
         client.exchange()
@@ -187,8 +188,7 @@ def test_says_what_a_pilot_can_do_when_no_answer_comes() -> None:
 
 def test_says_how_much_of_an_answer_came() -> None:
     server = ScriptedServer([DEFINING, (ASK, outputs(5)[:9])])
-    client = Client(server, timeout=0.5)
-    client.define()
+    client = defined(server, timeout=0.5)
     plan = client.session.link.call(client.session.exchange(()))
     # Look, send, receive five bytes of the payload, and no more.
     next(plan)
@@ -206,14 +206,12 @@ def test_backs_off_and_gives_up() -> None:
     refused = ConnectionRefusedError(111, "Connection refused")
     backoff = Backoff(first_delay=1, longest_delay=3, within=100)
     server = ScriptedServer([DEFINING, (ASK, b"")], refused, refused, refused, [DEFINING])
-    client = Client(server, backoff=backoff)
-    client.define()
+    client = defined(server, backoff=backoff)
     assert client.exchange()[1] == 3
     assert server.waits == [1, 2, 3]
 
     server = ScriptedServer([DEFINING, (ASK, b"")], refused)
-    client = Client(server, backoff=Backoff(within=0))
-    client.define()
+    client = defined(server, backoff=Backoff(within=0))
     with pytest.raises(ConnectError, match="connecting: Connection refused; gave up at try 1$"):
         client.exchange()
 
@@ -231,8 +229,7 @@ def test_waits_for_a_simulator_that_is_not_there_yet() -> None:
 
 def test_stops_waiting_when_cancelled() -> None:
     server = ScriptedServer([DEFINING, (ASK, Cancelled())])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     with pytest.raises(CancelledError, match="the length of an answer, was cancelled and got 0 by"):
         client.exchange()
     assert not server.is_connected
@@ -240,8 +237,7 @@ def test_stops_waiting_when_cancelled() -> None:
 
 def test_stops_waiting_between_two_answers_when_cancelled() -> None:
     server = ScriptedServer([DEFINING])
-    client = Client(server)
-    client.define()
+    client = defined(server)
     plan = client.session.link.call(client.session.next_answer(Pace(1), None))
     with pytest.raises(CancelledError, match=f"^{PLACE}waiting: was cancelled$"):
         server.interrupt(plan, Cancelled())

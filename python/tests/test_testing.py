@@ -141,7 +141,7 @@ def test_says_what_it_needs(monkeypatch: pytest.MonkeyPatch) -> None:
         Simulator(plugin=__file__).get(GEAR)
 
 
-def test_says_that_a_plugin_is_none(tmp_path: Path) -> None:
+def test_says_that_a_file_is_not_a_plugin(tmp_path: Path) -> None:
     file = tmp_path / "lin.xpl"
     file.write_text("nonsense")
     with pytest.raises(SimulatorError, match="^the simulator has ended with status 1 and said: "):

@@ -115,23 +115,23 @@ class _Listener:
 
 
 def connect_anywhere(connection: Connection, listen_time: float = LISTEN_TIME) -> Plan[None]:
-    """Connects to the server of before, or for ANY_HOST to the one that is heard.
+    """Connects to the previous server, or for ANY_HOST to one that is heard.
 
-    Commands are held at the server of before, and it knows the declarations: it comes first.
+    The previous server comes first: commands may be held there, and it knows the declarations.
     """
     if not connection.is_sought:
         yield from connection.connect()
         return
-    before = connection.host
-    if before != ANY_HOST:
+    previous = connection.host
+    if previous != ANY_HOST:
         try:
             return (yield from connection.connect())
         except (ConnectError, TimeoutError):
             connection.host = ANY_HOST
     try:
-        yield from _stopping_to_hear(_connect_to_heard(connection, listen_time))
+        yield from _with_hearing_stopped(_connect_to_heard(connection, listen_time))
     except BaseException:
-        connection.host = before
+        connection.host = previous
         raise
 
 
@@ -180,7 +180,7 @@ def _try_to_connect(
 
 def list_heard(options: Options, listen_time: float) -> Plan[List[HeardSimulator]]:
     """What `discover` does."""
-    return (yield from _stopping_to_hear(_list_heard(options, listen_time)))
+    return (yield from _with_hearing_stopped(_list_heard(options, listen_time)))
 
 
 def _list_heard(options: Options, listen_time: float) -> Plan[List[HeardSimulator]]:
@@ -199,7 +199,7 @@ def _list_heard(options: Options, listen_time: float) -> Plan[List[HeardSimulato
     return listed
 
 
-def _stopping_to_hear(work: Plan[T]) -> Plan[T]:
+def _with_hearing_stopped(work: Plan[T]) -> Plan[T]:
     try:
         result = yield from work
     except GeneratorExit:

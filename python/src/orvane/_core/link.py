@@ -76,7 +76,7 @@ class Link:
         self._owner = owner
         # What was begun on earlier connections and not ended since.
         self._left_over: "Counter[str]" = Counter()
-        self._is_told = False
+        self._is_reported = False
 
     def exchange(
         self, request: bytes, doing: str, most: int, limit: Optional[Limit] = None
@@ -177,7 +177,7 @@ class Link:
         held = self._owner.take_held()
         if held:
             self._left_over += held
-            self._is_told = False
+            self._is_reported = False
         self.is_connected = False
         yield Close()
 
@@ -287,7 +287,7 @@ class Link:
                 # A plugin that is reloaded listens again within a frame or two.
                 again = time.monotonic() + BETWEEN_RELEASES
                 if not isinstance(error, ConnectError) or again >= limit.deadline:
-                    self._tell_not_released(error)
+                    self._report_not_released(error)
                     break
                 yield Wait(Limit(again, is_cancellable=False))
         yield Close()
@@ -305,10 +305,10 @@ class Link:
     @property
     def is_done(self) -> bool:
         """Nothing is open, and everything held was released or reported."""
-        return not self.is_connected and (self._is_told or not self._left_over)
+        return not self.is_connected and (self._is_reported or not self._left_over)
 
-    def _tell_not_released(self, why: Exception) -> None:
-        self._is_told = True
+    def _report_not_released(self, why: Exception) -> None:
+        self._is_reported = True
         names = sorted(self._left_over)
         if self.callbacks.not_released is not None:
             error = (
