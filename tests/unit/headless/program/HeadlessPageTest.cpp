@@ -1,7 +1,9 @@
 // docs/headless.md says what the program does.
 
+#include <algorithm>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,24 +12,53 @@
 #include "support/Text.h"
 
 using headless::describe;
+using headless::FunctionKind;
 using headless::SdkFunction;
 using headless::sdkFunctions;
 
 namespace {
 
-// A table for each header of the SDK.
-std::string tables() {
-    std::ostringstream text;
-    std::string_view header;
+using Functions = std::vector<SdkFunction>;
+
+// In the order of the SDK's headers.
+std::vector<Functions> functionsByHeader() {
+    std::vector<Functions> headers;
     for (const SdkFunction& function : sdkFunctions()) {
-        if (function.header != header) {
-            header = function.header;
-            text << "\n### " << header << "\n\n| function | here | what differs |\n|---|---|---|\n";
+        if (headers.empty() || headers.back().front().header != function.header) {
+            headers.emplace_back();
         }
-        text << "| `" << function.name << "` | " << describe(function.kind) << " | "
-             << function.difference << " |\n";
+        headers.back().push_back(function);
     }
-    return text.str();
+    return headers;
+}
+
+// The kind of most functions of a header.
+FunctionKind usualKind(const Functions& functions) {
+    const auto count = [&](FunctionKind kind) {
+        return std::ranges::count(functions, kind, &SdkFunction::kind);
+    };
+    return std::ranges::max(
+        {FunctionKind::Real, FunctionKind::KeepsState, FunctionKind::AnswersZero}, {}, count);
+}
+
+// A line for each header, and one for each function that differs from the simulator or from the
+// others of its header.
+std::string tables() {
+    std::ostringstream headers;
+    std::ostringstream functions;
+    for (const Functions& all : functionsByHeader()) {
+        const FunctionKind usual = usualKind(all);
+        headers << "| `" << all.front().header << "` | " << all.size() << " | " << describe(usual)
+                << " |\n";
+        for (const SdkFunction& function : all) {
+            if (function.kind != usual || !function.difference.empty()) {
+                functions << "| `" << function.name << "` | " << describe(function.kind) << " | "
+                          << function.difference << " |\n";
+            }
+        }
+    }
+    return "| header | functions | here, unless listed below |\n|---|--:|---|\n" + headers.str() +
+           "\n| function | here | what differs |\n|---|---|---|\n" + functions.str();
 }
 
 // A bar would end the column.
@@ -53,9 +84,9 @@ TEST(HeadlessPageTest, HasTheTableOfStatements) {
         << tableOfStatements();
 }
 
-TEST(HeadlessPageTest, HasTheTableOfFunctions) {
+TEST(HeadlessPageTest, HasTheTablesOfFunctions) {
     const std::string text = contentOf(HEADLESS_PAGE);
-    const std::size_t begin = text.find("\n### XPLMCamera");
+    const std::size_t begin = text.find("| header | functions |");
     ASSERT_NE(begin, std::string::npos);
     EXPECT_EQ(text.substr(begin), tables());
 }
