@@ -3,7 +3,8 @@
 #include <charconv>
 #include <system_error>
 
-#include <CLI/CLI.hpp>
+#include <CLI/Error.hpp>
+#include <CLI/Validators.hpp>
 #include <fmt/core.h>
 
 namespace orvane::tool {

@@ -11,13 +11,24 @@ namespace {
 
 constexpr std::int64_t kLargestCount = 1'000'000'000'000;
 constexpr const char* kSecondsOption = "-T,--seconds";
+constexpr double kShortestDuration = 0.1;
 constexpr double kSlowestRate = 0.001;
 constexpr double kFastestRate = 1000;
 
 } // namespace
 
-CLI::Option* declareSeconds(CLI::App& command, double& seconds, const std::string& description) {
-    return command.add_option(kSecondsOption, seconds, description)->type_name("SECONDS");
+void declareDuration(CLI::App& command, double& seconds, const std::string& description) {
+    command.add_option(kSecondsOption, seconds, description)
+        ->check(between(kShortestDuration, kSecondsPerDay, "0.1 and a day"))
+        ->type_name("SECONDS")
+        ->capture_default_str();
+}
+
+void declareDuration(CLI::App& command, std::optional<double>& seconds,
+                     const std::string& description) {
+    command.add_option(kSecondsOption, seconds, description)
+        ->check(between(0.0, kSecondsPerDay, "0 and a day"))
+        ->type_name("SECONDS");
 }
 
 void declareEnds(CLI::App& command, Limits& limits, const std::string& counted) {

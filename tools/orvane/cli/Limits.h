@@ -8,8 +8,7 @@
 
 namespace CLI {
 class App;
-class Option;
-} // namespace CLI
+}
 
 namespace orvane::tool {
 
@@ -25,8 +24,10 @@ struct Limits {
     double MaxSeconds() const { return seconds.value_or(std::numeric_limits<double>::infinity()); }
 };
 
-// -T; the caller adds its bounds.
-CLI::Option* declareSeconds(CLI::App& command, double& seconds, const std::string& description);
+// -T, at most a day: with its default, or for what otherwise ends with Ctrl-C.
+void declareDuration(CLI::App& command, double& seconds, const std::string& description);
+void declareDuration(CLI::App& command, std::optional<double>& seconds,
+                     const std::string& description);
 
 // -n and -T. `counted` names what -n counts.
 void declareEnds(CLI::App& command, Limits& limits, const std::string& counted);

@@ -27,4 +27,10 @@ Subcommands Subcommands::AddGroup(const Description& description) {
     return {group, globals, chosen};
 }
 
+void declareWords(CLI::App& command, std::vector<std::string>& words, const Arguments& arguments) {
+    command.add_option(arguments.name, words, arguments.description)
+        ->type_name(arguments.type)
+        ->required();
+}
+
 } // namespace orvane::tool

@@ -2,7 +2,9 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "tools/orvane/cli/ExitCode.h"
 #include "tools/orvane/cli/GlobalOptions.h"
@@ -57,6 +59,16 @@ private:
     const GlobalOptions& globals;
     Work& chosen;
 };
+
+// How a subcommand names its arguments.
+struct Arguments {
+    const char* name;
+    const char* description;
+    const char* type; // for the completions
+};
+
+// Declares that a subcommand needs at least one word.
+void declareWords(CLI::App& command, std::vector<std::string>& words, const Arguments& arguments);
 
 // Each function below adds one subcommand to the tool.
 void addInfo(Subcommands& subcommands);

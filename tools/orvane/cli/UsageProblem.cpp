@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <fmt/core.h>
 
 #include "tools/orvane/cli/CommandTree.h"

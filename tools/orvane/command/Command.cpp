@@ -1,9 +1,9 @@
 #include <chrono>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -76,7 +76,7 @@ Examples:
 
 struct HoldOptions {
     Names names;
-    double seconds = kSecondsPerDay;
+    std::optional<double> seconds;
 };
 
 struct ObserveOptions {
@@ -120,18 +120,19 @@ ExitCode act(const GlobalOptions& globals, const Names& names, velmar::Action ac
     return ExitCode::Done;
 }
 
-std::string holdingText(const Names& names, double seconds) {
-    const std::string text = fmt::format("holding {}", fmt::join(names, ", "));
-    return seconds < kSecondsPerDay ? fmt::format("{} for {} s; Ctrl-C releases", text, seconds)
-                                    : text + " until Ctrl-C";
+std::string holdingText(const HoldOptions& options) {
+    const std::string text = fmt::format("holding {}", fmt::join(options.names, ", "));
+    return options.seconds ? fmt::format("{} for {} s; Ctrl-C releases", text, *options.seconds)
+                           : text + " until Ctrl-C";
 }
 
 ExitCode hold(const GlobalOptions& globals, const HoldOptions& options) {
     const Names& names = options.names;
     checkDistinct(names);
     StatusLine status;
-    status.Show(holdingText(names, options.seconds));
-    holdCommands(globals, names, steady_clock::now() + secondsOf(options.seconds));
+    status.Show(holdingText(options));
+    holdCommands(globals, names,
+                 steady_clock::now() + secondsOf(options.seconds.value_or(kSecondsPerDay)));
     status.Clear();
     recordActions(globals, names, "hold");
     return ExitCode::Done;
@@ -171,7 +172,7 @@ ExitCode observe(const GlobalOptions& globals, const ObserveOptions& options) {
 }
 
 void declareNames(CLI::App& command, Names& names) {
-    command.add_option("NAME", names, "Names of commands")->type_name("SIMCOMMAND")->required();
+    declareWords(command, names, {"NAME", "Names of commands", "SIMCOMMAND"});
 }
 
 void addAction(Subcommands& commands, const Description& description, velmar::Action action) {
@@ -185,8 +186,7 @@ void addAction(Subcommands& commands, const Description& description, velmar::Ac
 void addHold(Subcommands& commands) {
     const auto [command, options] = commands.Add<HoldOptions>(kHold, hold);
     declareNames(command, options.names);
-    declareSeconds(command, options.seconds, "How long to hold; without it until Ctrl-C")
-        ->check(between(0.0, kSecondsPerDay, "0 and a day"));
+    declareDuration(command, options.seconds, "How long to hold; without it until Ctrl-C");
 }
 
 void addObserve(Subcommands& commands) {

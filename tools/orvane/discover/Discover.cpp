@@ -2,12 +2,10 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "orvane/Discovery.h"
-#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Limits.h"
 #include "tools/orvane/cli/Subcommands.h"
@@ -17,8 +15,6 @@
 namespace orvane::tool {
 
 namespace {
-
-constexpr double kShortestSeconds = 0.1;
 
 constexpr Description kDiscover{
     "discover", "List the simulators that are heard on the network",
@@ -90,9 +86,7 @@ ExitCode discoverSimulators(const GlobalOptions& globals, const DiscoverOptions&
 
 void addDiscover(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<DiscoverOptions>(kDiscover, discoverSimulators);
-    declareSeconds(command, options.seconds, "How long to listen")
-        ->check(between(kShortestSeconds, kSecondsPerDay, "0.1 and a day"))
-        ->capture_default_str();
+    declareDuration(command, options.seconds, "How long to listen");
 }
 
 } // namespace orvane::tool

@@ -1,7 +1,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
@@ -80,7 +79,7 @@ ExitCode get(const GlobalOptions& globals, const Names& texts) {
 
 void addGet(Subcommands& subcommands) {
     const auto [command, names] = subcommands.Add<Names>(kGet, get);
-    command.add_option("NAME", names, "NAME[:TYPE][@UNIT]")->type_name("DATAREF")->required();
+    declareWords(command, names, {"NAME", "NAME[:TYPE][@UNIT]", "DATAREF"});
 }
 
 } // namespace orvane::tool

@@ -2,7 +2,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 

@@ -5,14 +5,12 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "orvane/Discovery.h"
 #include "orvane/Errors.h"
 #include "orvane/tarnel/Client.h"
-#include "tools/orvane/cli/Bounds.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/cli/Interrupt.h"
 #include "tools/orvane/cli/Limits.h"
@@ -29,7 +27,6 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr double kShortestSeconds = 0.1;
 constexpr std::size_t kLongestBar = 40;
 
 constexpr Description kLatency{
@@ -163,9 +160,7 @@ ExitCode latency(const GlobalOptions& globals, const LatencyOptions& options) {
 
 void addLatency(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<LatencyOptions>(kLatency, latency);
-    declareSeconds(command, options.seconds, "How long to measure")
-        ->check(between(kShortestSeconds, kSecondsPerDay, "0.1 and a day"))
-        ->capture_default_str();
+    declareDuration(command, options.seconds, "How long to measure");
 }
 
 } // namespace orvane::tool

@@ -1,6 +1,5 @@
 #include "tools/orvane/plugin/ChosenSimulators.h"
 
-#include <CLI/App.hpp>
 #include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
@@ -21,19 +20,6 @@ std::string joined(const std::vector<fs::path>& folders) {
 }
 
 } // namespace
-
-void declareFolder(CLI::App& command, ChosenSimulators& chosen) {
-    command
-        .add_option("FOLDER", chosen.folder, "The simulator's folder; without one, those listed")
-        ->type_name("FOLDER");
-    command.add_flag("--headless", chosen.headless,
-                     "FOLDER is for headless-sim --system, and needs no X-Plane program");
-}
-
-void declareFolders(CLI::App& command, ChosenSimulators& chosen) {
-    declareFolder(command, chosen);
-    command.add_flag("--all", chosen.all, "All simulators listed, if there are several");
-}
 
 std::vector<fs::path> chosenToLookAt(const ChosenSimulators& chosen) {
     if (!chosen.folder.empty()) {

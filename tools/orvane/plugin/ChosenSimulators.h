@@ -6,10 +6,6 @@
 
 #include "tools/orvane/simulators/Simulators.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orvane::tool::plugin {
 
 // FOLDER, --headless and --all: the simulators that a command is about.
@@ -22,11 +18,6 @@ struct ChosenSimulators {
         return headless ? SimulatorKind::Headless : SimulatorKind::XPlane;
     }
 };
-
-// FOLDER and --headless.
-void declareFolder(CLI::App& command, ChosenSimulators& chosen);
-// --all as well.
-void declareFolders(CLI::App& command, ChosenSimulators& chosen);
 
 // The folder given, or else all that are listed; listed folders that are not simulators are named
 // on standard error. Failure: the folder given is not a simulator.

@@ -188,8 +188,18 @@ ExitCode remove(const GlobalOptions& globals, const RemoveOptions& options) {
     return result;
 }
 
+void declareFolder(CLI::App& command, ChosenSimulators& chosen) {
+    command
+        .add_option("FOLDER", chosen.folder, "The simulator's folder; without one, those listed")
+        ->type_name("FOLDER");
+    command.add_flag("--headless", chosen.headless,
+                     "FOLDER is for headless-sim --system, and needs no X-Plane program");
+}
+
 void declareChange(CLI::App& command, ChangeOptions& options) {
-    plugin::declareFolders(command, options.simulators);
+    declareFolder(command, options.simulators);
+    command.add_flag("--all", options.simulators.all,
+                     "All simulators listed, if there are several");
     command.add_flag("--dry-run", options.dryRun, "Say what would be done, and change nothing");
 }
 
@@ -215,7 +225,7 @@ void addPlugin(Subcommands& subcommands) {
     addInstall(group);
     addRemove(group);
     const auto [status, options] = group.Add<ChosenSimulators>(kStatus, plugin::showStatus);
-    plugin::declareFolder(status, options);
+    declareFolder(status, options);
 }
 
 } // namespace orvane::tool

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
@@ -94,9 +93,7 @@ ExitCode set(const GlobalOptions& globals, const Texts& texts) {
 
 void addSet(Subcommands& subcommands) {
     const auto [command, texts] = subcommands.Add<Texts>(kSet, set);
-    command.add_option("ASSIGNMENT", texts, "NAME[:TYPE]=VALUE")
-        ->type_name("DATAREF=VALUE")
-        ->required();
+    declareWords(command, texts, {"ASSIGNMENT", "NAME[:TYPE]=VALUE", "DATAREF=VALUE"});
 }
 
 } // namespace orvane::tool

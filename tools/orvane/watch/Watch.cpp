@@ -209,9 +209,7 @@ ExitCode watch(const GlobalOptions& globals, const WatchOptions& options) {
 
 void addWatch(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<WatchOptions>(kWatch, watch);
-    command.add_option("NAME", options.names, "NAME[:TYPE][@UNIT]")
-        ->type_name("DATAREF")
-        ->required();
+    declareWords(command, options.names, {"NAME", "NAME[:TYPE][@UNIT]", "DATAREF"});
     declareLimits(command, options.limits, "readings");
     command
         .add_option("--first", options.firstRow,
