@@ -127,14 +127,6 @@ DriveView viewOf(const DriveOptions& options, const GlobalOptions& globals, cons
     return view;
 }
 
-DriveLimits limitsOf(const DriveOptions& options, const Profile& profile) {
-    DriveLimits limits;
-    limits.rate = options.rate.value_or(profile.rate);
-    limits.seconds = options.limits.MaxSeconds();
-    limits.exchanges = options.limits.MaxCount();
-    return limits;
-}
-
 ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
     Problems problems;
     const Profile profile = readProfile(readWholeFile(options.profile), problems);
@@ -142,7 +134,7 @@ ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
         printProblems(options.profile, problems);
         return ExitCode::WrongUsage;
     }
-    const auto source = openDriveInput(options.input, profile, options.waveform, problems);
+    const InputSource source = openDriveInput(options.input, profile, options.waveform, problems);
     if (!problems.empty()) {
         printProblems(options.input, problems);
         return ExitCode::WrongUsage;
@@ -154,7 +146,7 @@ ExitCode drive(const GlobalOptions& globals, const DriveOptions& options) {
     DriveOutput output(profile, viewOf(options, globals, client));
     DriveSession session(profile, client,
                          options.strict ? UnknownNames::Refuse : UnknownNames::Warn, output);
-    session.Run(*source, limitsOf(options, profile));
+    session.Run(source, options.rate.value_or(profile.rate), options.limits);
     return ExitCode::Done;
 }
 

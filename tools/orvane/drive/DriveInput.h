@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
-#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/InputSource.h"
 #include "tools/orvane/drive/Motion.h"
 #include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/files/Problems.h"
@@ -15,7 +14,7 @@ namespace orvane::tool {
 //
 // A file is read completely first, so that a wrong row anywhere means that nothing is sent;
 // standard input is read as it comes. Borrows the profile and the problems.
-std::unique_ptr<IInputSource> openDriveInput(const std::string& input, const Profile& profile,
-                                             const Wave& settings, Problems& problems);
+InputSource openDriveInput(const std::string& input, const Profile& profile, const Wave& settings,
+                           Problems& problems);
 
 } // namespace orvane::tool

@@ -19,11 +19,11 @@ DriveSession::DriveSession(const Profile& profile, Options options, UnknownNames
                            DriveOutput& output)
     : profile(profile), options(std::move(options)), unknownNames(unknownNames), output(output) {}
 
-void DriveSession::Run(IInputSource& source, const DriveLimits& limits) {
+void DriveSession::Run(const InputSource& source, double rate, const Limits& limits) {
     try {
         connect();
         output.Begin();
-        exchangeRows(source, limits);
+        exchangeRows(source, rate, limits);
         close();
     } catch (const CancelledError&) {
         abandon();
@@ -112,15 +112,15 @@ void DriveSession::tellIfReconnecting(const char* news) const {
     }
 }
 
-void DriveSession::exchangeRows(IInputSource& source, const DriveLimits& limits) {
-    pace.emplace(1 / limits.rate);
-    for (std::uint64_t count = 0; count < limits.exchanges; ++count) {
-        const std::optional<InputRow> row = source.Next(pace->Due());
+void DriveSession::exchangeRows(const InputSource& source, double rate, const Limits& limits) {
+    pace.emplace(1 / rate);
+    for (std::uint64_t count = 0; count < limits.MaxCount(); ++count) {
+        const std::optional<InputRow> row = source(pace->Due());
         if (!row) {
             return;
         }
         const double moment = row->seconds.value_or(pace->Due());
-        if (moment >= limits.seconds || !pace->WaitUntil(moment)) {
+        if (moment >= limits.MaxSeconds() || !pace->WaitUntil(moment)) {
             return;
         }
         exchange(row->items);

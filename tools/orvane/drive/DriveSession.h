@@ -1,24 +1,17 @@
 #pragma once
 
-#include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "orvane/Options.h"
 #include "orvane/tarnel/Client.h"
 #include "orvane/velmar/Client.h"
+#include "tools/orvane/cli/Limits.h"
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/drive/DriveOutput.h"
-#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/InputSource.h"
 #include "tools/orvane/drive/Profile.h"
 
 namespace orvane::tool {
-
-struct DriveLimits {
-    double rate = Profile::kDefaultRate; // exchanges per second
-    double seconds = std::numeric_limits<double>::infinity();
-    std::uint64_t exchanges = std::numeric_limits<std::uint64_t>::max();
-};
 
 // What a session does if the simulator lacks a name.
 enum class UnknownNames { Warn, Refuse };
@@ -31,8 +24,9 @@ public:
     DriveSession(const Profile& profile, Options options, UnknownNames unknownNames,
                  DriveOutput& output);
 
-    // Failure: a name is unknown and UnknownNames::Refuse was given; nothing was sent.
-    void Run(IInputSource& source, const DriveLimits& limits);
+    // `rate` is in exchanges per second. Failure: a name is unknown and UnknownNames::Refuse was
+    // given; nothing was sent.
+    void Run(const InputSource& source, double rate, const Limits& limits);
 
 private:
     void connect();
@@ -40,7 +34,7 @@ private:
     void checkNames() const;
     velmar::Client connectVelmar() const;
     void tellIfReconnecting(const char* news) const;
-    void exchangeRows(IInputSource& source, const DriveLimits& limits);
+    void exchangeRows(const InputSource& source, double rate, const Limits& limits);
     void exchange(const std::vector<tarnel::Item>& items);
     void close();
     void abandon() noexcept;

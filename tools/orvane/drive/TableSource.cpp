@@ -26,7 +26,7 @@ TableSource::TableSource(InputLines& lines, const Profile& profile, Problems& pr
     readHeader(profile);
 }
 
-std::optional<InputRow> TableSource::Next(double /*seconds*/) {
+std::optional<InputRow> TableSource::Next() {
     if (columns.empty()) {
         return std::nullopt;
     }

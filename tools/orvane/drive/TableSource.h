@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/orvane/drive/IInputSource.h"
+#include "tools/orvane/drive/InputSource.h"
 #include "tools/orvane/drive/Profile.h"
 #include "tools/orvane/files/InputLines.h"
 #include "tools/orvane/files/Problems.h"
@@ -18,12 +18,13 @@ namespace orvane::tool {
 // nothing. Empty lines and lines that begin with "#" are skipped.
 //
 // Borrows the lines. A wrong row is added to the problems and skipped.
-class TableSource final : public IInputSource {
+class TableSource final {
 public:
     // Reads the header.
     TableSource(InputLines& lines, const Profile& profile, Problems& problems);
 
-    std::optional<InputRow> Next(double seconds) override;
+    // The next row, empty at the end.
+    std::optional<InputRow> Next();
 
 private:
     struct Column {

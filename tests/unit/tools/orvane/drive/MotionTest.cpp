@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "tools/orvane/drive/Motion.h"
-#include "tools/orvane/drive/MotionSource.h"
+#include "tools/orvane/drive/DriveInput.h"
 
 namespace {
 
-using orvane::tool::MotionSource;
+using orvane::tool::InputSource;
+using orvane::tool::openDriveInput;
+using orvane::tool::Problems;
 using orvane::tool::Profile;
 using orvane::tool::ProfileInput;
 using orvane::tool::Steps;
@@ -45,28 +46,29 @@ ProfileInput input(orvane::tarnel::ActionId action, bool isAxis) {
     return result;
 }
 
-TEST(MotionSourceTest, MovesTheAxesOfAProfileAndNothingElse) {
+TEST(DriveInputTest, AWaveformMovesTheAxesOfAProfileAndNothingElse) {
     Profile profile;
     profile.inputs = {input(4, true), input(5, false), input(6, true)};
-    MotionSource source(profile,
-                        {.waveform = Waveform::Square, .periodSeconds = 2, .amplitude = 0.5});
-    const auto high = source.Next(0.9);
+    Problems problems;
+    const InputSource source =
+        openDriveInput("square", profile, {.periodSeconds = 2, .amplitude = 0.5}, problems);
+    const auto high = source(0.9);
     ASSERT_TRUE(high);
     EXPECT_FALSE(high->seconds);
     ASSERT_EQ(high->items.size(), 2U);
     EXPECT_EQ(high->items[0].action, 4);
     EXPECT_EQ(high->items[0].value, 49151);
     EXPECT_EQ(high->items[1].action, 6);
-    EXPECT_EQ(source.Next(1.1)->items[0].value, 16384);
+    EXPECT_EQ(source(1.1)->items[0].value, 16384);
 }
 
-TEST(MotionSourceTest, MovesEachInputAsItsProfileSays) {
+TEST(DriveInputTest, WithoutAnInputEachMovesAsItsProfileSays) {
     Profile profile;
     profile.inputs = {input(4, true), input(5, false), input(6, false)};
     profile.inputs[1].motion = Steps{{1, 0}, 1};
     profile.inputs[2].motion = Steps{{7}, 1};
-    MotionSource source(profile);
-    const auto row = source.Next(1.5);
+    Problems problems;
+    const auto row = openDriveInput("", profile, {}, problems)(1.5);
     ASSERT_EQ(row->items.size(), 2U);
     EXPECT_EQ(row->items[0].action, 5);
     EXPECT_EQ(row->items[0].value, 0);

@@ -24,7 +24,7 @@ protected:
         Problems problems;
         TableSource source(lines, profile, problems);
         std::string text;
-        while (const std::optional<InputRow> row = source.Next(0)) {
+        while (const std::optional<InputRow> row = source.Next()) {
             text += row->seconds ? std::to_string(*row->seconds).substr(0, 4) : "";
             for (const auto& item : row->items) {
                 text += " " + std::to_string(item.action) + "=" + std::to_string(item.value);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -14,13 +15,8 @@ struct InputRow {
     std::vector<tarnel::Item> items;
 };
 
-// Where the values of a session come from.
-class IInputSource {
-public:
-    virtual ~IInputSource() = default;
-
-    // The next row, empty at the end. `seconds` is when the pace would send it.
-    virtual std::optional<InputRow> Next(double seconds) = 0;
-};
+// Where the values of a session come from: returns the next row, empty at the end. `seconds` is
+// when the pace would send it.
+using InputSource = std::function<std::optional<InputRow>(double seconds)>;
 
 } // namespace orvane::tool
