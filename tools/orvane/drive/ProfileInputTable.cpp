@@ -24,14 +24,6 @@ std::optional<std::int32_t> readElement(ProfileTable& table) {
     return element ? std::optional(static_cast<std::int32_t>(*element)) : std::nullopt;
 }
 
-// "float" or "int"; missing is a problem.
-std::optional<std::string> readType(ProfileTable& table) {
-    if (!table.Has("type")) {
-        table.AddProblem("\"type\" is missing: \"float\" or \"int\"");
-    }
-    return table.Choice("type", {"float", "int"});
-}
-
 // What an input writes to. If that is invalid, a stand-in lets the rest be checked.
 struct Target {
     Input input;
@@ -237,11 +229,7 @@ bool readTiming(ProfileTable& table, Target& target) {
 } // namespace
 
 std::optional<ProfileRecord> readProfileInput(ProfileTable table, tarnel::ActionId action) {
-    std::string_view kind = table.OneOf({"dataref", "command"});
-    if (kind.empty()) {
-        kind = table.Has("command") ? "command" : "dataref";
-    }
-    const bool isCommand = kind == "command";
+    const bool isCommand = isOnCommand(table);
     Target target = isCommand ? readCommandTarget(table, action) : readDatarefTarget(table, action);
     const bool isFixed = table.Has("fixed");
     bool isHeld = false;

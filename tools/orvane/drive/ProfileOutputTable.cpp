@@ -27,10 +27,7 @@ Output datarefOutput(tarnel::OutputId id, const std::string& name, bool isFloat,
 
 std::optional<Output> readDataref(ProfileTable& table, tarnel::OutputId id) {
     const auto name = table.String("dataref");
-    if (!table.Has("type")) {
-        table.AddProblem("\"type\" is missing: \"float\" or \"int\"");
-    }
-    const auto type = table.Choice("type", {"float", "int"});
+    const auto type = readType(table);
     const auto count = table.Integer("count", 1, kMaxElements);
     const auto first = table.Integer("first", 0, kLastElement);
     if (table.Has("first") && !table.Has("count")) {
@@ -58,12 +55,8 @@ std::optional<Output> readCommand(ProfileTable& table, tarnel::OutputId id) {
 } // namespace
 
 std::optional<Output> readProfileOutput(ProfileTable& table, tarnel::OutputId id) {
-    std::string_view kind = table.OneOf({"dataref", "command"});
-    if (kind.empty()) {
-        kind = table.Has("command") ? "command" : "dataref";
-    }
     std::optional<Output> output =
-        kind == "command" ? readCommand(table, id) : readDataref(table, id);
+        isOnCommand(table) ? readCommand(table, id) : readDataref(table, id);
     table.RefuseUnknown();
     return output;
 }

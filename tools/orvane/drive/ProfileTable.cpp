@@ -14,13 +14,17 @@ namespace {
 constexpr const char* kInt32 = "a whole number from -2147483648 to 2147483647";
 constexpr const char* kFloat = "a number that a float can hold";
 
+std::optional<std::int64_t> integerOf(const toml::node& node, std::int64_t least,
+                                      std::int64_t most) {
+    const auto* const number = node.as_integer();
+    const bool fits = number != nullptr && number->get() >= least && number->get() <= most;
+    return fits ? std::optional(number->get()) : std::nullopt;
+}
+
 std::optional<std::int32_t> int32Of(const toml::node& node) {
     using Limits = std::numeric_limits<std::int32_t>;
-    const auto* const number = node.as_integer();
-    if (number == nullptr || number->get() < Limits::min() || number->get() > Limits::max()) {
-        return std::nullopt;
-    }
-    return static_cast<std::int32_t>(number->get());
+    const auto number = integerOf(node, Limits::min(), Limits::max());
+    return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
 }
 
 std::optional<double> numberOf(const toml::node& node) {
@@ -42,6 +46,18 @@ std::optional<std::string> stringOf(const toml::node& node) {
 
 } // namespace
 
+std::optional<std::string> readType(ProfileTable& table) {
+    if (!table.Has("type")) {
+        table.AddProblem("\"type\" is missing: \"float\" or \"int\"");
+    }
+    return table.Choice("type", {"float", "int"});
+}
+
+bool isOnCommand(ProfileTable& table) {
+    const std::string_view kind = table.OneOf({"dataref", "command"});
+    return kind.empty() ? table.Has("command") : kind == "command";
+}
+
 ProfileTable::ProfileTable(const toml::table& table, Problems& problems)
     : table(&table), problems(&problems) {}
 
@@ -54,62 +70,41 @@ const toml::node* ProfileTable::find(std::string_view key) {
     return table->get(key);
 }
 
-std::optional<std::string> ProfileTable::String(std::string_view key) {
+template <typename Read>
+auto ProfileTable::get(std::string_view key, Read read, const std::string& wanted) {
     const toml::node* const node = find(key);
-    if (node == nullptr) {
-        return std::nullopt;
+    auto value = node == nullptr ? decltype(read(*node))() : read(*node);
+    if (node != nullptr && !value) {
+        AddProblemAt(key, fmt::format("\"{}\" is not {}", key, wanted));
     }
-    std::optional<std::string> text = stringOf(*node);
-    if (!text) {
-        AddProblemAt(key, fmt::format("\"{}\" is not a string in quotes", key));
-    }
-    return text;
+    return value;
+}
+
+std::optional<std::string> ProfileTable::String(std::string_view key) {
+    return get(key, stringOf, "a string in quotes");
 }
 
 std::optional<std::int64_t> ProfileTable::Integer(std::string_view key, std::int64_t least,
                                                   std::int64_t most) {
-    const toml::node* const node = find(key);
-    if (node == nullptr) {
-        return std::nullopt;
-    }
-    const auto* const number = node->as_integer();
-    if (number == nullptr || number->get() < least || number->get() > most) {
-        AddProblemAt(key,
-                     fmt::format("\"{}\" is not a whole number from {} to {}", key, least, most));
-        return std::nullopt;
-    }
-    return number->get();
+    return get(
+        key, [=](const toml::node& node) { return integerOf(node, least, most); },
+        fmt::format("a whole number from {} to {}", least, most));
 }
 
 std::optional<std::int32_t> ProfileTable::Int32(std::string_view key) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    const auto number = Integer(key, Limits::min(), Limits::max());
-    return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
+    return get(key, int32Of, kInt32);
 }
 
 std::optional<double> ProfileTable::Number(std::string_view key, double least, double most) {
-    const toml::node* const node = find(key);
-    if (node == nullptr) {
-        return std::nullopt;
-    }
-    const std::optional<double> number = numberOf(*node);
-    if (!number || !(*number >= least && *number <= most)) {
-        AddProblemAt(key, fmt::format("\"{}\" is not a number from {} to {}", key, least, most));
-        return std::nullopt;
-    }
-    return number;
+    const auto read = [=](const toml::node& node) {
+        const std::optional<double> number = numberOf(node);
+        return number && *number >= least && *number <= most ? number : std::nullopt;
+    };
+    return get(key, read, fmt::format("a number from {} to {}", least, most));
 }
 
 std::optional<float> ProfileTable::Float(std::string_view key) {
-    const toml::node* const node = find(key);
-    if (node == nullptr) {
-        return std::nullopt;
-    }
-    const std::optional<float> number = floatOf(*node);
-    if (!number) {
-        AddProblemAt(key, fmt::format("\"{}\" is not {}", key, kFloat));
-    }
-    return number;
+    return get(key, floatOf, kFloat);
 }
 
 bool ProfileTable::Flag(std::string_view key) {
@@ -121,15 +116,11 @@ bool ProfileTable::Flag(std::string_view key) {
 }
 
 std::optional<ProfileTable> ProfileTable::Table(std::string_view key) {
-    const toml::node* const node = find(key);
-    if (node == nullptr) {
-        return std::nullopt;
-    }
-    if (!node->is_table()) {
-        AddProblemAt(key, fmt::format("\"{}\" is not a table", key));
-        return std::nullopt;
-    }
-    return ProfileTable(*node->as_table(), *problems);
+    const auto read = [this](const toml::node& node) {
+        return node.is_table() ? std::optional(ProfileTable(*node.as_table(), *problems))
+                               : std::nullopt;
+    };
+    return get(key, read, "a table");
 }
 
 std::vector<ProfileTable> ProfileTable::Tables(std::string_view key) {

@@ -59,6 +59,9 @@ public:
 
 private:
     const toml::node* find(std::string_view key);
+    // What `read` makes of a key's value; if nothing, adds that the value is not what is `wanted`.
+    template <typename Read>
+    auto get(std::string_view key, Read read, const std::string& wanted);
     template <typename Element, typename Read>
     std::optional<std::pair<Element, Element>> pair(std::string_view key, const char* wanted,
                                                     Read read);
@@ -67,5 +70,10 @@ private:
     Problems* problems;
     std::set<std::string, std::less<>> known;
 };
+
+// "float" or "int"; missing is a problem.
+std::optional<std::string> readType(ProfileTable& table);
+// Whether it is about a command, not about a dataref. Neither and both are problems.
+bool isOnCommand(ProfileTable& table);
 
 } // namespace orvane::tool
