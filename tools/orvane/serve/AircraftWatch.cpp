@@ -1,11 +1,15 @@
 #include "tools/orvane/serve/AircraftWatch.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
+#include <mutex>
 
 #include "orvane/Errors.h"
 #include "orvane/tarnel/Client.h"
+#include "tools/orvane/cli/GlobalOptions.h"
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/serve/Hub.h"
 
 namespace orvane::tool {
 
@@ -13,36 +17,21 @@ namespace {
 
 constexpr std::chrono::seconds kInterval(1);
 
-} // namespace
-
-AircraftWatch::AircraftWatch(const GlobalOptions& globals, Hub& hub)
-    : globals(globals), hub(hub), thread([this] { watch(); }) {}
-
-AircraftWatch::~AircraftWatch() {
-    {
-        const std::lock_guard lock(mutex);
-        isEnding = true;
-    }
-    changed.notify_one();
-    thread.join();
+// False at the end.
+bool rest(const std::stop_token& end) {
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any never;
+    never.wait_for(lock, end, kInterval, [] { return false; });
+    return !end.stop_requested();
 }
 
-void AircraftWatch::watch() {
-    do {
-        try {
-            watchOneConnection();
-        } catch (const Error&) {
-            // The reader of values says so; here it is tried again.
-        }
-    } while (rest());
-}
-
-void AircraftWatch::watchOneConnection() {
+void watchOneConnection(const std::stop_token& end, const GlobalOptions& globals, Hub& hub) {
     Options options = globals.ForClient(OnLoss::Throw);
-    options.cancelled = [this] { return isOver(); };
+    options.cancelled = [&end] { return end.stop_requested(); };
     tarnel::Client client(options);
     std::uint32_t aircraft = client.define({}).aircraftId;
-    while (rest()) {
+    while (rest(end)) {
         const std::uint32_t latest = client.exchange().aircraftId;
         if (latest != aircraft) {
             hub.Tell(LiveState::Aircraft, latest == 0 ? "the aircraft was unloaded"
@@ -52,14 +41,16 @@ void AircraftWatch::watchOneConnection() {
     }
 }
 
-bool AircraftWatch::rest() {
-    std::unique_lock lock(mutex);
-    return !changed.wait_for(lock, kInterval, [this] { return isEnding; });
-}
+} // namespace
 
-bool AircraftWatch::isOver() {
-    const std::lock_guard lock(mutex);
-    return isEnding;
+void watchAircraft(const std::stop_token& end, const GlobalOptions& globals, Hub& hub) {
+    do {
+        try {
+            watchOneConnection(end, globals, hub);
+        } catch (const Error&) {
+            // The reader of values says so; here it is tried again.
+        }
+    } while (rest(end));
 }
 
 } // namespace orvane::tool

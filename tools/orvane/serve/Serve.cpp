@@ -6,6 +6,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <CLI/App.hpp>
@@ -133,7 +134,8 @@ public:
 
     void Live(const std::string& start) {
         Controls controls(globals);
-        const AircraftWatch aircraft(globals, hub);
+        const std::jthread aircraft(
+            [this](const std::stop_token& end) { watchAircraft(end, globals, hub); });
         const Routes routes(hub, &controls, names, start);
         serve(routes, [this] { LiveReader(globals, hub).Run(); });
     }
