@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <fmt/core.h>
-
-#include "tools/orvane/config/SizeField.h"
 
 namespace orvane::tool::config {
 
@@ -62,9 +62,23 @@ std::string quoted(std::string_view text) {
     return fmt::format("\"{}\"", text);
 }
 
-std::string describe(const Declaration& declared) {
-    const std::string word = typeWord(declared.type);
-    return isArray(declared.type) ? fmt::format("{}[{}]", word, declared.size) : word;
+// A number of elements as the plugin reads it: white space, a sign and digits; the rest is ignored.
+struct SizeField {
+    std::errc error{}; // invalid_argument: not a number; result_out_of_range
+    int value = 0;
+    std::string_view rest{}; // after the digits
+};
+
+SizeField readSize(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+    const bool isPlus = text.starts_with('+') && !text.starts_with("+-");
+    text.remove_prefix(isPlus ? 1 : 0);
+    SizeField size;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, size.value);
+    size.error = error;
+    size.rest = {stopped, end};
+    return size;
 }
 
 // Checks the lines in order, since earlier ones affect later ones.
@@ -140,10 +154,10 @@ private:
         if (isBlank(text)) {
             ignore(isCut ? Reason::CutByComment : Reason::NoSize,
                    fmt::format("no number of elements after {}", fields[1]));
-        } else if (size.kind == SizeField::Kind::NotANumber) {
+        } else if (size.error == std::errc::invalid_argument) {
             ignore(isCut ? Reason::CutByComment : Reason::SizeNotANumber,
                    fmt::format("{} is not a number", quoted(text)));
-        } else if (size.kind == SizeField::Kind::TooLarge) {
+        } else if (size.error == std::errc::result_out_of_range) {
             ignore(Reason::SizeTooLarge,
                    fmt::format("the number of elements {} does not fit in 32 bits", quoted(text)));
         } else if (size.value < 1) {
@@ -187,7 +201,7 @@ private:
         }
         for (const Declaration& own : ownDatarefs()) {
             if (own.name == line.declared.name && own != line.declared) {
-                line.notes.push_back(fmt::format("replaces the plugin's own {}", describe(own)));
+                line.notes.push_back(fmt::format("replaces the plugin's own {}", typeText(own)));
             }
         }
     }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <fmt/core.h>
+
 namespace orvane::tool::config {
 
 const char* typeWord(DatarefType type) {
@@ -25,6 +27,11 @@ const char* typeWord(DatarefType type) {
 bool isArray(DatarefType type) {
     return type == DatarefType::IntArray || type == DatarefType::FloatArray ||
            type == DatarefType::ByteArray;
+}
+
+std::string typeText(const Declaration& declared) {
+    const std::string word = typeWord(declared.type);
+    return isArray(declared.type) ? fmt::format("{}[{}]", word, declared.size) : word;
 }
 
 const char* reasonWord(Reason reason) {

@@ -20,6 +20,9 @@ struct Declaration {
     bool operator==(const Declaration&) const = default;
 };
 
+// "int", "int_array[4]".
+std::string typeText(const Declaration& declared);
+
 enum class Reason {
     None,
     Tab,

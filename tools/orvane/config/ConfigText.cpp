@@ -10,9 +10,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string typeAndName(const Declaration& declared) {
-    const std::string word = typeWord(declared.type);
-    return isArray(declared.type) ? fmt::format("{}[{}] {}", word, declared.size, declared.name)
-                                  : fmt::format("{} {}", word, declared.name);
+    return typeText(declared) + " " + declared.name;
 }
 
 std::string joinNotes(const ConfigLine& line) {
