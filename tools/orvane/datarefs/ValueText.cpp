@@ -20,11 +20,8 @@ using velmar::Type;
 using velmar::Value;
 using Json = nlohmann::ordered_json;
 
-std::string textOf(std::int32_t number) {
-    return fmt::format("{}", number);
-}
-
-std::string textOf(std::uint8_t number) {
+template <typename Whole>
+std::string textOf(Whole number) {
     return fmt::format("{}", number);
 }
 
@@ -42,11 +39,8 @@ std::string textOf(const std::vector<Element>& elements) {
     return text;
 }
 
-Json jsonOf(std::int32_t number) {
-    return number;
-}
-
-Json jsonOf(std::uint8_t number) {
+template <typename Whole>
+Json jsonOf(Whole number) {
     return number;
 }
 

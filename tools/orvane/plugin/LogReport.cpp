@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fstream>
+#include <optional>
 
 #include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/files/ParsedNumber.h"
 #include "tools/orvane/plugin/LogLines.h"
 
 namespace orvane::tool::plugin {
@@ -80,11 +81,8 @@ std::string errorTextOf(std::string_view message) {
         return "";
     }
     message.remove_prefix(begin + kUnknownError.size());
-    int code = 0;
-    const auto [end, error] =
-        std::from_chars(message.data(), message.data() + message.size(), code);
-    const bool isWhole = error == std::errc() && end == message.data() + message.size();
-    return isWhole ? std::strerror(code) : "";
+    const std::optional<int> code = parsedNumber<int>(message);
+    return code ? std::strerror(*code) : "";
 }
 
 } // namespace orvane::tool::plugin

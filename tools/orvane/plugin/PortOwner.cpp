@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include <fmt/core.h>
 
+#include "tools/orvane/files/ParsedNumber.h"
 #include "tools/orvane/plugin/PluginFiles.h"
 
 namespace orvane::tool::plugin {
@@ -36,9 +36,7 @@ void addListener(std::vector<Listener>& listeners, const std::string& line,
         fields >> each;
     }
     if (field[1].ends_with(portInHex) && field[3] == kListening) {
-        Listener listener{0, field[9]};
-        std::from_chars(field[7].data(), field[7].data() + field[7].size(), listener.user);
-        listeners.push_back(listener);
+        listeners.push_back({parsedNumber<uid_t>(field[7]).value_or(0), field[9]});
     }
 }
 
@@ -52,13 +50,6 @@ std::vector<Listener> listenersOn(std::uint16_t port) {
         }
     }
     return listeners;
-}
-
-pid_t pidOf(const fs::path& process) {
-    const std::string name = process.filename().string();
-    pid_t pid = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), pid);
-    return error == std::errc() && end == name.data() + name.size() ? pid : 0;
 }
 
 // False also if the process is another user's.
@@ -76,7 +67,7 @@ pid_t processWith(const std::string& inode) {
     const std::string target = fmt::format("socket:[{}]", inode);
     std::error_code ignored;
     for (const fs::directory_entry& process : fs::directory_iterator("/proc", ignored)) {
-        const pid_t pid = pidOf(process.path());
+        const pid_t pid = parsedNumber<pid_t>(process.path().filename().string()).value_or(0);
         if (pid != 0 && hasOpen(process.path(), target)) {
             return pid;
         }
