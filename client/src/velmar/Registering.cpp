@@ -11,9 +11,16 @@ using detail::ByteReader;
 using detail::Bytes;
 using detail::ByteWriter;
 
-template <typename T>
-std::vector<bool> readReplies(const Bytes& answer, std::span<const Numbered<T>> batch,
-                              bool (*readReply)(ByteReader&, wire::Number)) {
+template <typename T, typename Write>
+std::vector<bool> exchange(detail::Connection& connection, const std::string& doing,
+                           std::span<const Numbered<T>> batch, Write write,
+                           bool (*readReply)(ByteReader&, wire::Number)) {
+    ByteWriter request = wire::beginRequest();
+    for (const auto& each : batch) {
+        write(request, each.number, *each.wanted);
+    }
+    const Bytes answer =
+        connection.exchange(request.bytes(), doing, batch.size() * wire::kLongestReply);
     ByteReader reader(answer);
     std::vector<bool> found;
     for (const auto& each : batch) {
@@ -43,24 +50,14 @@ std::vector<Batch> batchesOf(std::span<const std::string> commands) {
 
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
                              std::span<const Numbered<Dataref>> batch) {
-    ByteWriter request = wire::beginRequest();
-    for (const auto& each : batch) {
-        wire::writeRegisterDataref(request, each.number, *each.wanted);
-    }
-    const Bytes answer =
-        connection.exchange(request.bytes(), doing, batch.size() * wire::kLongestReply);
-    return readReplies(answer, batch, wire::readRegisterDatarefReply);
+    return exchange(connection, doing, batch, wire::writeRegisterDataref,
+                    wire::readRegisterDatarefReply);
 }
 
 std::vector<bool> registerOn(detail::Connection& connection, const std::string& doing,
                              std::span<const Numbered<std::string>> batch) {
-    ByteWriter request = wire::beginRequest();
-    for (const auto& each : batch) {
-        wire::writeRegisterCommand(request, each.number, *each.wanted);
-    }
-    const Bytes answer =
-        connection.exchange(request.bytes(), doing, batch.size() * wire::kLongestReply);
-    return readReplies(answer, batch, wire::readRegisterCommandReply);
+    return exchange(connection, doing, batch, wire::writeRegisterCommand,
+                    wire::readRegisterCommandReply);
 }
 
 std::string describe(const char* verb, std::string_view firstName, std::size_t count) {
