@@ -33,4 +33,9 @@ void declareWords(CLI::App& command, std::vector<std::string>& words, const Argu
         ->required();
 }
 
+void declareFile(CLI::App& command, const std::string& option, std::string& file,
+                 const std::string& description) {
+    command.add_option(option, file, description)->type_name("FILE");
+}
+
 } // namespace orvane::tool

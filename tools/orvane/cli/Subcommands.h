@@ -70,6 +70,10 @@ struct Arguments {
 // Declares that a subcommand needs at least one word.
 void declareWords(CLI::App& command, std::vector<std::string>& words, const Arguments& arguments);
 
+// Declares an option that names a file.
+void declareFile(CLI::App& command, const std::string& option, std::string& file,
+                 const std::string& description);
+
 // Each function below adds one subcommand to the tool.
 void addInfo(Subcommands& subcommands);
 void addDiscover(Subcommands& subcommands);

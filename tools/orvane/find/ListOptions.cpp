@@ -1,14 +1,12 @@
 #include "tools/orvane/find/ListOptions.h"
 
-#include <CLI/App.hpp>
+#include "tools/orvane/cli/Subcommands.h"
 
 namespace orvane::tool {
 
 void declareLists(CLI::App& command, ListFiles& files) {
-    command.add_option("--datarefs", files.datarefs, "A list laid out as DataRefs.txt")
-        ->type_name("FILE");
-    command.add_option("--commands", files.commands, "A list laid out as Commands.txt")
-        ->type_name("FILE");
+    declareFile(command, "--datarefs", files.datarefs, "A list laid out as DataRefs.txt");
+    declareFile(command, "--commands", files.commands, "A list laid out as Commands.txt");
 }
 
 } // namespace orvane::tool

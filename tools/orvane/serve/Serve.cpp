@@ -217,10 +217,8 @@ void addServe(Subcommands& subcommands) {
         ->type_name("NAME")
         ->expected(1)
         ->take_all();
-    command.add_option("--profile", options.profile, "Show what this profile of drive uses")
-        ->type_name("FILE");
-    command.add_option("--replay", options.replay, "Show a recording instead of a simulator")
-        ->type_name("FILE");
+    declareFile(command, "--profile", options.profile, "Show what this profile of drive uses");
+    declareFile(command, "--replay", options.replay, "Show a recording instead of a simulator");
     declareLists(command, options.lists);
     command
         .add_option("--port", options.port,
