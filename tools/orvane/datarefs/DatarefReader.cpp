@@ -5,13 +5,12 @@
 #include <iterator>
 #include <set>
 #include <string>
-#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include <fmt/core.h>
 
 #include "orvane/Errors.h"
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
@@ -27,33 +26,21 @@ constexpr std::array<TypeAndSize, 3> kCandidates{
      {Type::FloatArray, DatarefReader::kProbedElements},
      {Type::IntArray, DatarefReader::kProbedElements}}};
 
-// The number of elements up to the last that is not 0; 0 for a scalar.
+// The number of elements up to the last that is not 0.
 std::uint32_t elementsInUse(const Value& value) {
-    return std::visit(
-        [](const auto& each) -> std::uint32_t {
-            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
-                return 0;
-            } else {
-                const auto last = std::find_if(each.rbegin(), each.rend(),
-                                               [](auto element) { return element != 0; });
-                return static_cast<std::uint32_t>(each.rend() - last);
-            }
-        },
-        value);
+    std::uint32_t count = 0;
+    std::uint32_t inUse = 0;
+    forEachNumber(value, [&](auto number) {
+        ++count;
+        inUse = number != 0 ? count : inUse;
+    });
+    return inUse;
 }
 
 } // namespace
 
 bool isZero(const Value& value) {
-    return std::visit(
-        [&](const auto& each) {
-            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
-                return each == 0;
-            } else {
-                return elementsInUse(value) == 0;
-            }
-        },
-        value);
+    return elementsInUse(value) == 0;
 }
 
 std::vector<std::size_t> registerKnown(velmar::Client& client,

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
@@ -27,16 +28,6 @@ std::string textOf(Whole number) {
 
 std::string textOf(float number) {
     return floatText(number);
-}
-
-template <typename Element>
-std::string textOf(const std::vector<Element>& elements) {
-    std::string text;
-    for (const Element& element : elements) {
-        text += text.empty() ? "" : ",";
-        text += textOf(element);
-    }
-    return text;
 }
 
 template <typename Whole>
@@ -102,7 +93,12 @@ std::string floatText(float number) {
 }
 
 std::string valueText(const Value& value) {
-    return std::visit([](const auto& each) { return textOf(each); }, value);
+    std::string text;
+    forEachNumber(value, [&](auto number) {
+        text += text.empty() ? "" : ",";
+        text += textOf(number);
+    });
+    return text;
 }
 
 Json valueJson(const Value& value) {

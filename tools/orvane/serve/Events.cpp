@@ -3,12 +3,11 @@
 #include <cmath>
 #include <iterator>
 #include <type_traits>
-#include <variant>
 
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
-#include "tools/orvane/datarefs/ValueText.h"
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/files/RecordWriter.h"
 
 namespace orvane::tool {
@@ -47,17 +46,12 @@ void appendNumber(std::string& text, std::size_t series, Number number) {
 }
 
 void appendValue(std::string& text, const ShownDataref& shown, const velmar::Value& value) {
-    std::visit(
-        [&]<typename T>(const T& each) {
-            if constexpr (std::is_arithmetic_v<T>) {
-                appendNumber(text, shown.firstSeries, each);
-            } else {
-                for (std::size_t i = 0; i < std::min(each.size(), shown.count); ++i) {
-                    appendNumber(text, shown.firstSeries + i, each[i]);
-                }
-            }
-        },
-        value);
+    std::size_t series = shown.firstSeries;
+    forEachNumber(value, [&](auto number) {
+        if (series < shown.firstSeries + shown.count) {
+            appendNumber(text, series++, number);
+        }
+    });
 }
 
 std::string typeOfNumbers(const DatarefArgument& argument) {

@@ -1,15 +1,13 @@
 #include "tools/orvane/set/Assignment.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
-#include <type_traits>
-#include <variant>
 
 #include <fmt/core.h>
 
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/datarefs/ValueText.h"
 
 namespace orvane::tool {
@@ -28,15 +26,9 @@ Assignment::Candidate candidateFor(const DatarefArgument& argument, const TypeAn
 }
 
 std::vector<double> numbersOf(const Value& value) {
-    return std::visit(
-        [](const auto& each) {
-            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
-                return std::vector<double>{static_cast<double>(each)};
-            } else {
-                return std::vector<double>(each.begin(), each.end());
-            }
-        },
-        value);
+    std::vector<double> numbers;
+    forEachNumber(value, [&](auto number) { numbers.push_back(static_cast<double>(number)); });
+    return numbers;
 }
 
 // Only NaN is near to NaN.

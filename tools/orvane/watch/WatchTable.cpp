@@ -1,11 +1,10 @@
 #include "tools/orvane/watch/WatchTable.h"
 
 #include <algorithm>
-#include <type_traits>
-#include <variant>
 
 #include <fmt/core.h>
 
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/terminal/DisplayWidth.h"
 #include "tools/orvane/terminal/Sparkline.h"
 
@@ -29,19 +28,9 @@ Element elementOf(Number number) {
 }
 
 std::vector<Element> elementsOf(const velmar::Value& value) {
-    return std::visit(
-        [](const auto& each) {
-            std::vector<Element> elements;
-            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(each)>>) {
-                elements.push_back(elementOf(each));
-            } else {
-                for (const auto element : each) {
-                    elements.push_back(elementOf(element));
-                }
-            }
-            return elements;
-        },
-        value);
+    std::vector<Element> elements;
+    forEachNumber(value, [&](auto number) { elements.push_back(elementOf(number)); });
+    return elements;
 }
 
 } // namespace
