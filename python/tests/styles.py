@@ -3,6 +3,7 @@
 import asyncio
 import inspect
 from contextlib import contextmanager
+from functools import partial
 from typing import Any, Callable, Iterator, Type
 
 import pytest
@@ -66,17 +67,12 @@ class Driven:
 Make = Callable[..., Any]
 
 
-def _asyncio_tarnel(*args: Any, **options: Any) -> Driven:
-    return Driven(tarnel.AsyncClient, *args, **options)
+def _in_both_styles(client: Type[Any], async_client: Type[Any]) -> "pytest.MarkDecorator":
+    """With the patience that a loaded machine needs; a test may set other times."""
+    patience = {"timeout": 20, "release_within": 20}
+    styles = [partial(client, **patience), partial(Driven, async_client, **patience)]
+    return pytest.mark.parametrize("connect", styles, ids=["blocking", "asyncio"])
 
 
-def _asyncio_velmar(*args: Any, **options: Any) -> Driven:
-    return Driven(velmar.AsyncClient, *args, **options)
-
-
-tarnel_in_both_styles = pytest.mark.parametrize(
-    "connect", [tarnel.Client, _asyncio_tarnel], ids=["blocking", "asyncio"]
-)
-velmar_in_both_styles = pytest.mark.parametrize(
-    "connect", [velmar.Client, _asyncio_velmar], ids=["blocking", "asyncio"]
-)
+tarnel_in_both_styles = _in_both_styles(tarnel.Client, tarnel.AsyncClient)
+velmar_in_both_styles = _in_both_styles(velmar.Client, velmar.AsyncClient)

@@ -159,7 +159,7 @@ def discover_in_asyncio(**arguments: Any) -> List[HeardSimulator]:
 @pytest.mark.simulator(hz=200, arguments=["--beacon"])
 @velmar_in_both_styles
 def test_a_client_finds_the_simulator_that_is_heard(connect: Make, simulator: Simulator) -> None:
-    with connect(ANY_HOST, timeout=20) as client:
+    with connect(ANY_HOST) as client:
         assert client.host == "127.0.0.1"
         assert client.read("sim/time/paused:int") == 0
 

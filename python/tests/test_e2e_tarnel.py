@@ -45,7 +45,7 @@ DEFINITIONS = Definitions(
 
 @tarnel_in_both_styles
 def test_drives_inputs_and_reports_outputs(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         assert client.version() == Version((1, 0, 7, 10), 6)
         assert client.define(DEFINITIONS)[INT] == 0
         client.exchange({INT: -7, FLOAT: 65535, INTS: 8, FLOATS: 0, HOLD: 1})
@@ -67,7 +67,7 @@ def test_drives_inputs_and_reports_outputs(connect: Make, simulator: Simulator) 
 @tarnel_in_both_styles
 def test_follows_the_aircraft(connect: Make, simulator: Simulator) -> None:
     ids: List[int] = []
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.on_aircraft_changed(ids.append)
         first = client.define(DEFINITIONS)
         client.exchange({INT: 5})
@@ -90,7 +90,7 @@ def test_comes_back_with_its_definitions(connect: Make, simulator: Simulator) ->
         happened.append("lost")
         simulator.restart()
 
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.set_callbacks(connected=lambda: happened.append("connected"), disconnected=restart)
         client.define(DEFINITIONS)
         client.exchange({INT: 41})
@@ -106,7 +106,7 @@ def test_comes_back_with_its_definitions(connect: Make, simulator: Simulator) ->
 
 @tarnel_in_both_styles
 def test_raises_if_that_is_wanted(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20, on_loss=OnLoss.THROW) as client:
+    with connect(on_loss=OnLoss.THROW) as client:
         client.define(DEFINITIONS)
         simulator.kill()
         with pytest.raises(ClosedError):
@@ -137,7 +137,7 @@ def test_a_torn_request_is_asked_again(
     connect: Make, simulator: Simulator, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     reasons: List[str] = []
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.set_callbacks(disconnected=lambda error: reasons.append(str(error)))
         tear_next_request(monkeypatch, after=500)
         client.define(DEFINITIONS)
@@ -149,7 +149,7 @@ def test_a_torn_request_is_asked_again(
 
 @tarnel_in_both_styles
 def test_reports_a_command_under_its_new_identifier(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.define(DEFINITIONS)
         client.define(Definitions(outputs=[Output(77, of_command="kyr/test_button")]))
         simulator.press("kyr/test_button")
@@ -159,7 +159,7 @@ def test_reports_a_command_under_its_new_identifier(connect: Make, simulator: Si
 @tarnel_in_both_styles
 def test_answers_come_at_a_rate(connect: Make, simulator: Simulator) -> None:
     values = iter(range(100))
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.define(DEFINITIONS)
         answers = client.answers(rate=100, items=lambda: {INT: next(values)})
         assert [next(answers)[INT] for _ in range(4)] == [0, 0, 1, 2]
@@ -170,7 +170,7 @@ def test_answers_come_at_a_rate(connect: Make, simulator: Simulator) -> None:
 
 @tarnel_in_both_styles
 def test_a_new_definition_releases(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.define(DEFINITIONS)
         client.exchange({HOLD: 1})
         client.define(Definitions())
@@ -180,7 +180,7 @@ def test_a_new_definition_releases(connect: Make, simulator: Simulator) -> None:
 @tarnel_in_both_styles
 def test_a_cancelled_call_releases(connect: Make, simulator: Simulator) -> None:
     is_over = False
-    with connect(timeout=20, release_within=20, cancelled=lambda: is_over) as client:
+    with connect(cancelled=lambda: is_over) as client:
         client.define(DEFINITIONS)
         client.exchange({HOLD: 1})
         is_over = True
@@ -191,7 +191,7 @@ def test_a_cancelled_call_releases(connect: Make, simulator: Simulator) -> None:
 
 @tarnel_in_both_styles
 def test_a_reconnection_releases(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.define(DEFINITIONS)
         client.exchange({HOLD: 1})
         client.reconnect()
@@ -204,7 +204,7 @@ def test_a_reconnection_releases(connect: Make, simulator: Simulator) -> None:
 @tarnel_in_both_styles
 def test_it_warns_if_nobody_is_there_to_release(connect: Make, simulator: Simulator) -> None:
     with pytest.warns(NotReleasedWarning, match="still held: test/hold"):
-        with connect(timeout=20, release_within=0.1) as client:
+        with connect(release_within=0.1) as client:
             client.define(DEFINITIONS)
             client.exchange({HOLD: 1})
             simulator.pause()
@@ -212,7 +212,7 @@ def test_it_warns_if_nobody_is_there_to_release(connect: Make, simulator: Simula
 
 @tarnel_in_both_styles
 def test_it_stays_held_if_that_is_wanted(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20, release_held=False) as client:
+    with connect(release_held=False) as client:
         client.define(DEFINITIONS)
         client.exchange({HOLD: 1})
     assert simulator.phases("test/hold") == Phases(1, 0)

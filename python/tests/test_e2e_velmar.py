@@ -37,7 +37,7 @@ def test_reads_and_writes_each_type(connect: Make, simulator: Simulator) -> None
         "test/ints": [1, 2, 3],
         "test/fs": [0.5, -0.5],
     }
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.register_datarefs(
             [
                 Dataref("test/int", Type.INT),
@@ -65,7 +65,7 @@ def test_finds_types_by_itself(connect: Make, simulator: Simulator) -> None:
     simulator.set("test/int", 7)
     simulator.set("test/float", 0.5)
     simulator.set("test/ints", [0, 3, 0, 0, 0, 0, 0, 0])
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         assert client["test/int"] == 7
         assert client["test/float"] == 0.5
         assert client["test/ints"] == array("i", [0, 3] + 62 * [0])
@@ -89,7 +89,7 @@ def test_subscripts_read_and_write(simulator: Simulator) -> None:
 
 @velmar_in_both_styles
 def test_says_all_that_the_simulator_does_not_have(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         with pytest.raises(Refused) as refused:
             client.read(["no/such/dataref", "test/int", "nor/this"])
         assert refused.value.refused_names == ("no/such/dataref", "nor/this")
@@ -101,7 +101,7 @@ def test_says_all_that_the_simulator_does_not_have(connect: Make, simulator: Sim
 
 @velmar_in_both_styles
 def test_runs_and_follows_commands(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.register_commands(["test/once", "test/hold"])
         assert client.poll() == []
         client.run("test/once")
@@ -120,7 +120,7 @@ def test_runs_and_follows_commands(connect: Make, simulator: Simulator) -> None:
 
 @velmar_in_both_styles
 def test_presses_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.register_commands(["test/once", "test/hold"])
         simulator.press("test/once")
         simulator.begin("test/hold")
@@ -132,7 +132,7 @@ def test_presses_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
 
 @velmar_in_both_styles
 def test_changes_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         changes = client.changes(["test/int:int", "test/float:float"], rate=100, deadband=0.5)
         assert next(changes) == {"test/int:int": 0, "test/float:float": 0.0}
         simulator.set("test/float", 0.25)
@@ -143,7 +143,7 @@ def test_changes_go_on_endlessly(connect: Make, simulator: Simulator) -> None:
 @velmar_in_both_styles
 def test_reads_a_long_list_in_several_requests(connect: Make, simulator: Simulator) -> None:
     simulator.set("test/float", 0.25)
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         names = ["test/many:float[60000]", "test/float:float"] * 3
         values = client.read(names)
         assert [len(values[index]) for index in (0, 2, 4)] == [60000] * 3
@@ -152,7 +152,7 @@ def test_reads_a_long_list_in_several_requests(connect: Make, simulator: Simulat
 
 @velmar_in_both_styles
 def test_comes_back_with_its_names(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.set_callbacks(disconnected=lambda error: simulator.restart())
         client.register_command("test/once")
         client.write("test/float:float", 0.75)
@@ -172,7 +172,7 @@ def test_a_torn_request_is_asked_again(
     connect: Make, simulator: Simulator, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     reasons: List[str] = []
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.set_callbacks(disconnected=lambda error: reasons.append(str(error)))
         # 16 bytes of the registration, which wait in the plugin.
         tear_next_request(monkeypatch, after=20)
@@ -185,7 +185,7 @@ def test_a_torn_request_is_asked_again(
 
 @velmar_in_both_styles
 def test_holds_within_a_block(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         with client.hold("test/hold"):
             assert simulator.phases("test/hold") == Phases(1, 0)
         assert simulator.phases("test/hold") == Phases(1, 1)
@@ -193,7 +193,7 @@ def test_holds_within_a_block(connect: Make, simulator: Simulator) -> None:
 
 @velmar_in_both_styles
 def test_releases_as_often_as_it_began(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         client.run("test/hold", Action.BEGIN)
         client.run("test/hold", Action.BEGIN)
     assert simulator.phases("test/hold") == Phases(2, 2)
@@ -201,7 +201,7 @@ def test_releases_as_often_as_it_began(connect: Make, simulator: Simulator) -> N
 
 @velmar_in_both_styles
 def test_a_reconnection_releases(connect: Make, simulator: Simulator) -> None:
-    with connect(timeout=20, release_within=20) as client:
+    with connect() as client:
         with client.hold("test/hold"):
             client.reconnect()
             assert simulator.phases("test/hold") == Phases(1, 1)
