@@ -5,19 +5,8 @@ from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Unio
 
 from vectors import bytes_of
 
-from orvane._core.steps import (
-    Close,
-    Connect,
-    Hear,
-    Late,
-    Look,
-    Plan,
-    Receive,
-    Send,
-    Step,
-    StopHearing,
-    Wait,
-)
+from orvane._core import steps
+from orvane._core.steps import Late, Plan, Step
 from orvane._shells.blocking import BlockingShell
 
 T = TypeVar("T")
@@ -78,30 +67,30 @@ class ScriptedServer(BlockingShell):
         assert next(self._coming, None) is None, "a connection was not made"
 
     def _do(self, step: Step) -> Optional[bytes]:
-        if isinstance(step, Connect):
+        if isinstance(step, steps.Connect):
             self._accept(step)
-        elif isinstance(step, Close):
+        elif isinstance(step, steps.Close):
             assert not self._turns or self._outcome is not None, "closed too early"
             self._turns = self._outcome = None
-        elif isinstance(step, Wait):
+        elif isinstance(step, steps.Wait):
             self.waits.append(round(step.limit.deadline - time.monotonic(), 2))
-        elif isinstance(step, Send):
+        elif isinstance(step, steps.Send):
             self._take(step.data)
-        elif isinstance(step, Look):
+        elif isinstance(step, steps.Look):
             found, self.waiting = self.waiting, None
             return found
-        elif isinstance(step, Hear):
+        elif isinstance(step, steps.Hear):
             self.is_hearing = True
             if not self.heard:
                 raise Late
             return self.heard.pop(0)
-        elif isinstance(step, StopHearing):
+        elif isinstance(step, steps.StopHearing):
             self.is_hearing = False
         else:
             return self._answer(step)
         return None
 
-    def _accept(self, step: Connect) -> None:
+    def _accept(self, step: steps.Connect) -> None:
         assert self._turns is None, "there is a connection already"
         self.places.append((step.host, step.port))
         coming: Any = next(self._coming, None)
@@ -116,7 +105,7 @@ class ScriptedServer(BlockingShell):
         expected, self._outcome = self._turns.pop(0)
         assert request.hex(" ") == expected.hex(" ")
 
-    def _answer(self, step: Receive) -> bytes:
+    def _answer(self, step: steps.Receive) -> bytes:
         outcome, self._outcome = self._outcome, None
         assert outcome is not None
         if isinstance(outcome, BaseException):

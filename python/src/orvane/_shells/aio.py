@@ -4,20 +4,8 @@ import asyncio
 import socket
 from typing import Any, Awaitable, Callable, List, Optional, Tuple, TypeVar
 
-from orvane._core.steps import (
-    Close,
-    Connect,
-    Hear,
-    Late,
-    Limit,
-    Look,
-    Plan,
-    Receive,
-    Send,
-    Step,
-    StopHearing,
-    Wait,
-)
+from orvane._core import steps
+from orvane._core.steps import Late, Limit, Plan, Step
 from orvane._shells.hearing import open_group
 from orvane._shells.limits import Waiting, lookup_error
 
@@ -102,26 +90,26 @@ class AsyncioShell:
             return value
 
     async def _do(self, step: Step) -> Optional[bytes]:
-        if isinstance(step, Receive):
+        if isinstance(step, steps.Receive):
             return await self._receive(step.limit)
-        if isinstance(step, Look):
+        if isinstance(step, steps.Look):
             return self._stream.peek()
-        if isinstance(step, Hear):
+        if isinstance(step, steps.Hear):
             return await self._hear(step)
-        if isinstance(step, Send):
+        if isinstance(step, steps.Send):
             self._send(step.data)
-        elif isinstance(step, Wait):
+        elif isinstance(step, steps.Wait):
             await self._wait(step.limit)
-        elif isinstance(step, Connect):
+        elif isinstance(step, steps.Connect):
             await self._connect(step)
-        elif isinstance(step, StopHearing):
+        elif isinstance(step, steps.StopHearing):
             await self._stop_hearing()
         else:
-            assert isinstance(step, Close)
+            assert isinstance(step, steps.Close)
             await self._close()
         return None
 
-    async def _connect(self, step: Connect) -> None:
+    async def _connect(self, step: steps.Connect) -> None:
         await self._close()
         self._stream = _Stream()
         loop = asyncio.get_running_loop()
@@ -150,7 +138,7 @@ class AsyncioShell:
         stream.arrived.clear()
         return taken
 
-    async def _hear(self, step: Hear) -> bytes:
+    async def _hear(self, step: steps.Hear) -> bytes:
         loop = asyncio.get_running_loop()
         if self._hearing is None:
             self._datagrams = _Datagrams()

@@ -5,20 +5,8 @@ import socket
 import time
 from typing import Any, Callable, Iterable, Optional, Tuple, TypeVar
 
-from orvane._core.steps import (
-    Close,
-    Connect,
-    Hear,
-    Late,
-    Limit,
-    Look,
-    Plan,
-    Receive,
-    Send,
-    Step,
-    StopHearing,
-    Wait,
-)
+from orvane._core import steps
+from orvane._core.steps import Late, Limit, Plan, Step
 from orvane._shells.hearing import LONGEST_DATAGRAM, open_group
 from orvane._shells.limits import Waiting, lookup_error
 from orvane._shells.ready import wait_readable, wait_writable
@@ -54,22 +42,22 @@ class BlockingShell:
             return value
 
     def _do(self, step: Step) -> Optional[bytes]:
-        if isinstance(step, Receive):
+        if isinstance(step, steps.Receive):
             return self._receive(step.limit)
-        if isinstance(step, Look):
+        if isinstance(step, steps.Look):
             return self._look()
-        if isinstance(step, Hear):
+        if isinstance(step, steps.Hear):
             return self._hear(step)
-        if isinstance(step, Send):
+        if isinstance(step, steps.Send):
             self._send(step)
-        elif isinstance(step, Wait):
+        elif isinstance(step, steps.Wait):
             self._wait(step.limit)
-        elif isinstance(step, Connect):
+        elif isinstance(step, steps.Connect):
             self._connect(step)
-        elif isinstance(step, StopHearing):
+        elif isinstance(step, steps.StopHearing):
             self._stop_hearing()
         else:
-            assert isinstance(step, Close)
+            assert isinstance(step, steps.Close)
             self._close()
         return None
 
@@ -78,7 +66,7 @@ class BlockingShell:
         assert self._socket is not None
         return self._socket
 
-    def _connect(self, step: Connect) -> None:
+    def _connect(self, step: steps.Connect) -> None:
         self._close()
         failure = OSError("no such host")
         for found in self._resolve(step):
@@ -95,7 +83,7 @@ class BlockingShell:
                 return
         raise failure
 
-    def _resolve(self, step: Connect) -> Iterable[Tuple[Any, ...]]:
+    def _resolve(self, step: steps.Connect) -> Iterable[Tuple[Any, ...]]:
         try:
             return socket.getaddrinfo(step.host, step.port, socket.AF_INET, socket.SOCK_STREAM)
         except socket.gaierror as error:
@@ -115,7 +103,7 @@ class BlockingShell:
         made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
 
     # Usually the first call sends everything; a full socket takes the rest later.
-    def _send(self, step: Send) -> None:
+    def _send(self, step: steps.Send) -> None:
         sent = self._try_to_send(step.data)
         while sent < len(step.data):
             if wait_writable(self._connected, self._waiting.next_slice(step.limit)):
@@ -144,7 +132,7 @@ class BlockingShell:
         except Late:
             return
 
-    def _hear(self, step: Hear) -> bytes:
+    def _hear(self, step: steps.Hear) -> bytes:
         if self._hearing is None:
             self._hearing = open_group(step.group, step.port)
         while not wait_readable(self._hearing, self._waiting.next_slice(step.limit)):
