@@ -171,8 +171,11 @@ private:
     void requireService() {
         FuzzClient last;
         last.Send(kVersionRequest);
-        tick(kTicksToSettle);
-        const Bytes answer = last.Receive();
+        Bytes answer;
+        for (int i = 0; i < kTicksToSettle && answer.empty(); ++i) {
+            tick(1);
+            answer = last.Receive();
+        }
         if (answer != kVersionAnswer) {
             std::fprintf(stderr, "a client is not served any more; it got [%s]\n",
                          toHex(answer).c_str());

@@ -42,12 +42,11 @@ SocketFaults::~SocketFaults() {
 }
 
 std::size_t SocketFaults::Count(SocketCall call) const {
-    const auto found = counts.find(call);
-    return found == counts.end() ? 0 : found->second;
+    return counts.at(static_cast<std::size_t>(call));
 }
 
 SocketFaults::Plan SocketFaults::Take(SocketCall call) {
-    ++counts[call];
+    ++counts.at(static_cast<std::size_t>(call));
     const auto found = plans.find(call);
     if (found == plans.end() || found->second.empty()) {
         return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -50,6 +51,6 @@ public:
 
 private:
     std::map<SocketCall, std::deque<Plan>> plans;
-    std::map<SocketCall, std::size_t> counts;
+    std::array<std::size_t, 8> counts{};
     std::vector<long> sendResults;
 };
