@@ -7,6 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Script script = parseScript(data, size);
     FuzzWorld world(endsOfVelmar());
+    world.logger.SetLogLevelFor(size);
     VelmarProtocol protocol(&world.simState, &world.observer, &world.logger, &world.utilities,
                             &world.provider);
     // Its result is 0 however many packets it consumed.
