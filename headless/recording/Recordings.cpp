@@ -21,6 +21,7 @@ Recordings::Recordings(const SessionOptions& recordingOptions) : options(recordi
     if (!options.replayFile.empty()) {
         track = readTrack(options.replayFile, 1.0 / options.framesPerSecond);
         warn(track->warnings, "");
+        warn(track->unknown, "");
     }
 }
 

@@ -72,23 +72,32 @@ public:
         }
         track.columns[kFdrElevation].factor = kMetresPerFoot;
         track.columns.push_back({kFdrZuluTime});
-        parseTrack(track, text, name,
-                   [&](const std::string& line, int number) { readLine(line, number, name); });
+        place.file = name;
+        parseTrack(track, text, name, [&](const std::string& line, int number) {
+            place.line = number;
+            readLine(line);
+        });
         spreadRows(track.rows, hasSeconds ? 1.0 : 60.0);
         beginAtZero();
         return std::move(track);
     }
 
 private:
-    void readLine(const std::string& text, int number, const std::string& name) {
+    struct Place {
+        std::string file;
+        int line = 0;
+        std::string Text() const { return file + ":" + std::to_string(line) + ": "; }
+    };
+
+    void readLine(const std::string& text) {
         const std::string_view content = trimmedField(text);
-        require(number == 1 ? content == "A" || content == "I" : linesRead > 0,
-                name + ":1: the first line is not A or I");
+        require(place.line == 1 ? content == "A" || content == "I" : linesRead > 0,
+                place.file + ":1: the first line is not A or I");
         const int line = linesRead++;
         if (line == 1) {
             const std::vector<std::string> fields = fieldsOf(content);
             require(!fields.empty() && fields.front() == "4",
-                    name + ":" + std::to_string(number) + ": only version 4 of the format is read");
+                    place.Text() + "only version 4 of the format is read");
         } else if (line > 1 && !content.empty()) {
             readContent(content);
         }
@@ -119,19 +128,24 @@ private:
         } else if (kRemarks.contains(keyword)) {
             readRemark(keyword, rest);
         } else if (!readWeather(keyword, rest)) {
-            requireKnown(keyword);
+            noteUnknown(keyword);
         }
     }
 
     // A DREF that cannot be read still has its column in the rows.
     void readColumn(std::string_view rest) {
-        const std::vector<std::string> fields = fieldsOf(rest.substr(0, rest.find("//")));
+        const std::size_t comment = std::min(rest.find("//"), rest.size());
+        const std::vector<std::string> fields = fieldsOf(rest.substr(0, comment));
         track.columns.emplace_back();
+        track.columns.back().line = place.line;
         if (fields.empty()) {
             throw std::invalid_argument("DREF has no dataref");
         }
         track.columns.back().factor = fields.size() > 1 ? finiteNumberIn(fields[1]) : 1.0;
         track.columns.back().name = fields[0];
+        if (comment < rest.size()) {
+            track.columns.back().comment = trimmedField(rest.substr(comment + 2));
+        }
     }
 
     void readRemark(const std::string& keyword, std::string_view rest) {
@@ -157,11 +171,11 @@ private:
         return isWeather;
     }
 
-    void requireKnown(const std::string& keyword) {
+    void noteUnknown(const std::string& keyword) {
         const std::set<std::string_view> without{"COMM", "DATE", "CALI"};
         if (!without.contains(keyword) && reported.insert(keyword).second) {
-            throw std::invalid_argument("unknown keyword \"" + keyword +
-                                        "\"; such lines are skipped");
+            track.unknown.push_back(place.Text() + "unknown keyword \"" + keyword +
+                                    "\"; such lines are skipped");
         }
     }
 
@@ -198,6 +212,7 @@ private:
     static inline const std::set<std::string_view> kRemarks{"TEXT", "WARN", "MARK", "EVNT"};
 
     Track track;
+    Place place; // of the line that is read
     int linesRead = 0;
     bool hasSeconds = false;
     std::set<std::string> reported;

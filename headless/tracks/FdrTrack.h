@@ -14,7 +14,7 @@ namespace headless {
 // over the second.
 //
 // The keywords ACFT, TAIL, TIME, PRES, TEMP, DISA and WIND become settings; TEXT, WARN, MARK and
-// EVNT become remarks; COMM, DATE and CALI change nothing. Each unknown keyword causes one warning.
+// EVNT become remarks; COMM, DATE and CALI change nothing. Unknown keywords are named once.
 Track parseFdr(const std::string& text, const std::string& name);
 
 } // namespace headless

@@ -22,8 +22,12 @@ std::string extensionOf(const std::string& path) {
 
 } // namespace
 
+bool isFdrFile(const std::string& path) {
+    return extensionOf(path) == ".fdr";
+}
+
 Track readTrack(const std::string& path, double rowSeconds) {
-    if (extensionOf(path) == ".fdr") {
+    if (isFdrFile(path)) {
         return parseFdr(wholeFile(path), path);
     }
     if (extensionOf(path) == ".csv") {

@@ -13,6 +13,9 @@ struct TrackColumn {
     double factor = 1.0;
     // The number of values per row.
     std::size_t width = 1;
+    // What the file says about it, and in which line, if it has a line of its own.
+    std::string comment{};
+    int line = 0;
 };
 
 struct TrackRow {
@@ -44,7 +47,12 @@ struct Track {
     std::string aircraft;
     // What could not be read and is skipped, "FILE:LINE: reason".
     std::vector<std::string> warnings;
+    // Keywords that this reader does not know, once each, in the same form.
+    std::vector<std::string> unknown;
 };
+
+// Whether the file's name ends in .fdr, in any case.
+bool isFdrFile(const std::string& path);
 
 // Reads a .fdr or a .csv file. Throws TextFileError, with one line, if nothing in it can be read.
 // `rowSeconds` is the time between the rows of a .csv without times.

@@ -89,6 +89,9 @@ TEST(FdrTrackTest, ADrefIsAColumnWithAFactor) {
     EXPECT_EQ(track.columns[7].name, "sim/a");
     EXPECT_EQ(track.columns[8].name, "sim/b[3]");
     EXPECT_EQ(track.columns[9].name, "sim/c");
+    EXPECT_EQ(track.columns[7].comment, "comment: 1 2 3");
+    EXPECT_EQ(track.columns[7].line, 3);
+    EXPECT_EQ(track.columns[8].comment, "");
     EXPECT_THAT(track.rows[0].numbers,
                 ElementsAre(11.5, 47.5, 304.8, 90, 1.5, -2, 45000, 2, 10, 6));
 }
@@ -159,7 +162,7 @@ TEST(FdrTrackTest, KeywordsBecomeSettingsAndRemarks) {
 }
 
 TEST(FdrTrackTest, AnUnknownKeywordIsSaidOnce) {
-    EXPECT_THAT(parseFdr(kHead + "FOOO, 1\nBARR, 1\nFOOO, 2\n" + kRow, "a.fdr").warnings,
+    EXPECT_THAT(parseFdr(kHead + "FOOO, 1\nBARR, 1\nFOOO, 2\n" + kRow, "a.fdr").unknown,
                 ElementsAre("a.fdr:3: unknown keyword \"FOOO\"; such lines are skipped",
                             "a.fdr:4: unknown keyword \"BARR\"; such lines are skipped"));
 }
