@@ -214,6 +214,14 @@ TEST_F(ServeTest, ShowsARecording) {
                     .starts_with("HTTP/1.1 409 "));
 }
 
+TEST_F(ServeTest, ShowsFlightData) {
+    directory.Write("flight.fdr",
+                    "A\n4\nDREF, test/a 1.0\n"
+                    "12:30:00 11.5 47.25 1000 90 0 0 1.5\n12:30:00 11.5 47.25 1000 90 0 0 2.5\n");
+    serve({"--replay", "flight.fdr"});
+    EXPECT_TRUE(watch(R"("test/a:float")")->WaitFor(",0,2.5]\n"));
+}
+
 TEST_F(ServeTest, ShowsTheInputsOfAProfile) {
     serve({"--profile", EXAMPLE_PROFILES "/yoke.toml"});
     const std::string start = HttpPeer(get("/start")).Answer();

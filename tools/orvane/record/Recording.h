@@ -33,6 +33,8 @@ struct Recording {
     std::vector<RecordedRow> rows;
     // The line that is skipped because its line end is missing; 0 if there is none.
     std::size_t cutLine = 0;
+    // A .fdr has the aircraft, its tail number, time or weather, which are not among the datarefs.
+    bool hasSettings = false;
 };
 
 // Reads a whole file. Errors are added to the problems.

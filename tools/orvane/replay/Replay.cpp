@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,8 @@
 #include "tools/orvane/cli/Pace.h"
 #include "tools/orvane/cli/Subcommands.h"
 #include "tools/orvane/datarefs/ValueText.h"
-#include "tools/orvane/files/InputLines.h"
 #include "tools/orvane/files/Output.h"
-#include "tools/orvane/record/Recording.h"
+#include "tools/orvane/record/RecordingFile.h"
 #include "tools/orvane/terminal/Progress.h"
 #include "tools/orvane/terminal/StatusLine.h"
 
@@ -34,6 +34,9 @@ written, and refused with exit status 5 if any line is wrong; a last line that w
 cut off is skipped, with a note. Ctrl-C ends a replay; the values then stay as
 they are.
 
+Of a .fdr file the position, the attitude and the DREF columns are written; what
+else it sets is named. Its headings are written as true ones.
+
 A write takes two frames of the simulator, and four if it has elements of arrays.
 If that delays rows, a note at the end says by how much.
 
@@ -45,7 +48,8 @@ Examples:
   orvane record 'sim/cockpit2/engine/actuators/throttle_ratio:float[8]' -T 5 -o flight.csv
   orvane replay flight.csv
   orvane replay flight.csv --speed 4
-  orvane replay flight.csv --loop)"};
+  orvane replay flight.csv --loop
+  orvane replay approach.fdr)"};
 
 struct ReplayOptions {
     std::string file;
@@ -161,25 +165,24 @@ private:
 };
 
 ExitCode replay(const GlobalOptions& globals, const ReplayOptions& options) {
-    InputLines lines(options.file);
-    Problems problems;
-    const Recording recording = readRecording(lines, problems);
-    if (!problems.empty()) {
-        printProblems(options.file, problems);
+    const std::optional<Recording> recording = readRecordingFile(options.file);
+    if (!recording) {
         return ExitCode::UnexpectedAnswer;
     }
-    if (recording.cutLine > 0) {
-        printError(fmt::format("{}:{}: the line was cut off and is skipped", options.file,
-                               recording.cutLine));
+    if (recording->hasSettings) {
+        printError(fmt::format("{}: its aircraft, tail number, time and weather are not set",
+                               options.file));
     }
-    return Replayer(options, recording, globals).Run();
+    return Replayer(options, *recording, globals).Run();
 }
 
 } // namespace
 
 void addReplay(Subcommands& subcommands) {
     const auto [command, options] = subcommands.Add<ReplayOptions>(kReplay, replay);
-    command.add_option("FILE", options.file, "What \"orvane record\" wrote; - for standard input")
+    command
+        .add_option("FILE", options.file,
+                    "What \"orvane record\" wrote: .fdr, or CSV; - for standard input")
         ->type_name("FILE")
         ->required();
     command.add_option("--speed", options.speed, "Speed relative to the recording")

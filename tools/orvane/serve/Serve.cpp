@@ -4,9 +4,11 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <CLI/App.hpp>
@@ -20,7 +22,7 @@
 #include "tools/orvane/files/Output.h"
 #include "tools/orvane/find/ListOptions.h"
 #include "tools/orvane/find/NameLists.h"
-#include "tools/orvane/record/Recording.h"
+#include "tools/orvane/record/RecordingFile.h"
 #include "tools/orvane/serve/AircraftWatch.h"
 #include "tools/orvane/serve/Controls.h"
 #include "tools/orvane/serve/HttpServer.h"
@@ -81,16 +83,11 @@ Profile profileIn(const std::string& file) {
 }
 
 Recording recordingIn(const std::string& file) {
-    InputLines lines(file);
-    Problems problems;
-    Recording recording = readRecording(lines, problems);
-    if (!problems.empty()) {
-        printProblems(file, problems);
-    }
-    if (!problems.empty() || recording.rows.empty()) {
+    std::optional<Recording> recording = readRecordingFile(file);
+    if (!recording || recording->rows.empty()) {
         throw Failure(ExitCode::UnexpectedAnswer, fmt::format("{} has nothing to show", file));
     }
-    return recording;
+    return std::move(*recording);
 }
 
 NameLists namesIn(const ListFiles& files) {
