@@ -57,7 +57,7 @@ def kind_of(block: Block) -> str:
         return "session"
     if re.match(r"(orvane|headless-sim) [^$]*[A-Z]{3}", block.code):
         return "synopsis"
-    if block.code.startswith("time,"):
+    if block.code.startswith(("time,", "A\n4")):
         return "recording"
     if block.page == "docs/architecture.md":
         return "drawing"

@@ -107,9 +107,10 @@ def test_a_profile_is_valid(block: Block, tmp_path: Path) -> None:
 
 @each("recording")
 def test_a_recording_is_valid(block: Block, simulator: Simulator) -> None:
-    (simulator.folder / "flight.csv").write_text(block.code)
-    command = [program("orvane"), "replay", str(simulator.folder / "flight.csv")]
-    subprocess.run(command, check=True)
+    kind = "csv" if block.code.startswith("time,") else "fdr"
+    file = simulator.folder / f"flight.{kind}"
+    file.write_text(block.code)
+    subprocess.run([program("orvane"), "replay", str(file)], check=True)
 
 
 @each("program")
