@@ -6,7 +6,6 @@
 
 #include "e2e/tool/ToolTest.h"
 #include "support/Deadline.h"
-#include "support/Text.h"
 
 namespace {
 
@@ -108,10 +107,10 @@ TEST_F(FdrTest, TakesTimeDateWeatherAndMagneticHeadingFromASimulatorThatHasThem)
         << text;
     EXPECT_NE(text.find(",266.5,"), std::string::npos) << text;
     simulator.reset();
-    EXPECT_EQ(outputOf("printf 'frames 1\\nexpect sim/weather/temperature_sealevel_c == -2.5\\n"
-                       "expect sim/weather/barometer_sealevel_inhg == 30.25\\n"
-                       "expect sim/weather/wind_speed_kt == 16\\n' | " HEADLESS_SIM " " PLUGIN
-                       " --datarefs DataRefs.txt --paused --script - --replay R.FDR")
+    EXPECT_EQ(play("--replay R.FDR",
+                   "frames 1\\nexpect sim/weather/temperature_sealevel_c == -2.5\\n"
+                   "expect sim/weather/barometer_sealevel_inhg == 30.25\\n"
+                   "expect sim/weather/wind_speed_kt == 16\\n")
                   .substr(0, 9),
               "frames 1,");
 }
@@ -140,11 +139,11 @@ TEST_F(FdrTest, ReplaysWhatWasRecordedOverMidnight) {
     EXPECT_EQ(simulator->Get("test/floats"), numbers);
     EXPECT_EQ(simulator->Get("sim/flightmodel/position/phi"), "-10");
     simulator.reset();
-    EXPECT_EQ(outputOf("printf 'frames 1\\nexpect test/float == 0.1\\nexpect test/int == 77\\n"
-                       "expect test/ints == 0,2,3,0,0,0,0,0\\n"
-                       "expect sim/flightmodel/position/elevation == 304.8 within 0.001\\n"
-                       "expect sim/flightmodel/position/psi == 270\\n' | " HEADLESS_SIM " " PLUGIN
-                       " --datarefs DataRefs.txt --paused --script - --replay r.fdr")
+    EXPECT_EQ(play("--replay r.fdr",
+                   "frames 1\\nexpect test/float == 0.1\\nexpect test/int == 77\\n"
+                   "expect test/ints == 0,2,3,0,0,0,0,0\\n"
+                   "expect sim/flightmodel/position/elevation == 304.8 within 0.001\\n"
+                   "expect sim/flightmodel/position/psi == 270\\n")
                   .substr(0, 9),
               "frames 1,");
 }
@@ -230,6 +229,8 @@ TEST_F(FdrTest, CreatesNoFileForUnknownDatarefsOrWithoutAny) {
     const ToolResult result = runTool({"record", "test/float:float", "no/such", "-o", "r.fdr"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err, "orvane: no/such: the simulator has no such dataref\n");
+    EXPECT_EQ(runTool({"record", "sim/flightmodel/position/phi[0]", "-o", "r.fdr"}).err,
+              "orvane: sim/flightmodel/position/phi: named both as a whole and by elements\n");
     EXPECT_FALSE(directory.Has("r.fdr"));
     EXPECT_EQ(runTool({"record", "-n", "1", "-o", "r.csv"}).err,
               "orvane: NAME is required, unless FILE ends in .fdr\n");

@@ -50,13 +50,6 @@ TEST_F(ReplayTest, ReplaysWhatWasRecorded) {
     EXPECT_EQ(simulator->Get("test/int"), "77");
 }
 
-// The simulator alone, without a client, in which `statements` are carried out.
-std::string play(const std::string& options, const std::string& statements) {
-    return outputOf("printf '" + statements +
-                    "' | " HEADLESS_SIM " " PLUGIN " --datarefs DataRefs.txt --paused --script - " +
-                    options);
-}
-
 TEST_F(ReplayTest, WritesBackWhatTheSimulatorRecorded) {
     simulator.reset();
     play("--record r.csv test/int test/float 'test/ints[1]' test/floats",

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "e2e/EndToEndTest.h"
 #include "e2e/ToolRun.h"
 
@@ -9,4 +11,8 @@ protected:
     ToolTest() { fly(); }
 
     void fly(const std::string& framesPerSecond = "200");
+
+    // The simulator alone, without a client, in which `statements` are carried out. Call it after
+    // the flight. Returns what it prints, which begins with "frames" if all holds.
+    static std::string play(const std::string& options, const std::string& statements);
 };

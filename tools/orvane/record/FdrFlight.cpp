@@ -137,6 +137,7 @@ std::vector<DatarefArgument> withPosition(std::vector<DatarefArgument> asked) {
             asked.push_back(parseDatarefArgument(fmt::format("{}:float", name)));
         }
     }
+    shareArrays(asked);
     return asked;
 }
 

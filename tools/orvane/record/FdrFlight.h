@@ -14,7 +14,8 @@
 
 namespace orvane::tool {
 
-// These, and the position and attitude of the aircraft, which every row of a .fdr has.
+// These, and the position and attitude of the aircraft, which every row of a .fdr has. Failure:
+// they name elements of one of those.
 std::vector<DatarefArgument> withPosition(std::vector<DatarefArgument> asked);
 
 // The text of a flight data recorder: what the simulator says at the start, then rows. What it

@@ -115,13 +115,13 @@ private:
     }
 
     void begin() {
-        file.emplace(options.output.path, options.output.Existing());
-        if (!isFdr) {
-            file->Append(recordingHeader(poller.Datarefs().Known()));
-            return;
+        const std::vector<DatarefArgument>& known = poller.Datarefs().Known();
+        std::vector<std::string> head{recordingHeader(known)};
+        if (isFdr) {
+            head = flight.emplace(client, known, options.names.size()).Head();
         }
-        flight.emplace(client, poller.Datarefs().Known(), options.names.size());
-        for (const std::string& line : flight->Head()) {
+        file.emplace(options.output.path, options.output.Existing());
+        for (const std::string& line : head) {
             file->Append(line);
         }
     }
