@@ -44,7 +44,7 @@ Controls::~Controls() {
 // The client's mutex must be held.
 velmar::Client& Controls::connected() {
     if (!client) {
-        Options options = globals.ForClient(OnLoss::Throw);
+        Options options = globals.ForClient();
         options.backoff.within = options.timeout;
         options.releaseWithin = options.timeout;
         client.emplace(options);
@@ -78,7 +78,7 @@ HttpAnswer Controls::Set(const Assignment& assignment) {
     return carryOut([&](velmar::Client& simulator) {
         const velmar::Dataref dataref = assignment.candidates.front().argument.Dataref();
         simulator.registerDataref(dataref);
-        const auto outcome = AssignmentWriter(simulator, {assignment}).Write().front();
+        const auto outcome = writeAssignments(simulator, {assignment}).front();
         simulator.unregisterDataref(dataref.name);
         return jsonAnswer(jsonText(recordOf(outcome)) + "\n");
     });

@@ -60,7 +60,7 @@ void refuseUnknown(velmar::Client& client, const std::vector<Assignment>& assign
     }
 }
 
-void report(const AssignmentWriter::Outcome& outcome, RecordWriter& records) {
+void report(const AssignmentOutcome& outcome, RecordWriter& records) {
     const DatarefArgument& dataref = outcome.argument;
     records.Write(recordOf(outcome));
     if (outcome.isTaken) {
@@ -82,7 +82,7 @@ ExitCode set(const GlobalOptions& globals, const Texts& texts) {
     refuseUnknown(client, assignments);
     RecordWriter records(globals.OutputFormat(), {"name", "type", "value", "reads", "taken"});
     ExitCode code = ExitCode::Done;
-    for (const AssignmentWriter::Outcome& outcome : AssignmentWriter(client, assignments).Write()) {
+    for (const AssignmentOutcome& outcome : writeAssignments(client, assignments)) {
         report(outcome, records);
         code = outcome.isTaken ? code : ExitCode::NotFoundOrRefused;
     }
