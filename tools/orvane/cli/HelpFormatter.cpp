@@ -45,18 +45,14 @@ std::string sentenceOn(const CLI::Option& option) {
     return option.get_description() + (fallback.empty() ? "" : "; " + fallback + " if not given");
 }
 
-std::string withValue(const std::string& names, const CLI::Option& option) {
-    return takesValue(option) ? names + " " + option.get_type_name() : names;
-}
-
 HelpFormatter::HelpFormatter() {
     label("Positionals", "Arguments");
     label("SUBCOMMAND", "COMMAND");
 }
 
 std::string HelpFormatter::make_option_name(const CLI::Option* option, bool isPositional) const {
-    return isPositional ? option->get_name(true, false)
-                        : withValue(option->get_name(false, true), *option);
+    const std::string name = option->get_name(isPositional, !isPositional);
+    return !isPositional && takesValue(*option) ? name + " " + option->get_type_name() : name;
 }
 
 std::string HelpFormatter::make_option_opts(const CLI::Option* /*option*/) const {

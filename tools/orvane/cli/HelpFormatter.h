@@ -9,9 +9,6 @@ namespace orvane::tool {
 // What an option does, and its default; for the help and the man page.
 std::string sentenceOn(const CLI::Option& option);
 
-// "--port PORT", or only the names of an option without a value.
-std::string withValue(const std::string& names, const CLI::Option& option);
-
 // How the tool's help looks.
 class HelpFormatter final : public CLI::Formatter {
 public:

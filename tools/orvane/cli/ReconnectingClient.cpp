@@ -21,7 +21,7 @@ ReconnectingClient::ReconnectingClient(const GlobalOptions& globals, steady_cloc
     : end(end), tell(std::move(tell)), client(optionsOf(globals)) {}
 
 Options ReconnectingClient::optionsOf(const GlobalOptions& globals) const {
-    Options options = globals.ForClient(OnLoss::Throw);
+    Options options = globals.ForClient();
     options.backoff.longestDelay = std::chrono::seconds(2);
     options.backoff.within = kVeryLong;
     options.cancelled = [this] { return IsOver(); };

@@ -44,7 +44,7 @@ void registerOrFail(velmar::Client& client, const Names& names) {
 }
 
 void holdCommands(const GlobalOptions& globals, const Names& names, steady_clock::time_point end) {
-    Options options = globals.ForClient(OnLoss::Throw);
+    Options options = globals.ForClient();
     options.releaseWithin = options.timeout;
     velmar::Client client(options);
     std::string notReleased;

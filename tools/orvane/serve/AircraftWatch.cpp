@@ -27,7 +27,7 @@ bool rest(const std::stop_token& end) {
 }
 
 void watchOneConnection(const std::stop_token& end, const GlobalOptions& globals, Hub& hub) {
-    Options options = globals.ForClient(OnLoss::Throw);
+    Options options = globals.ForClient();
     options.cancelled = [&end] { return end.stop_requested(); };
     tarnel::Client client(options);
     std::uint32_t aircraft = client.define({}).aircraftId;

@@ -35,6 +35,12 @@ void join(std::vector<DatarefArgument>& all, const DatarefArgument& argument) {
 
 } // namespace
 
+void Hub::Page::Send(std::string_view event) const {
+    if (const auto open = stream.lock()) {
+        open->Push(event);
+    }
+}
+
 Hub::Union Hub::All() const {
     const std::lock_guard lock(mutex);
     Union all = unionOf(pages);
@@ -93,9 +99,8 @@ void Hub::layOut(Page& page) const {
     }
     // The same again would only make the page draw everything anew.
     const std::string event = seriesEvent(page.shown, missing);
-    const auto stream = page.stream.lock();
-    if (stream && event != page.series) {
-        stream->Push(event);
+    if (event != page.series) {
+        page.Send(event);
     }
     page.series = event;
 }
@@ -117,9 +122,7 @@ void Hub::Show(const std::vector<velmar::Value>& values, const std::vector<std::
         if (!isNews && now - page.toldAt < kLongestSilence) {
             continue;
         }
-        if (const auto stream = page.stream.lock()) {
-            stream->Push(readingEvent(now, page.shown, values, page.needsAll ? all : isChanged));
-        }
+        page.Send(readingEvent(now, page.shown, values, page.needsAll ? all : isChanged));
         page.needsAll = false;
         page.toldAt = now;
     }
@@ -131,9 +134,7 @@ void Hub::Tell(LiveState state, const std::string& text) {
     lastState = stateEvent(now, state == LiveState::Aircraft ? LiveState::Connected : state, text);
     const std::string event = stateEvent(now, state, text);
     for (const Page& page : pages) {
-        if (const auto stream = page.stream.lock()) {
-            stream->Push(event);
-        }
+        page.Send(event);
     }
 }
 
@@ -142,9 +143,8 @@ void Hub::Report(const CommandEvent& event) {
     const std::lock_guard lock(mutex);
     for (const Page& page : pages) {
         const std::vector<std::string>& wanted = page.wanted.commands;
-        const auto stream = page.stream.lock();
-        if (stream && std::find(wanted.begin(), wanted.end(), event.command) != wanted.end()) {
-            stream->Push(text);
+        if (std::find(wanted.begin(), wanted.end(), event.command) != wanted.end()) {
+            page.Send(text);
         }
     }
 }

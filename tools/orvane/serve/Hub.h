@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/orvane/serve/EventStream.h"
@@ -51,6 +52,8 @@ private:
         std::string series; // the event that it has got
         bool needsAll = false;
         double toldAt = 0;
+
+        void Send(std::string_view event) const;
     };
 
     void forgetGone();

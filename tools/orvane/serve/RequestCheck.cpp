@@ -37,6 +37,12 @@ bool isOurFetch(const HttpRequest& request) {
     return site.empty() || site == "same-origin" || site == "none" || request.path == "/";
 }
 
+// Our own page: "http://" and the Host of the same request.
+bool isOurOrigin(std::string_view origin, std::string_view host) {
+    constexpr std::string_view kScheme = "http://";
+    return origin.starts_with(kScheme) && origin.substr(kScheme.size()) == host;
+}
+
 } // namespace
 
 bool isOurHost(std::string_view host, const Site& site) {
@@ -49,11 +55,6 @@ bool isOurHost(std::string_view host, const Site& site) {
         return true;
     }
     return site.address != "127.0.0.1" && isAddress(host);
-}
-
-bool isOurOrigin(std::string_view origin, std::string_view host) {
-    constexpr std::string_view kScheme = "http://";
-    return origin.starts_with(kScheme) && origin.substr(kScheme.size()) == host;
 }
 
 bool isToken(std::string_view given, std::string_view token) {

@@ -21,9 +21,6 @@ struct Site {
 // stand for 127.0.0.1 is thereby refused.
 bool isOurHost(std::string_view host, const Site& site);
 
-// Whether a request's Origin is our own page: "http://" and the Host of the same request.
-bool isOurOrigin(std::string_view origin, std::string_view host);
-
 // Whether this is the token, in a time that does not depend on how much of it is right.
 bool isToken(std::string_view given, std::string_view token);
 
