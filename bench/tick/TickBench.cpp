@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "bench/Figure.h"
+#include "bench/tick/BenchClient.h"
 #include "bench/tick/Exchanges.h"
-#include "bench/tick/IdleTicks.h"
+#include "bench/tick/TickFlight.h"
 #include "support/PrivateNetwork.h"
 
 namespace {
@@ -23,6 +25,8 @@ constexpr const char* kOurs = XPLANE_ORVANE;
 constexpr const char* kFloor = ECHO_PLUGIN;
 
 constexpr int kComparedExchanges = 4;
+// What the first frames do once is not measured.
+constexpr int kWarmUpTicks = 1000;
 
 using Calls = std::vector<headless::RecordedCall>;
 
@@ -85,11 +89,21 @@ void countPageFaults(benchmark::State& state, long before) {
     state.counters["faults_per_10000"] = 10'000.0 * perIteration;
 }
 
+// No client sends anything.
 void measureIdle(benchmark::State& state, const char* plugin) {
-    IdleTicks subject(plugin, static_cast<int>(state.range(0)));
+    TickFlight flight(plugin);
+    const auto runFrame = [&] { flight.RunFrame(); };
+    std::vector<std::unique_ptr<BenchClient>> clients;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        clients.push_back(std::make_unique<BenchClient>());
+        clients.back()->AwaitAcceptance(runFrame);
+    }
+    for (int i = 0; i < kWarmUpTicks; ++i) {
+        runFrame();
+    }
     const long faultsBefore = pageFaults();
     for ([[maybe_unused]] auto unused : state) {
-        subject.RunTick();
+        runFrame();
     }
     countPageFaults(state, faultsBefore);
 }
