@@ -1,11 +1,11 @@
 #include "tools/orvane/drive/InputNames.h"
 
-#include <algorithm>
 #include <limits>
 
 #include <fmt/core.h>
 
 #include "tools/orvane/files/RecordWriter.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
 
@@ -16,13 +16,6 @@ constexpr tarnel::ActionId kFirstAction = 1;
 // The server runs the commands of these twice, so they are never assigned automatically.
 constexpr tarnel::ActionId kFirstDoubled = 1002;
 constexpr tarnel::ActionId kLastDoubled = 1005;
-
-bool isControl(char character) {
-    constexpr unsigned char kBlank = 0x20;
-    constexpr unsigned char kDelete = 0x7F;
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < kBlank || byte == kDelete;
-}
 
 } // namespace
 
@@ -38,7 +31,7 @@ std::optional<std::string> readColumnName(ProfileTable& table) {
         table.AddProblemAt("name", fmt::format("\"{}\" cannot be a name", *name));
         return std::nullopt;
     }
-    if (std::any_of(name->begin(), name->end(), isControl)) {
+    if (hasControls(*name)) {
         table.AddProblemAt("name", "a name cannot contain control characters");
         return std::nullopt;
     }

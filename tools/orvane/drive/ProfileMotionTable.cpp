@@ -11,7 +11,7 @@ constexpr double kLongest = 86'400;
 
 Wave readWave(ProfileTable& table) {
     Wave wave;
-    if (const auto form = table.Choice("form", {"sine", "triangle", "square", "sweep"})) {
+    if (const auto form = table.Choice("form", {kWaveformNames.begin(), kWaveformNames.end()})) {
         wave.waveform = *waveformNamed(*form);
     }
     wave.periodSeconds = table.Number("period", kShortest, kLongest).value_or(wave.periodSeconds);

@@ -33,19 +33,10 @@ double sweep(double periods) {
 } // namespace
 
 std::optional<Waveform> waveformNamed(std::string_view name) {
-    if (name == "sine") {
-        return Waveform::Sine;
-    }
-    if (name == "triangle") {
-        return Waveform::Triangle;
-    }
-    if (name == "square") {
-        return Waveform::Square;
-    }
-    if (name == "sweep") {
-        return Waveform::Sweep;
-    }
-    return std::nullopt;
+    const auto found = std::find(kWaveformNames.begin(), kWaveformNames.end(), name);
+    return found == kWaveformNames.end()
+               ? std::nullopt
+               : std::optional(static_cast<Waveform>(found - kWaveformNames.begin()));
 }
 
 double levelOf(Waveform waveform, double periods) {

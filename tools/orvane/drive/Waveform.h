@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -8,7 +9,11 @@ namespace orvane::tool {
 
 enum class Waveform { Sine, Triangle, Square, Sweep };
 
-// "sine" and so on; empty for any other text.
+// In the same order.
+inline constexpr std::array<std::string_view, 4> kWaveformNames{"sine", "triangle", "square",
+                                                                "sweep"};
+
+// Empty for any other text.
 std::optional<Waveform> waveformNamed(std::string_view name);
 
 // From -1 to 1. Sine, triangle and sweep begin in the middle and rise; a square begins high. A

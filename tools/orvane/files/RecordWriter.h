@@ -10,7 +10,7 @@
 
 namespace orvane::tool {
 
-using Record = nlohmann::ordered_json;
+using Record = nlohmann::ordered_json; // include <nlohmann/json.hpp> where one is made
 
 // Records look the same in all subcommands:
 // - Field names are in snake_case, except names that users give.

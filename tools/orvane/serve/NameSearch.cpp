@@ -1,6 +1,5 @@
 #include "tools/orvane/serve/NameSearch.h"
 
-#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -9,6 +8,7 @@
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/files/RecordWriter.h"
 #include "tools/orvane/find/Pattern.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
 
@@ -73,11 +73,8 @@ std::string NameSearch::Matching(const std::string& text) const {
 }
 
 bool isSearchText(std::string_view text) {
-    const auto isPlain = [](unsigned char each) {
-        return each >= ' ' && each != 0x7F && each != '*' && each != '?' && each != '[';
-    };
-    return !text.empty() && text.size() <= kLongestText &&
-           std::all_of(text.begin(), text.end(), isPlain);
+    return !text.empty() && text.size() <= kLongestText && !hasControls(text) &&
+           text.find_first_of("*?[") == std::string_view::npos;
 }
 
 } // namespace orvane::tool

@@ -1,6 +1,5 @@
 #include "tools/orvane/serve/RequestBody.h"
 
-#include <algorithm>
 #include <set>
 
 #include <fmt/core.h>
@@ -8,6 +7,7 @@
 
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/serve/RequestCheck.h"
+#include "tools/orvane/terminal/PrintableText.h"
 
 namespace orvane::tool {
 
@@ -34,9 +34,7 @@ std::string textIn(const json& value, const char* what) {
         refuse(fmt::format("\"{}\" is not a text", what));
     }
     std::string text = value.get<std::string>();
-    const auto isControl = [](unsigned char each) { return each < ' ' || each == 0x7F; };
-    if (text.empty() || text.size() > kLongestText ||
-        std::any_of(text.begin(), text.end(), isControl)) {
+    if (text.empty() || text.size() > kLongestText || hasControls(text)) {
         refuse(fmt::format("\"{}\" is empty, too long, or not plain text", what));
     }
     return text;

@@ -80,4 +80,9 @@ std::string printable(std::string_view text) {
     return result;
 }
 
+bool hasControls(std::string_view text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](unsigned char each) { return each < ' ' || each == 0x7F; });
+}
+
 } // namespace orvane::tool

@@ -10,4 +10,7 @@ namespace orvane::tool {
 // become \xNN. Backslashes are doubled, so that the result is unambiguous.
 std::string printable(std::string_view text);
 
+// Whether it has control characters of ASCII.
+bool hasControls(std::string_view text);
+
 } // namespace orvane::tool
