@@ -62,8 +62,7 @@ void FlightModel::Advance(double seconds) const {
 }
 
 void FlightModel::Follow() const {
-    const LocalPosition local =
-        simulator.Frame().ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    const LocalPosition local = toLocal({latitude.Get(), longitude.Get(), elevation.Get()});
     east.Set(local.x);
     up.Set(local.y);
     south.Set(local.z);
@@ -97,10 +96,8 @@ void FlightModel::travel(double seconds) const {
     const double rise = distance * std::sin(pitch.Get() * kDegree);
     const double north = level * std::cos(heading.Get() * kDegree);
     const double sideways = level * std::sin(heading.Get() * kDegree);
-    const LocalPosition at =
-        simulator.Frame().ToLocal({latitude.Get(), longitude.Get(), elevation.Get()});
-    const WorldPosition moved =
-        simulator.Frame().ToWorld({at.x + sideways, at.y + rise, at.z - north});
+    const LocalPosition at = toLocal({latitude.Get(), longitude.Get(), elevation.Get()});
+    const WorldPosition moved = toWorld({at.x + sideways, at.y + rise, at.z - north});
     latitude.Set(moved.latitude);
     longitude.Set(moved.longitude);
     elevation.Set(std::max(simulator.Terrain().Elevation(), moved.altitude));

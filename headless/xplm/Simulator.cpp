@@ -60,7 +60,6 @@ struct Simulator::Parts {
     headless::Keyboard keyboard;
     headless::Avionics avionics;
     WidgetTree widgets;
-    LocalFrame frame;
     headless::Aircraft aircraft;
     FlightPlans plans;
     headless::Terrain terrain;
@@ -126,10 +125,6 @@ Features& Simulator::Features() {
 
 SystemFolder& Simulator::Folder() {
     return parts->folder;
-}
-
-LocalFrame& Simulator::Frame() {
-    return parts->frame;
 }
 
 OwnedObjects<SceneryInstance>& Simulator::Instances() {
@@ -210,7 +205,7 @@ void Simulator::ReloadScenery() {
 }
 
 void Simulator::PlaceUser(const WorldPosition& position, double heading, double speed) {
-    const LocalPosition local = parts->frame.ToLocal(position);
+    const LocalPosition local = toLocal(position);
     const std::pair<const char*, double> values[] = {
         {"sim/flightmodel/position/latitude", position.latitude},
         {"sim/flightmodel/position/longitude", position.longitude},

@@ -26,7 +26,6 @@ class ErrorCallbacks;
 class Features;
 class FlightPlans;
 class Keyboard;
-class LocalFrame;
 class Maps;
 class MenuTable;
 class Objects;
@@ -81,7 +80,6 @@ public:
     ErrorCallbacks& Errors();
     headless::Features& Features();
     SystemFolder& Folder();
-    LocalFrame& Frame();
     OwnedObjects<SceneryInstance>& Instances();
     headless::Keyboard& Keyboard();
     headless::Maps& Maps();

@@ -1,34 +1,29 @@
 #include "headless/xplm/graphics/LocalFrame.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 namespace headless {
 
-void LocalFrame::SetReference(double latitude, double longitude) {
-    referenceLatitude = latitude;
-    referenceLongitude = longitude;
-}
+namespace {
 
-LocalPosition LocalFrame::ToLocal(const WorldPosition& position) const {
+constexpr double kMetresPerLatitude = 111'320.0;
+const double kMetresPerLongitude =
+    kMetresPerLatitude * std::cos(kStartLatitude * std::numbers::pi / 180.0);
+
+} // namespace
+
+LocalPosition toLocal(const WorldPosition& position) {
     // The shorter way around the globe.
-    const double east = std::remainder(position.longitude - referenceLongitude, 360.0);
-    return {east * metresPerLongitude(), position.altitude,
-            (referenceLatitude - position.latitude) * kMetresPerDegree};
+    const double east = std::remainder(position.longitude - kStartLongitude, 360.0);
+    return {east * kMetresPerLongitude, position.altitude,
+            (kStartLatitude - position.latitude) * kMetresPerLatitude};
 }
 
-WorldPosition LocalFrame::ToWorld(const LocalPosition& position) const {
-    const double longitude = referenceLongitude + position.x / metresPerLongitude();
-    return {referenceLatitude - position.z / kMetresPerDegree, std::remainder(longitude, 360.0),
+WorldPosition toWorld(const LocalPosition& position) {
+    const double longitude = kStartLongitude + position.x / kMetresPerLongitude;
+    return {kStartLatitude - position.z / kMetresPerLatitude, std::remainder(longitude, 360.0),
             position.y};
-}
-
-double LocalFrame::metresPerLongitude() const {
-    // Not quite zero at the poles, where the map has no width.
-    constexpr double kLeast = 0.01;
-    const double radians = referenceLatitude * std::numbers::pi / 180.0;
-    return kMetresPerDegree * std::max(kLeast, std::cos(radians));
 }
 
 } // namespace headless

@@ -42,7 +42,8 @@ int XPLMGetTexture(XPLMTextureID /*inTexture*/) {
 
 void XPLMWorldToLocal(double inLatitude, double inLongitude, double inAltitude, double* outX,
                       double* outY, double* outZ) {
-    const auto local = here().Frame().ToLocal({inLatitude, inLongitude, inAltitude});
+    here();
+    const auto local = headless::toLocal({inLatitude, inLongitude, inAltitude});
     give(outX, local.x);
     give(outY, local.y);
     give(outZ, local.z);
@@ -50,7 +51,8 @@ void XPLMWorldToLocal(double inLatitude, double inLongitude, double inAltitude, 
 
 void XPLMLocalToWorld(double inX, double inY, double inZ, double* outLatitude, double* outLongitude,
                       double* outAltitude) {
-    const auto world = here().Frame().ToWorld({inX, inY, inZ});
+    here();
+    const auto world = headless::toWorld({inX, inY, inZ});
     give(outLatitude, world.latitude);
     give(outLongitude, world.longitude);
     give(outAltitude, world.altitude);

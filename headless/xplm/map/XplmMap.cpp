@@ -49,15 +49,17 @@ void XPLMDrawMapLabel(XPLMMapLayerID layer, const char* /*inText*/, float /*mapX
 // A map's coordinates are metres east and north of the local frame's reference.
 void XPLMMapProject(XPLMMapProjectionID /*projection*/, double latitude, double longitude,
                     float* outX, float* outY) {
-    const auto local = here().Frame().ToLocal({latitude, longitude, 0.0});
+    here();
+    const auto local = headless::toLocal({latitude, longitude, 0.0});
     give(outX, static_cast<float>(local.x));
     give(outY, static_cast<float>(-local.z));
 }
 
 void XPLMMapUnproject(XPLMMapProjectionID /*projection*/, float mapX, float mapY,
                       double* outLatitude, double* outLongitude) {
+    here();
     const auto world =
-        here().Frame().ToWorld({static_cast<double>(mapX), 0.0, -static_cast<double>(mapY)});
+        headless::toWorld({static_cast<double>(mapX), 0.0, -static_cast<double>(mapY)});
     give(outLatitude, world.latitude);
     give(outLongitude, world.longitude);
 }

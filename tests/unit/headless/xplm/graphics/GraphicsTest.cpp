@@ -4,7 +4,6 @@
 
 #include "XPLMGraphics.h"
 #include "headless/xplm/Simulator.h"
-#include "headless/xplm/graphics/LocalFrame.h"
 
 using headless::Simulator;
 
@@ -14,16 +13,15 @@ protected:
 };
 
 TEST_F(GraphicsTest, TheReferenceIsTheOriginOfTheLocalFrame) {
-    sim.Frame().SetReference(60.0, 10.0);
     double x = 1;
     double y = 1;
     double z = 1;
-    XPLMWorldToLocal(60.0, 10.0, 250.0, &x, &y, &z);
+    XPLMWorldToLocal(47.26, 11.34, 250.0, &x, &y, &z);
     EXPECT_EQ(x, 0.0);
     EXPECT_EQ(y, 250.0);
     EXPECT_EQ(z, 0.0);
-    XPLMWorldToLocal(61.0, 11.0, 0.0, &x, &y, &z);
-    EXPECT_NEAR(x, 55'660.0, 0.001) << "east";
+    XPLMWorldToLocal(48.26, 12.34, 0.0, &x, &y, &z);
+    EXPECT_NEAR(x, 75'549.831, 0.001) << "east";
     EXPECT_NEAR(z, -111'320.0, 0.001) << "north is against z";
 }
 
@@ -43,13 +41,12 @@ TEST_F(GraphicsTest, ThereAndBackIsTheSamePlace) {
 }
 
 TEST_F(GraphicsTest, TheFrameGoesTheShortWayAroundTheGlobe) {
-    sim.Frame().SetReference(0.0, 179.0);
     double x = 0;
-    XPLMWorldToLocal(0.0, -179.0, 0.0, &x, nullptr, nullptr);
-    EXPECT_NEAR(x, 222'640.0, 0.001);
+    XPLMWorldToLocal(0.0, -169.66, 0.0, &x, nullptr, nullptr);
+    EXPECT_NEAR(x, 13'523'419.693, 0.001) << "179 degrees to the east";
     double longitude = 0;
     XPLMLocalToWorld(x, 0.0, 0.0, nullptr, &longitude, nullptr);
-    EXPECT_NEAR(longitude, -179.0, 1e-9);
+    EXPECT_NEAR(longitude, -169.66, 1e-9);
 }
 
 TEST_F(GraphicsTest, TextureNumbersAreDifferent) {
