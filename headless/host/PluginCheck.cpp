@@ -43,7 +43,7 @@ PluginCheck::PluginCheck(const PluginFile& file) {
         const bool isPlugin = each.Path() == file.Path();
         for (const std::string& name : each.Undefined()) {
             // The plugin may define other names that its libraries need.
-            if (isPlugin || findSdkFunction(name) != nullptr || isOpenGlName(name)) {
+            if (isPlugin || findSdkFunction(name) != nullptr) {
                 sortName(name, libraries);
             }
         }
@@ -51,7 +51,7 @@ PluginCheck::PluginCheck(const PluginFile& file) {
     for (void* library : libraries) {
         ::dlclose(library);
     }
-    for (auto* names : {&sdkFunctions, &notSimulated, &openGl, &missing}) {
+    for (auto* names : {&sdkFunctions, &notSimulated, &missing}) {
         std::sort(names->begin(), names->end());
         names->erase(std::unique(names->begin(), names->end()), names->end());
     }
@@ -95,8 +95,8 @@ void PluginCheck::sortName(const std::string& name, const std::vector<void*>& li
         }
         return;
     }
+    // It may be missing.
     if (isOpenGlName(name)) {
-        openGl.push_back(name);
         return;
     }
     const bool found = ::dlsym(RTLD_DEFAULT, name.c_str()) != nullptr ||

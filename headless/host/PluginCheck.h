@@ -21,8 +21,6 @@ public:
     const std::vector<std::string>& SdkFunctions() const { return sdkFunctions; }
     // The subset of SdkFunctions() that only answers 0.
     const std::vector<std::string>& NotSimulated() const { return notSimulated; }
-    // OpenGL functions, which may be missing.
-    const std::vector<std::string>& OpenGl() const { return openGl; }
     // Names and libraries that cannot be found anywhere.
     const std::vector<std::string>& Missing() const { return missing; }
 
@@ -39,7 +37,6 @@ private:
 
     std::vector<std::string> sdkFunctions;
     std::vector<std::string> notSimulated;
-    std::vector<std::string> openGl;
     std::vector<std::string> missing;
 };
 

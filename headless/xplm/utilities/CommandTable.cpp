@@ -170,12 +170,7 @@ Command* CommandTable::resolve(XPLMCommandRef handle, const char* function) {
 void CommandTable::raise(Command& command, XPLMCommandPhase phase) {
     const auto counted = static_cast<std::size_t>(phase);
     ++command.pressed.at(counted);
-    const bool passedOn = runHandlers(command, phase, true);
-    if (events.size() == kMaxEvents) {
-        events.pop_front();
-    }
-    events.push_back({command.name, phase, passedOn});
-    if (!passedOn) {
+    if (!runHandlers(command, phase, true)) {
         return;
     }
     ++command.passedOn.at(counted);

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -44,12 +43,6 @@ struct Command {
     PhaseCounts passedOn{};
 };
 
-struct CommandEvent {
-    std::string name;
-    XPLMCommandPhase phase = xplm_CommandBegin;
-    bool passedOn = false;
-};
-
 // All commands by name. Handles stay valid for the table's life.
 //
 // Handlers run in the order of their registration, those before the simulator first; the first that
@@ -58,8 +51,6 @@ struct CommandEvent {
 // Handlers may come and go during dispatch.
 class CommandTable final {
 public:
-    static constexpr std::size_t kMaxEvents = 4096;
-
     CommandTable(PluginContext& pluginContext, CallRecorder& callRecorder)
         : context(pluginContext), recorder(callRecorder) {}
     CommandTable(const CommandTable&) = delete;
@@ -70,9 +61,6 @@ public:
     // Null for an unknown name.
     Command* Lookup(std::string_view name) const;
     std::vector<std::string> Names() const;
-    // The last kMaxEvents phases raised, in order.
-    const std::deque<CommandEvent>& Events() const { return events; }
-    void ClearEvents() { events.clear(); }
     // Raises the continue phase of every held command; once per frame.
     void ContinueHeld();
     // Drops the handlers of a plugin that is gone, and returns how many it had.
@@ -100,7 +88,6 @@ private:
     CallRecorder& recorder;
     std::map<std::string, std::unique_ptr<Command>, std::less<>> commands;
     std::map<const void*, Command*> byHandle;
-    std::deque<CommandEvent> events;
 };
 
 } // namespace headless
