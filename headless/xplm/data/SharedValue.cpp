@@ -22,47 +22,35 @@ std::size_t SharedValue::DropOf(XPLMPluginID plugin) {
 }
 
 void SharedValue::SetInt(int number) {
-    value.SetInt(number);
+    StoredValue::SetInt(number);
     notifyAll();
 }
 
 void SharedValue::SetFloat(float number) {
-    value.SetFloat(number);
+    StoredValue::SetFloat(number);
     notifyAll();
 }
 
 void SharedValue::SetDouble(double number) {
-    value.SetDouble(number);
+    StoredValue::SetDouble(number);
     notifyAll();
-}
-
-int SharedValue::GetInts(int* values, int offset, int max) {
-    return value.GetInts(values, offset, max);
 }
 
 void SharedValue::SetInts(int* values, int offset, int count) {
     grow(offset, count);
-    value.SetInts(values, offset, count);
+    StoredValue::SetInts(values, offset, count);
     notifyAll();
-}
-
-int SharedValue::GetFloats(float* values, int offset, int max) {
-    return value.GetFloats(values, offset, max);
 }
 
 void SharedValue::SetFloats(float* values, int offset, int count) {
     grow(offset, count);
-    value.SetFloats(values, offset, count);
+    StoredValue::SetFloats(values, offset, count);
     notifyAll();
-}
-
-int SharedValue::GetBytes(void* values, int offset, int max) {
-    return value.GetBytes(values, offset, max);
 }
 
 void SharedValue::SetBytes(void* values, int offset, int count) {
     grow(offset, count);
-    value.SetBytes(values, offset, count);
+    StoredValue::SetBytes(values, offset, count);
     notifyAll();
 }
 
@@ -70,7 +58,7 @@ void SharedValue::grow(int offset, int count) {
     // A wrong offset must not exhaust the memory.
     constexpr int kMostElements = 1 << 24;
     if (offset >= 0 && count > 0 && offset <= kMostElements && count <= kMostElements) {
-        value.Grow(offset + count);
+        Grow(offset + count);
     }
 }
 

@@ -19,10 +19,10 @@ struct DataNotification {
 
 // The value of data that plugins share: no plugin owns it, an array grows as it is written, and
 // every write is reported to all plugins that asked.
-class SharedValue final : public IDatarefValue {
+class SharedValue final : public StoredValue {
 public:
     SharedValue(const DatarefDefinition& definition, PluginContext& pluginContext)
-        : context(pluginContext), value(definition) {}
+        : StoredValue(definition), context(pluginContext) {}
 
     // The callback may be null; then nothing is called.
     void Notify(const DataNotification& notification);
@@ -30,17 +30,11 @@ public:
     bool Forget(const DataNotification& notification);
     std::size_t DropOf(XPLMPluginID plugin);
 
-    int GetInt() override { return value.GetInt(); }
     void SetInt(int number) override;
-    float GetFloat() override { return value.GetFloat(); }
     void SetFloat(float number) override;
-    double GetDouble() override { return value.GetDouble(); }
     void SetDouble(double number) override;
-    int GetInts(int* values, int offset, int max) override;
     void SetInts(int* values, int offset, int count) override;
-    int GetFloats(float* values, int offset, int max) override;
     void SetFloats(float* values, int offset, int count) override;
-    int GetBytes(void* values, int offset, int max) override;
     void SetBytes(void* values, int offset, int count) override;
 
 private:
@@ -49,7 +43,6 @@ private:
     void notifyAll();
 
     PluginContext& context;
-    StoredValue value;
     std::vector<DataNotification> notifications;
 };
 

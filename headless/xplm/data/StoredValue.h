@@ -11,7 +11,7 @@ namespace headless {
 //
 // A dataref of several scalar types keeps one number, converted for each type. Access past an
 // array's end is cut short; a negative offset or count copies nothing.
-class StoredValue final : public IDatarefValue {
+class StoredValue : public IDatarefValue {
 public:
     explicit StoredValue(const DatarefDefinition& definition);
 
