@@ -5,6 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <string_view>
 
 namespace headless {
@@ -49,23 +50,13 @@ private:
     int depth;
 };
 
-const char* nameOf(int number) {
-    switch (number) {
-    case SIGSEGV:
-        return "SIGSEGV";
-    case SIGBUS:
-        return "SIGBUS";
-    case SIGILL:
-        return "SIGILL";
-    case SIGFPE:
-        return "SIGFPE";
-    default:
-        return "SIGABRT";
-    }
-}
-
 void say(std::string_view text) {
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
+}
+
+void saySignal(int number) {
+    say("SIG");
+    say(::sigabbrev_np(number));
 }
 
 void sayPlugin(const PluginTexts* texts) {
@@ -92,14 +83,14 @@ void sayCrash(int number, const char* where, const char* callback) {
     say(where);
     say(callback);
     say(" (");
-    say(nameOf(number));
+    saySignal(number);
     say("); backtrace:\n");
 }
 
 // The program itself crashed, not a plugin.
 void crash(int number, const Backtrace& backtrace) {
     say("headless-sim: the program itself crashed (");
-    say(nameOf(number));
+    saySignal(number);
     say("); backtrace:\n");
     backtrace.Print();
     // Delivered as soon as the handler returns.

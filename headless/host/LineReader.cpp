@@ -12,17 +12,17 @@ namespace {
 
 constexpr std::size_t kChunk = 4096;
 
-bool isReadable(int descriptor) {
-    pollfd waited{descriptor, POLLIN, 0};
-    return ::poll(&waited, 1, 0) > 0;
-}
-
 // Another reader of the descriptor may have made it non-blocking.
 bool isPassing(int error) {
     return error == EINTR || error == EAGAIN;
 }
 
 } // namespace
+
+bool isReadable(int descriptor) {
+    pollfd waited{descriptor, POLLIN, 0};
+    return ::poll(&waited, 1, 0) > 0;
+}
 
 void LineReader::Fill() {
     std::array<char, kChunk> chunk{};

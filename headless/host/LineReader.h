@@ -7,6 +7,9 @@
 
 namespace headless {
 
+// Whether a read would return at once.
+bool isReadable(int descriptor);
+
 // Reads lines from a file descriptor, only when it has data, so it never blocks. Borrows the
 // descriptor and leaves its flags alone, because the shell shares the terminal.
 class LineReader final : public ILineSource {

@@ -3,9 +3,8 @@
 #include <dlfcn.h>
 
 #include <array>
-#include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <utility>
 
 #include "headless/host/NoOpLibrary.h"
@@ -20,12 +19,12 @@ using StartText = std::array<char, 256>;
 
 std::string absolutePath(const std::string& path) {
     // If a path has a slash in it, dlopen takes it as it is and does not search library folders.
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
-                                                               &std::free);
-    if (resolved == nullptr) {
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::canonical(path, error);
+    if (error) {
         throw PluginError(path + ": there is no such plugin");
     }
-    return resolved.get();
+    return resolved.string();
 }
 
 std::string lastDlError() {

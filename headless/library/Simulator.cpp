@@ -126,8 +126,8 @@ void Simulator::runFrames(int count) {
 
 void Simulator::runSeconds(double seconds) {
     // A small margin, so that rounding does not lose a frame.
-    constexpr double kHair = 1e-6;
-    runFrames(std::max(1, static_cast<int>(std::floor(seconds / state->frameSeconds + kHair))));
+    constexpr double kMargin = 1e-6;
+    runFrames(std::max(1, static_cast<int>(std::floor(seconds / state->frameSeconds + kMargin))));
 }
 
 double Simulator::seconds() const {

@@ -1,10 +1,10 @@
 #include "headless/metering/ProcessInfo.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
-#include <memory>
+#include <iterator>
 
 namespace headless {
 
@@ -23,15 +23,10 @@ std::size_t residentKilobytes() {
 }
 
 std::size_t openFileDescriptors() {
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir("/proc/self/fd"), &::closedir);
-    if (folder == nullptr) {
-        return 0;
-    }
-    std::size_t entries = 0;
-    while (const dirent* entry = ::readdir(folder.get())) {
-        entries += entry->d_name[0] == '.' ? 0U : 1U;
-    }
-    return entries - 1; // The folder's own descriptor.
+    std::error_code error;
+    const std::filesystem::directory_iterator folder("/proc/self/fd", error);
+    // One of them is the folder's own.
+    return error ? 0U : static_cast<std::size_t>(std::distance(begin(folder), end(folder))) - 1U;
 }
 
 } // namespace headless

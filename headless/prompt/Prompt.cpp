@@ -1,6 +1,5 @@
 #include "headless/prompt/Prompt.h"
 
-#include <poll.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -13,6 +12,7 @@
 // Needs stdio.h to be included first.
 #include <editline/readline.h>
 
+#include "headless/host/LineReader.h"
 #include "headless/scenario/Completion.h"
 
 namespace headless {
@@ -26,11 +26,6 @@ constexpr const char* kBlanks = " \t";
 
 // The prompt for the library's callbacks.
 Prompt* current = nullptr;
-
-bool isReadable(int descriptor) {
-    pollfd waited{descriptor, POLLIN, 0};
-    return ::poll(&waited, 1, 0) > 0;
-}
 
 std::string homeFile(const char* name) {
     const char* const home = std::getenv("HOME");

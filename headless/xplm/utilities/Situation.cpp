@@ -17,7 +17,7 @@ bool isOwnNumber(const Dataref& dataref) {
 
 } // namespace
 
-bool Situation::Save(const std::string& path) const {
+bool saveSituation(const DatarefTable& datarefs, const std::string& path) {
     std::ofstream file(path);
     file << kHeading << '\n';
     file.precision(std::numeric_limits<double>::max_digits10);
@@ -31,7 +31,7 @@ bool Situation::Save(const std::string& path) const {
     return file.good();
 }
 
-bool Situation::Load(const std::string& path) const {
+bool loadSituation(const DatarefTable& datarefs, const std::string& path) {
     std::ifstream file(path);
     std::string heading;
     if (!std::getline(file, heading) || heading != kHeading) {

@@ -95,7 +95,7 @@ int XPLMLoadDataFile(XPLMDataFileType inFileType, const char* inFilePath) {
     Simulator& simulator = here();
     const bool loaded =
         inFileType == xplm_DataFile_Situation && inFilePath != nullptr &&
-        headless::Situation(simulator.Datarefs()).Load(simulator.Folder().Absolute(inFilePath));
+        headless::loadSituation(simulator.Datarefs(), simulator.Folder().Absolute(inFilePath));
     return loaded ? 1 : 0;
 }
 
@@ -103,7 +103,7 @@ int XPLMSaveDataFile(XPLMDataFileType inFileType, const char* inFilePath) {
     Simulator& simulator = here();
     const bool saved =
         inFileType == xplm_DataFile_Situation && inFilePath != nullptr &&
-        headless::Situation(simulator.Datarefs()).Save(simulator.Folder().Absolute(inFilePath));
+        headless::saveSituation(simulator.Datarefs(), simulator.Folder().Absolute(inFilePath));
     return saved ? 1 : 0;
 }
 
