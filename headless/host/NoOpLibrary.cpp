@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 #include "headless/host/PluginError.h"

@@ -1,6 +1,5 @@
 #include "headless/host/PluginFinder.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <optional>
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "headless/host/SessionOptions.h"
 #include "headless/metering/Meter.h"
 

@@ -1,7 +1,5 @@
 #include "headless/world/World.h"
 
-#include <algorithm>
-
 #include "headless/lists/CommandsFile.h"
 #include "headless/lists/DatarefsFile.h"
 #include "headless/world/CommandEffects.h"

@@ -1,7 +1,5 @@
 #include "headless/xplm/camera/Camera.h"
 
-#include <utility>
-
 namespace headless {
 
 void Camera::Control(XPLMCameraControlDuration howLong, XPLMCameraControl_f callback,
