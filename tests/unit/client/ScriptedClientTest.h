@@ -8,6 +8,7 @@
 
 #include "orvane/Options.h"
 #include "support/ScriptedServer.h"
+#include "support/TextOf.h"
 
 // A client of a scripted server.
 class ScriptedClientTest : public testing::Test {
@@ -24,19 +25,6 @@ protected:
         options.backoff.firstDelay = std::chrono::milliseconds(1);
         options.releaseWithin = std::chrono::milliseconds(20'000);
         return options;
-    }
-
-    // The text of the exception that the action throws.
-    template <typename Wanted, typename Action>
-    static std::string textOf(Action action) {
-        try {
-            action();
-        } catch (const Wanted& error) {
-            return error.what();
-        } catch (const std::exception& other) {
-            return std::string("another error: ") + other.what();
-        }
-        return "no error";
     }
 };
 

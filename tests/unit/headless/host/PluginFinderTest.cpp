@@ -7,6 +7,7 @@
 #include "headless/host/PluginError.h"
 #include "headless/host/PluginFinder.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 using headless::findPlugin;
 using headless::findPluginsOfSystem;
@@ -22,12 +23,7 @@ protected:
     }
 
     static std::string errorOf(const std::string& path) {
-        try {
-            findPlugin(path);
-        } catch (const PluginError& error) {
-            return error.what();
-        }
-        return "no error";
+        return textOf<PluginError>([&] { findPlugin(path); });
     }
 
     TemporaryDirectory folder;
@@ -74,7 +70,7 @@ TEST_F(PluginFinderTest, ASystemsPluginsComeInAlphabeticalOrder) {
     EXPECT_EQ(names, (std::vector<std::string>{"a", "b", "c"}));
 }
 
-TEST_F(PluginFinderTest, AFolderThatIsNoSystemOrHasNoPluginsIsRefused) {
+TEST_F(PluginFinderTest, AFolderThatIsNotASystemOrHasNoPluginsIsRefused) {
     EXPECT_THROW(findPluginsOfSystem(folder.Path("")), PluginError);
     make("Resources/plugins/settings.txt");
     EXPECT_THROW(findPluginsOfSystem(folder.Path("")), PluginError);

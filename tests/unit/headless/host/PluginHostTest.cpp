@@ -9,6 +9,7 @@
 #include "XPLMUtilities.h"
 #include "headless/host/PluginHost.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 using headless::PluginError;
 using headless::PluginHost;
@@ -16,20 +17,6 @@ using headless::Simulator;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-namespace {
-
-template <class Action>
-std::string pluginErrorOf(Action action) {
-    try {
-        action();
-    } catch (const PluginError& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
-} // namespace
 
 class PluginHostTest : public ::testing::Test {
 protected:
@@ -88,7 +75,7 @@ TEST_F(PluginHostTest, APluginInTheProcessHasTheSameLife) {
     host.SendMessage(XPLM_MSG_PLANE_LOADED, nullptr);
     EXPECT_TRUE(host.Unload());
     EXPECT_THAT(sim.Log().Lines(), testing::ElementsAre("start", "102", "disable", "stop"));
-    EXPECT_EQ(pluginErrorOf([&] { host.Start(); }), "linked: the plugin is not loaded");
+    EXPECT_EQ(textOf<PluginError>([&] { host.Start(); }), "linked: the plugin is not loaded");
 }
 
 TEST_F(PluginHostTest, OnlyALibraryThatIsLoadedCanBeRedirected) {
@@ -148,7 +135,7 @@ TEST_F(PluginHostTest, UnloadTakesTheStepsThatAreMissing) {
     EXPECT_TRUE(host.Unload());
     EXPECT_EQ(sim.Log().Lines(), (std::vector<std::string>{"start", "enable", "disable", "stop"}));
     EXPECT_TRUE(host.Unload());
-    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin is not loaded"));
+    EXPECT_THAT(textOf<PluginError>([&] { host.Start(); }), EndsWith(": the plugin is not loaded"));
 }
 
 TEST_F(PluginHostTest, WhatAConstructorRegistersIsThePluginsOwn) {
@@ -179,38 +166,42 @@ TEST_F(PluginHostTest, TellsWhenAPluginStaysInTheProcess) {
 
 TEST_F(PluginHostTest, StepsAtTheWrongTimeAreRefused) {
     PluginHost host(sim, FAKE_PLUGIN);
-    EXPECT_THAT(pluginErrorOf([&] { host.Enable(); }), EndsWith(": the plugin is not started"));
+    EXPECT_THAT(textOf<PluginError>([&] { host.Enable(); }),
+                EndsWith(": the plugin is not started"));
     host.Disable();
     host.Stop();
     host.SendMessage(102, nullptr);
     EXPECT_TRUE(sim.Log().Lines().empty());
     host.Start();
-    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin is started already"));
+    EXPECT_THAT(textOf<PluginError>([&] { host.Start(); }),
+                EndsWith(": the plugin is started already"));
     host.Enable();
-    EXPECT_THAT(pluginErrorOf([&] { host.Enable(); }), EndsWith(": the plugin is enabled already"));
+    EXPECT_THAT(textOf<PluginError>([&] { host.Enable(); }),
+                EndsWith(": the plugin is enabled already"));
 }
 
 TEST_F(PluginHostTest, APluginThatRefusesToStartLeavesNothingRegistered) {
     PluginHost host(sim, REFUSING_PLUGIN);
-    EXPECT_THAT(pluginErrorOf([&] { host.Start(); }), EndsWith(": the plugin refused to start"));
+    EXPECT_THAT(textOf<PluginError>([&] { host.Start(); }),
+                EndsWith(": the plugin refused to start"));
     EXPECT_FALSE(host.IsStarted());
     EXPECT_EQ(sim.Loops().Count(), 0U);
 }
 
-TEST_F(PluginHostTest, ALibraryWithoutAnEntryPointIsNoPlugin) {
-    EXPECT_THAT(pluginErrorOf([&] { PluginHost(sim, INCOMPLETE_PLUGIN); }),
+TEST_F(PluginHostTest, ALibraryWithoutAnEntryPointIsNotAPlugin) {
+    EXPECT_THAT(textOf<PluginError>([&] { PluginHost(sim, INCOMPLETE_PLUGIN); }),
                 EndsWith(": not a plugin: it has no XPluginDisable"));
 }
 
-TEST_F(PluginHostTest, AMissingFileIsNoPlugin) {
-    EXPECT_EQ(pluginErrorOf([&] { PluginHost(sim, "none.xpl"); }),
+TEST_F(PluginHostTest, AMissingFileIsNotAPlugin) {
+    EXPECT_EQ(textOf<PluginError>([&] { PluginHost(sim, "none.xpl"); }),
               "none.xpl: there is no such plugin");
 }
 
-TEST_F(PluginHostTest, AFileThatIsNoLibraryIsReportedInOneLine) {
+TEST_F(PluginHostTest, AFileThatIsNotALibraryIsReportedInOneLine) {
     const TemporaryDirectory folder;
     const std::string path = folder.Write("text.xpl", "not a library at all, just some text\n");
-    const std::string error = pluginErrorOf([&] { PluginHost(sim, path); });
+    const std::string error = textOf<PluginError>([&] { PluginHost(sim, path); });
     EXPECT_THAT(error, HasSubstr(path));
     EXPECT_THAT(error, Not(HasSubstr("\n")));
 }

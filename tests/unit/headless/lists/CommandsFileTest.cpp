@@ -7,6 +7,7 @@
 #include "headless/lists/CommandsFile.h"
 #include "headless/lists/TextLines.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 using headless::CommandDefinition;
 using headless::parseCommands;
@@ -21,12 +22,7 @@ std::vector<CommandDefinition> parse(const std::string& text) {
 }
 
 std::string errorOf(const std::string& text) {
-    try {
-        parse(text);
-    } catch (const TextFileError& error) {
-        return error.what();
-    }
-    return "no error";
+    return textOf<TextFileError>([&] { parse(text); });
 }
 
 } // namespace
@@ -45,7 +41,7 @@ TEST(CommandsFileTest, ReadsNameAndDescription) {
     EXPECT_EQ(commands[2].description, "");
 }
 
-TEST(CommandsFileTest, AWordThatIsNoCommandNameIsMalformed) {
+TEST(CommandsFileTest, AWordThatIsNotACommandNameIsMalformed) {
     EXPECT_EQ(errorOf("sim/a A\nhello world\n"), "Commands.txt:2: \"hello\" is not a command name");
 }
 
@@ -55,11 +51,6 @@ TEST(CommandsFileTest, ALineThatBeginsWithABlankIsMalformed) {
 
 TEST(CommandsFileTest, AMissingFileIsReportedInOneLine) {
     const TemporaryDirectory folder;
-    try {
-        readCommandsFile(folder.Path("none.txt"));
-        FAIL() << "nothing was thrown";
-    } catch (const TextFileError& error) {
-        EXPECT_EQ(error.what(),
-                  folder.Path("none.txt") + ": cannot be opened: No such file or directory");
-    }
+    EXPECT_EQ(textOf<TextFileError>([&] { readCommandsFile(folder.Path("none.txt")); }),
+              folder.Path("none.txt") + ": cannot be opened: No such file or directory");
 }

@@ -7,6 +7,7 @@
 #include "headless/lists/DatarefsFile.h"
 #include "headless/lists/TextLines.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 using headless::DatarefDefinition;
 using headless::DatarefsFile;
@@ -25,12 +26,7 @@ std::vector<std::string> warningsOf(const std::string& text) {
 }
 
 std::string errorOf(const std::string& text) {
-    try {
-        parse(text);
-    } catch (const TextFileError& error) {
-        return error.what();
-    }
-    return "no error";
+    return textOf<TextFileError>([&] { parse(text); });
 }
 
 } // namespace
@@ -155,24 +151,14 @@ TEST(DatarefsFileTest, ReadsAFileFromDiskAndNamesItInErrors) {
     const std::string good = folder.Write("good.txt", "sim/a\tint\ty\n");
     const std::string bad = folder.Write("bad.txt", "2 1200 Fri Sep 02 2022\nsim/b\n");
     EXPECT_EQ(DatarefsFile::Read(good).definitions.size(), 1U);
-    try {
-        DatarefsFile::Read(bad);
-        FAIL() << "nothing was thrown";
-    } catch (const TextFileError& error) {
-        EXPECT_EQ(error.what(),
-                  bad + ":2: name, type and writable are expected, separated by tabs");
-    }
+    EXPECT_EQ(textOf<TextFileError>([&] { DatarefsFile::Read(bad); }),
+              bad + ":2: name, type and writable are expected, separated by tabs");
 }
 
 TEST(DatarefsFileTest, AMissingFileIsReportedInOneLine) {
     const TemporaryDirectory folder;
-    try {
-        DatarefsFile::Read(folder.Path("none.txt"));
-        FAIL() << "nothing was thrown";
-    } catch (const TextFileError& error) {
-        EXPECT_EQ(error.what(),
-                  folder.Path("none.txt") + ": cannot be opened: No such file or directory");
-    }
+    EXPECT_EQ(textOf<TextFileError>([&] { DatarefsFile::Read(folder.Path("none.txt")); }),
+              folder.Path("none.txt") + ": cannot be opened: No such file or directory");
 }
 
 TEST(DatarefsFileTest, AFolderInsteadOfAFileIsReported) {

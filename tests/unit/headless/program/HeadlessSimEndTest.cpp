@@ -115,7 +115,7 @@ TEST_F(HeadlessSimEndTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {
     EXPECT_THAT(errors, EndsWith(": not a plugin: it has no XPluginDisable\n"));
 }
 
-TEST_F(HeadlessSimEndTest, AFileThatIsNoPluginIsOneLineAndStatus1) {
+TEST_F(HeadlessSimEndTest, AFileThatIsNotAPluginIsOneLineAndStatus1) {
     std::string library(64, '\0');
     library.replace(0, SELFMAG, ELFMAG);
     library[EI_CLASS] = ELFCLASS64;
@@ -184,7 +184,7 @@ TEST_F(HeadlessSimEndTest, FliesThePluginsOfASystemFolderInIt) {
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 2);
 }
 
-TEST_F(HeadlessSimEndTest, AFolderThatIsNoSystemIsOneLineAndStatus1) {
+TEST_F(HeadlessSimEndTest, AFolderThatIsNotASystemIsOneLineAndStatus1) {
     EXPECT_EQ(run("--system ."), 1);
     EXPECT_EQ(errors,
               "headless-sim: .: not laid out like the simulator's folder: it has no "

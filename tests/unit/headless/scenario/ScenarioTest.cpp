@@ -9,6 +9,7 @@
 #include "headless/scenario/Scenario.h"
 #include "headless/scenario/ScenarioRun.h"
 #include "scenario/FlightTest.h"
+#include "support/TextOf.h"
 
 using headless::JunitReport;
 using headless::Scenario;
@@ -22,12 +23,7 @@ protected:
         return Scenario::Parse(stream, "a.scenario");
     }
     static std::string errorOfParsing(const std::string& text) {
-        try {
-            parse(text);
-            return "no error";
-        } catch (const TextFileError& error) {
-            return error.what();
-        }
+        return textOf<TextFileError>([&] { parse(text); });
     }
     int play(const std::string& text) {
         const Scenario scenario = parse(text);

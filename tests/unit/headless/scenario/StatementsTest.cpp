@@ -1,4 +1,3 @@
-#include <cstdint>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -118,6 +117,11 @@ TEST_F(StatementsTest, PressesBeginsAndEndsCommands) {
     say("end " + name);
     EXPECT_EQ(say("events " + name),
               name + " begin=2 continue=2 end=2 pressed-begin=2 pressed-continue=2 pressed-end=2");
+    say("command once " + name);
+    say("command begin " + name);
+    say("command end " + name);
+    EXPECT_EQ(say("events " + name),
+              name + " begin=4 continue=2 end=4 pressed-begin=4 pressed-continue=2 pressed-end=4");
     EXPECT_EQ(errorOf("press sim/none"), "no such command: sim/none");
 }
 

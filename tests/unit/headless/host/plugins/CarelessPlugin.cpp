@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <thread>
 
 #include "XPLMDataAccess.h"

@@ -45,7 +45,7 @@ TEST_F(SharedDataTest, ANameOfTheSimulatorsOwnIsRefused) {
     EXPECT_EQ(XPLMShareData("sim/a", xplmType_Int, nullptr, nullptr), 0);
 }
 
-TEST_F(SharedDataTest, WhoUnsharesIsNoLongerTold) {
+TEST_F(SharedDataTest, APluginThatUnsharesIsNoLongerNotified) {
     XPLMShareData("shared/number", xplmType_Int, &countUp, &changes);
     EXPECT_EQ(XPLMUnshareData("shared/number", xplmType_Int, &countUp, &changes), 1);
     EXPECT_EQ(XPLMUnshareData("shared/number", xplmType_Int, &countUp, &changes), 0);

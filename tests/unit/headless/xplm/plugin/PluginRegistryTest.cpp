@@ -14,7 +14,7 @@ protected:
     Simulator sim;
 };
 
-TEST_F(PluginRegistryTest, AnUnknownSignatureIsNoPlugin) {
+TEST_F(PluginRegistryTest, AnUnknownSignatureFindsNoPlugin) {
     EXPECT_EQ(XPLMFindPluginBySignature("tests.none"), XPLM_NO_PLUGIN_ID);
     EXPECT_EQ(XPLMFindPluginBySignature(nullptr), XPLM_NO_PLUGIN_ID);
     EXPECT_EQ(sim.Recorder().Refusals(Refusal::NullText), 1U);

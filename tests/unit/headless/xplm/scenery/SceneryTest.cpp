@@ -1,4 +1,3 @@
-#include <cstddef>
 #include <vector>
 
 #include <gtest/gtest.h>

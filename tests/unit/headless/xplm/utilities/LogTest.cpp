@@ -6,6 +6,7 @@
 
 #include "headless/xplm/utilities/Log.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextOf.h"
 
 using headless::Log;
 
@@ -44,13 +45,8 @@ TEST(LogTest, AnOldFileIsEmptied) {
 TEST(LogTest, AFileThatCannotBeWrittenIsReportedInOneLine) {
     const TemporaryDirectory folder;
     Log log;
-    try {
-        log.OpenFile(folder.Path("none/Log.txt"));
-        FAIL() << "nothing was thrown";
-    } catch (const std::runtime_error& error) {
-        EXPECT_EQ(error.what(), folder.Path("none/Log.txt") +
-                                    ": cannot write the log: No such file or directory");
-    }
+    EXPECT_EQ(textOf<std::runtime_error>([&] { log.OpenFile(folder.Path("none/Log.txt")); }),
+              folder.Path("none/Log.txt") + ": cannot write the log: No such file or directory");
 }
 
 TEST(LogTest, TextIsNotKeptInMemoryWhenToldSo) {

@@ -1,6 +1,5 @@
 #include <array>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <thread>
 
