@@ -5,7 +5,6 @@ import subprocess
 import sys
 from typing import List, Tuple
 
-import pytest
 from programs import environment
 
 from orvane.testing import Simulator
@@ -53,28 +52,26 @@ def test_watches_until_it_is_interrupted(simulator: Simulator) -> None:
         assert process.stderr.read() == ""
 
 
-@pytest.mark.parametrize(
-    "arguments, status, text",
-    [
-        ([], 1, "the following arguments are required: get|set|watch (see --help)"),
-        (["get"], 1, "the following arguments are required: NAME (see --help)"),
-        (["--port", "x", "get", "a"], 1, "argument --port: invalid int value: 'x' (see --help)"),
-        (["get", "no/such/dataref"], 3, "the simulator does not have no/such/dataref"),
-        (["get", "a:double"], 1, "a:double: the type is not int, float, byte, int[N] or float[N]"),
-        (["set", GEAR], 1, f"{GEAR}: a value is missing, as in NAME=1"),
-        (["set", f"{GEAR}=x"], 1, '"x" is not a number'),
-        (["watch", "--rate", "0", GEAR], 1, "a rate of 0.0 per second is not above 0"),
-        (["--port", "1", "get", GEAR], 2, "127.0.0.1:1: connecting: Connection refused"),
-        (["--host", "no.such.invalid", "get", GEAR], 2, "no.such.invalid:48000: connecting: "),
-    ],
-)
-def test_bad_input_gets_one_line(
-    simulator: Simulator, arguments: List[str], status: int, text: str
-) -> None:
-    got, out, complaint = run(*arguments)
-    assert (got, out) == (status, "")
-    assert complaint.startswith("orvane: ") and text in complaint
-    assert complaint.count("\n") == 1
+BAD_INPUT: List[Tuple[List[str], int, str]] = [
+    ([], 1, "the following arguments are required: get|set|watch (see --help)"),
+    (["get"], 1, "the following arguments are required: NAME (see --help)"),
+    (["--port", "x", "get", "a"], 1, "argument --port: invalid int value: 'x' (see --help)"),
+    (["get", "no/such/dataref"], 3, "the simulator does not have no/such/dataref"),
+    (["get", "a:double"], 1, "a:double: the type is not int, float, byte, int[N] or float[N]"),
+    (["set", GEAR], 1, f"{GEAR}: a value is missing, as in NAME=1"),
+    (["set", f"{GEAR}=x"], 1, '"x" is not a number'),
+    (["watch", "--rate", "0", GEAR], 1, "a rate of 0.0 per second is not above 0"),
+    (["--port", "1", "get", GEAR], 2, "127.0.0.1:1: connecting: Connection refused"),
+    (["--host", "no.such.invalid", "get", GEAR], 2, "no.such.invalid:48000: connecting: "),
+]
+
+
+def test_bad_input_gets_one_line(simulator: Simulator) -> None:
+    for arguments, status, text in BAD_INPUT:
+        got, out, complaint = run(*arguments)
+        assert (got, out) == (status, ""), arguments
+        assert complaint.startswith("orvane: ") and text in complaint
+        assert complaint.count("\n") == 1
 
 
 def test_says_that_a_simulator_that_stands_still_does_not_answer(simulator: Simulator) -> None:
