@@ -27,9 +27,9 @@ constexpr const char* kFooter =
 
 } // namespace
 
-void declareOptions(CLI::App& app, SessionOptions& options, Questions& what) {
+void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other) {
     app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders");
-    app.add_option("--system", what.system,
+    app.add_option("--system", other.system,
                    "A folder laid out like the simulator's, whose plugins are loaded");
     app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
@@ -85,8 +85,8 @@ void declareOptions(CLI::App& app, SessionOptions& options, Questions& what) {
     app.add_flag("--paused", options.paused, "Start paused, with simulated time");
     app.add_flag("--strict", options.strict,
                  "Refuse functions that only answer 0, and breaches of the SDK's rules");
-    app.add_flag("--check", what.check, "Only list the names the plugin uses and lacks");
-    app.add_flag("--list-functions", what.listFunctions,
+    app.add_flag("--check", other.check, "Only list the names the plugin uses and lacks");
+    app.add_flag("--list-functions", other.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
     // requireNoUnknownOption() reports what is left over.

@@ -11,13 +11,13 @@ class App;
 namespace headless {
 
 // Options that do something other than fly, and the system folder.
-struct Questions {
+struct OtherOptions {
     std::string system{};
     bool check = false;
     bool listFunctions = false;
 };
 
-void declareOptions(CLI::App& app, SessionOptions& options, Questions& what);
+void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other);
 
 // Throws std::invalid_argument if the parsed command line has an option that is not declared.
 void requireNoUnknownOption(const CLI::App& app);

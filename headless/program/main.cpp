@@ -41,7 +41,7 @@ int complain(const std::exception& error, int status) {
     return status;
 }
 
-int judge(const Notices& notices) {
+int reportBreaches(const Notices& notices) {
     const std::vector<std::string> warnings = notices.Warnings();
     for (const std::string& warning : warnings) {
         std::cerr << "headless-sim: warning: " << warning << '\n';
@@ -49,7 +49,7 @@ int judge(const Notices& notices) {
     return warnings.empty() ? kExitOk : kExitContract;
 }
 
-int mentionStaying(const std::vector<std::string>& plugins) {
+int reportStaying(const std::vector<std::string>& plugins) {
     for (const std::string& file : plugins) {
         std::cerr << "headless-sim: warning: " << file
                   << ": the plugin is still in the process after it was unloaded\n";
@@ -57,12 +57,12 @@ int mentionStaying(const std::vector<std::string>& plugins) {
     return kExitOk;
 }
 
-int unloadAndJudge(Session& session, const SessionOptions& options) {
+int unloadAndReport(Session& session, const SessionOptions& options) {
     const std::vector<std::string> staying = session.UnloadPlugins();
     if (!options.json) {
         std::cout << session.Statistics().Summary() << std::endl;
     }
-    return options.strict ? judge(session.Simulator().Notices()) : mentionStaying(staying);
+    return options.strict ? reportBreaches(session.Simulator().Notices()) : reportStaying(staying);
 }
 
 // Standard input: with a prompt if a console is at a terminal, otherwise plain lines.
@@ -106,8 +106,8 @@ int fly(Session& session, const SessionOptions& options) {
     if (stats.has_value()) {
         stats->Report();
     }
-    const int judged = unloadAndJudge(session, options);
-    return status == kExitOk ? judged : status;
+    const int statusAtEnd = unloadAndReport(session, options);
+    return status == kExitOk ? statusAtEnd : status;
 }
 
 // One line per function: name, header, kind, and what differs, separated by tabs.
@@ -152,8 +152,8 @@ int runSession(const SessionOptions& options) {
 int parseAndRun(int argc, char** argv) {
     CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
     SessionOptions options;
-    Questions what;
-    declareOptions(app, options, what);
+    OtherOptions other;
+    declareOptions(app, options, other);
     const std::vector<std::string> words(argv + 1, argv + argc);
     // For the completion scripts.
     if (words.size() > 1 && words.front() == "__complete") {
@@ -169,15 +169,15 @@ int parseAndRun(int argc, char** argv) {
     if (options.stats) {
         countAllocations(argv);
     }
-    if (what.listFunctions) {
+    if (other.listFunctions) {
         return listFunctions();
     }
-    if (!what.system.empty()) {
-        enterSystem(what.system, options, app.count("--log") > 0);
+    if (!other.system.empty()) {
+        enterSystem(other.system, options, app.count("--log") > 0);
     } else if (options.plugins.empty()) {
         throw std::invalid_argument("no plugin is given; see headless-sim --help");
     }
-    return what.check ? checkPlugins(options.plugins) : runSession(options);
+    return other.check ? checkPlugins(options.plugins) : runSession(options);
 }
 
 } // namespace
