@@ -21,12 +21,12 @@ void FuzzClient::connect() {
     ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
 }
 
-void FuzzClient::Send(const Bytes& bytes) {
+bool FuzzClient::Send(const Bytes& bytes) {
     if (socket == -1) {
         connect();
     }
     // Without SIGPIPE, which would be a finding in the plugin.
-    ::syscall(SYS_sendto, socket, bytes.data(), bytes.size(), MSG_NOSIGNAL, nullptr, 0);
+    return ::syscall(SYS_sendto, socket, bytes.data(), bytes.size(), MSG_NOSIGNAL, nullptr, 0) > 0;
 }
 
 Bytes FuzzClient::Receive() {

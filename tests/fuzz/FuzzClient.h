@@ -11,8 +11,8 @@ public:
     FuzzClient(const FuzzClient&) = delete;
     FuzzClient& operator=(const FuzzClient&) = delete;
 
-    // Connects first if needed. What the socket does not accept is lost.
-    void Send(const Bytes& bytes);
+    // Connects first if needed. What the socket does not accept is lost: false if it is nothing.
+    bool Send(const Bytes& bytes);
     // What has come so far, at most 64 KiB.
     Bytes Receive();
 

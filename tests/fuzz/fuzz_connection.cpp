@@ -14,13 +14,14 @@
 #include "fuzz/ScriptMutator.h"
 #include "network/TcpServer.h"
 #include "protocols/ProtocolFactory.h"
+#include "support/Deadline.h"
 #include "support/PrivateNetwork.h"
 #include "support/SocketFaults.h"
 
 namespace {
 
 constexpr std::size_t kClients = 3;
-// Enough to accept all waiting clients, and to receive from and answer the last.
+// Enough to accept all waiting clients, and to receive from the last.
 constexpr int kTicksToSettle = 8;
 
 const Bytes kVersionRequest = fromHex("11 22 33 44 B1 6B 00 B5");
@@ -167,15 +168,19 @@ private:
         }
     }
 
-    // Whatever went before, one more client is served.
+    // Whatever went before, one more client is served. A loaded machine may take a while to connect
+    // it and to deliver its request.
     void requireService() {
         FuzzClient last;
-        last.Send(kVersionRequest);
+        bool sent = false;
         Bytes answer;
-        for (int i = 0; i < kTicksToSettle && answer.empty(); ++i) {
-            tick(1);
-            answer = last.Receive();
-        }
+        driveUntil(
+            [&] {
+                sent = sent || last.Send(kVersionRequest);
+                tick(1);
+                answer = last.Receive();
+            },
+            [&] { return !answer.empty(); });
         if (answer != kVersionAnswer) {
             std::fprintf(stderr, "a client is not served any more; it got [%s]\n",
                          toHex(answer).c_str());
