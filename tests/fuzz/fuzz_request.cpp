@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -10,7 +11,10 @@
 #include <string>
 #include <string_view>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/orvane/cli/Failure.h"
+#include "tools/orvane/serve/NameSearch.h"
 #include "tools/orvane/serve/RequestBody.h"
 #include "tools/orvane/serve/RequestCheck.h"
 
@@ -20,9 +24,11 @@ namespace {
 
 using namespace orvane::tool;
 
-constexpr std::array<std::string_view, 5> kValid{
+constexpr std::array<std::string_view, 6> kValid{
+    "beacon",
     R"({"id":"0123456789abcdef","names":["a:int","b[2:5]@kt","c"],"commands":["d","e"]})",
-    R"({"assignment":"a:float[2]=1,2"})", R"({"assignment":"a[3]=7"})",
+    R"({"assignment":"a:float[2]=1,2"})",
+    R"({"assignment":"a[3]=7"})",
     R"({"id":"0123456789abcdef","command":"d"})",
     "POST\n/set\n127.0.0.1:48080\nhttp://127.0.0.1:48080\nsame-origin\napplication/json\n\n"
     "0123456789abcdef\n"};
@@ -77,6 +83,31 @@ void checkHeader(std::string_view text) {
             "a request may write without the token");
 }
 
+bool contains(std::string_view whole, std::string_view part) {
+    const auto isSameLetter = [](unsigned char left, unsigned char right) {
+        return std::tolower(left) == std::tolower(right);
+    };
+    return std::search(whole.begin(), whole.end(), part.begin(), part.end(), isSameLetter) !=
+           whole.end();
+}
+
+// What a page offers while its user types.
+void checkSearch(const std::string& text) {
+    static const NameSearch search({{{"test/beacon_on", "int", 0, true, "boolean", "A light"},
+                                     {"test/\x01", "double", 0, true, "", "The \"Beacon\" \xFF"},
+                                     {"test/beacon_name", "byte[40]", 40, false, "", ""}},
+                                    {{"test/beacon_toggle", "Toggle it"}},
+                                    {}});
+    const auto found = nlohmann::json::parse(search.Matching(text));
+    for (const char* const kind : {"datarefs", "commands"}) {
+        for (const auto& entry : found.at(kind)) {
+            require(contains(entry.at("name").get<std::string>(), text) ||
+                        contains(entry.at("text").get<std::string>(), text),
+                    "what was found does not contain the text");
+        }
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -93,6 +124,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     });
     attempt([&] { checkName(parseSet(text).candidates.at(0).argument.Dataref().name); });
     attempt([&] { checkName(parseCommand(text).command); });
+    attempt([&] { checkSearch(text); });
     return 0;
 }
 
