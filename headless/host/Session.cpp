@@ -26,8 +26,7 @@ std::vector<PluginPlace> placesOf(const std::vector<std::string>& paths) {
 
 Session::Session(const SessionOptions& sessionOptions)
     : options(sessionOptions),
-      world(simulator, {sessionOptions.datarefsFile, sessionOptions.commandsFile,
-                        sessionOptions.world, sessionOptions.groundMetres}),
+      world(simulator, sessionOptions.world),
       plugins(simulator, placesOf(sessionOptions.plugins), sessionOptions.strict),
       freezes(sessionOptions.freezes),
       paused(sessionOptions.paused) {

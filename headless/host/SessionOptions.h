@@ -4,30 +4,24 @@
 #include <string>
 #include <vector>
 
-#include "headless/world/WorldVersion.h"
+#include "headless/world/WorldOptions.h"
 
 namespace headless {
 
 // Options of a headless simulator run. Empty file names mean none.
 struct SessionOptions {
-    static constexpr double kDefaultFramesPerSecond = 60.0;
     static constexpr double kFewestFramesPerSecond = 0.1;
     static constexpr double kMostFramesPerSecond = 100'000.0;
 
     // Plugin libraries or folders, in loading order.
     std::vector<std::string> plugins{};
-    std::string datarefsFile{};
-    std::string commandsFile{};
+    WorldOptions world{};
     std::string logFile = "Log.txt";
-    double framesPerSecond = kDefaultFramesPerSecond;
+    double framesPerSecond = 60.0;
     // Simulated seconds to fly; if empty, until something ends the run.
     std::optional<double> durationSeconds{};
     // Refuse plugins that use functions which only answer 0, and breaches of the SDK's rules.
     bool strict = false;
-    // The simulator version whose array sizes the default world has: 10, 11 or 12.
-    int world = kUsualWorld.number;
-    // Elevation of the ground, in metres above mean sea level.
-    double groundMetres = 0.0;
     // End the process if a callback takes this long.
     std::optional<double> watchdogSeconds{};
     // Functions that fail on purpose (Failures), and times without frames (Freezes).

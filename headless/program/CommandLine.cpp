@@ -31,12 +31,12 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders");
     app.add_option("--system", other.system,
                    "A folder laid out like the simulator's, whose plugins are loaded");
-    app.add_option("--datarefs", options.datarefsFile, "Datarefs to add, as in DataRefs.txt");
-    app.add_option("--commands", options.commandsFile, "Commands to add, as in Commands.txt");
-    app.add_option("--world", options.world, "Version of the simulator: 10, 11 or 12")
+    app.add_option("--datarefs", options.world.datarefsFile, "Datarefs to add, as in DataRefs.txt");
+    app.add_option("--commands", options.world.commandsFile, "Commands to add, as in Commands.txt");
+    app.add_option("--world", options.world.version, "Version of the simulator: 10, 11 or 12")
         ->check(CLI::IsMember({10, 11, 12}))
         ->capture_default_str();
-    app.add_option("--ground", options.groundMetres, "Elevation of the ground in metres")
+    app.add_option("--ground", options.world.groundMetres, "Elevation of the ground in metres")
         ->check(CLI::Range(-500.0, 9000.0))
         ->capture_default_str();
     app.add_option("--hz", options.framesPerSecond, "Frames per second")

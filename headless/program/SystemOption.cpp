@@ -29,8 +29,8 @@ void enterSystem(const std::string& folder, SessionOptions& options, bool ownLog
     for (std::string& plugin : options.plugins) {
         makeAbsolute(plugin);
     }
-    makeAbsolute(options.datarefsFile);
-    makeAbsolute(options.commandsFile);
+    makeAbsolute(options.world.datarefsFile);
+    makeAbsolute(options.world.commandsFile);
     if (options.scriptFile != Scenario::kStandardInput) {
         makeAbsolute(options.scriptFile);
     }

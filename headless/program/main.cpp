@@ -91,7 +91,7 @@ int fly(Session& session, const SessionOptions& options) {
     }
     std::optional<Beacon> beacon;
     if (options.beacon) {
-        beacon.emplace(worldVersion(options.world).internalVersion);
+        beacon.emplace(worldVersion(options.world.version).internalVersion);
         session.AddListener(*beacon);
     }
     const auto input = consoleInput(session.Simulator(), options.console);

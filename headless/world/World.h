@@ -5,20 +5,10 @@
 #include <vector>
 
 #include "headless/world/FlightModel.h"
-#include "headless/world/WorldVersion.h"
+#include "headless/world/WorldOptions.h"
 #include "headless/xplm/Simulator.h"
 
 namespace headless {
-
-// What a world is made of. An empty file name means no file.
-struct WorldOptions {
-    std::string datarefsFile{};
-    std::string commandsFile{};
-    // The version of the simulator whose array sizes it has: 10, 11 or 12.
-    int version = kUsualWorld.number;
-    // Elevation of the ground, in metres above mean sea level.
-    double groundMetres = 0.0;
-};
 
 // A simulator's datarefs and commands, those from files before the built-in ones, and an aircraft
 // that flies. Borrows the simulator.

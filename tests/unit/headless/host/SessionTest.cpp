@@ -175,11 +175,11 @@ TEST_F(SessionTest, AfterUnloadingThereIsNoPlugin) {
 
 TEST_F(SessionTest, ListsFromFilesComeBeforeTheBuiltInOnesAndTheFirstOfTwoCounts) {
     SessionOptions withFiles = options();
-    withFiles.datarefsFile = folder.Write("DataRefs.txt",
-                                          "sim/time/paused\tdouble\ty\n"
-                                          "my/one\tint[3]\tn\n"
-                                          "my/one\tfloat\ty\n");
-    withFiles.commandsFile = folder.Write("Commands.txt", "my/command  Does it.\n");
+    withFiles.world.datarefsFile = folder.Write("DataRefs.txt",
+                                                "sim/time/paused\tdouble\ty\n"
+                                                "my/one\tint[3]\tn\n"
+                                                "my/one\tfloat\ty\n");
+    withFiles.world.commandsFile = folder.Write("Commands.txt", "my/command  Does it.\n");
     Session session(withFiles);
     auto& datarefs = session.Simulator().Datarefs();
     EXPECT_EQ(datarefs.Lookup("sim/time/paused")->Definition().types,
@@ -191,10 +191,10 @@ TEST_F(SessionTest, ListsFromFilesComeBeforeTheBuiltInOnesAndTheFirstOfTwoCounts
 
 TEST_F(SessionTest, BadFilesAreReported) {
     SessionOptions missing = options();
-    missing.datarefsFile = folder.Path("none.txt");
+    missing.world.datarefsFile = folder.Path("none.txt");
     EXPECT_THROW(Session{missing}, TextFileError);
     SessionOptions malformed = options();
-    malformed.commandsFile = folder.Write("Commands.txt", "word\n");
+    malformed.world.commandsFile = folder.Write("Commands.txt", "word\n");
     EXPECT_THROW(Session{malformed}, TextFileError);
     SessionOptions noLog = options();
     noLog.logFile = folder.Path("none/Log.txt");
