@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -110,9 +111,10 @@ using StartNumbers = std::array<std::optional<double>, kStart.size()>;
 
 StartNumbers startNumbers(velmar::Client& client) {
     std::vector<DatarefArgument> arguments;
-    for (const StartField& field : kStart) {
-        arguments.push_back(parseDatarefArgument(fmt::format("{}:{}", field.dataref, field.type)));
-    }
+    std::transform(kStart.begin(), kStart.end(), std::back_inserter(arguments),
+                   [](const StartField& field) {
+                       return parseDatarefArgument(fmt::format("{}:{}", field.dataref, field.type));
+                   });
     DatarefReader reader(client, std::move(arguments));
     const std::vector<velmar::Value> values = reader.Read();
     StartNumbers numbers;
@@ -154,14 +156,16 @@ FdrFlight::FdrFlight(velmar::Client& client, const std::vector<DatarefArgument>&
 void FdrFlight::findPose(const std::vector<DatarefArgument>& known) {
     for (std::size_t i = 0; i < pose.size(); ++i) {
         pose[i] = placeOf(headless::kFdrPose[i], known);
-        if (!pose[i]) {
-            tellMissing(headless::kFdrPose[i], "0 is written");
-        }
     }
     if (const auto magnetic = placeOf(kMagneticHeading, known)) {
         pose[kHeading] = magnetic;
-    } else {
+    } else if (pose[kHeading]) {
         tellMissing(kMagneticHeading, "the heading is the true one");
+    }
+    for (std::size_t i = 0; i < pose.size(); ++i) {
+        if (!pose[i]) {
+            tellMissing(headless::kFdrPose[i], "0 is written");
+        }
     }
 }
 
