@@ -94,7 +94,7 @@ bool contains(std::string_view whole, std::string_view part) {
 // What a page offers while its user types.
 void checkSearch(const std::string& text) {
     static const NameSearch search({{{"test/beacon_on", "int", 0, true, "boolean", "A light"},
-                                     {"test/\x01", "double", 0, true, "", "The \"Beacon\" \xFF"},
+                                     {"test/\x01", "double", 0, true, "", "The \"Beacon\""},
                                      {"test/beacon_name", "byte[40]", 40, false, "", ""}},
                                     {{"test/beacon_toggle", "Toggle it"}},
                                     {}});
