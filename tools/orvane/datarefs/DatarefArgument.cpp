@@ -9,9 +9,9 @@
 
 #include <fmt/core.h>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/ValueText.h"
-#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -27,7 +27,7 @@ constexpr std::size_t kLongestName = 255;
 }
 
 std::uint32_t parseSize(std::string_view text, std::string_view digits) {
-    const std::uint32_t size = parsedNumber<std::uint32_t>(digits).value_or(0);
+    const std::uint32_t size = headless::parsedNumber<std::uint32_t>(digits).value_or(0);
     if (size < 1 || size > DatarefArgument::kMaxElements) {
         refuse(text, fmt::format("an array has 1 to {} elements, as in {}[8]",
                                  DatarefArgument::kMaxElements, text.substr(0, text.find('['))));

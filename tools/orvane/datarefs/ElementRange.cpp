@@ -9,7 +9,7 @@
 
 #include <fmt/core.h>
 
-#include "tools/orvane/files/ParsedNumber.h"
+#include "headless/lists/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -60,9 +60,10 @@ void ElementRange::Put(const Value& value, Value& array) const {
 ElementRange parseElementRange(std::string_view text, std::uint32_t mostElements) {
     const std::size_t colon = text.find(':');
     const bool isSingle = colon == std::string_view::npos;
-    const std::optional<std::uint32_t> first = parsedNumber<std::uint32_t>(text.substr(0, colon));
+    const std::optional<std::uint32_t> first =
+        headless::parsedNumber<std::uint32_t>(text.substr(0, colon));
     const std::optional<std::uint32_t> last =
-        isSingle ? first : parsedNumber<std::uint32_t>(text.substr(colon + 1));
+        isSingle ? first : headless::parsedNumber<std::uint32_t>(text.substr(colon + 1));
     if (!first || !last) {
         throw std::invalid_argument("write [3] for one element, or [2:5] for elements 2 to 4");
     }

@@ -9,9 +9,9 @@
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/Numbers.h"
-#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -63,7 +63,7 @@ const char* description(float /*number*/) {
 
 template <typename Number>
 Number parseNumber(std::string_view text) {
-    const std::optional<Number> number = parsedNumber<Number>(text);
+    const std::optional<Number> number = headless::parsedNumber<Number>(text);
     if (!number) {
         throw Failure(ExitCode::WrongUsage,
                       fmt::format("\"{}\" is not {}", text, description(Number{})));

@@ -4,8 +4,8 @@
 
 #include <fmt/core.h>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/files/CsvFields.h"
-#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -108,7 +108,7 @@ bool TableSource::readValue(std::string_view field, const Column& column, InputR
     if (field.empty()) {
         return true;
     }
-    const std::optional<std::int32_t> value = parsedNumber<std::int32_t>(field);
+    const std::optional<std::int32_t> value = headless::parsedNumber<std::int32_t>(field);
     if (!value) {
         rows.AddProblem(
             fmt::format("\"{}\" for \"{}\" is not a whole number from -2147483648 to "

@@ -4,8 +4,8 @@
 
 #include <fmt/core.h>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/files/CsvFields.h"
-#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -28,7 +28,7 @@ std::optional<std::vector<std::string>> TimedRows::Fields(std::string_view line,
 }
 
 std::optional<double> TimedRows::Seconds(std::string_view field) {
-    const std::optional<double> seconds = parsedNumber<double>(field);
+    const std::optional<double> seconds = headless::parsedNumber<double>(field);
     if (!seconds || !(*seconds >= 0 && *seconds <= kLatestSeconds)) {
         AddProblem(fmt::format("\"{}\" is not a time in seconds", field));
         return std::nullopt;

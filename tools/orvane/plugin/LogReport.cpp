@@ -8,8 +8,8 @@
 
 #include <fmt/core.h>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/files/ParsedNumber.h"
 #include "tools/orvane/plugin/LogLines.h"
 
 namespace orvane::tool::plugin {
@@ -81,7 +81,7 @@ std::string errorTextOf(std::string_view message) {
         return "";
     }
     message.remove_prefix(begin + kUnknownError.size());
-    const std::optional<int> code = parsedNumber<int>(message);
+    const std::optional<int> code = headless::parsedNumber<int>(message);
     return code ? std::strerror(*code) : "";
 }
 

@@ -10,7 +10,7 @@
 
 #include <fmt/core.h>
 
-#include "tools/orvane/files/ParsedNumber.h"
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/plugin/PluginFiles.h"
 
 namespace orvane::tool::plugin {
@@ -36,7 +36,7 @@ void addListener(std::vector<Listener>& listeners, const std::string& line,
         fields >> each;
     }
     if (field[1].ends_with(portInHex) && field[3] == kListening) {
-        listeners.push_back({parsedNumber<uid_t>(field[7]).value_or(0), field[9]});
+        listeners.push_back({headless::parsedNumber<uid_t>(field[7]).value_or(0), field[9]});
     }
 }
 
@@ -67,7 +67,8 @@ pid_t processWith(const std::string& inode) {
     const std::string target = fmt::format("socket:[{}]", inode);
     std::error_code ignored;
     for (const fs::directory_entry& process : fs::directory_iterator("/proc", ignored)) {
-        const pid_t pid = parsedNumber<pid_t>(process.path().filename().string()).value_or(0);
+        const pid_t pid =
+            headless::parsedNumber<pid_t>(process.path().filename().string()).value_or(0);
         if (pid != 0 && hasOpen(process.path(), target)) {
             return pid;
         }

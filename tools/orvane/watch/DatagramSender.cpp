@@ -9,8 +9,8 @@
 
 #include <fmt/core.h>
 
+#include "headless/lists/ParsedNumber.h"
 #include "tools/orvane/cli/Failure.h"
-#include "tools/orvane/files/ParsedNumber.h"
 
 namespace orvane::tool {
 
@@ -22,7 +22,7 @@ struct HostAndPort {
 };
 
 bool isPort(const std::string& text) {
-    return parsedNumber<std::uint16_t>(text).value_or(0) > 0;
+    return headless::parsedNumber<std::uint16_t>(text).value_or(0) > 0;
 }
 
 HostAndPort parse(const std::string& place) {
