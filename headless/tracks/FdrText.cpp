@@ -33,7 +33,8 @@ std::string numberText(double number) {
 }
 
 std::string twoDigits(long number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
+    std::string text = std::to_string(number);
+    return number < 10 ? text.insert(0, 1, '0') : text;
 }
 
 std::string timeText(double zuluSeconds) {
@@ -84,10 +85,12 @@ std::string fdrRow(double zuluSeconds, const std::array<double, kFdrPose.size()>
                    std::span<const double> numbers) {
     std::string line = timeText(zuluSeconds);
     for (std::size_t i = 0; i < pose.size(); ++i) {
-        line += "," + numberText(i == kFdrElevation ? rounded(pose[i] / kMetresPerFoot) : pose[i]);
+        line += ',';
+        line += numberText(i == kFdrElevation ? rounded(pose[i] / kMetresPerFoot) : pose[i]);
     }
     for (const double number : numbers) {
-        line += "," + numberText(number);
+        line += ',';
+        line += numberText(number);
     }
     return line;
 }
