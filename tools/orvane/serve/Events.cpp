@@ -4,7 +4,7 @@
 #include <iterator>
 #include <type_traits>
 
-#include <fmt/core.h>
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/orvane/datarefs/Numbers.h"
