@@ -5,13 +5,12 @@
 #include <cmath>
 #include <iterator>
 #include <string_view>
-#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include <fmt/core.h>
 
 #include "tools/orvane/datarefs/DatarefReader.h"
+#include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/files/Output.h"
 
 namespace orvane::tool {
@@ -34,22 +33,16 @@ void tellMissing(const char* dataref, const char* instead) {
     tell(fmt::format("{}: the simulator has no such dataref; {}", dataref, instead));
 }
 
-// The numbers that a value has, in order.
-void append(const velmar::Value& value, std::vector<double>& numbers) {
-    std::visit(
-        [&]<typename T>(const T& each) {
-            if constexpr (std::is_arithmetic_v<T>) {
-                numbers.push_back(each);
-            } else {
-                numbers.insert(numbers.end(), each.begin(), each.end());
-            }
-        },
-        value);
+std::vector<double> numbersOf(std::span<const velmar::Value> values) {
+    std::vector<double> numbers;
+    for (const velmar::Value& value : values) {
+        forEachNumber(value, [&](auto number) { numbers.push_back(number); });
+    }
+    return numbers;
 }
 
 double numberOf(const velmar::Value& value) {
-    std::vector<double> numbers;
-    append(value, numbers);
+    const std::vector<double> numbers = numbersOf({&value, 1});
     return numbers.empty() ? 0 : numbers.front();
 }
 
@@ -192,10 +185,7 @@ std::string FdrFlight::Row(double seconds, std::span<const velmar::Value> values
     for (std::size_t i = 0; i < place.size(); ++i) {
         place[i] = pose[i] ? finite(numberOf(values[*pose[i]]), headless::kFdrPose[i]) : 0;
     }
-    std::vector<double> numbers;
-    for (const velmar::Value& value : values.first(asked)) {
-        append(value, numbers);
-    }
+    std::vector<double> numbers = numbersOf(values.first(asked));
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         numbers[i] = finite(numbers[i], head.columns[i].dataref);
     }
