@@ -35,10 +35,11 @@ std::vector<Functions> functionsByHeader() {
 // The kind of most functions of a header.
 FunctionKind usualKind(const Functions& functions) {
     const auto count = [&](FunctionKind kind) {
-        return std::ranges::count(functions, kind, &SdkFunction::kind);
+        return std::count_if(functions.begin(), functions.end(),
+                             [=](const SdkFunction& each) { return each.kind == kind; });
     };
-    return std::ranges::max(
-        {FunctionKind::Real, FunctionKind::KeepsState, FunctionKind::AnswersZero}, {}, count);
+    return std::max({FunctionKind::Real, FunctionKind::KeepsState, FunctionKind::AnswersZero},
+                    [&](FunctionKind a, FunctionKind b) { return count(a) < count(b); });
 }
 
 // A line for each header, and one for each function that differs from the simulator or from the
