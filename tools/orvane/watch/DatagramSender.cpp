@@ -64,7 +64,16 @@ DatagramSender::Addresses DatagramSender::resolve(const std::string& place) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_DGRAM;
     addrinfo* found = nullptr;
-    const int result = ::getaddrinfo(parsed.host.c_str(), parsed.port.c_str(), &hints, &found);
+    int result = 0;
+    // A datagram that nobody receives is lost without a word, and programs that plot usually listen
+    // on IPv4. So a host with addresses of both kinds, as localhost often is, gets it there.
+    for (const int family : {AF_INET, AF_UNSPEC}) {
+        hints.ai_family = family;
+        result = ::getaddrinfo(parsed.host.c_str(), parsed.port.c_str(), &hints, &found);
+        if (result == 0) {
+            break;
+        }
+    }
     if (result != 0) {
         throw Failure(ExitCode::CannotConnect,
                       fmt::format("{}: {}", place, ::gai_strerror(result)));
