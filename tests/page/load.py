@@ -1,6 +1,6 @@
 """Two hundred moving numbers in a browser for minutes: what the tool and the page need.
 
-    unshare -n sh -c 'ip link set lo up; exec tests/page/load.py [SECONDS]'
+    unshare -n sh -c 'ip link set lo up; exec python3 tests/page/load.py [SECONDS]'
 
 Prints a table of samples; docs/performance.md has one. Not a test: it says what a machine does.
 """
