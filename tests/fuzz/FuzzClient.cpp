@@ -1,5 +1,8 @@
 #include "fuzz/FuzzClient.h"
 
+#include <linux/sockios.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -27,6 +30,16 @@ bool FuzzClient::Send(const Bytes& bytes) {
     }
     // Without SIGPIPE, which would be a finding in the plugin.
     return ::syscall(SYS_sendto, socket, bytes.data(), bytes.size(), MSG_NOSIGNAL, nullptr, 0) > 0;
+}
+
+bool FuzzClient::IsDelivered() const {
+    int unacknowledged = 0;
+    return ::ioctl(socket, SIOCOUTQ, &unacknowledged) == 0 && unacknowledged == 0;
+}
+
+bool FuzzClient::CanReceive() const {
+    pollfd readable{socket, POLLIN, 0};
+    return ::poll(&readable, 1, 0) == 1;
 }
 
 Bytes FuzzClient::Receive() {

@@ -13,6 +13,10 @@ public:
 
     // Connects first if needed. What the socket does not accept is lost: false if it is nothing.
     bool Send(const Bytes& bytes);
+    // The plugin's side has all that was sent.
+    bool IsDelivered() const;
+    // Bytes, or the end of the connection.
+    bool CanReceive() const;
     // What has come so far, at most 64 KiB.
     Bytes Receive();
 

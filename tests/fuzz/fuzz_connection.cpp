@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -21,8 +22,10 @@
 namespace {
 
 constexpr std::size_t kClients = 3;
-// Enough to accept all waiting clients, and to receive from the last.
+// Enough to accept all waiting clients, and to receive from and answer the last.
 constexpr int kTicksToSettle = 8;
+// Less than libFuzzer waits for an input, so that the finding says what is wrong.
+constexpr std::chrono::seconds kKernelDelay{5};
 
 const Bytes kVersionRequest = fromHex("11 22 33 44 B1 6B 00 B5");
 const Bytes kVersionAnswer = fromHex("0C 00 00 00 B1 6B 00 B5 01 00 07 0A 06 00 00 00");
@@ -168,19 +171,20 @@ private:
         }
     }
 
-    // Whatever went before, one more client is served. A loaded machine may take a while to connect
-    // it and to deliver its request.
+    // Whatever went before, one more client is served, once. Only the kernel may take its time to
+    // connect the client and to carry the bytes.
     void requireService() {
         FuzzClient last;
         bool sent = false;
-        Bytes answer;
-        driveUntil(
-            [&] {
-                sent = sent || last.Send(kVersionRequest);
-                tick(1);
-                answer = last.Receive();
-            },
-            [&] { return !answer.empty(); });
+        driveUntil([&] { sent = sent || last.Send(kVersionRequest); },
+                   [&] { return sent && last.IsDelivered(); }, kKernelDelay);
+        for (int i = 0; i < kTicksToSettle && !last.CanReceive(); ++i) {
+            tick(1);
+        }
+        driveUntil([] {}, [&] { return last.CanReceive(); }, kKernelDelay);
+        // Another answer would come now.
+        tick(1);
+        const Bytes answer = last.Receive();
         if (answer != kVersionAnswer) {
             std::fprintf(stderr, "a client is not served any more; it got [%s]\n",
                          toHex(answer).c_str());
