@@ -55,4 +55,12 @@ TEST_F(FullDiskTest, FailsAFileThatIsWritten) {
     EXPECT_EQ(runTool({"drive", "p.toml", "-n", "1", "--force", "-o", "/dev/full"}).exitCode, 1);
 }
 
+TEST_F(FullDiskTest, KeepsItsExitStatusWithoutAPlaceForMessages) {
+    for (const std::string errors : {"2>/dev/full", "2>&-"}) {
+        const std::vector<std::string> arguments{"-c", "exec \"$0\" get no/such " + errors,
+                                                 ORVANE_TOOL};
+        EXPECT_EQ(runTool(arguments, {.program = "/bin/sh"}).exitCode, 3) << errors;
+    }
+}
+
 } // namespace

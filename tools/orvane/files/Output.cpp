@@ -50,7 +50,8 @@ void printError(std::string_view line) {
 
 void printErrorText(std::string_view lines) {
     clearStatus();
-    fmt::print(stderr, "{}", lines);
+    // There is nowhere to report a failure.
+    std::fwrite(lines.data(), 1, lines.size(), stderr);
     ++errorLines;
 }
 
