@@ -63,4 +63,10 @@ TEST_F(FullDiskTest, KeepsItsExitStatusWithoutAPlaceForMessages) {
     }
 }
 
+TEST_F(FullDiskTest, SendsTheSimulatorNoMessagesIfItsDescriptorsAreClosed) {
+    const std::vector<std::string> arguments{
+        "-c", "exec \"$0\" command begin test/once test/hold <&- >&- 2>&-", ORVANE_TOOL};
+    EXPECT_EQ(runTool(arguments, {.program = "/bin/sh"}).exitCode, 0);
+}
+
 } // namespace

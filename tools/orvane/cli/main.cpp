@@ -1,5 +1,8 @@
 // orvane: reads and controls a simulator through the plugin.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <exception>
 #include <memory>
@@ -107,6 +110,15 @@ ExitCode parseAndRun(int argc, char** argv) {
     return work();
 }
 
+// What is opened later must not take the place of standard output or error.
+void fillStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) == -1) {
+            ::open("/dev/null", O_RDONLY); // takes the lowest; writing to it still fails
+        }
+    }
+}
+
 ExitCode fail(ExitCode code, const std::string& line) {
     tell(line);
     return code;
@@ -139,6 +151,7 @@ ExitCode run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    fillStandardDescriptors();
     // A reader that goes away, as `head` does, shows as a failed write.
     std::signal(SIGPIPE, SIG_IGN);
     return static_cast<int>(run(argc, argv));
