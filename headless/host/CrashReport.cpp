@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "headless/host/TerminalSettings.h"
+
 namespace headless {
 
 namespace {
@@ -102,6 +104,7 @@ extern "C" void onCrash(int number) {
     for (const int one : CrashReport::kSignals) {
         ::signal(one, SIG_DFL);
     }
+    restoreTerminalSettings();
     const Backtrace backtrace;
     const PluginContext& context = reported->Context();
     const bool inCall = ::gettid() == simulatorThread && context.Plugin() != XPLM_PLUGIN_XPLANE;
@@ -153,6 +156,7 @@ CrashReport::~CrashReport() {
 }
 
 void CrashReport::End(Simulator& simulator, const char* what) {
+    restoreTerminalSettings();
     const Backtrace backtrace;
     sayPlugin(simulator.Plugins().TextsOf(simulator.Context().Plugin()));
     say(what);

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <system_error>
 
+#include "headless/host/TerminalSettings.h"
+
 namespace headless {
 
 namespace {
@@ -18,6 +20,7 @@ volatile std::sig_atomic_t wakeDescriptor = -1;
 extern "C" void onStopSignal(int number) {
     const int interrupted = errno;
     if (received != 0) {
+        restoreTerminalSettings();
         // Delivered as soon as this handler returns.
         ::signal(number, SIG_DFL);
         ::raise(number);

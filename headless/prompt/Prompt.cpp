@@ -13,6 +13,7 @@
 #include <editline/readline.h>
 
 #include "headless/host/LineReader.h"
+#include "headless/host/TerminalSettings.h"
 #include "headless/scenario/Completion.h"
 
 namespace headless {
@@ -58,6 +59,7 @@ bool Prompt::IsPossible() {
 Prompt::Prompt(Simulator& promptSimulator)
     : simulator(promptSimulator), historyFile(homeFile(kHistory)) {
     current = this;
+    keepTerminalSettings();
     // The run handles signals.
     rl_catch_signals = 0;
     rl_catch_sigwinch = 0;

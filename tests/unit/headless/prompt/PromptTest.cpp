@@ -81,4 +81,27 @@ TEST_F(PromptTest, GivesTheTerminalBack) {
     EXPECT_TRUE(hasEcho());
 }
 
+TEST_F(PromptTest, GivesTheTerminalBackWhenAPluginCrashes) {
+    startConsole({CRASHING_PLUGIN});
+    process->WaitForEnd();
+    EXPECT_EQ(process->ExitCode(), 5);
+    EXPECT_TRUE(hasEcho());
+}
+
+TEST_F(PromptTest, GivesTheTerminalBackWhenTheWatchdogEndsTheRun) {
+    startConsole({HANGING_PLUGIN, "--watchdog", "0.2"});
+    process->WaitForEnd();
+    EXPECT_EQ(process->ExitCode(), 5);
+    EXPECT_TRUE(hasEcho());
+}
+
+TEST_F(PromptTest, GivesTheTerminalBackAfterASecondSignal) {
+    startConsole({HANGING_PLUGIN});
+    EXPECT_TRUE(driveUntil(
+        [] {}, [&] { return folder.Read("Log.txt").find("it hangs") != std::string::npos; }));
+    EXPECT_TRUE(driveUntil([&] { process->Signal(SIGINT); }, [&] { return process->HasEnded(); }));
+    EXPECT_EQ(process->ExitCode(), 128 + SIGINT);
+    EXPECT_TRUE(hasEcho());
+}
+
 } // namespace
