@@ -41,13 +41,13 @@ void DatarefPlace::chooseElements(const std::string& range) {
         throw std::invalid_argument(name + ": elements are [3] for one, [2:5] for 2, 3 and 4");
     }
     const std::optional<int> size = arraySize(*dataref);
-    const int end = isSingle ? *first + 1 : *last;
-    if (!size.has_value() || end > *size) {
+    const int count = isSingle ? 1 : *last - *first;
+    if (!size.has_value() || count > *size - *first) {
         throw std::invalid_argument(
             name + (size.has_value() ? ": the array has " + std::to_string(*size) + " elements"
                                      : ": the dataref is not an array"));
     }
-    elements = {*first, end - *first};
+    elements = {*first, count};
 }
 
 std::string DatarefPlace::Format() const {

@@ -45,6 +45,8 @@ TEST_F(StatementsTest, ComparesArraysAndTheirElements) {
     EXPECT_EQ(errorOf("get sim/flightmodel/position/q[4]"),
               "sim/flightmodel/position/q[4]: the array has 4 elements");
     EXPECT_EQ(errorOf("get sim/time/paused[0]"), "sim/time/paused[0]: the dataref is not an array");
+    EXPECT_EQ(errorOf("get sim/flightmodel/position/q[2147483647]"),
+              "sim/flightmodel/position/q[2147483647]: the array has 4 elements");
     EXPECT_EQ(errorOf("get sim/flightmodel/position/q[x]"),
               "sim/flightmodel/position/q[x]: elements are [3] for one, [2:5] for 2, 3 and 4");
 }
