@@ -105,14 +105,13 @@ void LiveReader::takeUnion() {
 
 void LiveReader::unregisterAll() {
     poller.reset();
-    for (const std::string& name : registered) {
-        client->Client().unregisterDataref(name);
+    // The connection may be lost in between.
+    for (; !registered.empty(); registered.pop_back()) {
+        client->Client().unregisterDataref(registered.back());
     }
-    registered.clear();
-    for (const std::string& name : commands) {
-        client->Client().unregisterCommand(name);
+    for (; !commands.empty(); commands.pop_back()) {
+        client->Client().unregisterCommand(commands.back());
     }
-    commands.clear();
 }
 
 // Returns those that the simulator does not have.
