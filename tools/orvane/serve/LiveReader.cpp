@@ -32,7 +32,11 @@ void LiveReader::Run() {
     }
     Pace pace(kShortestInterval);
     while (!isInterrupted()) {
-        client->Try([this] { step(); });
+        try {
+            client->Try([this] { step(); });
+        } catch (const Refused&) {
+            generation.reset(); // a dataref is gone; which of them is found out
+        }
         if (!poller || poller->Values().empty()) {
             pace.WaitUntil(pace.Elapsed() + kIdleInterval);
         }

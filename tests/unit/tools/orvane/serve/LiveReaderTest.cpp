@@ -114,4 +114,23 @@ TEST_F(LiveReaderTest, GoesOnIfTheConnectionIsLostWhileNamesAreDropped) {
         0);
 }
 
+TEST_F(LiveReaderTest, GoesOnIfADatarefIsGoneWhenItsTypeIsSought) {
+    want({"a"});
+    EXPECT_EQ(read([this] {
+                  TcpPeer client = accept();
+                  answer(client, registerSize(1),
+                         "0C 00 00 00 01 00 00 00 01 00 00 00 01 00 00 00");
+                  answer(client, readSize(1),
+                         "14 00 00 00 05 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 00 00 00 00");
+                  answer(client, registerSize(1),
+                         "10 00 00 00 01 00 00 00 01 00 00 00 02 00 00 00 01 00 00 00");
+                  answerUnregister(client);
+                  answer(client, registerSize(1),
+                         "10 00 00 00 01 00 00 00 02 00 00 00 02 00 00 00 01 00 00 00");
+                  constexpr std::size_t kPollSize = 8;
+                  take(client, kPollSize);
+              }),
+              0);
+}
+
 } // namespace
