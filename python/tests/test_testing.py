@@ -100,6 +100,24 @@ def test_leaves_nothing_behind() -> None:
     assert not folder.exists()
 
 
+def test_stops_nothing_and_deletes_nothing_if_it_was_not_started(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "mine.txt").write_text("mine")
+    Simulator(plugin=__file__).stop()
+    assert (tmp_path / "mine.txt").exists()
+
+
+def test_leaves_nothing_behind_if_it_does_not_start(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.setattr("tempfile.tempdir", str(tmp_path))
+    with pytest.raises(SimulatorError, match="^the simulator has ended with status 1 and said: "):
+        Simulator(plugin=__file__).start()
+    assert list(tmp_path.iterdir()) == []
+
+
 def test_says_what_it_refuses(simulator: Simulator) -> None:
     with pytest.raises(SimulatorError, match="^get no/such: no such dataref: no/such$"):
         simulator.get("no/such")

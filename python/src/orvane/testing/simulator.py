@@ -68,18 +68,19 @@ class Simulator:
     def start(self) -> None:
         """SimulatorError: it does not start, or the plugin's port is taken."""
         self.folder = Path(tempfile.mkdtemp(prefix="orvane-"))
-        (self.folder / "Resources" / "plugins").mkdir(parents=True)
-        rows = [f"{name}\t{type}\ty\t\t" for name, type in self._datarefs.items()]
-        (self.folder / "DataRefs.txt").write_text("\n".join(rows) + "\n")
-        (self.folder / "Commands.txt").write_text("".join(f"{n}\t\n" for n in self._commands))
-        self._launch()
+        try:
+            self._fill_folder()
+            self._launch()
+        except BaseException:
+            self._delete_folder()
+            raise
 
     def stop(self) -> None:
         """Ends it normally, and deletes its folder."""
         if self._console is not None:
             self._console.quit()
             self._console = None
-        shutil.rmtree(self.folder, ignore_errors=True)
+        self._delete_folder()
 
     def restart(self) -> None:
         """Ends and starts it in the same folder. It flies if it did before."""
@@ -194,6 +195,17 @@ class Simulator:
         if self._console is None:
             raise SimulatorError("the simulator is not started")
         return self._console
+
+    def _fill_folder(self) -> None:
+        (self.folder / "Resources" / "plugins").mkdir(parents=True)
+        rows = [f"{name}\t{type}\ty\t\t" for name, type in self._datarefs.items()]
+        (self.folder / "DataRefs.txt").write_text("\n".join(rows) + "\n")
+        (self.folder / "Commands.txt").write_text("".join(f"{n}\t\n" for n in self._commands))
+
+    def _delete_folder(self) -> None:
+        # Without one of its own, it is the folder that the tests run in.
+        if self.folder != Path():
+            shutil.rmtree(self.folder, ignore_errors=True)
 
     def _launch(self) -> None:
         require_free_port()
