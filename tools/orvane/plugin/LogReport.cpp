@@ -58,6 +58,10 @@ std::string_view messageIn(std::string_view line) {
 }
 
 LogReport readLog(const std::filesystem::path& file, const std::vector<Explanation>& explanations) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored)) {
+        throw Failure(ExitCode::WrongUsage, fmt::format("{}: not a file", file.string()));
+    }
     std::ifstream log(file);
     if (!log) {
         throw Failure(ExitCode::WrongUsage,
@@ -65,6 +69,9 @@ LogReport readLog(const std::filesystem::path& file, const std::vector<Explanati
     }
     LogReport report;
     for (std::string line; std::getline(log, line);) {
+        if (line.ends_with('\r')) {
+            line.pop_back();
+        }
         const std::string_view message = messageIn(line);
         if (isVerbose(message)) {
             ++report.verboseCount;

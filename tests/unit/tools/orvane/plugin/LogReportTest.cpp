@@ -1,7 +1,10 @@
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/TemporaryDirectory.h"
+#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/plugin/LogLines.h"
 #include "tools/orvane/plugin/LogReport.h"
 
@@ -92,6 +95,27 @@ TEST_F(LogReportTest, CountsWhatMeansTheSameAndKeepsTheLast) {
     EXPECT_EQ(report.lines[1].explanation, nullptr);
     EXPECT_EQ(report.lines[1].last, "XPlaneOrvane 2026-3-5 9:7:3 Warning@New : thing");
     EXPECT_EQ(report.lines[2].explanation, &explanations[2]);
+}
+
+// Mail and other systems' editors make such ends.
+TEST_F(LogReportTest, DoesNotMindCarriageReturnsAtTheEnds) {
+    const TemporaryDirectory directory;
+    directory.Write("Log.txt", "XPlaneOrvane 2026-3-5 9:7:2 Warning@B\r\n");
+    const LogReport report = readLog("Log.txt", explanations);
+    ASSERT_EQ(report.lines.size(), 1U);
+    EXPECT_EQ(report.lines[0].explanation, &explanations[1]);
+    EXPECT_EQ(report.lines[0].last, "XPlaneOrvane 2026-3-5 9:7:2 Warning@B");
+}
+
+TEST_F(LogReportTest, RefusesALogThatIsNotAFile) {
+    const TemporaryDirectory directory;
+    ASSERT_EQ(::mkfifo("Log.txt", 0600), 0);
+    try {
+        readLog("Log.txt", explanations);
+        FAIL() << "it was read";
+    } catch (const orvane::tool::Failure& failure) {
+        EXPECT_STREQ(failure.what(), "Log.txt: not a file");
+    }
 }
 
 TEST_F(LogReportTest, AddsTheSystemsTextToAnErrorCode) {
