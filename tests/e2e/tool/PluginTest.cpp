@@ -216,6 +216,19 @@ TEST_F(PluginTest, RefusesWhatIsNotASimulatorOrNotThePlugin) {
     EXPECT_EQ(status("simulator"), Lines{"none is listed in ~/.x-plane; give its folder"});
 }
 
+// As a script does whose variable is not set: it must not change a simulator that is not named.
+TEST_F(PluginTest, RefusesAnEmptyFolder) {
+    for (const std::string command : {"install", "remove", "status"}) {
+        const ToolResult result = runTool({"plugin", command, ""});
+        EXPECT_EQ(result.exitCode, 1) << result.out;
+        EXPECT_EQ(result.err, "orvane: FOLDER: the name is empty (see \"orvane plugin " + command +
+                                  " --help\")\n");
+    }
+    EXPECT_EQ(runTool({"plugin", "install", "--from", ""}).err,
+              "orvane: --from: the name is empty (see \"orvane plugin install --help\")\n");
+    EXPECT_FALSE(directory.Has(kLibrary));
+}
+
 // What the rules of docs/security.md do to other machines, as root in a network of its own.
 TEST_F(PluginTest, KnowsWhetherAFirewallClosesThePort) {
     if (::geteuid() != 0) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <CLI/App.hpp>
+#include <CLI/Validators.hpp>
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
@@ -188,9 +189,18 @@ ExitCode remove(const GlobalOptions& globals, const RemoveOptions& options) {
     return result;
 }
 
+// An empty variable of a script must not stand for a simulator that nobody named.
+CLI::Validator notEmpty() {
+    const auto problem = [](const std::string& name) -> std::string {
+        return name.empty() ? "the name is empty" : "";
+    };
+    return {problem, ""};
+}
+
 void declareFolder(CLI::App& command, ChosenSimulators& chosen) {
     command
         .add_option("FOLDER", chosen.folder, "The simulator's folder; without one, those listed")
+        ->check(notEmpty())
         ->type_name("FOLDER");
     command.add_flag("--headless", chosen.headless,
                      "FOLDER is for headless-sim --system, and needs no X-Plane program");
@@ -209,6 +219,7 @@ void addInstall(Subcommands& subcommands) {
     command
         .add_option("--from", options.from,
                     "The plugin's folder XPlaneOrvane; without one, the one beside this tool")
+        ->check(notEmpty())
         ->type_name("FOLDER");
 }
 
