@@ -229,6 +229,20 @@ TEST_F(PluginTest, RefusesAnEmptyFolder) {
     EXPECT_FALSE(directory.Has(kLibrary));
 }
 
+TEST_F(PluginTest, NamesADiskThatIsFull) {
+    const auto withFullDisk = [&](const std::string& command) {
+        return outputOf(
+            "unshare --user --map-root-user --mount sh -c 'mount -t tmpfs -o size=64k "
+            "none \"X-Plane 12/Resources/plugins\" && " +
+            command + "' 2>&1 || true");
+    };
+    if (withFullDisk("echo mounted") != "mounted\n") {
+        GTEST_SKIP() << "this system permits no mounts";
+    }
+    EXPECT_EQ(withFullDisk(ORVANE_TOOL " plugin install"),
+              "orvane: " + home + "/" + kLibrary + ": No space left on device\n");
+}
+
 // What the rules of docs/security.md do to other machines, as root in a network of its own.
 TEST_F(PluginTest, KnowsWhetherAFirewallClosesThePort) {
     if (::geteuid() != 0) {

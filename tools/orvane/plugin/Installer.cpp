@@ -28,6 +28,13 @@ bool isThere(const fs::path& path) {
     return fs::exists(fs::symlink_status(path, ignored));
 }
 
+// `copy_file` calls it an input/output error if the disk is full after a part of the file.
+std::error_code reasonFor(const std::error_code& error, const fs::path& file) {
+    std::error_code ignored;
+    const bool isFull = error == std::errc::io_error && fs::space(file, ignored).available == 0;
+    return isFull ? std::make_error_code(std::errc::no_space_on_device) : error;
+}
+
 [[noreturn]] void failOn(const fs::path& path, const std::error_code& error) {
     throw Failure(ExitCode::WrongUsage, fmt::format("{}: {}", path.string(), error.message()));
 }
@@ -93,9 +100,10 @@ void Installer::copy(const fs::path& from, const fs::path& to) const {
         fs::rename(whole, to, error);
     }
     if (error) {
+        const std::error_code reason = reasonFor(error, whole);
         std::error_code ignored;
         fs::remove(whole, ignored);
-        failOn(to, error);
+        failOn(to, reason);
     }
 }
 
