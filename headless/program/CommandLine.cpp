@@ -1,10 +1,14 @@
 #include "headless/program/CommandLine.h"
 
+#include <optional>
+#include <sstream>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "headless/lists/ParsedNumber.h"
 #include "headless/recording/Replay.h"
 
 namespace headless {
@@ -25,6 +29,18 @@ constexpr const char* kFooter =
     "  headless-sim --system ~/X-Plane              fly what is in its Resources/plugins\n"
     "  headless-sim --check lin.xpl                 check whether the plugin can be loaded";
 
+// CLI::Range lets nan pass.
+CLI::Validator between(double least, double most) {
+    std::ostringstream bounds;
+    bounds << "from " << least << " to " << most;
+    const auto problem = [=, words = bounds.str()](const std::string& text) -> std::string {
+        const std::optional<double> number = parsedNumber<double>(text);
+        const bool isWithin = number && *number >= least && *number <= most;
+        return isWithin ? "" : text + " is not a number " + words;
+    };
+    return {problem, bounds.str()};
+}
+
 } // namespace
 
 void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other) {
@@ -34,22 +50,22 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     app.add_option("--datarefs", options.world.datarefsFile, "Datarefs to add, as in DataRefs.txt");
     app.add_option("--commands", options.world.commandsFile, "Commands to add, as in Commands.txt");
     app.add_option("--world", options.world.version, "Version of the simulator: 10, 11 or 12")
-        ->check(CLI::IsMember({10, 11, 12}))
+        ->check(between(10, 12))
         ->capture_default_str();
     app.add_option("--ground", options.world.groundMetres, "Elevation of the ground in metres")
-        ->check(CLI::Range(-500.0, 9000.0))
+        ->check(between(-500.0, 9000.0))
         ->capture_default_str();
     app.add_option("--hz", options.framesPerSecond, "Frames per second")
-        ->check(CLI::Range(SessionOptions::kFewestFramesPerSecond,
-                           SessionOptions::kMostFramesPerSecond))
+        ->check(
+            between(SessionOptions::kFewestFramesPerSecond, SessionOptions::kMostFramesPerSecond))
         ->capture_default_str();
     app.add_option("--duration", options.durationSeconds, "Simulated seconds to fly")
-        ->check(CLI::Range(0.0, kMaxDurationSeconds));
+        ->check(between(0.0, kMaxDurationSeconds));
     app.add_option("--log", options.logFile, "Where the simulator's log is written")
         ->capture_default_str();
     app.add_option("--watchdog", options.watchdogSeconds,
                    "End the run if a callback takes more seconds than this")
-        ->check(CLI::Range(0.1, kMaxDurationSeconds));
+        ->check(between(0.1, kMaxDurationSeconds));
     app.add_option("--fail", options.failures,
                    "Make an SDK function fail, from call N on: FUNCTION[:N]")
         ->allow_extra_args(false);
@@ -69,7 +85,7 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     auto* const replay =
         app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv");
     app.add_option("--speed", options.replaySpeed, "Play it this many times as fast")
-        ->check(CLI::Range(Replay::kSlowest, Replay::kFastest))
+        ->check(between(Replay::kSlowest, Replay::kFastest))
         ->needs(replay);
     app.add_option("--record", options.record,
                    "Record these datarefs to FILE.csv; -- ends the names")
@@ -81,7 +97,7 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
         ->needs("--stats");
     app.add_option("--budget-us", options.budgetMicroseconds,
                    "Warn of each frame in which a plugin takes more CPU time, in microseconds")
-        ->check(CLI::Range(0.0, kMaxDurationSeconds));
+        ->check(between(0.0, kMaxDurationSeconds));
     app.add_flag("--paused", options.paused, "Start paused, with simulated time");
     app.add_flag("--strict", options.strict,
                  "Refuse functions that only answer 0, and breaches of the SDK's rules");

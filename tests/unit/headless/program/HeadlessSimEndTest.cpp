@@ -222,6 +222,20 @@ TEST_F(HeadlessSimEndTest, WrongUsageIsOneLineAndStatus2) {
     }
 }
 
+TEST_F(HeadlessSimEndTest, SaysWhatIsWrongWithANumber) {
+    for (const std::string option : {"--hz", "--duration", "--ground", "--watchdog", "--budget-us",
+                                      "--replay a.fdr --speed", "--world"}) {
+        const std::string name = option.substr(option.rfind("--"));
+        EXPECT_EQ(run(FAKE_PLUGIN " " + option + " nan"), 2) << option;
+        EXPECT_THAT(errors, StartsWith("headless-sim: " + name + ": nan is not ")) << option;
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
+    }
+    EXPECT_EQ(run(FAKE_PLUGIN " --hz 0"), 2);
+    EXPECT_EQ(errors, "headless-sim: --hz: 0 is not a number from 0.1 to 100000\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --world 9"), 2);
+    EXPECT_EQ(errors, "headless-sim: --world: 9 is not a number from 10 to 12\n");
+}
+
 TEST_F(HeadlessSimEndTest, NamesTheUnknownOption) {
     EXPECT_EQ(run("--dration 5 " FAKE_PLUGIN), 2);
     EXPECT_EQ(errors, "headless-sim: unknown option --dration; see headless-sim --help\n");
