@@ -161,7 +161,7 @@ TEST_F(PluginTest, PrintsTheStatusAsRecords) {
         if (subjects.back() == "log line") {
             const auto record = nlohmann::json::parse(line);
             EXPECT_EQ(record.at("count"), 1);
-            EXPECT_EQ(record.at("happened"), "The plugin could not have TCP port 48000.");
+            EXPECT_EQ(record.at("happened"), "The plugin could not get TCP port 48000.");
             EXPECT_TRUE(record.at("text").get<std::string>().ends_with(
                 "Error Code 98 (Address already in use)"))
                 << line;
