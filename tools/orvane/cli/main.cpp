@@ -37,8 +37,8 @@ released first.
 Exit status:
 {}
 Environment:
-  NO_COLOR  nothing is coloured if it is set and not empty
-  TERM      nothing is coloured or redrawn if it is "dumb" or not set
+  NO_COLOR  nothing is bold if it is set and not empty
+  TERM      nothing is bold or redrawn if it is "dumb" or not set
 
 Examples:
   orvane info

@@ -27,7 +27,7 @@ using plugin::FileSteps;
 using plugin::Installer;
 
 constexpr Description kPlugin{
-    "plugin", "Install the plugin into a simulator, remove it, or look after it",
+    "plugin", "Install or remove the plugin, or show what is installed",
     R"(A simulator is a folder with Resources/plugins and the program X-Plane-x86_64 or
 X-Plane. Without FOLDER these commands find the simulators that X-Plane's
 installer lists in ~/.x-plane.
@@ -40,7 +40,7 @@ Examples:
 constexpr Description kInstall{
     "install", "Copy the plugin into a simulator",
     R"(The plugin goes to Resources/plugins/XPlaneOrvane. Nothing else is changed, and
-a configuration file is kept. A simulator that runs keeps the plugin that it has
+a configuration file is kept. A running simulator keeps the plugin that it has
 loaded until it is restarted.
 
 Examples:
@@ -52,8 +52,8 @@ Examples:
 constexpr Description kRemove{
     "remove", "Remove the plugin from a simulator",
     R"(Files in the plugin's folder that are not the plugin's are left there. The
-configuration file is kept without --purge. Exit status 3 if the plugin is not
-installed.
+configuration file is kept unless --purge is given. Exit status 3 if the plugin
+is not installed.
 
 Examples:
   orvane plugin remove --dry-run
@@ -64,7 +64,7 @@ constexpr Description kStatus{
     "status", "Show what is installed and running, and explain the plugin's log lines",
     R"(Asks the server for its version, as info does, and looks for the program that has
 the port, for a firewall, and for the plugin's lines in each simulator's Log.txt.
-Please add what it prints to a report of a problem.
+Please include what it prints when you report a problem.
 
 Examples:
   orvane plugin status

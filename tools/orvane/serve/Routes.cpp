@@ -68,7 +68,7 @@ HttpAnswer Routes::post(const HttpRequest& request) const {
         return jsonAnswer("{}\n");
     }
     if (controls == nullptr) {
-        return textAnswer(409, "a replay only shows");
+        return textAnswer(409, "a recording cannot be changed");
     }
     if (request.path == "/set") {
         return controls->Set(parseSet(request.body));

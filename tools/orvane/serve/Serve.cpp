@@ -48,9 +48,9 @@ NAME[:TYPE][@UNIT], as for "orvane watch". With a profile of "orvane drive" the
 page shows its inputs and outputs; with --replay it shows a recording instead of
 a simulator.
 
-Only this machine can reach the page, unless --bind asks for more. Who has the
-address can write to the simulator: it contains a token that is new in each run.
-A page that is opened without the token only shows.
+Only this machine can reach the page, unless --bind names another address. Whoever
+has the page's address can write to the simulator: it contains a token that is new
+in each run. A page that is opened without the token shows values but cannot write.
 
 A command that a page holds is released when the page is closed, when nothing is
 heard of it for two seconds, and when orvane ends. If the simulator is not there,

@@ -338,7 +338,7 @@ async function begin() {
   commands.setCommands(view.commands);
   listen();
   if (!view.token && !start.replay) {
-    note('This page only shows: open the address that orvane serve has printed to write.');
+    note('This page cannot write. To write, open the address that orvane serve printed.');
   }
   link.open();
   link.watch(view.names, view.commands);
