@@ -44,11 +44,15 @@ CLI::Validator between(double least, double most) {
 } // namespace
 
 void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other) {
-    app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders");
+    app.add_option("PLUGIN", options.plugins, "The plugins to load: libraries (.xpl) or folders")
+        ->option_text("...");
     app.add_option("--system", other.system,
-                   "A folder laid out like the simulator's, whose plugins are loaded");
-    app.add_option("--datarefs", options.world.datarefsFile, "Datarefs to add, as in DataRefs.txt");
-    app.add_option("--commands", options.world.commandsFile, "Commands to add, as in Commands.txt");
+                   "A folder laid out like the simulator's, whose plugins are loaded")
+        ->type_name("FOLDER");
+    app.add_option("--datarefs", options.world.datarefsFile, "Datarefs to add, as in DataRefs.txt")
+        ->type_name("FILE");
+    app.add_option("--commands", options.world.commandsFile, "Commands to add, as in Commands.txt")
+        ->type_name("FILE");
     app.add_option("--world", options.world.version, "Version of the simulator: 10, 11 or 12")
         ->check(between(10, 12))
         ->capture_default_str();
@@ -62,16 +66,19 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     app.add_option("--duration", options.durationSeconds, "Simulated seconds to fly")
         ->check(between(0.0, kMaxDurationSeconds));
     app.add_option("--log", options.logFile, "Where the simulator's log is written")
-        ->capture_default_str();
+        ->capture_default_str()
+        ->type_name("FILE");
     app.add_option("--watchdog", options.watchdogSeconds,
                    "End the run if a callback takes more seconds than this")
         ->check(between(0.1, kMaxDurationSeconds));
     app.add_option("--fail", options.failures,
-                   "Make an SDK function fail, from call N on: FUNCTION[:N]")
-        ->allow_extra_args(false);
+                   "Make an SDK function fail, from call N on; can be given several times")
+        ->allow_extra_args(false)
+        ->option_text("FUNCTION[:N]");
     app.add_option("--freeze", options.freezes,
                    "Run no frames for a while: 3s@10s is 3 s at second 10")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->option_text("TIME@TIME");
     app.add_flag("--beacon", options.beacon,
                  "Announce this simulator on the network, once a second");
     auto* const console =
@@ -79,18 +86,21 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     auto* const script =
         app.add_option("--script", options.scriptFile,
                        "Carry out the statements of this file; - for standard input")
-            ->excludes(console);
+            ->excludes(console)
+            ->type_name("FILE");
     app.add_option("--junit", options.junitFile, "Write the script's results to this file")
-        ->needs(script);
+        ->needs(script)
+        ->type_name("FILE");
     auto* const replay =
-        app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv");
+        app.add_option("--replay", options.replayFile, "Flight data to play: FILE.fdr or FILE.csv")
+            ->type_name("FILE");
     app.add_option("--speed", options.replaySpeed, "Play it this many times as fast")
         ->check(between(Replay::kSlowest, Replay::kFastest))
         ->needs(replay);
     app.add_option("--record", options.record,
                    "Record these datarefs to FILE.csv; -- ends the names")
         ->expected(2, kMostRecorded)
-        ->type_name("FILE NAME...");
+        ->option_text("FILE NAME...");
     app.add_flag("--stats", options.stats,
                  "At the end and at SIGUSR1, print what each plugin used");
     app.add_flag("--json", options.json, "Statistics as JSON, and no other summary")

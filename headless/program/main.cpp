@@ -150,7 +150,7 @@ int runSession(const SessionOptions& options) {
 }
 
 int parseAndRun(int argc, char** argv) {
-    CLI::App app("The headless simulator: runs a plugin without a screen.", "headless-sim");
+    CLI::App app("The headless simulator: runs plugins without a screen.", "headless-sim");
     SessionOptions options;
     OtherOptions other;
     declareOptions(app, options, other);
