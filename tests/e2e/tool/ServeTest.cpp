@@ -237,7 +237,11 @@ TEST_F(ServeTest, RefusesWhatItCannotServe) {
     EXPECT_EQ(runTool({"serve", "test/int:double"}).exitCode, 1);
     EXPECT_EQ(runTool({"serve", "--profile", "no-such.toml"}).exitCode, 1);
     EXPECT_EQ(runTool({"serve", "--datarefs", "no-such.txt"}).exitCode, 1);
-    EXPECT_EQ(runTool({"serve", "--bind", "no address"}).exitCode, 2);
+    const ToolResult nowhere = runTool({"serve", "--bind", "nowhere"});
+    EXPECT_EQ(nowhere.exitCode, 1);
+    EXPECT_EQ(nowhere.err,
+              "orvane: --bind: \"nowhere\" is not an IP address (see \"orvane serve "
+              "--help\")\n");
     serve({});
     const ToolResult second = runTool({"serve"});
     EXPECT_EQ(second.exitCode, 2);

@@ -45,6 +45,12 @@ bool isOurOrigin(std::string_view origin, std::string_view host) {
 
 } // namespace
 
+std::optional<std::string> hostOf(const std::string& address) {
+    const bool isIpv6 = address.find(':') != std::string::npos;
+    const std::string host = isIpv6 ? fmt::format("[{}]", address) : address;
+    return isAddress(host) ? std::optional(host) : std::nullopt;
+}
+
 bool isOurHost(std::string_view host, const Site& site) {
     const std::string port = fmt::format(":{}", site.port);
     if (!host.ends_with(port)) {

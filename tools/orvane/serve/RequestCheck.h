@@ -16,6 +16,9 @@ struct Site {
     std::string token;
 };
 
+// An IP address as in a URL, where IPv6 ones are in brackets; empty if it is not one.
+std::optional<std::string> hostOf(const std::string& address);
+
 // Whether a browser that was told to go to this Host meant us: an address of this machine, or, if
 // the server listens on others as well, an address and not a name. A website that makes its name
 // stand for 127.0.0.1 is thereby refused.

@@ -108,6 +108,10 @@ NameLists installedNames() {
     }
 }
 
+std::string problemOfAddress(const std::string& text) {
+    return hostOf(text) ? "" : fmt::format("\"{}\" is not an IP address", text);
+}
+
 // Does not wait for the browser.
 void openBrowser(std::string address) {
     std::string program = "xdg-open";
@@ -153,14 +157,15 @@ private:
     }
 
     void announce() const {
-        const bool isAll = site.address == "0.0.0.0";
-        const std::string address = fmt::format(
-            "http://{}:{}/#token={}", isAll ? "127.0.0.1" : site.address, site.port, site.token);
-        if (site.address != "127.0.0.1") {
+        const std::string host = hostOf(site.address).value();
+        const bool isAll = host == "0.0.0.0";
+        const std::string address = fmt::format("http://{}:{}/#token={}",
+                                                isAll ? "127.0.0.1" : host, site.port, site.token);
+        if (host != "127.0.0.1") {
             tell(
                 fmt::format("others on the network can reach {}:{}; the connection is not "
-                            "encrypted, and who has the address can write",
-                            site.address, site.port));
+                            "encrypted, and whoever has the address can write",
+                            host, site.port));
         }
         printLine(address);
         if (options.open) {
@@ -227,6 +232,7 @@ void addServe(Subcommands& subcommands) {
     command
         .add_option("--bind", options.address,
                     "The address to listen at; any but 127.0.0.1 lets other machines in")
+        ->check(CLI::Validator(problemOfAddress, ""))
         ->type_name("ADDRESS")
         ->capture_default_str();
     command.add_flag("--open", options.open, "Open the page in the browser");

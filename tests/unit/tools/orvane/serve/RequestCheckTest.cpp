@@ -36,6 +36,14 @@ TEST(RequestCheckTest, TakesTheNamesOfThisMachineForOurHost) {
     }
 }
 
+TEST(RequestCheckTest, PutsIpv6AddressesInBrackets) {
+    EXPECT_EQ(hostOf("192.0.2.7"), "192.0.2.7");
+    EXPECT_EQ(hostOf("::1"), "[::1]");
+    for (const char* const text : {"", "localhost", "1.2.3", "[::1]", "::g"}) {
+        EXPECT_EQ(hostOf(text), std::nullopt) << text;
+    }
+}
+
 TEST(RequestCheckTest, RefusesOtherHostsThatLeadHere) {
     for (const char* const host :
          {"", "evil.example", "evil.example:48080", "127.0.0.1", "127.0.0.1:48081",
