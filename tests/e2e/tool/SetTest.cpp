@@ -49,7 +49,7 @@ TEST_F(SetTest, WritesElementsAndLeavesTheOthersAsTheyAre) {
         runTool({"set", "--json", "test/ints[0]:int=7"}).out,
         "{\"name\":\"test/ints[0]\",\"type\":\"int\",\"value\":7,\"reads\":7,\"taken\":true}\n");
     EXPECT_EQ(runTool({"set", "kyr/external_forcescalefactor_value[3]:int=9"}).err,
-              "orvane: kyr/external_forcescalefactor_value[3]: 9 was not taken, it reads 0; the "
+              "orvane: kyr/external_forcescalefactor_value[3]: 9 was not taken; it reads 0; the "
               "plugin's own arrays refuse a write that reaches their last element\n");
 }
 
@@ -69,15 +69,15 @@ TEST_F(SetTest, NamesDatarefsThatDidNotTakeTheirValue) {
                                        "sim/version/xplane_internal_version=0"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
-              "orvane: sim/time/paused: 1 was not taken, it reads 0\n"
-              "orvane: sim/version/xplane_internal_version: 0 was not taken, it reads 121400\n");
+              "orvane: sim/time/paused: 1 was not taken; it reads 0\n"
+              "orvane: sim/version/xplane_internal_version: 0 was not taken; it reads 121400\n");
     EXPECT_EQ(simulator->Get("test/int"), "3");
 }
 
 TEST_F(SetTest, NamesDatarefsOfAnotherType) {
     const ToolResult result = runTool({"set", "test/int:float=1.5"});
     EXPECT_EQ(result.exitCode, 3);
-    EXPECT_EQ(result.err, "orvane: test/int: 1.5 was not taken, it reads 0\n");
+    EXPECT_EQ(result.err, "orvane: test/int: 1.5 was not taken; it reads 0\n");
 }
 
 TEST_F(SetTest, ExplainsWhyAnArrayOfThePluginKeepsItsValue) {
@@ -85,7 +85,7 @@ TEST_F(SetTest, ExplainsWhyAnArrayOfThePluginKeepsItsValue) {
         runTool({"set", "kyr/external_forcescalefactor_value:int[4]=1,2,3,4"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
-              "orvane: kyr/external_forcescalefactor_value: 1,2,3,4 was not taken, it reads "
+              "orvane: kyr/external_forcescalefactor_value: 1,2,3,4 was not taken; it reads "
               "0,0,0,0; the plugin's own arrays refuse a write that reaches their last element\n");
     EXPECT_EQ(runTool({"set", "kyr/external_forcescalefactor_value:int[3]=1,2,3"}).exitCode, 0);
     EXPECT_EQ(simulator->Get("kyr/external_forcescalefactor_value"), "1,2,3,0");

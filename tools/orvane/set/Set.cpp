@@ -68,7 +68,7 @@ void report(const AssignmentOutcome& outcome, RecordWriter& records) {
     }
     const bool isArray = dataref.size > 0 || dataref.elements;
     const bool isOwnArray = isArray && isOwnName(dataref.name);
-    tell(fmt::format("{}: {} was not taken, it reads {}{}", dataref.name,
+    tell(fmt::format("{}: {} was not taken; it reads {}{}", dataref.name,
                      valueText(outcome.written), valueText(outcome.reads),
                      isOwnArray ? kOwnArrays : ""));
 }

@@ -47,7 +47,7 @@ export class Link {
 
   /** Each returns why it was refused, or nothing. */
   async set(assignment) {
-    return this.post('set', { assignment }, (answer) => (answer.taken ? '' : `${answer.name}: ${answer.value} was not taken, it reads ${answer.reads}`));
+    return this.post('set', { assignment }, (answer) => (answer.taken ? '' : `${answer.name}: ${answer.value} was not taken; it reads ${answer.reads}`));
   }
 
   press(command) {
