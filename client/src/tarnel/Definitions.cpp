@@ -33,7 +33,7 @@ Definitions& Definitions::add(Output output) {
     if (requestSize() + wire::kOutputSize > kLargestMessage) {
         refuse("there are too many outputs");
     }
-    if (answerBytes + wire::longestEntry(output) > kLargestMessage) {
+    if (answerSize() + wire::longestEntry(output) > kLargestMessage) {
         refuse("the output " + output.name() +
                " makes the answers longer than the server can send");
     }

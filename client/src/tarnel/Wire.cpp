@@ -76,11 +76,11 @@ void writeOutput(ByteWriter& writer, const Output& output) {
     writer.writeInt32(output.count());
 }
 
-std::uint32_t valueSize(const Output& output) {
+std::size_t valueSize(const Output& output) {
     if (output.type() == OutputType::Command) {
         return 1;
     }
-    return kWord * static_cast<std::uint32_t>(output.count());
+    return kWord * static_cast<std::size_t>(output.count());
 }
 
 std::size_t shortestAnswer(std::span<const Output> outputs) {
@@ -131,7 +131,7 @@ Value readEntry(ByteReader& reader, const Output& output, bool isAircraftLoaded)
     if (!isAircraftLoaded && output.type() == OutputType::Command) {
         reader.expectUInt32(output.id(), kWhat);
     }
-    reader.expectUInt32(valueSize(output), "a value of length");
+    reader.expectUInt32(static_cast<std::uint32_t>(valueSize(output)), "a value of length");
     return readValue(reader, output);
 }
 

@@ -140,4 +140,15 @@ TEST(DefinitionsTest, RefusesAnswersThatTheServerCannotSend) {
     EXPECT_EQ(definitions.answerSize(), 240'000'024U);
 }
 
+TEST(DefinitionsTest, CountsTheAircraftAndTheLengthOfAnAnswer) {
+    EXPECT_NO_THROW(Definitions().add(Output::ofIntArray(1, "a", 67'108'856)));
+    EXPECT_THROW(Definitions().add(Output::ofIntArray(1, "a", 67'108'857)), std::invalid_argument);
+}
+
+TEST(DefinitionsTest, RefusesAnArrayOfMoreBytesThan32BitsCount) {
+    EXPECT_THROW(Definitions().add(Output::ofIntArray(1, "a", 0x40000000)), std::invalid_argument);
+    EXPECT_THROW(Definitions().add(Output::ofFloatArray(1, "a", 0x40000001)),
+                 std::invalid_argument);
+}
+
 } // namespace
