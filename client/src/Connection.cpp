@@ -65,7 +65,7 @@ std::string errorPrefix(const Options& options, const std::string& doing) {
 Connection::Connection(const Options& options, std::string doing)
     : options(&options), connecting(std::move(doing)) {
     try {
-        connectToAny(Clock::now() + options.timeout);
+        connectToAny(fromNow(options.timeout));
     } catch (...) {
         closeSocket();
         throw;
@@ -78,7 +78,7 @@ Connection::~Connection() {
 
 Bytes Connection::exchange(std::span<const std::uint8_t> request, const std::string& doing,
                            std::size_t most) {
-    const auto deadline = Clock::now() + options->timeout;
+    const auto deadline = fromNow(options->timeout);
     checkNothingUnread(doing);
     send(request, doing, deadline);
     std::array<std::uint8_t, kHeaderSize> header{};

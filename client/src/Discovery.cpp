@@ -50,7 +50,7 @@ private:
 };
 
 std::unique_ptr<Connection> tryWhatIsHeard(Options& options, std::chrono::milliseconds listenTime) {
-    const auto end = Clock::now() + listenTime;
+    const auto end = fromNow(listenTime);
     BeaconListener listener(options);
     Attempts attempts(options);
     std::vector<HeardSimulator> others;
@@ -86,7 +86,7 @@ std::unique_ptr<Connection> connectToHeard(Options& options, std::chrono::millis
 std::vector<HeardSimulator> discover(const Options& options, std::chrono::milliseconds listenTime) {
     Options used = options;
     used.host = kAnyHost;
-    const auto end = detail::Clock::now() + listenTime;
+    const auto end = detail::fromNow(listenTime);
     std::vector<HeardSimulator> heard;
     {
         detail::BeaconListener listener(used);

@@ -106,7 +106,7 @@ Link::Outcome Link::tryToCarryOut(const std::string& doing, Repeat repeat, const
 void Link::reconnect() {
     releasingIfCancelled([this] {
         try {
-            releaseHere(Clock::now() + options.releaseWithin);
+            releaseHere(fromNow(options.releaseWithin));
         } catch (const Error&) {
             // The new connection releases instead.
         }
@@ -116,14 +116,14 @@ void Link::reconnect() {
 
 void Link::backOffUntilConnected() {
     connection.reset();
-    const auto end = Clock::now() + options.backoff.within;
+    const auto end = fromNow(options.backoff.within);
     auto delay = options.backoff.firstDelay;
     for (int tries = 1;; ++tries) {
         const std::optional<std::string> reason = tryToConnect();
         if (!reason) {
             return;
         }
-        const auto next = Clock::now() + delay;
+        const auto next = fromNow(delay);
         if (next >= end) {
             throw ConnectError(*reason + "; gave up at try " + std::to_string(tries));
         }

@@ -35,7 +35,7 @@ void Link::closeForGood() noexcept {
 
 void Link::releaseHere() {
     try {
-        releaseHere(Clock::now() + options.releaseWithin);
+        releaseHere(fromNow(options.releaseWithin));
     } catch (const Error&) {
         if (options.onLoss == OnLoss::Throw) {
             throw;
@@ -45,9 +45,10 @@ void Link::releaseHere() {
 
 // A connection that does not answer may be out of step; a new one may still be answered.
 void Link::release() {
-    const auto begin = Clock::now();
+    const auto half = fromNow(options.releaseWithin / 2);
+    const auto end = fromNow(options.releaseWithin);
     try {
-        releaseHere(begin + options.releaseWithin / 2);
+        releaseHere(half);
     } catch (const Error&) {
         // Another connection may work.
     }
@@ -55,7 +56,7 @@ void Link::release() {
         return;
     }
     try {
-        releaseElsewhere(begin + options.releaseWithin);
+        releaseElsewhere(end);
     } catch (const Error& error) {
         releaseFailed = true;
         if (callbacks.notReleased) {

@@ -18,6 +18,12 @@ constexpr int kNoSocket = -1;
 
 } // namespace
 
+Clock::time_point fromNow(milliseconds duration) {
+    const auto now = Clock::now();
+    const auto longest = std::chrono::floor<milliseconds>(Clock::time_point::max() - now);
+    return now + std::min(duration, longest);
+}
+
 Waited waitFor(int socket, short events, Clock::time_point deadline,
                const std::function<bool()>& cancelled) {
     const milliseconds longest = cancelled ? kCheckInterval : kLongestPoll;

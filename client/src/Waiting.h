@@ -7,6 +7,9 @@ namespace orvane::detail {
 
 using Clock = std::chrono::steady_clock;
 
+// This long from now, or as far away as the clock can tell.
+Clock::time_point fromNow(std::chrono::milliseconds duration);
+
 enum class Waited { Ready, Late, Cancelled };
 
 // Waits until the socket has one of the poll events, the deadline is over, or `cancelled`, if set,

@@ -141,6 +141,22 @@ TEST_F(VelmarClientTest, SaysHowMuchCameOfALateAnswer) {
                   ": reading a/b: expected an answer of 20 bytes within 500 ms, got 2 bytes");
 }
 
+TEST_F(VelmarClientTest, WaitsWithoutAnEndIfAskedTo) {
+    Options options;
+    {
+        ScriptedServer server({{{kRegisterFloat}}});
+        options = optionsFor(server);
+        options.timeout = milliseconds::max();
+        options.backoff.within = milliseconds::max();
+        Client client(options);
+        client.registerDataref({"a/b", Type::Float});
+    }
+    int asked = 0;
+    options.onStart = OnStart::Wait;
+    options.cancelled = [&] { return ++asked == 10; };
+    EXPECT_THROW(Client client(options), CancelledError);
+}
+
 TEST_F(VelmarClientTest, EndsAWaitThatIsCancelled) {
     ScriptedServer server({{{kRegisterFloat, answeredWith(kRead, "")}}});
     bool isCancelled = false;
