@@ -85,7 +85,8 @@ function(build_consumers kind)
     build("${SOURCE_FOLDER}/examples" "${folder}/examples" "-DCMAKE_PREFIX_PATH=${prefix}")
     build("${CONSUMER_FOLDER}/page-source" "${folder}/page" "-DCMAKE_PREFIX_PATH=${prefix}")
     build_with_pkg_config("${prefix}" orvane-client "${folder}/page/program_of_pkg_config"
-        "${CONSUMER_FOLDER}/page-source/program_1.cpp")
+        "${CONSUMER_FOLDER}/page-source/program_1.cpp"
+        -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror)
     check_refusal("${prefix}" "8 REQUIRED" "requested version \"8\"")
     check_refusal("${prefix}" "7 REQUIRED COMPONENTS client wings" "not installed: wings")
 endfunction()

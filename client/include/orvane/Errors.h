@@ -51,8 +51,8 @@ public:
 // The simulator does not have some of the names.
 class ORVANE_API Refused final : public Error {
 public:
-    Refused(const std::string& message, std::vector<std::string> refused)
-        : Error(message), refused(std::move(refused)) {}
+    Refused(const std::string& message, std::vector<std::string> names)
+        : Error(message), refused(std::move(names)) {}
 
     // All names that were refused in this call, in its order.
     const std::vector<std::string>& refusedNames() const noexcept { return refused; }

@@ -45,10 +45,10 @@ struct Options {
     std::chrono::milliseconds timeout{2'000};
     OnStart onStart = OnStart::Throw;
     OnLoss onLoss = OnLoss::Reconnect;
-    Backoff backoff;
+    Backoff backoff{};
     // Called ten times a second, and after each signal, while a call waits. If it returns true, the
     // call throws a CancelledError. May be empty.
-    std::function<bool()> cancelled;
+    std::function<bool()> cancelled{};
     // A command that a client has begun stays down in the simulator until it is ended, even after
     // the client or its connection is gone. The client therefore remembers the commands that it
     // began and ends those left over: before a new `define` drops them, on `close`, destruction and

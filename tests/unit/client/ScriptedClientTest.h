@@ -18,13 +18,11 @@ protected:
 
     static orvane::Options optionsFor(const ScriptedServer& server,
                                       orvane::OnLoss onLoss = orvane::OnLoss::Throw) {
-        orvane::Options options;
-        options.port = server.Port();
-        options.timeout = std::chrono::milliseconds(20'000);
-        options.onLoss = onLoss;
-        options.backoff.firstDelay = std::chrono::milliseconds(1);
-        options.releaseWithin = std::chrono::milliseconds(20'000);
-        return options;
+        return {.port = server.Port(),
+                .timeout = std::chrono::milliseconds(20'000),
+                .onLoss = onLoss,
+                .backoff = {.firstDelay = std::chrono::milliseconds(1)},
+                .releaseWithin = std::chrono::milliseconds(20'000)};
     }
 };
 
