@@ -66,6 +66,19 @@ LONG = "x" * 99
             {"to_command": "a", "repeated_every": 0.0001},
             "the input of a cannot have a repeat interval of 0.0001 seconds",
         ),
+        (
+            {"to_command": "a", "repeated_every": float("inf")},
+            "the input of a cannot have a repeat interval of inf seconds",
+        ),
+        (
+            {"to_command": "a", "repeated_every": 2147483.6479},
+            "the input of a cannot have a repeat interval of 2147483.6479 seconds",
+        ),
+        pytest.param(
+            {"to_float": "a", "fixed": 10**400},
+            f"the fixed value of a is {10**400}, which is too large for a 32-bit float",
+            id="huge",
+        ),
     ],
 )
 def test_inputs_that_are_refused(arguments: Dict[str, Any], text: str) -> None:
@@ -130,6 +143,9 @@ def test_knows_its_sizes() -> None:
 def test_conditions_are_checked() -> None:
     with pytest.raises(ValueError, match="^a has no element -1$"):
         ConditionDataref("a", ConditionType.INT_ELEMENT, -1)
+    wrong: Any = 5
+    with pytest.raises(ValueError, match="^5 is not a valid ConditionType$"):
+        ConditionDataref("a", wrong)
 
 
 def test_definitions_are_values() -> None:

@@ -61,6 +61,8 @@ BAD_INPUT: List[Tuple[List[str], int, str]] = [
     (["set", GEAR], 1, f"{GEAR}: a value is missing, as in NAME=1"),
     (["set", f"{GEAR}=x"], 1, '"x" is not a number'),
     (["watch", "--rate", "0", GEAR], 1, "a rate of 0.0 per second is not above 0"),
+    (["set", f"{GEAR}={10**400}"], 1, "0, which is too large for a 32-bit float"),
+    (["--port", "65536", "get", GEAR], 1, "there is no port 65536"),
     (["--port", "1", "get", GEAR], 2, "127.0.0.1:1: connecting: Connection refused"),
     (["--host", "no.such.invalid", "get", GEAR], 2, "no.such.invalid:48000: connecting: "),
 ]

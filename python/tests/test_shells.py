@@ -128,6 +128,13 @@ def test_there_is_no_such_host(connect: Make) -> None:
 
 
 @tarnel_in_both_styles
+@pytest.mark.parametrize("port", [-1, 65536])
+def test_there_is_no_such_port(connect: Make, port: int) -> None:
+    with pytest.raises(ValueError, match=f"^there is no port {port}$"):
+        connect(LOCAL, port)
+
+
+@tarnel_in_both_styles
 def test_no_answer_comes_in_time(connect: Make, serve: Any) -> None:
     with connect(LOCAL, serve(silent), timeout=0.05) as client:
         with pytest.raises(TimeoutError, match=r"version: no answer within 50 ms \(is the simul"):

@@ -178,6 +178,18 @@ def test_writes_nothing_that_is_not_of_the_type(dataref: Dataref, value: Any) ->
     server.expect_end()
 
 
+@pytest.mark.parametrize("value", ["12", ["1"], 10**400], ids=["text", "texts", "huge"])
+def test_writes_nothing_without_a_type_that_is_not_a_number(value: Any) -> None:
+    four = [Dataref("a/b", Type(type), size) for type, size in ((2, 0), (1, 0), (5, 64), (4, 64))]
+    server = ScriptedServer(
+        [turn(*(registering(number, each) for number, each in enumerate(four, 1)))]
+    )
+    client = VelmarClient(server)
+    with pytest.raises(ValueError, match="^the value for a/b is "):
+        client.run(client.session.write({"a/b": value}))
+    server.expect_end()
+
+
 def test_registers_everything_again_on_a_new_connection() -> None:
     known = [turn(registering(1, INT)), turn(command(1, "some/command"))]
     again = turn(registering(1, INT), command(1, "some/command"))
@@ -214,6 +226,13 @@ def test_does_not_repeat_an_action_whose_answer_is_odd() -> None:
     client = VelmarClient(server)
     with pytest.raises(ProtocolError, match="expected an answer of at most 0 bytes, got 1 byte$"):
         client.act(Action.ONCE)
+
+
+def test_a_type_may_be_a_plain_number() -> None:
+    number: Any = 5
+    assert Dataref("a", number, 3).value_size == 12
+    with pytest.raises(ValueError, match="^6 is not a valid Type$"):
+        Dataref("a", number + 1)
 
 
 def test_cuts_long_lists_into_requests_that_arrive_whole() -> None:

@@ -61,6 +61,10 @@ class Options:
     release_held: bool = True
     release_within: float = 0.5
 
+    def __post_init__(self) -> None:
+        if self.port not in range(65536):
+            raise ValueError(f"there is no port {self.port}")
+
 
 @dataclass
 class Callbacks:

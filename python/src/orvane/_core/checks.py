@@ -27,5 +27,9 @@ def check_float32(value: object, what: str) -> None:
     """Infinities and NaN are floats, too."""
     if not isinstance(value, Real):
         raise ValueError(f"{what} is {value!r}, which is not a number")
-    if _TOO_LARGE <= abs(float(value)) != float("inf"):
+    try:
+        size = abs(float(value))
+    except OverflowError:
+        size = _TOO_LARGE
+    if _TOO_LARGE <= size != float("inf"):
         raise ValueError(f"{what} is {value!r}, which is too large for a 32-bit float")

@@ -37,6 +37,7 @@ class ConditionDataref:
 
     def __post_init__(self) -> None:
         check_name(self.name)
+        ConditionType(self.type)
         check_element(self.element, self.name)
 
 
@@ -177,7 +178,7 @@ class Input:
         self._refuse_unless(is_command, "is not a command and cannot be repeated")
         self._refuse_unless(not self.held, "is held and cannot have a repeat interval")
         self._refuse_unless(
-            1 <= repeat_ms(self) < 2**31,
+            self.repeated_every <= (2**31 - 1) / 1000 and repeat_ms(self) >= 1,
             f"cannot have a repeat interval of {self.repeated_every} seconds",
         )
 

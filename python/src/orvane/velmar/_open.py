@@ -8,7 +8,7 @@ from array import array
 from numbers import Real
 from typing import Iterable, List, Optional, Sequence, Tuple, cast
 
-from orvane._core.checks import INT32
+from orvane._core.checks import INT32, check_float32
 from orvane.velmar.values import Dataref, Type, Value, Writable
 
 # The number of elements of a guessed array; missing ones are 0.
@@ -34,12 +34,16 @@ def find_type(name: str, values: Sequence[Value]) -> Tuple[Optional[Dataref], Va
 
 def ways_to_write(name: str, value: Writable) -> List[Tuple[Dataref, Writable]]:
     """How to write a value: as floats and, if all of it is whole, as ints."""
+    what = f"the value for {name}"
     if isinstance(value, Real):
+        check_float32(value, what)
         number = float(value)
         ways: List[Tuple[Dataref, Writable]] = [(Dataref(name, Type.FLOAT), number)]
         if _is_whole(number):
             ways.append((Dataref(name, Type.INT), int(number)))
         return ways
+    for each in cast(Iterable[object], value):
+        check_float32(each, what)
     numbers = [float(each) for each in cast(Iterable[float], value)]
     ways = [(Dataref(name, Type.FLOAT_ARRAY, len(numbers)), numbers)]
     if all(map(_is_whole, numbers)):

@@ -76,7 +76,7 @@ class Dataref:
 
     def __post_init__(self) -> None:
         check_name(self.name, _LONGEST_NAME)
-        Type(self.type)
+        object.__setattr__(self, "type", Type(self.type))
         if self.type.is_array and not 1 <= self.size <= _MOST_ELEMENTS:
             raise ValueError(
                 f"the array {self.name} has {self.size} elements;"
