@@ -245,7 +245,7 @@ TEST_F(ServeTest, RefusesWhatItCannotServe) {
     serve({});
     const ToolResult second = runTool({"serve"});
     EXPECT_EQ(second.exitCode, 2);
-    EXPECT_TRUE(second.err.starts_with("orvane: cannot listen at 127.0.0.1:48080")) << second.err;
+    EXPECT_TRUE(second.err.starts_with("orvane: cannot listen on 127.0.0.1:48080")) << second.err;
 }
 
 } // namespace

@@ -117,7 +117,7 @@ HttpServer::HttpServer(const std::string& address, std::uint16_t port)
     errno = 0;
     if (chosen <= 0 || (!isAnyPort && !server.bind_to_port(address, port))) {
         throw Failure(ExitCode::CannotConnect,
-                      fmt::format("cannot listen at {}:{}: {}", address, port,
+                      fmt::format("cannot listen on {}:{}: {}", address, port,
                                   errno != 0 ? std::strerror(errno) : "not an address of here"));
     }
     library->port = static_cast<std::uint16_t>(chosen);

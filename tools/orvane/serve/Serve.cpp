@@ -231,7 +231,7 @@ void addServe(Subcommands& subcommands) {
         ->capture_default_str();
     command
         .add_option("--bind", options.address,
-                    "The address to listen at; any but 127.0.0.1 lets other machines in")
+                    "The address to listen on; any but 127.0.0.1 lets other machines in")
         ->check(CLI::Validator(problemOfAddress, ""))
         ->type_name("ADDRESS")
         ->capture_default_str();
