@@ -31,8 +31,8 @@ struct InputRecord;
 //
 // Each throws std::invalid_argument for anything that the server would silently misread: an empty
 // name or one of more than 99 bytes, a negative element, scaling a target that is not a float,
-// holding one that is not a command. A name that the simulator does not know goes unnoticed: the
-// server reports nothing and the input has no effect.
+// holding one that is not a command. A name that the simulator does not know goes unnoticed: a
+// target gets nothing, and a dataref of a range or a condition reads as 0.
 class ORVANE_API Input final {
 public:
     // Targets. Values are 32-bit integers; a float target gets value / 65535 unless scaled.

@@ -73,7 +73,7 @@ public:
     void unregisterCommand(std::string_view name);
 
     Value read(std::string_view name);
-    // In the order of the names; in one request if it is large enough.
+    // In the order of the names; in one request if one is enough.
     std::vector<Value> read(std::span<const std::string> names);
 
     // std::invalid_argument: not of the registered type or size. Success does not mean that the
