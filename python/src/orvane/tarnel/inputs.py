@@ -77,7 +77,8 @@ class Input:
       at least 0.001, in whole milliseconds.
 
     ValueError for anything that the server would silently misread. A name that the simulator does
-    not know goes unnoticed: the input has no effect.
+    not know goes unnoticed: a target gets nothing, and a dataref of a range or a condition reads
+    as 0.
     """
 
     action: int

@@ -93,7 +93,7 @@ class Client(BlockingClient[Session]):
         ...
 
     def read(self, names: Union[str, NameList]) -> Union[Value, List[Value]]:
-        """The value of one dataref, or those of several, in one request if it is large enough.
+        """The value of one dataref, or those of several, in one request if one is enough.
 
         An int, a float, or an `array.array` of them; of a byte an int from 0 to 255.
         """
