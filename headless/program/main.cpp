@@ -120,8 +120,15 @@ int listFunctions() {
 }
 
 void checkPlugin(const std::string& path) {
-    const std::string file = findPlugin(path).file;
-    const PluginCheck check((PluginFile(file)));
+    const PluginFile plugin(findPlugin(path).file);
+    const std::string& file = plugin.Path();
+    for (const char* const entryPoint : {"XPluginStart", "XPluginStop", "XPluginEnable",
+                                         "XPluginDisable", "XPluginReceiveMessage"}) {
+        if (!plugin.Mentions(entryPoint)) {
+            throw PluginError(file + ": not a plugin: it has no " + entryPoint);
+        }
+    }
+    const PluginCheck check(plugin);
     std::cout << file << ": " << check.Summary() << '\n';
     if (!check.Missing().empty()) {
         throw PluginError(file + ": the plugin " + check.DescribeMissing());

@@ -113,6 +113,8 @@ TEST_F(HeadlessSimEndTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {
     EXPECT_EQ(output, "");
     EXPECT_EQ(run(INCOMPLETE_PLUGIN), 1);
     EXPECT_THAT(errors, EndsWith(": not a plugin: it has no XPluginDisable\n"));
+    EXPECT_EQ(run("--check " INCOMPLETE_PLUGIN), 1);
+    EXPECT_THAT(errors, EndsWith(": not a plugin: it has no XPluginDisable\n"));
 }
 
 TEST_F(HeadlessSimEndTest, AFileThatIsNotAPluginIsOneLineAndStatus1) {
@@ -224,7 +226,7 @@ TEST_F(HeadlessSimEndTest, WrongUsageIsOneLineAndStatus2) {
 
 TEST_F(HeadlessSimEndTest, SaysWhatIsWrongWithANumber) {
     for (const std::string option : {"--hz", "--duration", "--ground", "--watchdog", "--budget-us",
-                                      "--replay a.fdr --speed", "--world"}) {
+                                     "--replay a.fdr --speed", "--world"}) {
         const std::string name = option.substr(option.rfind("--"));
         EXPECT_EQ(run(FAKE_PLUGIN " " + option + " nan"), 2) << option;
         EXPECT_THAT(errors, StartsWith("headless-sim: " + name + ": nan is not ")) << option;
