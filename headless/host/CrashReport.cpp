@@ -5,6 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
@@ -127,10 +128,24 @@ extern "C" void onCrash(int number) {
     ::syscall(SYS_exit_group, CrashReport::kExitStatus);
 }
 
+// Without this a plugin that calls exit(0) would look like a flight that ended as requested.
+void onExit() {
+    if (reported == nullptr || reported->Context().Plugin() == XPLM_PLUGIN_XPLANE) {
+        return;
+    }
+    const PluginContext& context = reported->Context();
+    sayPlugin(reported->Plugins().TextsOf(context.Plugin()));
+    say(": the plugin ended the process in its ");
+    say(context.Callback());
+    say("\n");
+    ::_exit(CrashReport::kExitStatus);
+}
+
 } // namespace
 
 CrashReport::CrashReport(Simulator& reportedSimulator) {
     reported = &reportedSimulator;
+    [[maybe_unused]] static const int isRegistered = std::atexit(&onExit);
     simulatorThread = ::gettid();
     // The first call to backtrace() loads a library, which a signal handler must not do.
     void* frame = nullptr;
@@ -153,6 +168,7 @@ CrashReport::~CrashReport() {
         ::sigaction(kSignals[i], &former[i], nullptr);
     }
     ::sigaltstack(&formerStack, nullptr);
+    reported = nullptr;
 }
 
 void CrashReport::End(Simulator& simulator, const char* what) {

@@ -9,7 +9,7 @@ namespace headless {
 
 // When a plugin crashes by SIGSEGV, SIGBUS, SIGILL, SIGFPE or SIGABRT, says on standard error which
 // plugin, in which callback and where. The process then exits with kExitStatus. If the last line of
-// the log shows what to do, the report says that instead.
+// the log shows what to do, the report says that instead. A plugin that calls exit() is named, too.
 //
 // Create it on the simulator's thread. One at a time in a process; borrows the simulator.
 class CrashReport final {

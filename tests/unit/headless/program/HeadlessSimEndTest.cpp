@@ -107,6 +107,14 @@ TEST_F(HeadlessSimEndTest, AnExceptionThatLeavesAPluginIsACrash) {
                                   ": the plugin crashed in its constructors (SIGABRT)"));
 }
 
+TEST_F(HeadlessSimEndTest, APluginThatEndsTheProcessIsNamed) {
+    ::setenv("HEADLESS_TEST_CRASH", "exit", 1);
+    EXPECT_EQ(run(CRASHING_PLUGIN), 5);
+    EXPECT_EQ(errors, "headless-sim: " CRASHING_PLUGIN
+                      ": the plugin ended the process in its flight loop\n");
+    EXPECT_EQ(log(), "the last line\n");
+}
+
 TEST_F(HeadlessSimEndTest, APluginThatCannotBeLoadedIsOneLineAndStatus1) {
     EXPECT_EQ(run("none.xpl"), 1);
     EXPECT_EQ(errors, "headless-sim: none.xpl: there is no such plugin\n");

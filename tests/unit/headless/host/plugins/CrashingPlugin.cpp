@@ -52,6 +52,8 @@ float onFlightLoop(float /*sinceCall*/, float /*sinceLoop*/, int /*frame*/, void
         throw std::runtime_error("nobody catches this");
     } else if (how == "stack") {
         deeper(1'000'000'000);
+    } else if (how == "exit") {
+        std::exit(0);
     } else if (how == "thread") {
         std::thread(&readForbidden).join();
     } else {
