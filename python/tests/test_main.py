@@ -62,7 +62,8 @@ BAD_INPUT: List[Tuple[List[str], int, str]] = [
     (["set", f"{GEAR}=x"], 1, '"x" is not a number'),
     (["watch", "--rate", "0", GEAR], 1, "a rate of 0.0 per second is not above 0"),
     (["set", f"{GEAR}={10**400}"], 1, "0, which is too large for a 32-bit float"),
-    (["--port", "65536", "get", GEAR], 1, "there is no port 65536"),
+    (["--port", "70000", "get", GEAR], 1, "a port of 70000 is not between 1 and 65535"),
+    (["--timeout", "nan", "get", GEAR], 1, "a timeout of nan seconds is not above 0"),
     (["--port", "1", "get", GEAR], 2, "127.0.0.1:1: connecting: Connection refused"),
     (["--host", "no.such.invalid", "get", GEAR], 2, "no.such.invalid:48000: connecting: "),
 ]
@@ -93,6 +94,17 @@ def test_a_reader_may_go_away(simulator: Simulator) -> None:
         timeout=60,
     )
     assert (done.returncode, done.stderr) == (0, "")
+
+
+def test_a_closed_standard_output_is_an_error(simulator: Simulator) -> None:
+    done = subprocess.run(
+        ["bash", "-c", f"{sys.executable} -m orvane get {GEAR} >&-"],
+        env=environment(),
+        capture_output=True,
+        text=True,
+        timeout=60,
+    )
+    assert (done.returncode, done.stderr) == (1, "orvane: standard output is closed\n")
 
 
 def test_help_ends_with_examples() -> None:

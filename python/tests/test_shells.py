@@ -130,7 +130,7 @@ def test_there_is_no_such_host(connect: Make) -> None:
 @tarnel_in_both_styles
 @pytest.mark.parametrize("port", [-1, 65536])
 def test_there_is_no_such_port(connect: Make, port: int) -> None:
-    with pytest.raises(ValueError, match=f"^there is no port {port}$"):
+    with pytest.raises(ValueError, match=f"^a port of {port} is not between 1 and 65535$"):
         connect(LOCAL, port)
 
 

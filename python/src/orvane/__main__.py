@@ -35,6 +35,8 @@ class _Parser(argparse.ArgumentParser):
 def main(arguments: Optional[Sequence[str]] = None) -> int:
     """Returns the exit status."""
     parsed = _parse(arguments)
+    if sys.stdout is None:
+        return _complain("standard output is closed")
     try:
         with Client(parsed.host, parsed.port, timeout=parsed.timeout) as client:
             parsed.carry_out(client, parsed)

@@ -49,7 +49,7 @@ class Backoff:
 
 @dataclass(frozen=True)
 class Options:
-    """The arguments of every client."""
+    """The arguments of every client. ValueError for a port or a timeout that cannot be."""
 
     host: str = "127.0.0.1"
     port: int = 48000
@@ -62,8 +62,11 @@ class Options:
     release_within: float = 0.5
 
     def __post_init__(self) -> None:
-        if self.port not in range(65536):
-            raise ValueError(f"there is no port {self.port}")
+        # The system takes a larger port modulo 65536.
+        if self.port not in range(1, 65536):
+            raise ValueError(f"a port of {self.port} is not between 1 and 65535")
+        if not self.timeout > 0:
+            raise ValueError(f"a timeout of {self.timeout} seconds is not above 0")
 
 
 @dataclass
