@@ -1,7 +1,6 @@
 #include "tools/orvane/serve/Controls.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -54,9 +53,17 @@ velmar::Client& Controls::connected() {
             }
         }});
     } else if (!client->isConnected()) {
-        client->reconnect(); // ends what was held
+        try {
+            client->reconnect();
+        } catch (const Refused&) {
+            // A name that this simulator lacks would be asked for again and again.
+            client.reset();
+        }
+        // The new connection has ended it.
+        const std::lock_guard lock(mutex);
+        held.clear();
     }
-    return *client;
+    return client ? *client : connected();
 }
 
 HttpAnswer Controls::carryOut(const std::function<HttpAnswer(velmar::Client&)>& task) {
@@ -127,6 +134,7 @@ HttpAnswer Controls::Hold(const CommandRequest& request) {
 }
 
 HttpAnswer Controls::Release(const CommandRequest& request) {
+    const std::lock_guard clientLock(clientMutex);
     {
         const std::lock_guard lock(mutex);
         const auto found = held.find(request.command);
@@ -144,16 +152,13 @@ HttpAnswer Controls::Release(const CommandRequest& request) {
 
 // Tries again later if it fails: the simulator may be there, and the command down.
 void Controls::end(const std::string& command) {
-    const std::lock_guard clientLock(clientMutex);
     try {
         if (!client || !client->isConnected()) {
             connected(); // that ends it
-        } else if (!isHeld(command)) {
+        } else {
             client->run(command, velmar::Action::End);
             client->unregisterCommand(command);
         }
-    } catch (const std::out_of_range&) {
-        // A connection that was made in between has ended it.
     } catch (const Error&) {
         const std::lock_guard lock(mutex);
         held[command][{}] = Clock::now() + kHoldsFor;
@@ -166,6 +171,7 @@ bool Controls::isHeld(const std::string& command) {
 }
 
 std::optional<std::string> Controls::takeOverdue(Clock::time_point now) {
+    const std::lock_guard lock(mutex);
     for (auto& [command, holders] : held) {
         std::erase_if(holders, [&](const auto& each) { return each.second <= now; });
         if (holders.empty()) {
@@ -190,13 +196,21 @@ Controls::Clock::time_point Controls::nextDeadline() const {
 void Controls::releaseOverdue() {
     std::unique_lock lock(mutex);
     while (!isEnding) {
-        if (const std::optional<std::string> command = takeOverdue(Clock::now())) {
-            lock.unlock();
-            end(*command);
-            lock.lock();
-        } else {
-            changed.wait_until(lock, nextDeadline());
+        if (const auto deadline = nextDeadline(); Clock::now() < deadline) {
+            changed.wait_until(lock, deadline);
+            continue;
         }
+        lock.unlock();
+        endOverdue();
+        lock.lock();
+    }
+}
+
+void Controls::endOverdue() {
+    const std::lock_guard clientLock(clientMutex);
+    const Clock::time_point now = Clock::now();
+    while (const std::optional<std::string> command = takeOverdue(now)) {
+        end(*command);
     }
 }
 

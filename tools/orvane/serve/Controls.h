@@ -44,6 +44,7 @@ private:
     velmar::Client& connected();
     bool renew(const CommandRequest& request);
     void releaseOverdue();
+    void endOverdue();
     void end(const std::string& command);
     bool isHeld(const std::string& command);
     std::optional<std::string> takeOverdue(Clock::time_point now);
