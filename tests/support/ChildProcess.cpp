@@ -45,6 +45,7 @@ public:
         sigset_t usual;
         sigemptyset(&usual);
         sigaddset(&usual, SIGPIPE);
+        sigaddset(&usual, SIGHUP);
         check(posix_spawnattr_setsigdefault(&attributes, &usual), "signals");
         const int group = setting.hasOwnGroup ? POSIX_SPAWN_SETPGROUP : 0;
         check(posix_spawnattr_setflags(&attributes,

@@ -23,8 +23,8 @@ public:
         bool hasOwnGroup = false;
     };
 
-    // Runs a program, which is the first of the arguments. SIGPIPE ends it, even if the test
-    // ignores that signal.
+    // Runs a program, which is the first of the arguments. SIGPIPE and SIGHUP end it, even if
+    // the test ignores them.
     ChildProcess(std::vector<std::string> arguments, const Setting& setting);
     // Forks; the child does this and ends with status 0.
     explicit ChildProcess(const std::function<void()>& work);

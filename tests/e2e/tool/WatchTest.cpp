@@ -185,6 +185,16 @@ TEST_F(WatchTest, RestoresTheTerminalHoweverItEnds) {
     }
 }
 
+// As nohup does it.
+TEST_F(WatchTest, GoesOnAfterAHangUpThatItIsToldToIgnore) {
+    ToolRun run({"-c", "trap '' HUP; exec \"$0\" watch -i 0.01 test/int:int", ORVANE_TOOL},
+                {.program = "/bin/sh"});
+    run.WaitForOut("test/int:int=");
+    run.Signal(SIGHUP);
+    simulator->Ask("set test/int 17");
+    run.WaitForOut("test/int:int=17");
+}
+
 TEST_F(WatchTest, RestoresTheTerminalWhileStoppedAndRedrawsAfterwards) {
     ToolRun run({"watch", "-i", "1000", "test/float:float"}, terminal());
     run.WaitForOut("test/float");

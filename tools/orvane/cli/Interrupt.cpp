@@ -1,5 +1,6 @@
 #include "tools/orvane/cli/Interrupt.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -26,13 +27,18 @@ extern "C" void onInterrupt(int /*signal*/) {
 } // namespace
 
 void catchInterrupts() {
-    if (wakePipe[0] != -1 || ::pipe(wakePipe.data()) != 0) {
+    if (wakePipe[0] != -1 || ::pipe2(wakePipe.data(), O_CLOEXEC) != 0) {
         return;
     }
     struct sigaction action {};
     action.sa_handler = onInterrupt;
+    struct sigaction before {};
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        ::sigaction(signal, &action, nullptr);
+        ::sigaction(signal, &action, &before);
+    }
+    // As nohup asks.
+    if (before.sa_handler == SIG_IGN) {
+        ::sigaction(SIGHUP, &before, nullptr);
     }
 }
 
