@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -231,6 +233,22 @@ TEST_F(ServeTest, ShowsTheInputsOfAProfile) {
         << start;
     EXPECT_NE(start.find(R"("commands":["sim/flight_controls/brakes_max",)"), std::string::npos)
         << start;
+}
+
+// Ctrl-C in the tool's terminal must not end the browser.
+TEST_F(ServeTest, OpensABrowserThatGetsNoSignalsOfTheTool) {
+    directory.Write("xdg-open",
+                    "#!/bin/sh\n"
+                    "read -r number name state parent group rest </proc/$$/stat\n"
+                    "ignored=0x$(sed -n 's/^SigIgn:\t//p' /proc/$$/status)\n"
+                    "echo $((number - group)) $((ignored & 1 << 12)) >>opened\n");
+    std::filesystem::permissions("xdg-open", std::filesystem::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    ToolRun run({"serve", "--open"}, {.environment = {"PATH=.:" + path}});
+    EXPECT_TRUE(driveUntil(
+        [] {},
+        [this] { return directory.Has("opened") && directory.Read("opened").ends_with('\n'); }));
+    EXPECT_EQ(directory.Read("opened"), "0 0\n");
 }
 
 TEST_F(ServeTest, RefusesWhatItCannotServe) {

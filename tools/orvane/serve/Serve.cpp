@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -116,10 +117,20 @@ std::string problemOfAddress(const std::string& text) {
 void openBrowser(std::string address) {
     std::string program = "xdg-open";
     std::array<char*, 3> arguments{program.data(), address.data(), nullptr};
+    // In a group of its own, so that Ctrl-C does not end it. Only the tool ignores SIGPIPE.
+    posix_spawnattr_t attributes;
+    sigset_t usual;
+    ::sigemptyset(&usual);
+    ::sigaddset(&usual, SIGPIPE);
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawnattr_setsigdefault(&attributes, &usual);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
     pid_t child = -1;
-    if (::posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0) {
+    if (::posix_spawnp(&child, program.c_str(), nullptr, &attributes, arguments.data(), environ) !=
+        0) {
         tell("xdg-open is missing: open the address yourself");
     }
+    ::posix_spawnattr_destroy(&attributes);
 }
 
 // One run of the command.
