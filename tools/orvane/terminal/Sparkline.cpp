@@ -22,6 +22,8 @@ std::string drawn(std::span<const double> numbers, std::span<const char* const> 
             greatest = std::max(greatest, number);
         }
     }
+    // Halved first: the range of two large numbers may be too large for a double.
+    const double range = greatest / 2 - least / 2;
     std::string line;
     const auto top = static_cast<double>(heights.size() - 1);
     for (const double number : numbers) {
@@ -29,9 +31,7 @@ std::string drawn(std::span<const double> numbers, std::span<const char* const> 
             line += " ";
             continue;
         }
-        // Halved first: the range of two large numbers may be too large for a double.
-        const double part =
-            greatest > least ? (number / 2 - least / 2) / (greatest / 2 - least / 2) : 0.5;
+        const double part = range > 0 ? (number / 2 - least / 2) / range : 0.5;
         line += heights[static_cast<std::size_t>(std::floor(part * top + 0.5))];
     }
     return line;

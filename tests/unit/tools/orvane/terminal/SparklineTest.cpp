@@ -16,6 +16,11 @@ TEST(SparklineTest, DrawsEightHeightsBetweenTheLeastAndTheGreatest) {
     EXPECT_EQ(sparkline(Numbers{-10, 10}, true), "▁█");
 }
 
+TEST(SparklineTest, DrawsNumbersTooCloseToTellApartAsEqual) {
+    EXPECT_EQ(sparkline(Numbers{0, std::numeric_limits<double>::denorm_min()}, true),
+              sparkline(Numbers{0, 0}, true));
+}
+
 TEST(SparklineTest, DrawsThreeHeightsWithoutUnicode) {
     EXPECT_EQ(sparkline(Numbers{2, 1, 0, 1, 2}, false), "^-_-^");
 }
