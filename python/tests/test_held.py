@@ -72,6 +72,13 @@ def test_nothing_is_released_that_was_released_or_never_pressed() -> None:
     server.expect_end()
 
 
+def test_connecting_a_second_time_keeps_what_is_held() -> None:
+    client = holding([sending(0)])
+    client.run(client.session.link.start())
+    client.close()
+    client.server.expect_end()
+
+
 def test_define_releases_before_it_drops_a_held_input() -> None:
     client = holding([sending(0), NO_DEFINITIONS])
     client.define(NONE)

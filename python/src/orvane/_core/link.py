@@ -152,7 +152,9 @@ class Link:
     # Connections ---------------------------------------------------------------------------------
 
     def start(self) -> Plan[None]:
-        """The first connection."""
+        """The first connection, unless there is one."""
+        if self.is_connected:
+            return
         if self.options.on_start is OnStart.WAIT:
             # A name that does not exist is probably mistyped.
             yield from self._back_off(lambda: self._make_declared(TRIES_TO_DECLARE), UnknownHost)
