@@ -122,6 +122,15 @@ def test_what_cannot_be_released_is_reported() -> None:
     assert client.happened[1:] == [f"not released: ['brakes/max'], {why}"]
 
 
+def test_a_release_that_is_not_answered_says_how_long_it_waited() -> None:
+    client = holding([sending(0, answer=Late())], [releasing(answer=Late())])
+    client.close()
+    why = (
+        "127.0.0.1:48000: releasing: no answer within 500 ms (is the simulator paused or loading?)"
+    )
+    assert client.happened[1:] == [f"not released: ['brakes/max'], {why}"]
+
+
 def test_what_cannot_be_released_is_a_warning_if_nobody_listens() -> None:
     client = holding([sending(0, answer=Late())], Late())
     client.session.link.callbacks = Callbacks()

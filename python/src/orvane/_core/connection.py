@@ -47,13 +47,14 @@ class Connection:
     def connect(self, limit: Optional[Limit] = None) -> Plan[None]:
         """ConnectError, TimeoutError, CancelledError."""
         limit = limit or self.default_limit()
+        begin = time.monotonic()
         place = self.place("connecting")
         try:
             yield Connect(self.host, self._options.port, limit)
         except Late:
-            milliseconds = f"{self._options.timeout * 1000:g} ms"
+            time_text = _time_text(limit.deadline - begin)
             raise TimeoutError(
-                f"{place}expected a connection within {milliseconds}, got none"
+                f"{place}expected a connection within {time_text}, got none"
             ) from None
         except Cancelled:
             raise CancelledError(f"{place}expected a connection, was cancelled") from None
@@ -70,6 +71,7 @@ class Connection:
         UnexpectedAnswer, ClosedError, TimeoutError, CancelledError.
         """
         limit = limit or self.default_limit()
+        begin = time.monotonic()
         frame = FrameReader(most)
         try:
             self._expect_no_bytes((yield Look()), doing)
@@ -82,7 +84,8 @@ class Connection:
                 if payload is not None:
                     return payload
         except Late:
-            raise TimeoutError(self.place(doing) + self._timeout_text(frame)) from None
+            text = _timeout_text(frame, _time_text(limit.deadline - begin))
+            raise TimeoutError(self.place(doing) + text) from None
         except Cancelled:
             raise CancelledError(
                 f"{self.place(doing)}expected {frame.expected}, was cancelled and got {frame.got}"
@@ -102,11 +105,15 @@ class Connection:
             f"{self.place(doing)}expected {frame.expected}, got {frame.got} and {why}"
         )
 
-    def _timeout_text(self, frame: FrameReader) -> str:
-        milliseconds = f"{self._options.timeout * 1000:g} ms"
-        if frame.has_begun:
-            return f"expected {frame.expected} within {milliseconds}, got {frame.got}"
-        return f"no answer within {milliseconds} (is the simulator paused or loading?)"
+
+def _time_text(seconds: float) -> str:
+    return f"{max(seconds, 0.0) * 1000:.0f} ms"
+
+
+def _timeout_text(frame: FrameReader, time_text: str) -> str:
+    if frame.has_begun:
+        return f"expected {frame.expected} within {time_text}, got {frame.got}"
+    return f"no answer within {time_text} (is the simulator paused or loading?)"
 
 
 def error_text(error: OSError) -> str:
