@@ -1,7 +1,7 @@
 """Which held commands are down, judging by what was sent."""
 
 from collections import Counter
-from typing import Dict, Iterable, List, Optional, Sequence, Tuple
+from typing import Dict, Iterable, List, Sequence, Tuple
 
 from orvane.tarnel.inputs import Input
 
@@ -24,11 +24,10 @@ class _HeldInput:
             self.is_down = self._presses(value)
 
     @property
-    def release(self) -> Optional[int]:
-        """The value that certainly releases it; None if there is none."""
-        if self.input.fixed is not None or self._is_conditional:
-            return None
-        return 2 if self.input.skipped_when_zero else 0
+    def ends_at_zero(self) -> bool:
+        """Whether the value 0 certainly releases it."""
+        is_skipped = self.input.skipped_when_zero or self._is_conditional
+        return self.input.fixed is None and not is_skipped
 
     def _counts(self, value: int) -> bool:
         if value == 1:
@@ -65,17 +64,13 @@ class HeldInputs:
             held.sent(value)
 
     def releasing_items(self) -> List[Tuple[int, int]]:
-        """Items that release all commands that a value can release."""
-        items = {
-            (held.input.action, held.release): None
-            for held in self._down()
-            if held.release is not None
-        }
-        return [(action, value) for action, value in items if value is not None]
+        """Items that release all commands that the value 0 releases."""
+        actions = [held.input.action for held in self._down() if held.ends_at_zero]
+        return [(action, 0) for action in dict.fromkeys(actions)]
 
     def other_held(self) -> "Counter[str]":
         """The others, by name."""
-        return Counter(held.input.target for held in self._down() if held.release is None)
+        return Counter(held.input.target for held in self._down() if not held.ends_at_zero)
 
     def take(self) -> "Counter[str]":
         """All that are down, by name; forgets them."""
