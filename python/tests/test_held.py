@@ -288,6 +288,23 @@ def test_velmar_ends_by_name_after_a_loss_and_registers_again() -> None:
     server.expect_end()
 
 
+def test_velmar_ends_by_name_what_it_was_told_to_end_when_the_connection_was_lost() -> None:
+    server = ScriptedServer(
+        [REGISTERING, running(2), running(3, answer=b"")], [releasing(), REGISTERING]
+    )
+    client = VelmarClient(server)
+    client.act(Action.BEGIN, Action.END)
+    server.expect_end()
+
+
+def test_velmar_says_that_an_end_was_not_repeated_if_it_releases_nothing() -> None:
+    server = ScriptedServer([REGISTERING, running(2), running(3, answer=b"")], [REGISTERING])
+    client = VelmarClient(server, release_held=False)
+    with pytest.raises(ClosedError, match="reconnected, but this was not repeated$"):
+        client.act(Action.BEGIN, Action.END)
+    server.expect_end()
+
+
 def test_velmar_keeps_down_what_it_is_told_to() -> None:
     server = ScriptedServer([REGISTERING, running(2)])
     client = VelmarClient(server, release_held=False)

@@ -46,7 +46,8 @@ using Changes = std::vector<std::pair<std::string, Value>>;
 // Options::onLoss says what a call does if it begins without a connection or loses it. With
 // OnLoss::Reconnect it is carried out on the new connection, except for writes and actions that
 // lost the connection halfway: they may have been carried out, or be minutes old when the simulator
-// is back. They are not repeated, and throw a ClosedError once the new connection is there.
+// is back. They are not repeated, and throw a ClosedError once the new connection is there; except
+// for an Action::End of what the client had begun, which the new connection ends.
 //
 // Usable from one thread at a time. A moved-from client can be assigned to and destroyed.
 class ORVANE_API Client final {

@@ -91,6 +91,7 @@ class Session:
         if name not in self._names.commands:
             yield from self.registrar.register_commands([name])
         doing = describe("running", [name])
+        ends_held = action is Action.END and self._held[name] > 0
 
         def send() -> Plan[None]:
             # It counts as down from the moment it is sent until it is certainly up.
@@ -103,7 +104,9 @@ class Session:
         try:
             yield from self.link.carry_out(doing, _NEVER, send)
         except NotRepeated:
-            raise self._not_repeated(doing) from None
+            # Each new connection first ends what was held.
+            if not (ends_held and self.link.options.release_held):
+                raise self._not_repeated(doing) from None
 
     def end_if_held(self, name: str) -> Plan[None]:
         if self._held[name] > 0:

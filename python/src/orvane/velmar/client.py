@@ -39,7 +39,8 @@ class Client(BlockingClient[Session]):
     then reconnects, registers everything again and asks again; only a second failure is raised, as
     a ProtocolError. `run` raises at the first, since the command may have been run. With
     OnLoss.RECONNECT, writes and actions that lose the connection are not repeated either: they
-    raise a ClosedError once the new connection is there.
+    raise a ClosedError once the new connection is there; except for an Action.END of what the
+    client had begun, which the new connection ends.
 
     Refused: the simulator does not have some names. All others are registered.
     """
