@@ -225,6 +225,24 @@ def test_a_cancelled_task_releases(simulator: Simulator) -> None:
     asyncio.run(main())
 
 
+FORKING = """
+import os, sys
+from orvane.velmar import *
+client = Client(timeout=20, release_within=20)
+client.run("test/hold", Action.BEGIN)
+child = os.fork()
+if child == 0:
+    sys.exit()
+os.waitpid(child, 0)
+client.run("test/once")
+"""
+
+
+def test_a_forked_process_leaves_the_connection_to_its_parent(simulator: Simulator) -> None:
+    subprocess.run([sys.executable, "-c", FORKING], check=True, timeout=60, env=environment())
+    assert simulator.phases("test/hold") == Phases(1, 1)
+
+
 BLOCKING = """
 from orvane.velmar import *
 client = Client(timeout=20, release_within=20)

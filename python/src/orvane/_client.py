@@ -1,6 +1,7 @@
 """The base classes of all clients."""
 
 import asyncio
+import os
 import weakref
 from typing import Any, Callable, Generic, List, Optional, Protocol, Type, TypeVar
 
@@ -117,7 +118,7 @@ class BlockingClient(AnyClient[S]):
         """Connects. ConnectError, TimeoutError."""
         self._shell = BlockingShell(self._session.link.options.cancelled)
         self._run(self._session.link.start())
-        weakref.finalize(self, _forget, self._shell, self._session.link)
+        weakref.finalize(self, _forget, self._shell, self._session.link, os.getpid())
 
     def _run(self, plan: Plan[T]) -> T:
         return self._shell.run(self._session.link.call(plan))
@@ -151,7 +152,7 @@ class AsyncioClient(AnyClient[S]):
     def _open(self) -> None:
         self._shell = AsyncioShell(self._session.link.options.cancelled)
         self._turn: Optional[asyncio.Lock] = None
-        weakref.finalize(self, _abandon, self._session.link)
+        weakref.finalize(self, _abandon, self._session.link, os.getpid())
 
     async def connect(self) -> None:
         """ConnectError, TimeoutError."""
@@ -182,12 +183,15 @@ class AsyncioClient(AnyClient[S]):
         await self.close()
 
 
-def _forget(shell: BlockingShell, link: Link) -> None:
-    if not link.is_done:
+def _forget(shell: BlockingShell, link: Link, process: int) -> None:
+    if os.getpid() != process:
+        # A forked copy: the connection, and what is held, belong to the process that made it.
+        shell.run(link.disconnect())
+    elif not link.is_done:
         shell.run(link.close())
 
 
-def _abandon(link: Link) -> None:
+def _abandon(link: Link, process: int) -> None:
     """Releases what is held without the event loop, which may be gone."""
-    if not link.is_done:
+    if os.getpid() == process and not link.is_done:
         BlockingShell().run(link.abandon())
