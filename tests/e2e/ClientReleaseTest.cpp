@@ -185,6 +185,24 @@ TEST_F(TarnelReleaseTest, ReleasesWhatIsDownIfADatarefCanSkipIt) {
     EXPECT_EQ(begunAndEnded(), "3 begun, 3 ended");
 }
 
+TEST_F(TarnelReleaseTest, ReleasesByNameAgainOnTheSameConnection) {
+    const ConditionDataref never{"no/such"};
+    tarnel::Definitions two;
+    two.add(Input::toCommand(1, "test/hold").held().skippedWhilePositive(never));
+    two.add(Input::toCommand(2, "test/once").held().skippedWhilePositive(never));
+    Options own = options();
+    own.onLoss = OnLoss::Throw;
+    tarnel::Client client(own);
+    client.define(two);
+    client.exchange({{1, 1}, {2, 1}});
+    client.exchange();
+    client.define(holding(Input::toCommand(kHold, "test/hold").held().skippedWhilePositive(never)));
+    client.exchange({{kHold, 1}});
+    client.exchange();
+    EXPECT_NO_THROW(client.define({}));
+    EXPECT_EQ(begunAndEnded(), "2 begun, 2 ended");
+}
+
 TEST_F(TarnelReleaseTest, ReleasesNothingIfToldNotTo) {
     Options own = options();
     own.releaseHeld = false;

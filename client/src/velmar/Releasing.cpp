@@ -89,6 +89,10 @@ void endIfDown(Connection& on, const std::string& doing, const Uncertain& uncert
         const int times = held.all().at(command).perhaps;
         steps.insert(steps.end(), static_cast<std::size_t>(times), {Kind::End, number, command});
     }
+    // Else every later poll on this connection would report them.
+    for (const auto& [number, command] : uncertain) {
+        steps.push_back({Kind::Unregister, number, command});
+    }
     takeSteps(on, doing, steps, held);
     for (const auto& [number, command] : uncertain) {
         held.forget(command);

@@ -25,8 +25,7 @@ void takeSteps(detail::Connection& on, const std::string& doing, std::span<const
 
 // Ends all commands in `held` by name and removes them. This works on any connection, even one that
 // otherwise speaks Tarnel. A command that may have been ended already is ended only if it is down.
-// The numbers from `firstNumber` on must be free; only commands of that kind still use theirs
-// afterwards.
+// The numbers from `firstNumber` on must be free, and are free again afterwards.
 void endByName(detail::Connection& on, const std::string& doing, detail::HeldCommands& held,
                wire::Number firstNumber);
 
