@@ -1,10 +1,13 @@
 """Both shells on real sockets: what the core is told of networks."""
 
 import asyncio
+import gc
 import socket
 import struct
 import threading
 import time
+import warnings
+from array import array
 from typing import Any, Callable, Iterator, List
 
 import pytest
@@ -12,7 +15,7 @@ from styles import Make, tarnel_in_both_styles
 from test_tarnel_session import ASK, DEFINE, DEFINITIONS, VERSION, outputs
 
 from orvane import CancelledError, ClosedError, ConnectError, OnLoss, TimeoutError
-from orvane.tarnel import AsyncClient, Version
+from orvane.tarnel import AsyncClient, Definitions, Output, Version, _wire
 
 Script = Callable[[socket.socket], None]
 LOCAL = "127.0.0.1"
@@ -196,6 +199,57 @@ def test_a_large_request_is_sent_whole(connect: Make, serve: Any) -> None:
     with connect(LOCAL, serve(script), timeout=30) as client:
         client.define(DEFINITIONS)
         assert client.exchange(items)[1] == 4
+
+
+@tarnel_in_both_styles
+def test_a_large_answer_arrives_whole(connect: Make, serve: Any) -> None:
+    large = Definitions(outputs=[Output(1, of_int_array="a", count=1_000_000)])
+    values = array("i", range(1_000_000))
+    head = struct.pack("<3I", 8 + 4_000_000 + 12, 1, 4_000_000)
+    answer = head + values.tobytes() + struct.pack("<3I", 0xFFFF, 4, 7)
+    port = serve(answering((_wire.definitions_request(large), answer)))
+    with connect(LOCAL, port) as client:
+        assert client.define(large)[1] == values
+
+
+def flooding(connection: socket.socket) -> None:
+    try:
+        while True:
+            connection.sendall(bytes(65536))
+    except ConnectionError:
+        pass
+
+
+def test_bytes_that_nobody_asked_for_do_not_fill_the_memory(serve: Any) -> None:
+    async def is_stopped(port: int) -> bool:
+        async with AsyncClient(LOCAL, port, timeout=20) as client:
+            transport: Any = client._shell._stream.transport
+            deadline = time.monotonic() + 20
+            while transport.is_reading() and time.monotonic() < deadline:
+                await asyncio.sleep(0)
+            return not transport.is_reading()
+
+    assert asyncio.run(is_stopped(serve(flooding)))
+
+
+def test_connecting_can_be_cancelled_at_any_moment() -> None:
+    async def connect_for(rounds: int, port: int) -> None:
+        client = AsyncClient(LOCAL, port)
+        task = asyncio.ensure_future(client.connect())
+        for _ in range(rounds):
+            await asyncio.sleep(0)
+        task.cancel()
+        await asyncio.wait({task})
+        if not task.cancelled():
+            await client.close()
+
+    with socket.create_server((LOCAL, 0), backlog=50) as listener:
+        with warnings.catch_warnings(record=True) as left_open:
+            warnings.simplefilter("always")
+            for rounds in range(30):
+                asyncio.run(connect_for(rounds, listener.getsockname()[1]))
+            gc.collect()
+    assert left_open == []
 
 
 def test_tasks_take_turns(serve: Any) -> None:

@@ -2,7 +2,7 @@
 
 import asyncio
 import socket
-from typing import Any, Awaitable, Callable, List, Optional, Tuple, TypeVar
+from typing import Any, Awaitable, Callable, List, Optional, Tuple, TypeVar, cast
 
 from orvane._core import steps
 from orvane._core.steps import Late, Limit, Plan, Step
@@ -15,14 +15,23 @@ T = TypeVar("T")
 class _Stream(asyncio.Protocol):
     """What has arrived on a connection, and the task that waits for it."""
 
+    # What arrives unasked must not fill the memory.
+    MOST = 1 << 20
+
     def __init__(self) -> None:
+        self.transport: Optional[asyncio.Transport] = None
         self.arrived = bytearray()
         self.has_ended = False
         self.failure: Optional[Exception] = None
         self.waiter: Optional["asyncio.Future[None]"] = None
 
+    def connection_made(self, transport: asyncio.BaseTransport) -> None:
+        self.transport = cast(asyncio.Transport, transport)
+
     def data_received(self, data: bytes) -> None:
         self.arrived += data
+        if len(self.arrived) >= self.MOST and self.transport is not None:
+            self.transport.pause_reading()
         self._wake()
 
     def eof_received(self) -> bool:
@@ -47,6 +56,19 @@ class _Stream(asyncio.Protocol):
             raise self.failure
         return b"" if self.has_ended else None
 
+    def take(self) -> bytes:
+        """What has arrived."""
+        taken = self.peek() or b""
+        self.arrived.clear()
+        if self.transport is not None:
+            self.transport.resume_reading()
+        return taken
+
+    def abort(self) -> None:
+        if self.transport is not None:
+            self.transport.abort()
+            self.transport = None
+
 
 class _Datagrams(asyncio.DatagramProtocol):
     """What has been heard, and the task that waits for it."""
@@ -70,7 +92,6 @@ class AsyncioShell:
     def __init__(self, cancelled: Optional[Callable[[], bool]] = None) -> None:
         self._waiting = Waiting(cancelled)
         self._stream = _Stream()
-        self._transport: Optional[asyncio.Transport] = None
         self._datagrams = _Datagrams()
         self._hearing: Optional[asyncio.BaseTransport] = None
 
@@ -111,32 +132,25 @@ class AsyncioShell:
 
     async def _connect(self, step: steps.Connect) -> None:
         await self._close()
-        self._stream = _Stream()
+        stream = self._stream = _Stream()
         loop = asyncio.get_running_loop()
-        making = loop.create_connection(
-            lambda: self._stream, step.host, step.port, family=socket.AF_INET
-        )
+        making = loop.create_connection(lambda: stream, step.host, step.port, family=socket.AF_INET)
         try:
-            transport, _ = await self._within(making, step.limit)
+            await self._within(making, step.limit)
         except socket.gaierror as error:
             raise lookup_error(error) from None
-        self._transport = transport
-        made = transport.get_extra_info("socket")
-        made.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
 
     # The first call sends everything that the system takes.
     def _send(self, data: bytes) -> None:
-        assert self._transport is not None
-        self._transport.write(data)
+        assert self._stream.transport is not None
+        self._stream.transport.write(data)
 
     async def _receive(self, limit: Limit) -> bytes:
         stream = self._stream
         while stream.peek() is None:
             stream.waiter = asyncio.get_running_loop().create_future()
             await self._within(stream.waiter, limit)
-        taken = stream.peek() or b""
-        stream.arrived.clear()
-        return taken
+        return stream.take()
 
     async def _hear(self, step: steps.Hear) -> bytes:
         loop = asyncio.get_running_loop()
@@ -174,8 +188,7 @@ class AsyncioShell:
             task.cancel()
 
     async def _close(self) -> None:
-        if self._transport is not None:
-            self._transport.abort()
-            self._transport = None
+        if self._stream.transport is not None:
+            self._stream.abort()
             # The loop closes the socket in its next round.
             await asyncio.sleep(0)
