@@ -1,5 +1,6 @@
 """Answers as Python's values, and as numpy's."""
 
+import pickle
 from array import array
 
 import numpy
@@ -71,6 +72,12 @@ def test_is_one_structured_value_of_numpys_that_copies_nothing(payload: bytes) -
     assert view["a/floats"].tolist() == list(got[3])  # type: ignore[arg-type]
     assert numpy.shares_memory(view, numpy.frombuffer(payload, "u1"))
     assert not view.flags.owndata
+
+
+def test_can_be_sent_to_another_process() -> None:
+    copied = pickle.loads(pickle.dumps(answer(WITH)))
+    assert copied == answer(WITH)
+    assert copied.aircraft_id == answer(WITH).aircraft_id
 
 
 def test_rows_of_answers_make_a_table() -> None:

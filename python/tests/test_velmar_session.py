@@ -1,5 +1,6 @@
 """What a Velmar client sends, and what it makes of what comes back."""
 
+import pickle
 from array import array
 from typing import Any, List
 
@@ -83,6 +84,8 @@ def test_refuses_all_unknown_names_at_once_and_keeps_the_others() -> None:
     assert refused.value.refused_names == ("no/int", "no/float")
     text = "127.0.0.1:48000: registering: the simulator does not have no/int, no/float"
     assert str(refused.value) == text
+    copied = pickle.loads(pickle.dumps(refused.value))
+    assert (str(copied), copied.refused_names) == (text, ("no/int", "no/float"))
     assert client.run(client.session.read(["a/int"])) == [7]
     with pytest.raises(Refused, match="does not have no/command$"):
         client.run(client.session.registrar.register_commands(["no/command", "some/command"]))

@@ -51,6 +51,9 @@ class Refused(Error):
         self.refused_names: Tuple[str, ...] = tuple(names)
         """All names that were refused in this call, in its order."""
 
+    def __reduce__(self) -> "Tuple[type[Refused], Tuple[str, Tuple[str, ...]]]":
+        return Refused, (str(self), self.refused_names)
+
 
 class NotReleasedWarning(RuntimeWarning):
     """Commands that a client has begun are still down, and there is no `not_released`."""

@@ -3,7 +3,7 @@
 import struct
 from collections import Counter
 from dataclasses import dataclass
-from typing import TYPE_CHECKING, Any, Dict, List, Optional, Sequence
+from typing import TYPE_CHECKING, Any, Dict, List, Optional, Sequence, Tuple
 
 from orvane._core.frames import ByteReader, UnexpectedAnswer
 from orvane.tarnel.outputs import AIRCRAFT_ID, Output, OutputType
@@ -67,6 +67,9 @@ class Layout:
         self.struct = struct.Struct("<" + "".join(formats))
         self._known = int.from_bytes(known, "little")
         self._mask = int.from_bytes(mask, "little")
+
+    def __reduce__(self) -> "Tuple[type[Layout], Tuple[Sequence[Output], bool]]":
+        return Layout, (self._outputs, self._has_aircraft)
 
     @property
     def size(self) -> int:
