@@ -32,11 +32,11 @@ constexpr double kDefaultRate = 20;
 
 constexpr Description kRecord{
     "record", "Record the values of datarefs in a file",
-    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get". Without a type, it
-is found out if the value is not 0 at the start; else float is recorded. All
-datarefs of a row are read together, and each row is written whole and at once:
-however a recording ends, its file is complete up to the last line. Ctrl-C is the
-usual end.
+    R"(A name is NAME:TYPE, NAME[3] or NAME[2:5], as for "orvane get". Without a type,
+it is found from a value that is not 0 at the start; otherwise float is recorded.
+All datarefs of a row are read together, and each row is written whole and at
+once: however a recording ends, its file is complete up to the last line. Ctrl-C
+is the usual end.
 
 The file is CSV: "time" in seconds, then a column for each dataref, headed
 NAME:TYPE. An array is one field in quotes. "orvane replay" writes it all back.
