@@ -231,6 +231,8 @@ TEST_F(FdrTest, CreatesNoFileForUnknownDatarefsOrWithoutAny) {
     EXPECT_EQ(result.err, "orvane: no/such: the simulator has no such dataref\n");
     EXPECT_EQ(runTool({"record", "sim/flightmodel/position/phi[0]", "-o", "r.fdr"}).err,
               "orvane: sim/flightmodel/position/phi: named both as a whole and by elements\n");
+    EXPECT_EQ(runTool({"record", "sim/flightmodel/position/phi:int", "-n", "1", "-o", "r.fdr"}).err,
+              "orvane: sim/flightmodel/position/phi:int: a .fdr has it as float\n");
     EXPECT_FALSE(directory.Has("r.fdr"));
     EXPECT_EQ(runTool({"record", "-n", "1", "-o", "r.csv"}).err,
               "orvane: NAME is required, unless FILE ends in .fdr\n");

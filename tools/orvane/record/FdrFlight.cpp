@@ -9,6 +9,7 @@
 
 #include <fmt/core.h>
 
+#include "tools/orvane/cli/Failure.h"
 #include "tools/orvane/datarefs/DatarefReader.h"
 #include "tools/orvane/datarefs/Numbers.h"
 #include "tools/orvane/files/Output.h"
@@ -128,8 +129,13 @@ std::vector<DatarefArgument> withPosition(std::vector<DatarefArgument> asked) {
     std::vector<const char*> names(headless::kFdrPose.begin(), headless::kFdrPose.end());
     names.push_back(kMagneticHeading);
     for (const char* const name : names) {
-        if (!placeOf(name, asked)) {
+        const auto place = placeOf(name, asked);
+        if (!place) {
             asked.push_back(parseDatarefArgument(fmt::format("{}:float", name)));
+        } else if (asked[*place].type.value_or(velmar::Type::Float) != velmar::Type::Float) {
+            // Read as another type it is 0, also in the row's own column.
+            throw Failure(ExitCode::WrongUsage,
+                          asked[*place].NameAndType() + ": a .fdr has it as float");
         }
     }
     shareArrays(asked);

@@ -15,7 +15,7 @@
 namespace orvane::tool {
 
 // These, and the position and attitude of the aircraft, which every row of a .fdr has. Failure:
-// they name elements of one of those.
+// they name elements of one of those, or one as another type than float.
 std::vector<DatarefArgument> withPosition(std::vector<DatarefArgument> asked);
 
 // The text of a flight data recorder: what the simulator says at the start, then rows. What it
