@@ -98,7 +98,10 @@ void PluginHost::Enable() {
 
 void PluginHost::Disable() {
     if (enabled) {
-        disablePlugin();
+        enabled = false;
+        const PluginContext::Call call(simulator.Context(), id, "XPluginDisable");
+        call.Into(entryPoints.disable);
+        simulator.Plugins().MarkEnabled(id, false);
     }
 }
 
@@ -144,7 +147,7 @@ void PluginHost::enroll() {
             file, {.receive = [this](XPLMPluginID from, int message,
                                      void* parameter) { receive(from, message, parameter); },
                    .enable = [this] { return enablePlugin(); },
-                   .disable = [this] { disablePlugin(); }});
+                   .disable = [this] { Disable(); }});
     }
 }
 
@@ -193,13 +196,6 @@ bool PluginHost::enablePlugin() {
     enabled = call.Into(entryPoints.enable) == 1;
     simulator.Plugins().MarkEnabled(id, enabled);
     return enabled;
-}
-
-void PluginHost::disablePlugin() {
-    enabled = false;
-    const PluginContext::Call call(simulator.Context(), id, "XPluginDisable");
-    call.Into(entryPoints.disable);
-    simulator.Plugins().MarkEnabled(id, false);
 }
 
 void PluginHost::requireNames(bool strict) const {

@@ -80,7 +80,6 @@ private:
     void receive(XPLMPluginID from, int message, void* parameter) const noexcept;
     // The steps themselves; plugins may ask for them too.
     bool enablePlugin();
-    void disablePlugin();
     void requireNames(bool strict) const;
     void load();
     // A plugin may use the SDK from its start to its stop; this reports calls outside of that.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "XPLMDataAccess.h"
+#include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
 #include "headless/host/PluginHost.h"
@@ -40,6 +41,23 @@ TEST_F(PluginHostTest, TakesAPluginThroughItsLife) {
     EXPECT_EQ(lines[4], "disable");
     EXPECT_EQ(lines[5], "stop");
     EXPECT_TRUE(host.Unload());
+}
+
+TEST_F(PluginHostTest, APluginThatDisablesItselfWhileItIsDisabledIsDisabledOnce) {
+    PluginHost host(sim, "linked",
+                    {.start = [](char*, char*, char*) { return 1; },
+                     .stop = [] {},
+                     .enable = [] { return 1; },
+                     .disable =
+                         [] {
+                             XPLMDebugString("disable\n");
+                             XPLMDisablePlugin(XPLMGetMyID());
+                         },
+                     .receiveMessage = [](XPLMPluginID, int, void*) {}});
+    host.Start();
+    host.Enable();
+    host.Disable();
+    EXPECT_EQ(sim.Log().Lines(), std::vector<std::string>{"disable"});
 }
 
 TEST_F(PluginHostTest, KnowsThePluginsTextsAndSignature) {
