@@ -42,19 +42,31 @@ void WidgetTree::Destroy(XPWidgetID handle, bool withChildren) {
         return;
     }
     call(*widget, xpMsg_Destroy, 1, 0, true);
-    for (Widget* child : std::vector<Widget*>(widget->children)) {
-        if (withChildren) {
-            Destroy(child, true);
-        } else {
+    // Here and below, a callback may have destroyed it.
+    if (withChildren && widgets.Find(widget) != nullptr) {
+        destroyAll(std::vector<Widget*>(widget->children));
+    }
+    if (widgets.Find(widget) != nullptr) {
+        for (Widget* child : widget->children) {
             child->parent = nullptr;
         }
+        detach(*widget);
     }
-    detach(*widget);
-    if (widget->window != nullptr) {
-        windows.Destroy(widget->window);
+    if (widgets.Find(widget) != nullptr) {
+        if (widget->window != nullptr) {
+            windows.Destroy(widget->window);
+        }
+        widgets.Remove(handle);
     }
-    widgets.Remove(handle);
     forgetMissing();
+}
+
+void WidgetTree::destroyAll(const std::vector<Widget*>& siblings) {
+    for (Widget* widget : siblings) {
+        if (widgets.Find(widget) != nullptr) {
+            Destroy(widget, true);
+        }
+    }
 }
 
 bool WidgetTree::Send(XPWidgetID handle, XPWidgetMessage message, XPDispatchMode mode,
@@ -95,6 +107,11 @@ void WidgetTree::Place(XPWidgetID childHandle, XPWidgetID containerHandle) {
         return;
     }
     detach(*child);
+    // The former container may have destroyed them.
+    if (widgets.Find(child) == nullptr ||
+        (container != nullptr && widgets.Find(container) == nullptr)) {
+        return;
+    }
     child->parent = container;
     if (container != nullptr) {
         container->children.push_back(child);
@@ -109,8 +126,8 @@ void WidgetTree::SetVisible(XPWidgetID handle, bool visible) {
         return;
     }
     widget->visible = visible;
-    if (widget->window != nullptr) {
-        windows.Resolve(widget->window)->visible = visible;
+    if (Window* const window = windowOf(*widget)) {
+        window->visible = visible;
     }
     Send(handle, visible ? xpMsg_Shown : xpMsg_Hidden, xpMode_UpChain, parameterOf(widget), 0);
 }
@@ -121,8 +138,8 @@ void WidgetTree::SetGeometry(XPWidgetID handle, const Rectangle& geometry) {
         return;
     }
     const Rectangle former = std::exchange(widget->geometry, geometry);
-    if (widget->window != nullptr) {
-        windows.Resolve(widget->window)->geometry = geometry;
+    if (Window* const window = windowOf(*widget)) {
+        window->geometry = geometry;
     }
     const XPWidgetGeometryChange_t change{
         geometry.left - former.left, geometry.bottom - former.bottom,
@@ -263,7 +280,7 @@ void WidgetTree::onKey(XPLMWindowID /*window*/, char key, XPLMKeyFlags flags, ch
 
 bool WidgetTree::call(Widget& widget, XPWidgetMessage message, intptr_t first, intptr_t second,
                       bool all) {
-    if (!widgets.IsActive(widget)) {
+    if (widgets.Find(&widget) == nullptr || !widgets.IsActive(widget)) {
         return false;
     }
     const PluginContext::Call called(context, widgets.OwnerOf(widget), "widget callback");

@@ -59,7 +59,13 @@ private:
     bool call(Widget& widget, XPWidgetMessage message, intptr_t first, intptr_t second, bool all);
     bool click(Widget& root, int x, int y, XPLMMouseStatus status);
     void makeWindow(Widget& widget);
+    // Null if it has none, or no longer.
+    Window* windowOf(const Widget& widget) {
+        return widget.window == nullptr ? nullptr : windows.Resolve(widget.window);
+    }
     void detach(Widget& widget);
+    // Give it a copy, because they leave their container.
+    void destroyAll(const std::vector<Widget*>& siblings);
     void forgetMissing();
 
     Windows& windows;

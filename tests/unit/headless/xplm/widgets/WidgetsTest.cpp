@@ -1,4 +1,5 @@
 #include <array>
+#include <bit>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,24 @@ std::vector<int> messages;
 int listen(XPWidgetMessage message, XPWidgetID /*widget*/, intptr_t /*first*/,
            intptr_t /*second*/) {
     messages.push_back(message);
+    return 0;
+}
+
+// Destroys its child as soon as it has one.
+int destroyChild(XPWidgetMessage message, XPWidgetID /*widget*/, intptr_t first,
+                 intptr_t /*second*/) {
+    if (message == xpMsg_AcceptChild) {
+        XPDestroyWidget(std::bit_cast<XPWidgetID>(first), 1);
+    }
+    return 0;
+}
+
+// Goes with its last child.
+int destroyWithoutChild(XPWidgetMessage message, XPWidgetID widget, intptr_t /*first*/,
+                        intptr_t /*second*/) {
+    if (message == xpMsg_LoseChild && XPCountChildWidgets(widget) == 0) {
+        XPDestroyWidget(widget, 0);
+    }
     return 0;
 }
 
@@ -208,4 +227,26 @@ TEST_F(WidgetsTest, ElementsAndTracksHaveSizes) {
     EXPECT_EQ(below, above) << "the value is in the middle";
     EXPECT_NE(XPGetWidgetClassFunc(xpWidgetClass_Button), nullptr);
     EXPECT_EQ(XPGetWidgetClassFunc(99), nullptr);
+}
+
+TEST_F(WidgetsTest, MayLoseTheirWindow) {
+    XPLMDestroyWindow(XPGetWidgetUnderlyingWindow(root));
+    XPHideWidget(root);
+    XPSetWidgetGeometry(root, 0, 10, 10, 0);
+    EXPECT_EQ(XPIsWidgetVisible(root), 0);
+}
+
+TEST_F(WidgetsTest, MayDestroyAChildThatTheyAccept) {
+    XPAddWidgetCallback(root, &destroyChild);
+    add(xpWidgetClass_Caption);
+    EXPECT_EQ(XPCountChildWidgets(root), 0);
+}
+
+TEST_F(WidgetsTest, MayDestroyThemselvesWhenTheirLastChildIsGone) {
+    const XPWidgetID box = add(xpWidgetClass_SubWindow);
+    XPAddWidgetCallback(box, &destroyWithoutChild);
+    XPCreateWidget(0, 1, 1, 0, 1, "", 0, box, xpWidgetClass_Caption);
+    XPDestroyWidget(box, 1);
+    EXPECT_EQ(XPCountChildWidgets(root), 0);
+    EXPECT_EQ(sim.Recorder().Refusals(headless::Refusal::UnknownHandle), 0U);
 }
