@@ -1,5 +1,6 @@
 #include "headless/xplm/utilities/Situation.h"
 
+#include <charconv>
 #include <fstream>
 #include <limits>
 #include <utility>
@@ -38,11 +39,14 @@ bool loadSituation(const DatarefTable& datarefs, const std::string& path) {
         return false;
     }
     std::vector<std::pair<std::string, double>> numbers;
-    for (std::pair<std::string, double> number; file >> number.first >> number.second;) {
-        numbers.push_back(number);
-    }
-    if (!file.eof()) {
-        return false;
+    for (std::string name, text; file >> name >> text;) {
+        // A stream would not read infinities.
+        double number = 0.0;
+        const char* const end = text.data() + text.size();
+        if (std::from_chars(text.data(), end, number).ptr != end) {
+            return false;
+        }
+        numbers.emplace_back(name, number);
     }
     for (const auto& [name, number] : numbers) {
         const Dataref* const dataref = datarefs.Lookup(name);

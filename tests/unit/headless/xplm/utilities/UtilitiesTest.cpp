@@ -1,5 +1,6 @@
 #include <array>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <thread>
 
@@ -100,6 +101,11 @@ TEST_F(UtilitiesTest, ASituationIsSavedAndLoaded) {
     sim.Datarefs().SetDouble("sim/number", 2);
     EXPECT_EQ(XPLMLoadDataFile(xplm_DataFile_Situation, "one.sit"), 1);
     EXPECT_EQ(sim.Datarefs().GetDouble("sim/number"), 0.1);
+    sim.Datarefs().SetDouble("sim/number", -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(XPLMSaveDataFile(xplm_DataFile_Situation, "one.sit"), 1);
+    sim.Datarefs().SetDouble("sim/number", std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(XPLMLoadDataFile(xplm_DataFile_Situation, "one.sit"), 1);
+    EXPECT_EQ(sim.Datarefs().GetDouble("sim/number"), -std::numeric_limits<double>::infinity());
     EXPECT_EQ(XPLMLoadDataFile(xplm_DataFile_Situation, "none.sit"), 0);
     EXPECT_EQ(XPLMLoadDataFile(xplm_DataFile_ReplayMovie, "one.sit"), 0);
     folder.Write("foreign.sit", "SITUATION\n");
