@@ -49,7 +49,11 @@ public:
         return std::erase_if(entries, [&](const Entry& entry) { return entry.owner == plugin; });
     }
 
-    // A copy: callbacks may come and go while they are called.
+    bool Has(const Entry& entry) const {
+        return std::find(entries.begin(), entries.end(), entry) != entries.end();
+    }
+    // A copy: callbacks may come and go while they are called; ask for each whether it is still
+    // there.
     std::vector<Entry> All() const { return entries; }
 
 private:

@@ -63,9 +63,11 @@ void SharedValue::grow(int offset, int count) {
 }
 
 void SharedValue::notifyAll() {
-    // Callbacks may come and go while they are called.
+    // Callbacks may come and go while they are called; skips those that are gone.
     for (const DataNotification& notification : std::vector<DataNotification>(notifications)) {
-        if (notification.callback != nullptr && context.IsActive(notification.owner)) {
+        const bool gone = std::find(notifications.begin(), notifications.end(), notification) ==
+                          notifications.end();
+        if (notification.callback != nullptr && !gone && context.IsActive(notification.owner)) {
             const PluginContext::Call call(context, notification.owner, "shared data notification");
             call.Into(notification.callback, notification.refcon);
         }

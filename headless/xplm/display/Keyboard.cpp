@@ -15,7 +15,8 @@ std::size_t Keyboard::DropOf(XPLMPluginID plugin) {
 
 bool Keyboard::passSniffers(bool beforeWindows, char key, XPLMKeyFlags flags, char virtualKey) {
     for (const KeySniffer& sniffer : sniffers.All()) {
-        if (sniffer.beforeWindows == beforeWindows && context.IsActive(sniffer.owner)) {
+        if (sniffer.beforeWindows == beforeWindows && sniffers.Has(sniffer) &&
+            context.IsActive(sniffer.owner)) {
             const PluginContext::Call call(context, sniffer.owner, "key sniffer");
             if (call.Into(sniffer.callback, key, flags, virtualKey, sniffer.refcon) == 0) {
                 return false;

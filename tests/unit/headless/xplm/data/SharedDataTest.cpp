@@ -14,6 +14,10 @@ void countUp(void* refcon) {
     ++*static_cast<int*>(refcon);
 }
 
+void unshare(void* refcon) {
+    XPLMUnshareData("shared/number", xplmType_Int, &countUp, refcon);
+}
+
 } // namespace
 
 class SharedDataTest : public ::testing::Test {
@@ -73,4 +77,11 @@ TEST_F(SharedDataTest, TextIsShared) {
     std::string read(5, '?');
     EXPECT_EQ(XPLMGetDatab(handle, read.data(), 0, 5), 5);
     EXPECT_EQ(read, "hello");
+}
+
+TEST_F(SharedDataTest, WhoIsGoneIsNotTold) {
+    XPLMShareData("shared/number", xplmType_Int, &unshare, &changes);
+    XPLMShareData("shared/number", xplmType_Int, &countUp, &changes);
+    XPLMSetDatai(XPLMFindDataRef("shared/number"), 1);
+    EXPECT_EQ(changes, 0);
 }

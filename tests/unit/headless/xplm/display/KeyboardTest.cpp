@@ -25,6 +25,11 @@ int swallow(char /*key*/, XPLMKeyFlags /*flags*/, char /*virtualKey*/, void* /*r
     return 0;
 }
 
+int sniffOnce(char /*key*/, XPLMKeyFlags /*flags*/, char /*virtualKey*/, void* refcon) {
+    XPLMUnregisterKeySniffer(&sniffAndPass, 1, refcon);
+    return 1;
+}
+
 void onHotKey(void* /*refcon*/) {
     events += "hot ";
 }
@@ -96,4 +101,11 @@ TEST_F(KeyboardTest, ADrawCallbackIsKeptOnce) {
     EXPECT_EQ(XPLMUnregisterDrawCallback(callback, xplm_Phase_Window, 1, nullptr), 0);
     EXPECT_EQ(XPLMUnregisterDrawCallback(callback, xplm_Phase_Window, 0, nullptr), 1);
     EXPECT_EQ(XPLMRegisterDrawCallback(nullptr, xplm_Phase_Window, 0, nullptr), 0);
+}
+
+TEST_F(KeyboardTest, ASnifferThatIsGoneGetsNoKey) {
+    XPLMRegisterKeySniffer(&sniffOnce, 1, before);
+    XPLMRegisterKeySniffer(&sniffAndPass, 1, before);
+    sim.Keyboard().Press('k', xplm_DownFlag, 'K');
+    EXPECT_EQ(events, "");
 }
