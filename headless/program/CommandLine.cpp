@@ -41,6 +41,18 @@ CLI::Validator between(double least, double most) {
     return {problem, bounds.str()};
 }
 
+// An option with an empty value, from an unset variable of a script, would be as good as not given.
+void requireValues(CLI::App& app) {
+    const auto problem = [](const std::string& text) -> std::string {
+        return text.empty() ? "the value is empty" : "";
+    };
+    for (CLI::Option* const option : app.get_options()) {
+        if (option->get_items_expected_max() > 0) {
+            option->check(CLI::Validator(problem, ""));
+        }
+    }
+}
+
 } // namespace
 
 void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other) {
@@ -114,6 +126,7 @@ void declareOptions(CLI::App& app, SessionOptions& options, OtherOptions& other)
     app.add_flag("--check", other.check, "Only list the names the plugin uses and lacks");
     app.add_flag("--list-functions", other.listFunctions,
                  "Only list the SDK's functions and how much of each is here");
+    requireValues(app);
     app.set_version_flag("--version", "headless-sim " ORVANE_VERSION);
     // requireNoUnknownOption() reports what is left over.
     app.allow_extras();

@@ -246,6 +246,18 @@ TEST_F(HeadlessSimEndTest, SaysWhatIsWrongWithANumber) {
     EXPECT_EQ(errors, "headless-sim: --world: 9 is not a number from 10 to 12\n");
 }
 
+// As a script does whose variable is not set.
+TEST_F(HeadlessSimEndTest, RefusesAnEmptyValue) {
+    for (const std::string option : {"--system", "--datarefs", "--commands", "--script",
+                                     "--script a --junit", "--replay", "--log", "--freeze"}) {
+        EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 " + option + " ''"), 2) << option;
+        EXPECT_EQ(errors,
+                  "headless-sim: " + option.substr(option.rfind("--")) + ": the value is empty\n");
+    }
+    EXPECT_EQ(run("''"), 2);
+    EXPECT_EQ(errors, "headless-sim: PLUGIN: the value is empty\n");
+}
+
 TEST_F(HeadlessSimEndTest, NamesTheUnknownOption) {
     EXPECT_EQ(run("--dration 5 " FAKE_PLUGIN), 2);
     EXPECT_EQ(errors, "headless-sim: unknown option --dration; see headless-sim --help\n");
