@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -187,13 +188,23 @@ int parseAndRun(int argc, char** argv) {
     return other.check ? checkPlugins(options.plugins) : runSession(options);
 }
 
+void requireOutputWritten() {
+    if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw std::runtime_error("standard output cannot be written");
+    }
+}
+
 } // namespace
 
 } // namespace headless
 
 int main(int argc, char** argv) {
     try {
-        return headless::parseAndRun(argc, argv);
+        const int status = headless::parseAndRun(argc, argv);
+        if (status == headless::kExitOk) {
+            headless::requireOutputWritten();
+        }
+        return status;
     } catch (const headless::PluginError& error) {
         return headless::complain(error, headless::kExitPlugin);
     } catch (const std::exception& error) {

@@ -50,7 +50,11 @@ void writeCase(std::ostream& xml, const std::string& name, const ScenarioOutcome
 
 } // namespace
 
-JunitReport::JunitReport(const std::string& path) : file(path) {
+JunitReport::JunitReport(const std::string& reportPath) : path(reportPath), file(path) {
+    requireWritten();
+}
+
+void JunitReport::requireWritten() const {
     if (!file) {
         throw std::runtime_error(path + ": cannot write the report: " + std::strerror(errno));
     }
@@ -74,6 +78,7 @@ void JunitReport::Write(const ScenarioRun& run) {
         writeCase(file, run.Scenario().name, outcome);
     }
     file << "  </testsuite>\n</testsuites>\n" << std::flush;
+    requireWritten();
 }
 
 } // namespace headless

@@ -14,9 +14,13 @@ public:
     // Empties or creates the file. Throws std::runtime_error if that fails.
     explicit JunitReport(const std::string& path);
 
+    // Throws std::runtime_error if it does not fit.
     void Write(const ScenarioRun& run);
 
 private:
+    void requireWritten() const;
+
+    const std::string path;
     std::ofstream file;
 };
 

@@ -258,6 +258,18 @@ TEST_F(HeadlessSimEndTest, RefusesAnEmptyValue) {
     EXPECT_EQ(errors, "headless-sim: PLUGIN: the value is empty\n");
 }
 
+TEST_F(HeadlessSimEndTest, AFullDiskIsOneLineAndStatus2) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 --stats --json > /dev/full"), 2);
+    EXPECT_EQ(errors, "headless-sim: standard output cannot be written\n");
+    EXPECT_EQ(run("--list-functions > /dev/full"), 2);
+    EXPECT_EQ(errors, "headless-sim: standard output cannot be written\n");
+    folder.Write("a.scenario", "expect sim/time/paused == 0\n");
+    EXPECT_EQ(run(FAKE_PLUGIN " --paused --script a.scenario --junit /dev/full"), 2);
+    EXPECT_EQ(errors,
+              "headless-sim: /dev/full: cannot write the report: No space left on device\n");
+    EXPECT_THAT(log(), EndsWith("disable\nstop\n"));
+}
+
 TEST_F(HeadlessSimEndTest, NamesTheUnknownOption) {
     EXPECT_EQ(run("--dration 5 " FAKE_PLUGIN), 2);
     EXPECT_EQ(errors, "headless-sim: unknown option --dration; see headless-sim --help\n");
