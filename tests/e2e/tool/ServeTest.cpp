@@ -260,10 +260,16 @@ TEST_F(ServeTest, RefusesWhatItCannotServe) {
     EXPECT_EQ(nowhere.err,
               "orvane: --bind: \"nowhere\" is not an IP address (see \"orvane serve "
               "--help\")\n");
+    const ToolResult elsewhere = runTool({"serve", "--bind", "192.0.2.1"});
+    EXPECT_EQ(elsewhere.exitCode, 2);
+    EXPECT_EQ(elsewhere.err,
+              "orvane: cannot listen on 192.0.2.1:48080: not an address of this machine\n");
     serve({});
     const ToolResult second = runTool({"serve"});
     EXPECT_EQ(second.exitCode, 2);
-    EXPECT_TRUE(second.err.starts_with("orvane: cannot listen on 127.0.0.1:48080")) << second.err;
+    EXPECT_TRUE(
+        second.err.starts_with("orvane: cannot listen on 127.0.0.1:48080: Address already in use"))
+        << second.err;
 }
 
 } // namespace

@@ -116,9 +116,11 @@ HttpServer::HttpServer(const std::string& address, std::uint16_t port)
     const int chosen = isAnyPort ? server.bind_to_any_port(address) : int{port};
     errno = 0;
     if (chosen <= 0 || (!isAnyPort && !server.bind_to_port(address, port))) {
-        throw Failure(ExitCode::CannotConnect,
-                      fmt::format("cannot listen on {}:{}: {}", address, port,
-                                  errno != 0 ? std::strerror(errno) : "not an address of here"));
+        throw Failure(
+            ExitCode::CannotConnect,
+            fmt::format("cannot listen on {}:{}: {}", address, port,
+                        errno == EADDRINUSE || errno == EACCES ? std::strerror(errno)
+                                                               : "not an address of this machine"));
     }
     library->port = static_cast<std::uint16_t>(chosen);
 }
