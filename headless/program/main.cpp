@@ -1,7 +1,9 @@
 // headless-sim: loads a plugin and flies, without a screen.
 
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -194,11 +196,23 @@ void requireOutputWritten() {
     }
 }
 
+// A file or a socket would take the number of a standard stream that is closed, and get what is
+// printed. Reading the first and writing the second fail as before; errors go nowhere.
+void fillClosedStreams() {
+    constexpr std::array kModes{O_WRONLY, O_RDONLY, O_WRONLY};
+    for (int stream = 0; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) == -1) {
+            ::open("/dev/null", kModes[static_cast<std::size_t>(stream)]);
+        }
+    }
+}
+
 } // namespace
 
 } // namespace headless
 
 int main(int argc, char** argv) {
+    headless::fillClosedStreams();
     try {
         const int status = headless::parseAndRun(argc, argv);
         if (status == headless::kExitOk) {

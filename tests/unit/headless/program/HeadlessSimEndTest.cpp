@@ -270,6 +270,13 @@ TEST_F(HeadlessSimEndTest, AFullDiskIsOneLineAndStatus2) {
     EXPECT_THAT(log(), EndsWith("disable\nstop\n"));
 }
 
+// Otherwise the log takes its place, and gets the summary.
+TEST_F(HeadlessSimEndTest, PrintsNothingIntoTheLogIfStandardOutputIsClosed) {
+    EXPECT_EQ(run(FAKE_PLUGIN " --duration 0 >&-"), 2);
+    EXPECT_THAT(log(), StartsWith("start\n"));
+    EXPECT_THAT(log(), EndsWith("disable\nstop\n"));
+}
+
 TEST_F(HeadlessSimEndTest, NamesTheUnknownOption) {
     EXPECT_EQ(run("--dration 5 " FAKE_PLUGIN), 2);
     EXPECT_EQ(errors, "headless-sim: unknown option --dration; see headless-sim --help\n");
