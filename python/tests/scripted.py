@@ -6,7 +6,7 @@ from typing import Any, Iterator, List, Optional, Sequence, Tuple, TypeVar, Unio
 from vectors import bytes_of
 
 from orvane._core import steps
-from orvane._core.steps import Late, Plan, Step
+from orvane._core.steps import Cancelled, Late, Plan, Step
 from orvane._shells.blocking import BlockingShell
 
 T = TypeVar("T")
@@ -39,6 +39,8 @@ class ScriptedServer(BlockingShell):
         self._turns: Optional[List[Turn]] = None
         self._outcome: Optional[Outcome] = None
         self.waits: List[float] = []
+        # Whether the client's `cancelled` ends a wait.
+        self.is_cancelled = False
         self.places: List[Tuple[str, int]] = []
         # What a Look finds, once.
         self.waiting: Optional[bytes] = None
@@ -74,6 +76,8 @@ class ScriptedServer(BlockingShell):
             self._turns = self._outcome = None
         elif isinstance(step, steps.Wait):
             self.waits.append(round(step.limit.deadline - time.monotonic(), 2))
+            if self.is_cancelled and step.limit.is_cancellable:
+                raise Cancelled
         elif isinstance(step, steps.Send):
             self._take(step.data)
         elif isinstance(step, steps.Look):

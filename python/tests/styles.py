@@ -15,8 +15,8 @@ class Driven:
     """A client for asyncio whose calls block: each is run on a loop of its own."""
 
     def __init__(self, client_type: Type[Any], *args: Any, **options: Any) -> None:
-        self._loop = asyncio.new_event_loop()
         self._client = client_type(*args, **options)
+        self._loop = asyncio.new_event_loop()
         try:
             self._run(self._client.connect())
         except BaseException:

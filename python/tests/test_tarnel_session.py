@@ -135,6 +135,13 @@ def test_gives_up_after_a_second_torn_request() -> None:
     assert not client.session.link.is_connected
 
 
+def test_gives_up_after_definitions_that_are_torn_twice() -> None:
+    server = ScriptedServer([(DEFINE, TORN)], [(DEFINE, TORN)])
+    client = Client(server)
+    with pytest.raises(ProtocolError, match="the declarations: expected an answer of 24 bytes, g"):
+        client.define()
+
+
 def test_gives_declarations_that_are_torn_a_second_try() -> None:
     server = ScriptedServer([DEFINING, (ASK, b"")], [(DEFINE, TORN)], [DEFINING, (ASK, outputs(6))])
     client = defined(server)
