@@ -7,6 +7,7 @@ import numpy
 import pytest
 from scripted import wire
 
+from orvane._core.frames import UnexpectedAnswer
 from orvane.tarnel import Answer, Output
 from orvane.tarnel._layout import Layouts
 
@@ -72,6 +73,12 @@ def test_is_one_structured_value_of_numpys_that_copies_nothing(payload: bytes) -
     assert view["a/floats"].tolist() == list(got[3])  # type: ignore[arg-type]
     assert numpy.shares_memory(view, numpy.frombuffer(payload, "u1"))
     assert not view.flags.owndata
+
+
+def test_a_command_is_up_or_down() -> None:
+    state = WITH.index(bytes.fromhex("02 00 00 00 01 00 00 00 01")) + 8
+    with pytest.raises(UnexpectedAnswer, match="expected a command's state of 0 or 1, got 3$"):
+        answer(WITH[:state] + b"\3" + WITH[state + 1 :])
 
 
 def test_can_be_sent_to_another_process() -> None:

@@ -102,6 +102,13 @@ def test_connects_to_another_role_if_no_master_answers() -> None:
     assert server.places == [("192.0.2.8", 48000), ("192.0.2.7", 48000)]
 
 
+def test_a_flood_of_false_beacons_does_not_fill_the_memory() -> None:
+    server = ScriptedServer(*[Late()] * 64)
+    server.heard = [wire(f"C0 00 02 {last:02X}") + BEACON for last in range(100)]
+    assert "192.0.2.63:48000" in failure(server)
+    assert len(server.places) == 64
+
+
 def test_says_what_was_heard_and_tried() -> None:
     assert failure(ScriptedServer()) == (
         "auto:48000: connecting: no simulator was heard within 3000 ms (UDP multicast 239.255.1.1,"

@@ -289,6 +289,14 @@ def test_velmar_ends_on_the_living_connection_as_often_as_it_began() -> None:
     server.expect_end()
 
 
+def test_velmar_counts_no_end_of_what_it_did_not_begin() -> None:
+    server = ScriptedServer([REGISTERING, running(3), running(2), running(3)])
+    client = VelmarClient(server)
+    client.act(Action.END, Action.BEGIN)
+    client.close()
+    server.expect_end()
+
+
 def test_velmar_ends_by_name_after_a_loss_and_registers_again() -> None:
     server = ScriptedServer(
         [REGISTERING, running(2), running(1, answer=b"")], [releasing(), REGISTERING]

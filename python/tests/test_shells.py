@@ -125,6 +125,21 @@ def test_nobody_listens(connect: Make) -> None:
 
 
 @tarnel_in_both_styles
+def test_nobody_accepts(connect: Make) -> None:
+    with socket.create_server((LOCAL, 0), backlog=0) as full:
+        port = full.getsockname()[1]
+        # What does not fit into its queue is not answered.
+        queued = [socket.socket() for _ in range(4)]
+        for each in queued:
+            each.setblocking(False)
+            each.connect_ex((LOCAL, port))
+        with pytest.raises(TimeoutError, match="connecting: expected a connection within 100 ms"):
+            connect(LOCAL, port, timeout=0.1)
+        for each in queued:
+            each.close()
+
+
+@tarnel_in_both_styles
 def test_there_is_no_such_host(connect: Make) -> None:
     with pytest.raises(ConnectError, match="^no.such.host.invalid:1: connecting: "):
         connect("no.such.host.invalid", 1)
@@ -202,7 +217,11 @@ def test_a_large_request_is_sent_whole(connect: Make, serve: Any) -> None:
 
 
 @tarnel_in_both_styles
-def test_a_large_answer_arrives_whole(connect: Make, serve: Any) -> None:
+def test_a_large_answer_arrives_whole(
+    connect: Make, serve: Any, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    # So that reading stops and goes on in between.
+    monkeypatch.setattr("orvane._shells.aio._Stream.MOST", 1000)
     large = Definitions(outputs=[Output(1, of_int_array="a", count=1_000_000)])
     values = array("i", range(1_000_000))
     head = struct.pack("<3I", 8 + 4_000_000 + 12, 1, 4_000_000)

@@ -205,6 +205,14 @@ def test_registers_everything_again_on_a_new_connection() -> None:
     server.expect_end()
 
 
+def test_takes_no_answer_with_something_after_it() -> None:
+    packet, reply = registering(1, INT)
+    odd = ask(packet, f"{reply} 00 00 00 00")
+    client = VelmarClient(ScriptedServer([odd], [odd]))
+    with pytest.raises(ProtocolError, match="expected an answer of 12 bytes, got 16$"):
+        client.run(client.session.registrar.register_datarefs([INT]))
+
+
 def test_says_which_names_are_gone_when_it_reconnects() -> None:
     server = ScriptedServer([turn(registering(1, INT))], [turn(registering(1, INT, False))])
     client = VelmarClient(server)
@@ -269,6 +277,21 @@ def test_polls_and_begins_afresh() -> None:
     assert client.run(client.session.poll()) == [is_down]
     was_pressed = CommandReport("some/first", CommandState.PRESSED)
     assert client.run(client.session.poll_presses()) == [was_pressed]
+    server.expect_end()
+
+
+def test_reports_a_press_once_however_many_requests_it_takes() -> None:
+    names = [f"some/{'x' * 95}/{index:02}" for index in range(13)]
+    commands = [command(number, name) for number, name in enumerate(names, 1)]
+    pressed = ("08 00 00 00", "01 00 00 00 01 00 00 00 02")
+    registering = [turn(*commands[:12]), turn(*commands[12:])]
+    server = ScriptedServer(
+        [*registering, turn(pressed, *commands[:12]), turn(pressed, *commands[12:])]
+    )
+    client = VelmarClient(server)
+    client.run(client.session.registrar.register_commands(names))
+    reports = [CommandReport(names[0], CommandState.PRESSED)]
+    assert client.run(client.session.poll_presses()) == reports
     server.expect_end()
 
 
