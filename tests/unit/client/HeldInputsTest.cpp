@@ -54,6 +54,14 @@ protected:
     HeldInputs held;
 };
 
+TEST(HeldCommandsTest, KeepsWhatMayBeDownWhenTheRestHasEnded) {
+    HeldCommands commands;
+    commands.begin("a");
+    commands.beginPerhaps("a");
+    commands.end("a");
+    EXPECT_EQ(commands.names(), std::vector<std::string>{"a"});
+}
+
 TEST_F(HeldInputsTest, FollowsHeldCommandsOnly) {
     follow({heldCommand(1, "a"), Input::toCommand(2, "b"), Input::toInt(3, "c")});
     exchange({{1, 1}, {2, 1}, {3, 1}});

@@ -104,7 +104,10 @@ TEST_F(TarnelReleaseTest, EndsByNameIfTheConnectionIsOutOfStep) {
 
 TEST_F(TarnelReleaseTest, ThrowsBeforeNewDefinitionsIfLossesAreThrown) {
     ScriptedServer server(
-        {{{defining(), kPress, answeredWith(kRelease, "")}, End::ByServer}, {{kEndByName}}});
+        {{{defining(), kPress, answeredWith(kRelease, "")}, End::ByServer},
+         {{kEndByName,
+           {"11 22 33 44 C0 FF EE DD E8 01 00 00 00 00 00 00 74 00 00 00 00 00 00 00",
+            kPress.answer}}}});
     tarnel::Client client(optionsFor(server));
     client.define(definitions());
     client.exchange({{7, 1}});
@@ -112,6 +115,7 @@ TEST_F(TarnelReleaseTest, ThrowsBeforeNewDefinitionsIfLossesAreThrown) {
               server.Place() +
                   ": releasing c/defghi: expected the length of an answer, "
                   "got 0 bytes and the end of the connection");
+    client.reconnect(); // with the new definitions
 }
 
 class VelmarReleaseTest : public ScriptedClientTest {
@@ -170,6 +174,22 @@ TEST_F(VelmarReleaseTest, ReportsWhatItCouldNotReleaseOnClose) {
     client.close();
     EXPECT_EQ(commands, Names{"c/defghi"});
     EXPECT_EQ(reason, place + ": releasing c/defghi: Connection refused");
+}
+
+TEST_F(VelmarReleaseTest, CallsNothingBackWhenItIsDestroyed) {
+    auto server = std::make_unique<ScriptedServer>(
+        std::vector<ScriptedServer::Connection>{{{kRegister, kBegin}, End::ByServer}});
+    Options options = optionsFor(*server);
+    options.releaseWithin = milliseconds(50);
+    int calls = 0;
+    {
+        velmar::Client client(options);
+        client.setCallbacks({.disconnected = [&](const Error&) { ++calls; },
+                             .notReleased = [&](const Names&, const Error&) { ++calls; }});
+        begin(client);
+        server.reset();
+    }
+    EXPECT_EQ(calls, 0);
 }
 
 TEST_F(VelmarReleaseTest, NamesWhatItCouldNotReleaseWhenCancelled) {

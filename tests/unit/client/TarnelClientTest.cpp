@@ -1,11 +1,14 @@
 #include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "orvane/tarnel/Client.h"
+#include "support/LoopbackListener.h"
+#include "support/TcpPeer.h"
 #include "unit/client/ScriptedClientTest.h"
 
 namespace {
@@ -71,7 +74,29 @@ TEST_F(TarnelClientTest, AsksDefinesAndExchanges) {
     EXPECT_EQ(first.get<std::int32_t>(1), 3);
     EXPECT_EQ(first.aircraftId, 0xAAU);
     EXPECT_EQ(client.exchange({{7, 9}}).get<std::int32_t>(1), 5);
-    EXPECT_EQ(client.exchange().get<std::int32_t>(1), 5);
+    Answer last = client.exchange();
+    EXPECT_EQ(last.get<std::int32_t>(1), 5);
+    last.outputs.clear();
+    EXPECT_THROW(last.at(1), std::out_of_range);
+}
+
+TEST_F(TarnelClientTest, SendsALargeRequestWhole) {
+    const std::vector<Item> items(500'000, {7, 9});
+    const LoopbackListener listener;
+    std::thread server([&] {
+        TcpPeer peer(AcceptedSocket{listener.Accept()});
+        peer.Await(24 + 488 + 116);
+        peer.Send(fromHex(defining().answer));
+        EXPECT_EQ(peer.Await(16 + 8 * items.size()).size(), 16 + 8 * items.size());
+        peer.Send(fromHex(kSend.answer));
+    });
+    Options options;
+    options.port = listener.Port();
+    options.timeout = milliseconds(20'000);
+    Client client(options);
+    client.define(definitions());
+    EXPECT_EQ(client.exchange(items).get<std::int32_t>(1), 5);
+    server.join();
 }
 
 TEST_F(TarnelClientTest, RefusesAnUndeclaredAction) {

@@ -40,6 +40,18 @@ TEST_F(VelmarClientTest, AsksOnlyOnceAgain) {
     EXPECT_FALSE(client.isConnected());
 }
 
+TEST_F(VelmarClientTest, ReadsAllNamesAgainAfterATornAnswer) {
+    const Turn both{"55 66 77 88 05 00 00 00 01 00 00 00 05 00 00 00 01 00 00 00",
+                    "28 00 00 00 05 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 00 00 80 3F "
+                    "05 00 00 00 01 00 00 00 01 00 00 00 04 00 00 00 00 00 80 3F"};
+    ScriptedServer server(
+        {{{kRegisterFloat, answeredWith(both, kRead.answer.c_str())}}, {{kRegisterFloat, both}}});
+    Client client(optionsFor(server));
+    client.registerDataref({"a/b", Type::Float});
+    EXPECT_EQ(client.read(std::vector<std::string>{"a/b", "a/b"}),
+              (std::vector<Value>{1.0F, 1.0F}));
+}
+
 TEST_F(VelmarClientTest, WritesATornRequestAgain) {
     ScriptedServer server(
         {{{kRegisterFloat, answeredWith(kWrite, kTorn)}}, {{kRegisterFloat, kWrite}}});
@@ -139,6 +151,21 @@ TEST_F(VelmarClientTest, SaysHowMuchCameOfALateAnswer) {
     EXPECT_EQ(textOf<TimeoutError>([&] { client.read("a/b"); }),
               server.Place() +
                   ": reading a/b: expected an answer of 20 bytes within 500 ms, got 2 bytes");
+}
+
+TEST_F(VelmarClientTest, WaitsNoLongerBetweenTwoTriesThanTheLongestDelay) {
+    Options options;
+    {
+        ScriptedServer server(Script(1));
+        options = optionsFor(server);
+        Client(options).close();
+    }
+    int asked = 0;
+    options.onStart = OnStart::Wait;
+    options.cancelled = [&] { return ++asked == 200; };
+    // Delays that double without end would ask about a hundred times in it.
+    options.backoff = {milliseconds(1), milliseconds(1), milliseconds(5'000)};
+    EXPECT_THROW(Client client(options), CancelledError);
 }
 
 TEST_F(VelmarClientTest, WaitsWithoutAnEndIfAskedTo) {
