@@ -197,7 +197,8 @@ std::vector<PluginFile> withOwnLibraries(const PluginFile& plugin) {
     std::set<std::string> seen;
     for (std::size_t i = 0; i < files.size(); ++i) {
         for (const std::string& path : librariesInRunPath(files[i])) {
-            if (seen.insert(path).second) {
+            // One library may be found by many paths.
+            if (seen.insert(std::filesystem::canonical(path)).second) {
                 addIfUsable(files, path);
             }
         }

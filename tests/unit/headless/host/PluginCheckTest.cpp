@@ -1,5 +1,6 @@
 #include <elf.h>
 
+#include <filesystem>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -87,4 +88,19 @@ TEST(PluginCheckTest, ATornFileDoesNoHarm) {
                 HasSubstr("cannot be read"));
     EXPECT_THAT(textOf<PluginError>([&] { PluginFile{folder.Path("")}; }),
                 HasSubstr("cannot be read"));
+}
+
+// The copy needs a library of its own name from its folder, which it names in another way each
+// time.
+TEST(PluginCheckTest, LibrariesMayNeedEachOther) {
+    const TemporaryDirectory folder;
+    std::string library = contentOf(DRAWING_PLUGIN);
+    const std::string former = PluginFile(DRAWING_PLUGIN).RunPath().front();
+    std::string runPath = "$ORIGIN/../own";
+    ASSERT_GE(former.size(), runPath.size());
+    runPath.resize(former.size(), '\0');
+    library.replace(library.find(former), former.size(), runPath);
+    std::filesystem::create_directory(folder.Path("own"));
+    const PluginFile plugin(folder.Write("own/libdrawing_companion.so", library));
+    EXPECT_EQ(withOwnLibraries(plugin).size(), 2U);
 }
