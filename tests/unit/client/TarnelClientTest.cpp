@@ -83,7 +83,7 @@ TEST_F(TarnelClientTest, AsksDefinesAndExchanges) {
 TEST_F(TarnelClientTest, SendsALargeRequestWhole) {
     const std::vector<Item> items(500'000, {7, 9});
     const LoopbackListener listener;
-    std::thread server([&] {
+    const std::jthread server([&] {
         TcpPeer peer(AcceptedSocket{listener.Accept()});
         peer.Await(24 + 488 + 116);
         peer.Send(fromHex(defining().answer));
@@ -96,7 +96,6 @@ TEST_F(TarnelClientTest, SendsALargeRequestWhole) {
     Client client(options);
     client.define(definitions());
     EXPECT_EQ(client.exchange(items).get<std::int32_t>(1), 5);
-    server.join();
 }
 
 TEST_F(TarnelClientTest, RefusesAnUndeclaredAction) {
